@@ -1,0 +1,80 @@
+#include "direct_rgb/macroblock.h"
+
+namespace zqcc {
+namespace {
+
+// 4:2:0 saturates at two precisions: see StudioVideoRange.
+constexpr TileKernel convertEdgeBlockToRgb565 = convertTile<Yuv420, StudioVideoRange, Turn::Upright>;
+constexpr TileKernel convertFullBlockToRgb565 = convertTile<Yuv420, StudioSixBit, Turn::Upright>;
+constexpr TileKernel convertBlockToRgb24 = convertTile24<Yuv420, StudioQ12, Turn::Upright>;
+
+/// The other chroma layouts differ between edge and full in where their dither offsets come from.
+template <class Source>
+constexpr MbKernelPair kDithered{convertTile<Source, MatrixDitherWords, Turn::Upright>,
+                                 convertTile<Source, MatrixDither<Turn::Upright>, Turn::Upright>};
+
+constexpr TileKernel packPlanes = convertTile<Yuv444, PackRgb, Turn::Upright>;
+
+template <class Source>
+void convertWith(const Job &job, MbPair pair) {
+  const ConvertParams &p = job.params;
+  convertMacroblocks(p, Source::view(p, p.outWidth, p.outHeight), MB_KERNELS[pair], *job.matrix);
+}
+
+} // namespace
+
+constexpr MbKernelPair MB_KERNELS[MB_PAIR_COUNT] = {
+    {convertBlockToRgb24, convertBlockToRgb24},
+    {convertEdgeBlockToRgb565, convertFullBlockToRgb565},
+    kDithered<Yuv444>,
+    kDithered<Yuv440>,
+    kDithered<Yuv411>,
+    kDithered<YuvQuarterHeight>,
+    {packPlanes, packPlanes},
+};
+
+void convertMacroblocks(const ConvertParams &params, const PlaneView &view, const MbKernelPair &kernels,
+                        const ColorMatrix &matrix) {
+  const int32_t width = params.outWidth;
+  const int32_t height = params.outHeight;
+  const Target target{params.outBuf[0], params.outStride};
+  const Rect full{0, 0, width & ~15, height & ~15};
+  const Rect right{full.right, 0, width, full.bottom};
+  const Rect bottom{0, full.bottom, width, height};
+  // Block order does not show in the picture, so whole lines of blocks are converted at once.
+  if (!isEmpty(full)) {
+    kernels.full(view, target, full, matrix);
+  }
+  if (!isEmpty(right)) {
+    kernels.edge(view, target, right, matrix);
+  }
+  if (!isEmpty(bottom)) {
+    kernels.edge(view, target, bottom, matrix);
+  }
+}
+
+void convertMbYuv420ToRgb565(const Job &job) {
+  if (job.isYuv420) {
+    convertWith<Yuv420>(job, MB_YUV420);
+  } else {
+    convertWith<Yuv422EvenLines>(job, MB_YUV420);
+  }
+}
+
+void convertMbYuv444ToRgb565(const Job &job) {
+  convertWith<Yuv444>(job, MB_YUV444);
+}
+void convertMbYuv440ToRgb565(const Job &job) {
+  convertWith<Yuv440>(job, MB_YUV440);
+}
+void convertMbYuv411ToRgb565(const Job &job) {
+  convertWith<Yuv411>(job, MB_YUV411);
+}
+void convertMbYuvQuarterHeightToRgb565(const Job &job) {
+  convertWith<YuvQuarterHeight>(job, MB_QUARTER_HEIGHT);
+}
+void convertMbPlanarRgbToRgb565(const Job &job) {
+  convertWith<Yuv444>(job, MB_PLANAR_RGB);
+}
+
+} // namespace zqcc

@@ -1,0 +1,89 @@
+#include "direct_rgb/rgb24_output.h"
+
+#include "direct_rgb/macroblock.h"
+#include "frame/picture_shape.h"
+#include "kernels/tile.h"
+
+namespace zqcc {
+namespace {
+
+/// Every planar type but 4:2:0 is read as 4:2:2, every second chroma line of half the luma stride, whatever its planes
+/// really hold. Where that would leave the plane, the last line that lies wholly inside it is read instead.
+PlaneView viewAs422(const ConvertParams &p) {
+  PlaneView view = Yuv422EvenLines::view(p, p.outWidth, p.outHeight);
+  const ChromaLimits limits = halfPitchLimits(p.inType, p.outWidth, p.outHeight, p.inStride);
+  view.lastLine = limits.line;
+  view.lastColumn = limits.column;
+  return view;
+}
+
+PlaneView viewOf(const Job &job) {
+  const ConvertParams &p = job.params;
+  return job.isYuv420 ? Yuv420::view(p, p.outWidth, p.outHeight) : viewAs422(p);
+}
+
+bool hasPixels(const ConvertParams &p) {
+  return p.outWidth > 0 && p.outHeight > 0;
+}
+
+template <bool swapped, Turn turn>
+void convertPackedTurned(const ConvertParams &p, const PlaneView &view, const ColorMatrix &matrix) {
+  inBlocks(convertTile24<Packed422<swapped>, MatrixRgb24, turn>, view,
+           targetOf<turn, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
+           matrix);
+}
+
+template <bool swapped>
+void convertPacked(const ConvertParams &p, const PlaneView &view, const ColorMatrix &matrix) {
+  switch (p.rotation) {
+  case ROTATION_90_LEFT:
+    return convertPackedTurned<swapped, Turn::Left>(p, view, matrix);
+  case ROTATION_90_RIGHT:
+    return convertPackedTurned<swapped, Turn::Right>(p, view, matrix);
+  case ROTATION_180:
+    return convertPackedTurned<swapped, Turn::Half>(p, view, matrix);
+  default:
+    return convertPackedTurned<swapped, Turn::Upright>(p, view, matrix);
+  }
+}
+
+} // namespace
+
+void convertYuvToRgb24(const Job &job) {
+  if (job.params.rotation == ROTATION_FLIP_V) {
+    convertFlippedYuvToRgb24(job);
+  } else {
+    convertMbYuvToRgb24(job);
+  }
+}
+
+void convertMbYuvToRgb24(const Job &job) {
+  if (hasPixels(job.params)) {
+    convertMacroblocks(job.params, viewOf(job), MB_KERNELS[MB_RGB24], *job.matrix);
+  }
+}
+
+void convertFlippedYuvToRgb24(const Job &job) {
+  const ConvertParams &p = job.params;
+  if (hasPixels(p)) {
+    convertTile24<Yuv420, MatrixRgb24, Turn::Flip>(
+        viewOf(job), targetOf<Turn::Flip, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight),
+        {0, 0, p.outWidth, p.outHeight}, *job.matrix);
+  }
+}
+
+void convertPacked422ToRgb24(const Job &job) {
+  const ConvertParams &p = job.params;
+  if (!hasPixels(p)) {
+    return;
+  }
+  const PackedLayout layout = packedLayout(job.packedVariant);
+  const PlaneView view = packedView(p, p.outWidth, p.outHeight, layout, layout.left, 1);
+  if (layout.left > layout.right) {
+    convertPacked<true>(p, view, *job.matrix);
+  } else {
+    convertPacked<false>(p, view, *job.matrix);
+  }
+}
+
+} // namespace zqcc

@@ -1,0 +1,92 @@
+#include "frame/dispatch.h"
+
+#include "frame/frame_check.h"
+#include "frame/picture_shape.h"
+#include "frame/route.h"
+#include "sameformat/plane_rotation.h"
+#include "yuv/yuv_to_yuv.h"
+
+namespace zqcc {
+namespace {
+
+Job jobFor(const ConvertContext &context, const ConvertParams &params) {
+  const uint32_t variant = isPacked422(params.inType) ? packedVariantOf(params.inType) : 0;
+  return {params, context.xTable, context.yTable, currentMatrix(), isPlanar420(params.inType), variant};
+}
+
+/// V comes before U in these; the caller's own record is put right, so converting with the same record twice
+/// alternates the planes.
+void exchangeChroma(ConvertParams &params) {
+  const uint8_t *second = params.inBuf[1];
+  params.inBuf[1] = params.inBuf[2];
+  params.inBuf[2] = second;
+}
+
+bool hasChromaExchanged(int32_t type) {
+  return type == COLOR_YVU420_PLANAR || type == COLOR_YVU422_PLANAR;
+}
+
+/// The frame as planar 4:2:0, its chroma in the context's planes. 11 has U first in each pair, 35 has V.
+ConvertParams splitChroma(const ConvertContext &context, const ConvertParams &params) {
+  const int first = params.inType == COLOR_YUV420_PACK ? 0 : 1;
+  deinterleaveChroma(params, context.uvBuf[first], context.uvBuf[1 - first]);
+  ConvertParams planar = params;
+  planar.inType = COLOR_YUV420_PLANAR;
+  planar.inBuf[1] = context.uvBuf[0];
+  planar.inBuf[2] = context.uvBuf[1];
+  return planar;
+}
+
+/// The frame turned by a quarter into the context's planes, each by its own geometry.
+ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &params) {
+  const auto rotate = params.rotation == ROTATION_90_LEFT ? rotatePlaneLeft : rotatePlaneRight;
+  const ChromaShape chroma = chromaShape(params.inType, params.inWidth, params.inHeight, params.inStride);
+  rotate(params.inBuf[0], context.rotBuf[0], params.inWidth, params.inHeight, params.inStride, params.inHeight);
+  ConvertParams turned = turnedDescription(params);
+  turned.inBuf[0] = context.rotBuf[0];
+  for (int i = 1; i < 3; ++i) {
+    rotate(params.inBuf[i], context.rotBuf[i], chroma.columns, chroma.lines, chroma.pitch, chroma.lines);
+    turned.inBuf[i] = context.rotBuf[i];
+  }
+  return turned;
+}
+
+void run(ConvertContext &context, ConvertParams &params, const Route &route) {
+  switch (route.prePass) {
+  case PrePass::SplitChroma: {
+    const ConvertParams planar = splitChroma(context, params);
+    route.routine(jobFor(context, planar));
+    break;
+  }
+  case PrePass::TurnPlanes: {
+    const ConvertParams turned = turnPlanes(context, params);
+    route.routine(jobFor(context, turned));
+    break;
+  }
+  case PrePass::None:
+    route.routine(jobFor(context, params));
+    break;
+  }
+}
+
+} // namespace
+
+uint32_t dispatchFrame(ConvertContext &context, ConvertParams &params) {
+  const Route route = routeOf(params);
+  if (route.code != CC_OK || route.routine == nullptr) {
+    return route.code;
+  }
+  const bool empty = isEmptyPicture(params);
+  if (!empty && !frameCanRun(context, params, route)) {
+    return CC_ERR_ARGUMENT;
+  }
+  if (params.inType != params.outType && hasChromaExchanged(params.inType)) {
+    exchangeChroma(params);
+  }
+  if (!empty) {
+    run(context, params, route);
+  }
+  return CC_OK;
+}
+
+} // namespace zqcc

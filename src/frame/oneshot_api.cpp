@@ -1,0 +1,334 @@
+// The one-shot functions: lay out a record from one buffer pointer a side, set up, convert, release.
+#include "frame/context.h"
+#include "frame/dispatch.h"
+#include "frame/picture_shape.h"
+#include "frame/setup.h"
+#include "tables/color_matrix.h"
+#include "zqColorConversion.h"
+
+#include <cstdint>
+#include <limits>
+
+namespace {
+
+using zqcc::isPacked422;
+using zqcc::isPlanar420;
+using zqcc::isRgb16;
+using zqcc::isSemiPlanar;
+
+/// A part of a picture: the picture's line length in pixels and its lines, and where the part starts.
+struct Crop {
+  int32_t pictureWidth;
+  int32_t pictureHeight;
+  int32_t left;
+  int32_t top;
+};
+
+bool hasTwoBytesPerPixel(int32_t type) {
+  return isPacked422(type) || isRgb16(type);
+}
+
+/// Types that can be resized with quality above 0.
+bool hasFilteredResize(int32_t type) {
+  return type == COLOR_YUV420_PLANAR || type == COLOR_RGB565 || (type >= 6 && type <= 9);
+}
+
+ConvertParams description(int32_t inType, int32_t outType, int32_t width, int32_t height) {
+  ConvertParams p{};
+  p.inType = inType;
+  p.outType = outType;
+  p.inWidth = p.outWidth = width;
+  p.inHeight = p.outHeight = height;
+  p.rotation = ROTATION_NONE;
+  return p;
+}
+
+/// Samples of a plane; the products of two sizes never overflow in 64 bits.
+int64_t area(int32_t a, int32_t b) {
+  return int64_t{a} * b;
+}
+
+/// A place in the caller's buffer; nothing is derived from a missing buffer. Computed on the address, since arguments
+/// that make no sense may lead anywhere before they are refused.
+template <class Byte>
+Byte *moved(Byte *p, int64_t bytes) {
+  if (p == nullptr) {
+    return nullptr;
+  }
+  return reinterpret_cast<Byte *>(reinterpret_cast<std::uintptr_t>(p) + static_cast<std::uintptr_t>(bytes));
+}
+
+/// Marks a line that is too long for a stride.
+constexpr int32_t kNoStride = std::numeric_limits<int32_t>::min();
+
+int32_t strideOf(int32_t bytesPerPixel, int32_t pixels) {
+  const int64_t bytes = area(bytesPerPixel, pixels);
+  const bool fits = bytes > kNoStride && bytes <= std::numeric_limits<int32_t>::max();
+  return fits ? static_cast<int32_t>(bytes) : kNoStride;
+}
+
+/// Planes that follow one another: chroma behind `luma` samples, the third plane a `share`-th of that further on; both
+/// moved by `offset`.
+template <class Byte>
+void placeChroma(Byte *planes[3], Byte *base, int64_t luma, int64_t share, int64_t offset) {
+  planes[1] = moved(base, luma + offset);
+  planes[2] = moved(base, luma + luma / share + offset);
+}
+
+/// Chroma offset of a crop in 4:2:0 planes, on the full product: exact for even tops only.
+int64_t chromaCropOffset(int32_t stride, const Crop &crop) {
+  return area(stride, crop.top) / 4 + crop.left / 2;
+}
+
+void placeInput420(ConvertParams &p, const uint8_t *input, int32_t stride, const Crop &crop) {
+  p.inStride = stride;
+  p.inBuf[0] = moved(input, area(stride, crop.top) + crop.left);
+  placeChroma(p.inBuf, input, area(stride, crop.pictureHeight), 4, chromaCropOffset(stride, crop));
+}
+
+void placeInputTwoBytes(ConvertParams &p, const uint8_t *input, const Crop &crop) {
+  p.inStride = strideOf(2, crop.pictureWidth);
+  p.inBuf[0] = moved(input, area(p.inStride, crop.top) + 2 * int64_t{crop.left});
+}
+
+void placeOutput420(ConvertParams &p, uint8_t *output, int32_t lineLength, int32_t lines) {
+  p.outStride = lineLength;
+  p.outBuf[0] = output;
+  placeChroma(p.outBuf, output, area(lineLength, lines), 4, 0);
+}
+
+void placeOutput(ConvertParams &p, uint8_t *output, int32_t bytesPerPixel, int32_t lineLength) {
+  p.outStride = strideOf(bytesPerPixel, lineLength);
+  p.outBuf[0] = output;
+}
+
+/// The temporary context of a one-shot call, released on every path. Set-up releases it itself when memory runs out.
+class OneShot {
+public:
+  OneShot() : context_(zqcc::createContext()) {
+    if (context_ != nullptr) {
+      zqcc::selectMatrix(MATRIX_BT601);
+    }
+  }
+  ~OneShot() { zqcc::destroyContext(context_); }
+  OneShot(const OneShot &) = delete;
+  OneShot &operator=(const OneShot &) = delete;
+
+  [[nodiscard]] bool hasContext() const { return context_ != nullptr; }
+
+  uint32_t setUp(const ConvertParams &p) {
+    const uint32_t code = zqcc::setUp(context_, p);
+    if (code == CC_ERR_NO_MEMORY) {
+      context_ = nullptr;
+    }
+    return code;
+  }
+
+  uint32_t convert(ConvertParams &p) {
+    if (p.inStride == kNoStride || p.outStride == kNoStride) {
+      return CC_ERR_ARGUMENT;
+    }
+    return zqcc::dispatchFrame(*context_, p);
+  }
+
+private:
+  ConvertContext *context_;
+};
+
+/// Same-format calls: planes of the input, of the output, and whether type 12 can be laid out.
+uint32_t processSameFormat(ConvertParams &p, const uint8_t *input, uint8_t *output, const Crop &crop,
+                           int32_t outLineLength, int32_t outLines, bool acceptsYvu420) {
+  OneShot call;
+  if (!call.hasContext()) {
+    return CC_ERR_NO_MEMORY_ONESHOT;
+  }
+  if (p.isResize == 1 && p.antiAlias != 0 && !hasFilteredResize(p.inType)) {
+    return CC_ERR_IN_TYPE;
+  }
+  const uint32_t code = call.setUp(p);
+  if (code != CC_OK) {
+    return code;
+  }
+  if (p.inType == COLOR_YUV420_PLANAR || (acceptsYvu420 && isPlanar420(p.inType))) {
+    placeInput420(p, input, crop.pictureWidth, crop);
+    placeOutput420(p, output, outLineLength, outLines);
+  } else if (hasTwoBytesPerPixel(p.inType)) {
+    placeInputTwoBytes(p, input, crop);
+    placeOutput(p, output, 2, outLineLength);
+  } else {
+    return CC_ERR_IN_TYPE;
+  }
+  return call.convert(p);
+}
+
+/// Conversions to RGB565 at a place in a larger picture, turned.
+ConvertParams turnedToRgb565(int32_t inType, int32_t width, int32_t height, int32_t inStride, int32_t rotation) {
+  ConvertParams p = description(inType, COLOR_RGB565, width, height);
+  p.inStride = inStride;
+  p.rotation = static_cast<uint32_t>(rotation);
+  return p;
+}
+
+void placeRgb565(ConvertParams &p, uint8_t *output, int32_t stridePixels, int32_t left, int32_t top) {
+  p.outStride = strideOf(2, stridePixels);
+  p.outBuf[0] = moved(output, area(p.outStride, top) + 2 * int64_t{left});
+}
+
+uint32_t setUpAndConvert(OneShot &call, ConvertParams &p) {
+  const uint32_t code = call.setUp(p);
+  return code == CC_OK ? call.convert(p) : code;
+}
+
+uint32_t convertSemiPlanar(int32_t type, const uint8_t *input, uint8_t *output, int32_t inStride, const Crop &crop,
+                           int32_t width, int32_t height, int32_t outStridePixels, int32_t outLeft, int32_t outTop,
+                           int32_t rotation) {
+  OneShot call;
+  if (!call.hasContext()) {
+    return CC_ERR_NO_MEMORY_ONESHOT;
+  }
+  ConvertParams p = turnedToRgb565(type, width, height, inStride, rotation);
+  p.inBuf[0] = moved(input, area(inStride, crop.top) + crop.left);
+  p.inBuf[1] = moved(input, area(inStride, crop.pictureHeight) + area(inStride, crop.top) / 2 + crop.left);
+  placeRgb565(p, output, outStridePixels, outLeft, outTop);
+  return setUpAndConvert(call, p);
+}
+
+/// Planes of zqColorConvert's input; false for a type that it cannot lay out. The stride is set already.
+bool placeConvertInput(ConvertParams &p, const uint8_t *input) {
+  const int64_t luma = area(p.inHeight, p.inStride);
+  p.inBuf[0] = input;
+  if (p.inType == COLOR_YUV420_PLANAR) {
+    placeChroma(p.inBuf, input, luma, 4, 0);
+  } else if (p.inType == COLOR_YUV422_PLANAR) {
+    placeChroma(p.inBuf, input, luma, 2, 0);
+  } else if (isSemiPlanar(p.inType)) {
+    p.inBuf[1] = moved(input, luma);
+  } else {
+    return isPacked422(p.inType);
+  }
+  return true;
+}
+
+bool placeConvertOutput(ConvertParams &p, uint8_t *output) {
+  if (isPlanar420(p.outType)) {
+    placeOutput420(p, output, p.outWidth, p.outHeight);
+  } else if (isRgb16(p.outType)) {
+    placeOutput(p, output, 2, p.outWidth);
+  } else if (p.outType == COLOR_RGB24) {
+    placeOutput(p, output, 3, p.outWidth);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+} // namespace
+
+uint32_t zqScaleFrame(const uint8_t *input, uint8_t *output, int32_t inWidth, int32_t inHeight, int32_t outWidth,
+                      int32_t outHeight, int32_t colorType, int32_t antiAlias) {
+  ConvertParams p = description(colorType, colorType, inWidth, inHeight);
+  p.outWidth = outWidth;
+  p.outHeight = outHeight;
+  p.isResize = 1;
+  p.antiAlias = static_cast<uint32_t>(antiAlias);
+  return processSameFormat(p, input, output, {inWidth, inHeight, 0, 0}, outWidth, outHeight, true);
+}
+
+uint32_t zqScaleCroppedFrame(const uint8_t *input, uint8_t *output, int32_t pictureWidth, int32_t pictureHeight,
+                             int32_t cropLeft, int32_t cropTop, int32_t cropWidth, int32_t cropHeight, int32_t outWidth,
+                             int32_t outHeight, int32_t colorType, int32_t antiAlias) {
+  ConvertParams p = description(colorType, colorType, cropWidth, cropHeight);
+  p.outWidth = outWidth;
+  p.outHeight = outHeight;
+  p.isResize = 1;
+  p.antiAlias = static_cast<uint32_t>(antiAlias);
+  return processSameFormat(p, input, output, {pictureWidth, pictureHeight, cropLeft, cropTop}, outWidth, outHeight,
+                           false);
+}
+
+uint32_t zqRotateFrame(const uint8_t *input, uint8_t *output, int32_t width, int32_t height, int32_t dimensionA,
+                       int32_t dimensionB, int32_t colorType, int32_t rotation) {
+  return zqRotateCroppedFrame(input, output, width, height, 0, 0, width, height, dimensionA, dimensionB, colorType,
+                              rotation);
+}
+
+uint32_t zqRotateCroppedFrame(const uint8_t *input, uint8_t *output, int32_t pictureWidth, int32_t pictureHeight,
+                              int32_t cropLeft, int32_t cropTop, int32_t cropWidth, int32_t cropHeight,
+                              int32_t dimensionA, int32_t dimensionB, int32_t colorType, int32_t rotation) {
+  ConvertParams p = description(colorType, colorType, cropWidth, cropHeight);
+  p.rotation = static_cast<uint32_t>(rotation);
+  const bool upright = rotation == ROTATION_NONE;
+  return processSameFormat(p, input, output, {pictureWidth, pictureHeight, cropLeft, cropTop},
+                           upright ? dimensionA : dimensionB, upright ? dimensionB : dimensionA, false);
+}
+
+uint32_t zqColorConvert(const uint8_t *input, uint8_t *output, int32_t inType, int32_t outType, int32_t width,
+                        int32_t height, int32_t inStride, const double *coefficients) {
+  OneShot call;
+  if (!call.hasContext()) {
+    return CC_ERR_NO_MEMORY_ONESHOT;
+  }
+  if (inType == outType) {
+    return CC_ERR_SAME_TYPE;
+  }
+  ConvertParams p = description(inType, outType, width, height);
+  p.inStride = isPacked422(inType) ? strideOf(2, width) : inStride;
+  const uint32_t code = call.setUp(p);
+  if (coefficients != nullptr) {
+    zqcc::selectCustomMatrix(coefficients);
+  }
+  if (code != CC_OK) {
+    return code;
+  }
+  if (!placeConvertInput(p, input) || !placeConvertOutput(p, output)) {
+    return CC_ERR_IN_TYPE;
+  }
+  return call.convert(p);
+}
+
+uint32_t zqYUV420PlanartoRGB16Rotate(const uint8_t *input, uint8_t *output, int32_t inStride, int32_t pictureHeight,
+                                     int32_t cropLeft, int32_t cropTop, int32_t width, int32_t height,
+                                     int32_t /*ignored*/, int32_t outStridePixels, int32_t outLeft, int32_t outTop,
+                                     int32_t rotation) {
+  OneShot call;
+  if (!call.hasContext()) {
+    return CC_ERR_NO_MEMORY_ONESHOT;
+  }
+  ConvertParams p = turnedToRgb565(COLOR_YUV420_PLANAR, width, height, inStride, rotation);
+  placeInput420(p, input, inStride, {inStride, pictureHeight, cropLeft, cropTop});
+  placeRgb565(p, output, outStridePixels, outLeft, outTop);
+  return setUpAndConvert(call, p);
+}
+
+uint32_t zqYUV422PacktoRGB16Rotate(int32_t inType, const uint8_t *input, uint8_t *output, int32_t inStridePixels,
+                                   int32_t /*ignored1*/, int32_t cropLeft, int32_t cropTop, int32_t width,
+                                   int32_t height, int32_t /*ignored2*/, int32_t outStridePixels, int32_t outLeft,
+                                   int32_t outTop, int32_t rotation) {
+  OneShot call;
+  if (!call.hasContext()) {
+    return CC_ERR_NO_MEMORY_ONESHOT;
+  }
+  if (!isPacked422(inType)) {
+    return CC_ERR_SAME_TYPE;
+  }
+  ConvertParams p = turnedToRgb565(inType, width, height, strideOf(2, inStridePixels), rotation);
+  p.inBuf[0] = moved(input, area(p.inStride, cropTop) + cropLeft);
+  placeRgb565(p, output, outStridePixels, outLeft, outTop);
+  return setUpAndConvert(call, p);
+}
+
+uint32_t zqYUV420PacktoRGB16Rotate(const uint8_t *input, uint8_t *output, int32_t inStride, int32_t pictureHeight,
+                                   int32_t cropLeft, int32_t cropTop, int32_t width, int32_t height,
+                                   int32_t /*ignored*/, int32_t outStridePixels, int32_t outLeft, int32_t outTop,
+                                   int32_t rotation) {
+  return convertSemiPlanar(COLOR_YUV420_PACK, input, output, inStride, {inStride, pictureHeight, cropLeft, cropTop},
+                           width, height, outStridePixels, outLeft, outTop, rotation);
+}
+
+uint32_t zqYUV420Pack2toRGB16Rotate(const uint8_t *input, uint8_t *output, int32_t inStride, int32_t pictureHeight,
+                                    int32_t cropLeft, int32_t cropTop, int32_t width, int32_t height,
+                                    int32_t /*ignored*/, int32_t outStridePixels, int32_t outLeft, int32_t outTop,
+                                    int32_t rotation) {
+  return convertSemiPlanar(COLOR_YUV420_PACK2, input, output, inStride, {inStride, pictureHeight, cropLeft, cropTop},
+                           width, height, outStridePixels, outLeft, outTop, rotation);
+}

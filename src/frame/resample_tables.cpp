@@ -1,0 +1,213 @@
+#include "frame/resample_tables.h"
+
+namespace zqcc {
+namespace {
+
+constexpr int32_t kWhole = 1024;
+constexpr std::size_t kSpare = 4;
+constexpr int kTaps = 5;
+constexpr int kBoxWords = 15;
+constexpr int32_t kBlock = 16;
+
+double factorOf(const Axis &axis) {
+  return static_cast<double>(axis.source) / static_cast<double>(axis.positions);
+}
+
+int32_t fractionOf(float position, int32_t whole) {
+  return static_cast<int32_t>((position - static_cast<float>(whole)) * 1024.0F);
+}
+
+/// Source position of output i: a double product, narrowed.
+float positionOf(int32_t i, double factor) {
+  return static_cast<float>(static_cast<double>(i) * factor);
+}
+
+void writeTriple(int32_t *triple, int32_t index, int32_t next) {
+  triple[0] = index;
+  triple[1] = next;
+  triple[2] = kWhole - next;
+}
+
+/// At the end of the line the last two samples count equally. A position between -1 and 0 truncates to 0 and has a
+/// negative weight.
+void writeBilinear(int32_t *triple, float position, int32_t source) {
+  const auto index = static_cast<int32_t>(position);
+  if (index < source - 1) {
+    writeTriple(triple, index, fractionOf(position, index));
+  } else {
+    writeTriple(triple, source - 2, kWhole / 2);
+  }
+}
+
+} // namespace
+
+std::size_t tableWords(TableFormat format, const Axis &axis, uint32_t antiAlias) {
+  const auto n = static_cast<std::size_t>(axis.positions);
+  switch (format) {
+  case TableFormat::Nearest:
+  case TableFormat::RunLength:
+    return (antiAlias != 0 ? 15 : 3) * n + kSpare;
+  case TableFormat::Bilinear:
+    return 3 * n + kSpare;
+  case TableFormat::Filtered:
+  case TableFormat::Box:
+    return 15 * n + kSpare;
+  case TableFormat::Grouped:
+    return 3 * n + static_cast<std::size_t>(axis.source / kBlock) + 2;
+  case TableFormat::None:
+    break;
+  }
+  return 0;
+}
+
+int64_t stepOf(const Axis &axis) {
+  return static_cast<int64_t>(factorOf(axis) * 1024.0);
+}
+
+void buildNearest(int32_t *table, const Axis &axis) {
+  const int64_t step = stepOf(axis);
+  for (int32_t i = 0; i < axis.positions; ++i) {
+    table[i] = static_cast<int32_t>((i * step) >> 10);
+  }
+  for (std::size_t k = 0; k < kSpare; ++k) {
+    table[static_cast<std::size_t>(axis.positions) + k] = 255;
+  }
+}
+
+void buildBilinear(int32_t *table, const Axis &axis) {
+  const double factor = factorOf(axis);
+  for (int32_t i = 0; i < axis.positions; ++i, table += 3) {
+    writeBilinear(table, positionOf(i, factor), axis.source);
+  }
+}
+
+void buildFiltered(int32_t *table, const Axis &axis, Direction direction, uint32_t antiAlias) {
+  const float wide = antiAlias == 1 ? 1.4F : 1.6F;
+  const float narrow = antiAlias == 1 ? 0.9F : 1.1F;
+  const float columns[kTaps] = {0.0F, -wide, narrow, wide, -narrow};
+  const float lines[kTaps] = {0.0F, -narrow, -wide, narrow, wide};
+  const float *offsets = direction == Direction::Horizontal ? columns : lines;
+  const double factor = factorOf(axis);
+  for (int32_t i = 0; i < axis.positions; ++i, table += 3 * kTaps) {
+    const float p = positionOf(i, factor);
+    for (int t = 0; t < kTaps; ++t) {
+      const float q = p + offsets[t];
+      writeBilinear(table + 3 * t, static_cast<int32_t>(q) < 0 ? p : q, axis.source);
+    }
+  }
+}
+
+int32_t boxSpacing(const Axis &axis) {
+  const double factor = factorOf(axis);
+  return factor >= 8.0 ? static_cast<int32_t>(factor * 0.25) : 1;
+}
+
+void buildBox(int32_t *table, const Axis &axis, int32_t spacing) {
+  const int64_t step = stepOf(axis);
+  const auto reach = static_cast<int64_t>(factorOf(axis));
+  for (int32_t i = 0; i < axis.positions; ++i, table += kBoxWords) {
+    const int64_t start = i * step / 1024 + 1;
+    for (int64_t j = 0; j < kBoxWords; ++j) {
+      const int64_t index = start + j * spacing;
+      const bool inside = index <= axis.source - 1 && j * spacing < reach;
+      table[j] = inside ? static_cast<int32_t>(index) : -1;
+    }
+  }
+}
+
+void buildGrouped(int32_t *table, const Axis &axis) {
+  const float factor = static_cast<float>(axis.source) / static_cast<float>(axis.positions);
+  int32_t groupsLeft = (axis.source + kBlock - 1) / kBlock - 1;
+  int32_t limit = kBlock - 1;
+  int32_t *count = table;
+  int32_t *triple = table + 1;
+  const auto openGroup = [&] {
+    count = triple++;
+    *count = 0;
+    limit += kBlock;
+    --groupsLeft;
+  };
+  *count = 0;
+  for (int32_t i = 0; i < axis.positions; ++i) {
+    const float p = static_cast<float>(i) * factor;
+    const auto whole = static_cast<int32_t>(p);
+    const int32_t index = whole < axis.source - 1 ? whole : axis.source - 2;
+    // Groups close behind an odd output, so that the outputs stay in pairs.
+    const bool closes = groupsLeft > 0 && index >= limit;
+    if (closes && i % 2 == 0) {
+      openGroup();
+    }
+    writeTriple(triple, index, fractionOf(p, whole));
+    triple += 3;
+    ++*count;
+    if (closes && i % 2 != 0) {
+      openGroup();
+    }
+  }
+  while (groupsLeft > 0) {
+    openGroup();
+  }
+}
+
+void buildRunLengthColumns(int32_t *table, const Axis &axis) {
+  const int64_t step = stepOf(axis);
+  int64_t previous = -1;
+  for (int32_t i = 0; i < axis.positions; ++i) {
+    const int64_t index = (i * step) >> 10;
+    uint32_t flags = 0;
+    if (index != previous) {
+      // 2: another luma sample; 1: another chroma sample, that is, an even column or a jump over one.
+      flags = index - previous > 1 || index % 2 == 0 ? 3 : 2;
+    }
+    table[i] = static_cast<int32_t>(static_cast<uint32_t>(index) << 16 | flags);
+    previous = index;
+  }
+}
+
+void buildRunLengthLines(int32_t *table, const Axis &axis) {
+  const int64_t step = stepOf(axis);
+  const int64_t n = axis.positions;
+  const auto line = [step](int64_t j) { return static_cast<int32_t>((j * step) >> 10); };
+  int64_t j = 0;
+  for (;;) {
+    const int32_t s = line(j);
+    int32_t t = line(j + 1);
+    j += 2;
+    int32_t leading = 0;
+    if (t == s) {
+      do {
+        t = line(j);
+        ++leading;
+        ++j;
+      } while (t == s);
+    }
+    if (j >= n) {
+      break;
+    }
+    if (leading > 0) {
+      *table++ = -leading;
+    }
+    if (t - s < 2 && s % 2 == 0) {
+      *table++ = s | 0x10000;
+    } else {
+      *table++ = s;
+      *table++ = t;
+    }
+    int32_t trailing = 0;
+    while (j < n && line(j) == t) {
+      ++j;
+      ++trailing;
+    }
+    if (j >= n) {
+      break;
+    }
+    if (trailing > 0) {
+      *table++ = -trailing;
+    }
+  }
+  for (int k = 0; k < 3; ++k) {
+    *table++ = line(n - 1);
+  }
+}
+
+} // namespace zqcc

@@ -1,0 +1,131 @@
+// Sources of same-size conversions: where the samples of a 2 x 2 group of pixels lie. A shape fixes the pattern at
+// compile time; a view says where this picture's planes are and where they end.
+#pragma once
+
+#include "tables/packed_layout.h"
+#include "zqColorConversion.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zqcc {
+
+/// The planes of one picture as a kernel reads them. Columns and lines past the last sample take the last one.
+struct PlaneView {
+  const uint8_t *y;
+  const uint8_t *u;
+  const uint8_t *v;
+  std::ptrdiff_t yStride;
+  std::ptrdiff_t cStride;
+  int32_t lastColumn; ///< index of the last chroma sample of a line
+  int32_t lastLine;   ///< index of the last chroma line
+  int32_t lineStep;   ///< chroma lines from one that is read to the next: 2 where every second one is skipped
+};
+
+constexpr int32_t smaller(int32_t a, int32_t b) {
+  return a < b ? a : b;
+}
+
+/// Pattern of a source: luma of the pixel pair at even column x stands at lineStart + x / 2 * pairStep plus leftLuma or
+/// rightLuma; the chroma sample of pixel (x, y) is number x >> xShift of line y >> yShift, sampleStep bytes apart.
+template <int xShift, int yShift, int sampleStep = 1, int pairStep = 2, int leftLuma = 0, int rightLuma = 1>
+struct Shape {
+  static constexpr bool kSharedByColumns = xShift > 0;
+  static constexpr bool kSharedByLines = yShift > 0;
+  static constexpr int kPairStep = pairStep;
+  static constexpr int kLeftLuma = leftLuma;
+  static constexpr int kRightLuma = rightLuma;
+
+  static std::ptrdiff_t chromaOffset(const PlaneView &view, int32_t x) {
+    return std::ptrdiff_t{smaller(x >> xShift, view.lastColumn)} * sampleStep;
+  }
+  static std::ptrdiff_t chromaLine(const PlaneView &view, int32_t y) {
+    return smaller((y >> yShift) * view.lineStep, view.lastLine) * view.cStride;
+  }
+};
+
+inline PlaneView planesOf(const ConvertParams &p, std::ptrdiff_t chromaStride, int32_t lastColumn, int32_t lastLine,
+                          int32_t lineStep = 1) {
+  return {p.inBuf[0], p.inBuf[1], p.inBuf[2], p.inStride, chromaStride, lastColumn, lastLine, lineStep};
+}
+
+// Sources: a shape, and how to view the planes of a record whose picture is w x h.
+
+/// Planar 4:2:0.
+struct Yuv420 : Shape<1, 1> {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    return planesOf(p, p.inStride >> 1, w / 2 - 1, h / 2 - 1);
+  }
+};
+
+/// Planar 4:2:2 of which every second chroma line is read.
+struct Yuv422EvenLines : Shape<1, 1> {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    return planesOf(p, p.inStride >> 1, w / 2 - 1, h - 1, 2);
+  }
+};
+
+/// Planar 4:2:2 taken for 4:2:0: chroma line k serves lines 2k and 2k + 1, so only the upper half is used.
+struct Yuv422As420 : Shape<1, 1> {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    return planesOf(p, p.inStride >> 1, w / 2 - 1, (h - 1) / 2);
+  }
+};
+
+/// Planar 4:2:2, every line with its own chroma.
+struct Yuv422 : Shape<1, 0> {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    return planesOf(p, p.inStride >> 1, w / 2 - 1, h - 1);
+  }
+};
+
+/// Planar 4:4:4, and planar RGB with red in luma's place.
+struct Yuv444 : Shape<0, 0> {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) { return planesOf(p, p.inStride, w - 1, h - 1); }
+};
+
+/// Chroma lines as wide as luma's, half as many; only the even samples are read.
+struct Yuv440 : Shape<1, 1, 2> {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    return planesOf(p, p.inStride, (w - 1) / 2, h / 2 - 1);
+  }
+};
+
+/// Planar 4:1:1.
+struct Yuv411 : Shape<2, 0> {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    return planesOf(p, p.inStride >> 2, w / 4 - 1, h - 1);
+  }
+};
+
+/// Chroma lines as wide as luma's, a quarter as many.
+struct YuvQuarterHeight : Shape<0, 2> {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    return planesOf(p, p.inStride, w - 1, h / 4 - 1);
+  }
+};
+
+/// Planes of a packed 4:2:2 picture whose luma starts at `luma` bytes into a line.
+inline PlaneView packedView(const ConvertParams &p, int32_t w, int32_t h, const PackedLayout &layout, int32_t luma,
+                            int32_t lineStep) {
+  const uint8_t *base = p.inBuf[0];
+  return {base + luma, base + layout.u, base + layout.v, p.inStride, p.inStride, (w - 1) / 2, h - 1, lineStep};
+}
+
+/// Packed 4:2:2 in one byte order; the chroma of the upper line of a pair serves both lines.
+template <uint32_t variant>
+struct Packed422UpperChroma : Shape<1, 1, 4, 4, packedLayout(variant).left, packedLayout(variant).right> {};
+
+/// Packed 4:2:2 with each line's own chroma; the view starts at the left pixel's luma.
+template <bool swapped>
+struct Packed422 : Shape<1, 0, 4, 4, 0, swapped ? -2 : 2> {};
+
+/// RGB24 bytes B, G, R: red in luma's place, green and blue in chroma's.
+struct Rgb24Bytes : Shape<0, 0, 3, 6, 0, 3> {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    const uint8_t *base = p.inBuf[0];
+    return {base + 2, base + 1, base, p.inStride, p.inStride, w - 1, h - 1, 1};
+  }
+};
+
+} // namespace zqcc

@@ -1,0 +1,13 @@
+// Planar 4:2:0 and 4:2:2 to RGB565 at any ratio: bilinear luma, one chroma sample a group of 2 x 2.
+#pragma once
+
+#include "frame/routine.h"
+
+namespace zqcc {
+
+void resizeYuvToRgb565(const Job &job);
+void resizeYuvToRgb565Rot3(const Job &job);
+void resizeYuvToRgb565Rot4(const Job &job);
+void resizeYuvToRgb565Rot5(const Job &job);
+
+} // namespace zqcc

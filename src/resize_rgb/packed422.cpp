@@ -1,0 +1,81 @@
+#include "resize_rgb/packed422.h"
+
+#include "kernels/arithmetic.h"
+#include "kernels/placement.h"
+#include "kernels/planes.h"
+#include "kernels/writers.h"
+
+namespace zqcc {
+namespace {
+
+/// Output (i, j) goes to origin + i * column + j * line.
+struct PixelGrid {
+  uint8_t *origin;
+  std::ptrdiff_t column;
+  std::ptrdiff_t line;
+};
+
+template <Turn turn, int pixelBytes>
+PixelGrid gridOf(const ConvertParams &p) {
+  const Target target = targetOf<turn, pixelBytes>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
+  return {target.origin, columnStep<turn, pixelBytes>(target.stride), lineStep<turn, pixelBytes>(target.stride)};
+}
+
+template <int pixelBytes>
+PixelGrid gridFor(const ConvertParams &p) {
+  switch (p.rotation) {
+  case ROTATION_90_LEFT:
+    return gridOf<Turn::Left, pixelBytes>(p);
+  case ROTATION_90_RIGHT:
+    return gridOf<Turn::Right, pixelBytes>(p);
+  case ROTATION_180:
+    return gridOf<Turn::Half, pixelBytes>(p);
+  default:
+    return gridOf<Turn::Upright, pixelBytes>(p);
+  }
+}
+
+struct Store565 {
+  static void put(uint8_t *to, uint32_t pixel) { AnyAddress::store(to, pixel); }
+};
+
+struct Store24 {
+  static void put(uint8_t *to, const Bgr &pixel) { Rgb24Writer<Turn::Upright>::one(to, pixel); }
+};
+
+/// One output line from one source line: output pair i takes the two luma samples and the chroma of source group
+/// x[i / 2], whichever pixels those are.
+template <class Arithmetic, class Store>
+void resizeLine(const Arithmetic &arithmetic, const uint8_t *from, const PackedLayout &layout, const int32_t *x,
+                int32_t width, uint8_t *to, std::ptrdiff_t step) {
+  for (int32_t i = 0; i < width; i += 2, to += 2 * step) {
+    const uint8_t *group = from + std::ptrdiff_t{x[i / 2]} * 4;
+    const ColorTerms terms = arithmetic.terms(group[layout.u], group[layout.v]);
+    Store::put(to, arithmetic.template pixel<0, 0>(terms, group[layout.left]));
+    if (i + 1 < width) {
+      Store::put(to + step, arithmetic.template pixel<0, 1>(terms, group[layout.right]));
+    }
+  }
+}
+
+template <class Arithmetic, class Store>
+void resizePacked(const Job &job, const PixelGrid &grid) {
+  const ConvertParams &p = job.params;
+  const Arithmetic arithmetic(*job.matrix);
+  const PackedLayout layout = packedLayout(job.packedVariant);
+  for (int32_t j = 0; j < p.outHeight; ++j) {
+    resizeLine<Arithmetic, Store>(arithmetic, p.inBuf[0] + std::ptrdiff_t{job.yTable[j]} * p.inStride, layout,
+                                  job.xTable, p.outWidth, grid.origin + j * grid.line, grid.column);
+  }
+}
+
+} // namespace
+
+void resizePacked422ToRgb565(const Job &job) {
+  resizePacked<MatrixPlain, Store565>(job, gridFor<2>(job.params));
+}
+void resizePacked422ToRgb24(const Job &job) {
+  resizePacked<MatrixRgb24, Store24>(job, gridFor<3>(job.params));
+}
+
+} // namespace zqcc

@@ -1,0 +1,11 @@
+// Packed 4:2:2 to 16-bit and to 24-bit RGB with nearest-group resizing, upright or turned.
+#pragma once
+
+#include "frame/routine.h"
+
+namespace zqcc {
+
+void resizePacked422ToRgb565(const Job &job);
+void resizePacked422ToRgb24(const Job &job);
+
+} // namespace zqcc

@@ -1,0 +1,111 @@
+// Resizing to RGB24 walks tables of runs. A column word is (source column << 16) | flags: 1 asks for new chroma terms,
+// 2 for a new pixel; without 2 the pixel repeats its neighbour. A line word is a source line (with 0x10000 for the pair
+// of it and the next one) or, negative, how many output lines repeat.
+//
+// Repeated output lines are not whole copies. Each gets 2 x W bytes, from byte P on, of the line it repeats (W the
+// output width, P = W rounded up to a multiple of four): a length and an offset suited to two-byte pixels. That is what
+// users of this converter have always received, so it stays; only bytes inside the picture are written. Lines that
+// repeat a line behind a single one take what the output buffer holds there.
+#include "resize_rgb/rgb24_output.h"
+
+#include "frame/picture_shape.h"
+#include "kernels/arithmetic.h"
+#include "kernels/planes.h"
+#include "kernels/writers.h"
+
+#include <cstring>
+
+namespace zqcc {
+namespace {
+
+constexpr int32_t kPairFlag = 0x10000;
+constexpr uint32_t kNewChroma = 1;
+constexpr uint32_t kNewPixel = 2;
+
+class RunLengthResize {
+public:
+  explicit RunLengthResize(const Job &job)
+      : p_(job.params), xTable_(job.xTable), yTable_(job.yTable), arithmetic_(*job.matrix),
+        pitch_(job.params.inStride >> 1), limits_(halfPitchLimits(p_.inType, p_.inWidth, p_.inHeight, p_.inStride)) {}
+
+  void convert() {
+    for (int32_t j = 0; j < p_.outHeight;) {
+      j = convertInstruction(j);
+    }
+  }
+
+private:
+  /// One line instruction with the repeats around it, for output line j on; returns the next output line.
+  int32_t convertInstruction(int32_t j) {
+    const int32_t leading = takeRepeat();
+    const int32_t source = *yTable_++;
+    const int32_t upper = j + leading;
+    const bool pair = source >= kPairFlag;
+    convertLine(source & 0xFFFF, source, upper);
+    if (pair) {
+      convertLine((source & 0xFFFF) + 1, source, upper + 1);
+    }
+    for (int32_t k = j; k < upper; ++k) {
+      repeatLine(upper, k);
+    }
+    const int32_t trailing = takeRepeat();
+    for (int32_t k = 0; k < trailing; ++k) {
+      repeatLine(upper + 1, upper + 2 + k);
+    }
+    return upper + (pair ? 2 : 1) + trailing;
+  }
+
+  int32_t takeRepeat() { return *yTable_ < 0 ? -*yTable_++ : 0; }
+
+  /// Output line `to` from luma line `line` and the chroma of the instruction `source`.
+  void convertLine(int32_t line, int32_t source, int32_t to) const {
+    if (to >= p_.outHeight) {
+      return;
+    }
+    const uint8_t *luma = p_.inBuf[0] + std::ptrdiff_t{line} * p_.inStride;
+    const std::ptrdiff_t chroma = smaller((source >> 1) & 0x7FFF, limits_.line) * pitch_;
+    const uint8_t *u = p_.inBuf[1] + chroma;
+    const uint8_t *v = p_.inBuf[2] + chroma;
+    uint8_t *out = lineAt(to);
+    ColorTerms terms{};
+    Bgr pixel{};
+    for (int32_t x = 0; x < p_.outWidth; ++x, out += 3) {
+      const auto word = static_cast<uint32_t>(xTable_[x]);
+      if ((word & kNewChroma) != 0) {
+        const int32_t column = smaller(static_cast<int32_t>(word >> 17), limits_.column);
+        terms = arithmetic_.terms(u[column], v[column]);
+      }
+      if ((word & kNewPixel) != 0) {
+        pixel = MatrixRgb24::pixel<0, 0>(terms, luma[word >> 16]);
+      }
+      Rgb24Writer<Turn::Upright>::one(out, pixel);
+    }
+  }
+
+  /// Repeats line `from` in line `to` as far as both lie in the picture.
+  void repeatLine(int32_t from, int32_t to) const {
+    const std::ptrdiff_t width = p_.outWidth;
+    const std::ptrdiff_t first = (width + 3) & ~std::ptrdiff_t{3};
+    const std::ptrdiff_t end = first + 2 * width < 3 * width ? first + 2 * width : 3 * width;
+    if (from < p_.outHeight && to < p_.outHeight && first < end) {
+      std::memcpy(lineAt(to) + first, lineAt(from) + first, static_cast<std::size_t>(end - first));
+    }
+  }
+
+  [[nodiscard]] uint8_t *lineAt(int32_t line) const { return p_.outBuf[0] + std::ptrdiff_t{line} * p_.outStride; }
+
+  const ConvertParams &p_;
+  const int32_t *xTable_;
+  const int32_t *yTable_;
+  const MatrixRgb24 arithmetic_;
+  std::ptrdiff_t pitch_;
+  ChromaLimits limits_;
+};
+
+} // namespace
+
+void resizeYuvToRgb24(const Job &job) {
+  RunLengthResize(job).convert();
+}
+
+} // namespace zqcc

@@ -1,0 +1,115 @@
+#include "sameformat/planar420.h"
+
+#include "sameformat/bilinear.h"
+#include "sameformat/copy_lines.h"
+#include "sameformat/nearest.h"
+#include "sameformat/plane_rotation.h"
+
+namespace zqcc {
+
+namespace {
+
+constexpr int kPlanes = 3;
+
+/// One plane of a frame, input and output.
+struct Plane {
+  const uint8_t *src;
+  std::ptrdiff_t srcPitch;
+  int32_t srcWidth;
+  int32_t srcHeight;
+  uint8_t *dst;
+  std::ptrdiff_t dstPitch;
+  int32_t width;
+  int32_t height;
+};
+
+constexpr bool isChroma(int index) {
+  return index > 0;
+}
+
+Plane planeOf(const ConvertParams &p, int index) {
+  const int half = isChroma(index) ? 1 : 0;
+  return {p.inBuf[index],  p.inStride >> half,  p.inWidth >> half,  p.inHeight >> half,
+          p.outBuf[index], p.outStride >> half, p.outWidth >> half, p.outHeight >> half};
+}
+
+/// Resamples a plane with `taps` paired bilinear taps a sample.
+template <std::size_t taps, class ColumnTap, class LineTap>
+void resamplePlane(const Plane &plane, const Job &job, ColumnTap columnTap, LineTap lineTap) {
+  const auto byteOf = [](std::ptrdiff_t column) { return column; };
+  for (int32_t j = 0; j < plane.height; ++j) {
+    const LinePairs<taps, LineTap> lines(plane.src, plane.srcPitch, job.yTable + j * kEntryWords<taps>, lineTap);
+    uint8_t *const out = plane.dst + j * plane.dstPitch;
+    for (int32_t i = 0; i < plane.width; ++i) {
+      out[i] = sampleByte<taps>(lines.pair, job.xTable + i * kEntryWords<taps>, columnTap, byteOf);
+    }
+  }
+}
+
+NearestSource nearestSource(const Plane &plane, const Job &job) {
+  return {plane.src, plane.srcPitch, plane.srcWidth - 1, plane.srcHeight - 1, job.xTable, job.yTable};
+}
+
+} // namespace
+
+void copyYuv420Planar(const Job &job) {
+  for (int i = 0; i < kPlanes; ++i) {
+    const Plane plane = planeOf(job.params, i);
+    copyLines(plane.src, plane.srcPitch, plane.dst, plane.dstPitch, plane.width, plane.height);
+  }
+}
+
+void rotateYuv420Planar(const Job &job) {
+  const auto rotate = job.params.rotation == ROTATION_90_LEFT ? rotateTightPlaneLeft : rotateTightPlaneRight;
+  for (int i = 0; i < kPlanes; ++i) {
+    const Plane plane = planeOf(job.params, i);
+    rotate(plane.src, plane.srcWidth, plane.srcHeight, plane.srcPitch, plane.dst);
+  }
+}
+
+void rotate180Yuv420Planar(const Job &job) {
+  for (int i = 0; i < kPlanes; ++i) {
+    const Plane plane = planeOf(job.params, i);
+    rotateTightPlane180(plane.src, plane.srcWidth, plane.srcHeight, plane.srcPitch, plane.dst);
+  }
+}
+
+void resizeYuv420Planar(const Job &job) {
+  for (int i = 0; i < kPlanes; ++i) {
+    const Plane plane = planeOf(job.params, i);
+    if (isChroma(i)) {
+      // Columns past the end lose their weights, lines keep theirs.
+      resamplePlane<1>(plane, job, EvenAtEnd{plane.srcWidth}, HeldAtEnd{plane.srcHeight});
+    } else {
+      resamplePlane<1>(plane, job, AsBuilt{}, AsBuilt{});
+    }
+  }
+}
+
+void resizeYuv420PlanarAntiAlias(const Job &job) {
+  for (int i = 0; i < kPlanes; ++i) {
+    const Plane plane = planeOf(job.params, i);
+    if (isChroma(i)) {
+      resamplePlane<kFilterTaps>(plane, job, EvenAtEnd{plane.srcWidth}, EvenAtEnd{plane.srcHeight});
+    } else {
+      resamplePlane<kFilterTaps>(plane, job, AsBuilt{}, AsBuilt{});
+    }
+  }
+}
+
+void resizeRotateYuv420Planar(const Job &job) {
+  for (int i = 0; i < kPlanes; ++i) {
+    const Plane plane = planeOf(job.params, i);
+    resizeRotatePlane(job.params.rotation, nearestSource(plane, job), plane.dst, plane.width, plane.height,
+                      plane.dstPitch);
+  }
+}
+
+void resizeRotate180Yuv420Planar(const Job &job) {
+  for (int i = 0; i < kPlanes; ++i) {
+    const Plane plane = planeOf(job.params, i);
+    resizeRotate180Plane(nearestSource(plane, job), plane.dst, plane.width, plane.height, plane.dstPitch);
+  }
+}
+
+} // namespace zqcc

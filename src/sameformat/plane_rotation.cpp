@@ -1,0 +1,63 @@
+#include "sameformat/plane_rotation.h"
+
+#include "sameformat/transpose.h"
+#include "sameformat/words.h"
+
+namespace zqcc {
+
+namespace {
+
+/// Compilers know this as one instruction where the processor has it.
+uint64_t reverseBytes(uint64_t word) {
+  word = (word & 0x00FF00FF00FF00FFU) << 8 | (word >> 8 & 0x00FF00FF00FF00FFU);
+  word = (word & 0x0000FFFF0000FFFFU) << 16 | (word >> 16 & 0x0000FFFF0000FFFFU);
+  return word << 32 | word >> 32;
+}
+
+/// dst[width - 1 - x] = src[x]
+void reverseLine(const uint8_t *src, uint8_t *dst, int32_t width) {
+  uint8_t *end = dst + width;
+  int32_t x = 0;
+  for (; x + 8 <= width; x += 8) {
+    storeWord(end - x - 8, reverseBytes(loadWord<uint64_t>(src + x)));
+  }
+  for (; x < width; ++x) {
+    *(end - x - 1) = src[x];
+  }
+}
+
+} // namespace
+
+void rotatePlaneLeft(const uint8_t *src, uint8_t *dst, int32_t width, int32_t height, std::ptrdiff_t srcPitch,
+                     std::ptrdiff_t dstPitch) {
+  if (width > 0 && height > 0) {
+    transposeLines<uint8_t>(src, srcPitch, dst + (width - 1) * dstPitch, -dstPitch, width, height);
+  }
+}
+
+void rotatePlaneRight(const uint8_t *src, uint8_t *dst, int32_t width, int32_t height, std::ptrdiff_t srcPitch,
+                      std::ptrdiff_t dstPitch) {
+  if (width > 0 && height > 0) {
+    transposeLines<uint8_t>(src + (height - 1) * srcPitch, -srcPitch, dst, dstPitch, width, height);
+  }
+}
+
+void rotateTightPlaneLeft(const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/, uint8_t *dst) {
+  rotatePlaneLeft(src, dst, width, height, width, height);
+}
+
+void rotateTightPlaneRight(const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/, uint8_t *dst) {
+  rotatePlaneRight(src, dst, width, height, width, height);
+}
+
+void rotateTightPlane180(const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/, uint8_t *dst) {
+  if (width <= 0) {
+    return;
+  }
+  const std::ptrdiff_t pitch = width;
+  for (int32_t y = 0; y < height; ++y) {
+    reverseLine(src + y * pitch, dst + (height - 1 - y) * pitch, width);
+  }
+}
+
+} // namespace zqcc

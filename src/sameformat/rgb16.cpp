@@ -1,0 +1,178 @@
+#include "sameformat/rgb16.h"
+
+#include "kernels/stores.h"
+#include "sameformat/bilinear.h"
+#include "sameformat/copy_lines.h"
+#include "sameformat/table_groups.h"
+#include "sameformat/transpose.h"
+
+namespace zqcc {
+
+namespace {
+
+constexpr std::ptrdiff_t kPixelBytes = 2;
+
+struct Channels {
+  int32_t red;
+  int32_t green;
+  int32_t blue;
+};
+
+Channels loadPixel(const uint8_t *p) {
+  const int32_t pixel = p[0] | p[1] << 8;
+  return {pixel >> 11, pixel >> 5 & 0x3F, pixel & 0x1F};
+}
+
+uint32_t pack(const Channels &c) {
+  return static_cast<uint32_t>(c.red) << 11 | static_cast<uint32_t>(c.green) << 5 | static_cast<uint32_t>(c.blue);
+}
+
+Channels samplePixel(const LinePair &line, const Tap &column) {
+  const Channels p00 = loadPixel(line.self + column.self * kPixelBytes);
+  const Channels p01 = loadPixel(line.self + column.next * kPixelBytes);
+  const Channels p10 = loadPixel(line.next + column.self * kPixelBytes);
+  const Channels p11 = loadPixel(line.next + column.next * kPixelBytes);
+  return {bilinear(p00.red, p01.red, p10.red, p11.red, column.weights, line.weights),
+          bilinear(p00.green, p01.green, p10.green, p11.green, column.weights, line.weights),
+          bilinear(p00.blue, p01.blue, p10.blue, p11.blue, column.weights, line.weights)};
+}
+
+struct Source {
+  const uint8_t *pixels;
+  std::ptrdiff_t pitch;
+
+  [[nodiscard]] LinePair lines(const Tap &tap) const { return linePair(pixels, pitch, tap); }
+};
+
+/// Two pixels of an output line leave as one word; the last one of an odd line leaves alone.
+void resizeRgb16Block(const TableGroup &x, const TableGroup &y, const Source &src, uint8_t *tile,
+                      std::ptrdiff_t dstPitch) {
+  for (int32_t j = 0; j < y.count; ++j) {
+    const LinePair lines = src.lines(y.tap(j));
+    uint8_t *out = tile + j * dstPitch;
+    int32_t i = 0;
+    for (; i + 1 < x.count; i += 2, out += 2 * kPixelBytes) {
+      AnyAddress::store(out, pack(samplePixel(lines, x.tap(i))), pack(samplePixel(lines, x.tap(i + 1))));
+    }
+    if (i < x.count) {
+      AnyAddress::store(out, pack(samplePixel(lines, x.tap(i))));
+    }
+  }
+}
+
+/// A tile of the turned picture. `tile` is where the pixel of the first column and line goes, `columnStep` the way to
+/// the next column's output line, `lineStep` (2 or -2) the way to the next source line's pixel beside it.
+template <std::ptrdiff_t lineStep>
+void resizeRotateRgb16Block(const TableGroup &x, const TableGroup &y, const Source &src, uint8_t *tile,
+                            std::ptrdiff_t columnStep) {
+  int32_t j = 0;
+  for (; j + 1 < y.count; j += 2) {
+    const Tap first = y.tap(j);
+    Tap second = y.tap(j + 1);
+    second.weights = first.weights; // the pair is weighed alike; only the position of its second line counts
+    const LinePair a = src.lines(first);
+    const LinePair b = src.lines(second);
+    uint8_t *out = tile + j * lineStep + (lineStep < 0 ? lineStep : 0);
+    for (int32_t i = 0; i < x.count; ++i, out += columnStep) {
+      const Tap column = x.tap(i);
+      const uint32_t pixelA = pack(samplePixel(a, column));
+      const uint32_t pixelB = pack(samplePixel(b, column));
+      AnyAddress::store(out, lineStep > 0 ? pixelA : pixelB, lineStep > 0 ? pixelB : pixelA);
+    }
+  }
+  if (j < y.count) {
+    const LinePair lone = src.lines(y.tap(j));
+    uint8_t *out = tile + j * lineStep;
+    for (int32_t i = 0; i < x.count; ++i, out += columnStep) {
+      AnyAddress::store(out, pack(samplePixel(lone, x.tap(i))));
+    }
+  }
+}
+
+constexpr auto resizeRotateRgb16BlockLeft = resizeRotateRgb16Block<kPixelBytes>;
+constexpr auto resizeRotateRgb16BlockRight = resizeRotateRgb16Block<-kPixelBytes>;
+
+/// Fills the tile of every pair of groups, so that a tile's sources stay within 17 x 17 pixels. The output position
+/// (i, j) of the untouched orientation lies at origin + i * columnStep + j * lineStep; `kernelStep` is the kernel's.
+template <class Kernel>
+void forEachTile(const Job &job, uint8_t *origin, std::ptrdiff_t columnStep, std::ptrdiff_t lineStep,
+                 std::ptrdiff_t kernelStep, Kernel kernel) {
+  const ConvertParams &p = job.params;
+  const Source src{p.inBuf[0], p.inStride};
+  forEachGroup(job.yTable, p.inHeight, [&](const TableGroup &y) {
+    forEachGroup(job.xTable, p.inWidth, [&](const TableGroup &x) {
+      kernel(x, y, src, origin + x.first * columnStep + y.first * lineStep, kernelStep);
+    });
+  });
+}
+
+/// Sums five channels; masking the means keeps what a filter's overshoot leaves in a channel's bits.
+uint32_t samplePixelMean(const LinePair (&lines)[kFilterTaps], const int32_t *entry) {
+  Channels sum{};
+  for (const LinePair &line : lines) {
+    const Channels tap = samplePixel(line, AsBuilt{}(entry));
+    entry += kTapWords;
+    sum = {sum.red + tap.red, sum.green + tap.green, sum.blue + tap.blue};
+  }
+  constexpr auto kTaps = static_cast<int32_t>(kFilterTaps);
+  return pack({sum.red / kTaps & 0x1F, sum.green / kTaps & 0x3F, sum.blue / kTaps & 0x1F});
+}
+
+} // namespace
+
+void copyRgb16(const Job &job) {
+  const ConvertParams &p = job.params;
+  copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth * kPixelBytes, p.outHeight);
+}
+
+void rotateRgb16(const Job &job) {
+  const ConvertParams &p = job.params;
+  if (p.outWidth <= 0 || p.outHeight <= 0) {
+    return;
+  }
+  const std::ptrdiff_t srcPitch = p.inStride;
+  const std::ptrdiff_t dstPitch = p.outStride;
+  if (p.rotation == ROTATION_90_LEFT) {
+    transposeLines<uint16_t>(p.inBuf[0], srcPitch, p.outBuf[0] + (p.outWidth - 1) * dstPitch, -dstPitch, p.outWidth,
+                             p.outHeight);
+  } else {
+    transposeLines<uint16_t>(p.inBuf[0] + (p.outHeight - 1) * srcPitch, -srcPitch, p.outBuf[0], dstPitch, p.outWidth,
+                             p.outHeight);
+  }
+}
+
+void resizeRgb16(const Job &job) {
+  const ConvertParams &p = job.params;
+  forEachTile(job, p.outBuf[0], kPixelBytes, p.outStride, p.outStride, resizeRgb16Block);
+}
+
+void resizeRotateRgb16(const Job &job) {
+  const ConvertParams &p = job.params;
+  const std::ptrdiff_t pitch = p.outStride;
+  if (p.rotation == ROTATION_90_LEFT) {
+    forEachTile(job, p.outBuf[0] + (p.outWidth - 1) * pitch, -pitch, kPixelBytes, -pitch, resizeRotateRgb16BlockLeft);
+  } else {
+    forEachTile(job, p.outBuf[0] + (p.outHeight - 1) * kPixelBytes, pitch, -kPixelBytes, pitch,
+                resizeRotateRgb16BlockRight);
+  }
+}
+
+void resizeRgb16AntiAlias(const Job &job) {
+  const ConvertParams &p = job.params;
+  constexpr std::ptrdiff_t kEntry = kEntryWords<kFilterTaps>;
+  // This routine counts its pitches in whole pixels.
+  const std::ptrdiff_t srcPitch = (p.inStride >> 1) * kPixelBytes;
+  const std::ptrdiff_t dstPitch = (p.outStride >> 1) * kPixelBytes;
+  for (int32_t j = 0; j < p.outHeight; ++j) {
+    LinePairs<kFilterTaps, AsBuilt> lines(p.inBuf[0], srcPitch, job.yTable + j * kEntry, AsBuilt{});
+    for (LinePair &line : lines.pair) {
+      line.weights = lines.pair[0].weights; // one pair of line weights serves all five
+    }
+    uint8_t *out = p.outBuf[0] + j * dstPitch;
+    for (int32_t i = 0; i < p.outWidth; ++i, out += kPixelBytes) {
+      AnyAddress::store(out, samplePixelMean(lines.pair, job.xTable + i * kEntry));
+    }
+  }
+}
+
+} // namespace zqcc

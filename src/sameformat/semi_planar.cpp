@@ -1,0 +1,111 @@
+#include "sameformat/semi_planar.h"
+
+#include "sameformat/copy_lines.h"
+#include "sameformat/nearest.h"
+#include "sameformat/transpose.h"
+
+#include <cstring>
+
+namespace zqcc {
+
+namespace {
+
+constexpr std::ptrdiff_t kPairBytes = 2;
+
+constexpr int32_t smaller(int32_t a, int32_t b) {
+  return a < b ? a : b;
+}
+
+/// Turns `lines` lines of `width` units. The left turn reads them from line 0 down, the right turn from line
+/// srcLines - 1 up; when that runs out of lines, the first one fills what remains.
+template <class Unit>
+void quarterTurn(uint32_t rotation, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst,
+                 int32_t width, int32_t lines, std::ptrdiff_t dstPitch) {
+  if (width <= 0 || lines <= 0) {
+    return;
+  }
+  if (rotation == ROTATION_90_LEFT) {
+    transposeLines<Unit>(src, srcPitch, dst + (width - 1) * dstPitch, -dstPitch, width, lines);
+    return;
+  }
+  const int32_t there = smaller(lines, srcLines > 0 ? srcLines : 0);
+  transposeLines<Unit>(src + (srcLines - 1) * srcPitch, -srcPitch, dst, dstPitch, width, there);
+  if (there < lines) {
+    transposeLines<Unit>(src, 0, dst + there * static_cast<std::ptrdiff_t>(sizeof(Unit)), dstPitch, width,
+                         lines - there);
+  }
+}
+
+void rotateLumaPlane(uint32_t rotation, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst,
+                     int32_t width, int32_t lines, std::ptrdiff_t dstPitch) {
+  quarterTurn<uint8_t>(rotation, src, srcLines, srcPitch, dst, width, lines, dstPitch);
+}
+
+/// Widths count pairs.
+void rotateChromaPairs(uint32_t rotation, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst,
+                       int32_t width, int32_t lines, std::ptrdiff_t dstPitch) {
+  quarterTurn<uint16_t>(rotation, src, srcLines, srcPitch, dst, width, lines, dstPitch);
+}
+
+void resizeLuma(const Job &job) {
+  const ConvertParams &p = job.params;
+  const std::ptrdiff_t srcPitch = p.inStride;
+  const std::ptrdiff_t dstPitch = p.outStride;
+  for (int32_t j = 0; j < p.outHeight; ++j) {
+    const uint8_t *line = p.inBuf[0] + job.yTable[j] * srcPitch;
+    uint8_t *out = p.outBuf[0] + j * dstPitch;
+    for (int32_t i = 0; i < p.outWidth; ++i) {
+      out[i] = line[job.xTable[i]];
+    }
+  }
+}
+
+/// Pair k of chroma line l follows the luma at column 2k of line 2l. The lone last column or line of an odd input has
+/// no chroma of its own and takes the last there is.
+void resizeChroma(const Job &job) {
+  const ConvertParams &p = job.params;
+  const std::ptrdiff_t srcPitch = p.inStride;
+  const std::ptrdiff_t dstPitch = p.outStride;
+  const int32_t lastPair = p.inWidth / 2 - 1;
+  const int32_t lastLine = p.inHeight / 2 - 1;
+  const int32_t lines = p.outHeight / 2;
+  const int32_t pairs = p.outWidth / 2;
+  for (int32_t l = 0; l < lines; ++l) {
+    const uint8_t *line = p.inBuf[1] + smaller(job.yTable[std::ptrdiff_t{l} * 2] >> 1, lastLine) * srcPitch;
+    uint8_t *out = p.outBuf[1] + l * dstPitch;
+    for (int32_t k = 0; k < pairs; ++k, out += kPairBytes) {
+      const int32_t pair = smaller(job.xTable[std::ptrdiff_t{k} * 2] >> 1, lastPair);
+      std::memcpy(out, line + pair * kPairBytes, kPairBytes);
+    }
+  }
+}
+
+} // namespace
+
+void copyYuv420SemiPlanar(const Job &job) {
+  const ConvertParams &p = job.params;
+  copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
+  copyLines(p.inBuf[1], p.inStride, p.outBuf[1], p.outStride, p.outWidth / 2 * kPairBytes, p.outHeight / 2);
+}
+
+void rotateYuv420SemiPlanar(const Job &job) {
+  const ConvertParams &p = job.params;
+  rotateLumaPlane(p.rotation, p.inBuf[0], p.inHeight, p.inStride, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
+  rotateChromaPairs(p.rotation, p.inBuf[1], p.inHeight / 2, p.inStride, p.outBuf[1], p.outWidth / 2, p.outHeight / 2,
+                    p.outStride);
+}
+
+void resizeYuv420SemiPlanar(const Job &job) {
+  resizeLuma(job);
+  resizeChroma(job);
+}
+
+void resizeRotateYuv420SemiPlanar(const Job &job) {
+  const ConvertParams &p = job.params;
+  const NearestSource luma{p.inBuf[0], p.inStride, p.inWidth - 1, p.inHeight - 1, job.xTable, job.yTable};
+  const NearestSource chroma{p.inBuf[1], p.inStride, p.inWidth / 2 - 1, p.inHeight / 2 - 1, job.xTable, job.yTable};
+  resizeRotatePlane(p.rotation, luma, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
+  resizeRotateChromaPairs(p.rotation, chroma, p.outBuf[1], p.outWidth / 2, p.outHeight / 2, p.outStride);
+}
+
+} // namespace zqcc

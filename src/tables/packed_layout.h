@@ -1,0 +1,31 @@
+// Where the four bytes of a packed 4:2:2 group stand.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace zqcc {
+
+inline constexpr uint32_t kPackedVariants = 8;
+
+/// Byte positions of the first chroma sample (U) and of the second one (V) in a group, by variant & 3.
+inline constexpr std::array<int32_t, 4> kPackedU{1, 3, 0, 2};
+inline constexpr std::array<int32_t, 4> kPackedV{3, 1, 2, 0};
+
+/// Byte positions within a group of two pixels: the left and the right pixel's luma, and the chroma they share.
+struct PackedLayout {
+  int32_t left;
+  int32_t right;
+  int32_t u;
+  int32_t v;
+};
+
+/// Variants 4..7 are 0..3 with the two luma bytes exchanged.
+constexpr PackedLayout packedLayout(uint32_t variant) {
+  const uint32_t base = variant & 3U;
+  const int32_t luma = base > 1 ? 1 : 0;
+  const bool swapped = variant > 3;
+  return {swapped ? luma + 2 : luma, swapped ? luma : luma + 2, kPackedU[base], kPackedV[base]};
+}
+
+} // namespace zqcc

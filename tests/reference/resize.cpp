@@ -1,0 +1,203 @@
+#include "reference/resize.h"
+
+#include "reference/resize_frame.h"
+#include "reference/tables.h"
+
+#include <utility>
+
+namespace reference::resize {
+namespace {
+
+bool isPacked(int type) {
+  return (type >= 6 && type <= 9) || (type >= 14 && type <= 17);
+}
+bool isSemiPlanar(int type) {
+  return type == 11 || type == 35;
+}
+bool turnsBeforehand(int type) {
+  return type == 0 || type == 2 || type == 4 || type == 37;
+}
+
+Plane chromaPlane(int type, const uint8_t *data, int width, int height, int stride) {
+  switch (type) {
+  case 1:
+    return {data, stride >> 1, width / 2, height};
+  case 2:
+    return {data, stride, width, height / 2};
+  case 3:
+    return {data, stride >> 1, width / 2, height / 2};
+  case 4:
+    return {data, stride >> 2, width / 4, height};
+  case 37:
+    return {data, stride, width, height / 4};
+  default: // 0 and 34
+    return {data, stride, width, height};
+  }
+}
+
+/// Every second byte of the pairs' plane, from `first` on, as a plane with half the pitch.
+std::vector<uint8_t> everySecond(const ConvertParams &p, int first) {
+  const int pitch = p.inStride >> 1;
+  std::vector<uint8_t> samples(static_cast<std::size_t>(pitch) * static_cast<std::size_t>(p.inHeight / 2));
+  for (int y = 0; y < p.inHeight / 2; ++y) {
+    for (int x = 0; x < p.inWidth / 2; ++x) {
+      samples[static_cast<std::size_t>(y * pitch + x)] = p.inBuf[1][y * p.inStride + 2 * x + first];
+    }
+  }
+  return samples;
+}
+
+void turn(Plane &plane, std::vector<uint8_t> &store, bool left) {
+  const Plane source = plane;
+  plane = {nullptr, source.lines, source.lines, source.columns};
+  store.resize(static_cast<std::size_t>(source.lines) * static_cast<std::size_t>(source.columns));
+  for (int y = 0; y < source.lines; ++y) {
+    for (int x = 0; x < source.columns; ++x) {
+      const int line = left ? source.columns - 1 - x : x;
+      const int column = left ? y : source.lines - 1 - y;
+      store[static_cast<std::size_t>(line * plane.pitch + column)] = source.data[y * source.pitch + x];
+    }
+  }
+  plane.data = store.data();
+}
+
+int turnedLayout(int type) {
+  if (type == 2) {
+    return 1;
+  }
+  if (type == 4) {
+    return 37;
+  }
+  return type == 37 ? 4 : type;
+}
+
+void turnFrame(Frame &frame) {
+  for (std::size_t i = 0; i < 3; ++i) {
+    turn(frame.planes[i], frame.scratch[i], frame.rotation == ROTATION_90_LEFT);
+  }
+  std::swap(frame.width, frame.height);
+  std::swap(frame.outWidth, frame.outHeight);
+  frame.stride = frame.width;
+  frame.layout = turnedLayout(frame.layout);
+}
+
+void arrangePlanes(const ConvertParams &p, Frame &frame) {
+  std::array<const uint8_t *, 3> data{p.inBuf[0], p.inBuf[1], p.inBuf[2]};
+  frame.layout = p.inType;
+  if (p.inType == 12 || p.inType == 13) {
+    std::swap(data[1], data[2]);
+    frame.layout = p.inType == 12 ? 3 : 1;
+  } else if (isSemiPlanar(p.inType)) {
+    frame.scratch[1] = everySecond(p, p.inType == 11 ? 0 : 1);
+    frame.scratch[2] = everySecond(p, p.inType == 11 ? 1 : 0);
+    data[1] = frame.scratch[1].data();
+    data[2] = frame.scratch[2].data();
+    frame.layout = 3;
+  }
+  frame.planes[0] = {data[0], p.inStride, p.inWidth, p.inHeight};
+  for (std::size_t i = 1; i < 3; ++i) {
+    frame.planes[i] = chromaPlane(frame.layout, data[i], p.inWidth, p.inHeight, p.inStride);
+  }
+}
+
+void describeOutput(const ConvertParams &p, Frame &frame) {
+  frame.width = p.inWidth;
+  frame.height = p.inHeight;
+  frame.stride = p.inStride;
+  frame.outWidth = p.outWidth;
+  frame.outHeight = p.outHeight;
+  frame.outStride = p.outStride;
+  frame.out = p.outBuf[0];
+  const auto rotation = static_cast<int>(p.rotation);
+  frame.rotation = rotation >= 3 && rotation <= 5 ? rotation : 2;
+  frame.quality = static_cast<int>(p.antiAlias);
+}
+
+void resizePlanar(const ConvertParams &p, const Colour &colour) {
+  Frame frame;
+  arrangePlanes(p, frame);
+  describeOutput(p, frame);
+  if (turnsBeforehand(p.inType)) {
+    if (frame.rotation == 3 || frame.rotation == 4) {
+      turnFrame(frame);
+    }
+    // Nothing but the pre-pass turns these types: a half turn comes out upright.
+    frame.rotation = 2;
+  }
+  if (p.outType == 32) {
+    resizeRunLength(frame, colour);
+  } else if (frame.quality != 0 && frame.rotation == 2) {
+    resizeFiltered(frame);
+  } else {
+    resizeBlocks(frame);
+  }
+}
+
+} // namespace
+
+std::vector<Tap> expandGroups(int source, int positions) {
+  const Words words = grouped(source, positions);
+  std::vector<Tap> taps;
+  std::size_t at = 0;
+  while (at < words.size()) {
+    const int count = words[at++];
+    const int32_t *group = words.data() + at;
+    for (int i = 0; i < count; ++i) {
+      const int first = i - i % 2;
+      const int second = std::min(first + 1, count - 1);
+      const int32_t *t = group + static_cast<std::ptrdiff_t>(3) * i;
+      taps.push_back({t[0], t[1], t[2], i, group[3 * first], group[3 * second]});
+    }
+    at += 3 * static_cast<std::size_t>(count);
+  }
+  return taps;
+}
+
+int clip8(int i) {
+  return std::clamp(i, 16, 235);
+}
+int clip6(int i) {
+  return std::clamp(i, 0, 63);
+}
+
+/// Full intensity is reached one step late: 28, 29, 29, 30, 31 at 28 to 32.
+int clip5(int i) {
+  if (i >= 32) {
+    return 31;
+  }
+  return i >= 30 ? i - 1 : std::max(i, 0);
+}
+
+uint16_t fixedPixel(int luma, int u, int v) {
+  const int32_t y = multiply(luma - 16, 1220542);
+  const int32_t cb = u - 128;
+  const int32_t cr = v - 128;
+  const int red = clip6(wrap(int64_t{y} + multiply(cr, 1673527)) >> 22) >> 1;
+  const int green = clip6(wrap(int64_t{y} - multiply(cr, 852492) - multiply(cb, 411041)) >> 22);
+  const int blue = clip6(wrap(int64_t{y} + multiply(cb, 2114977)) >> 22) >> 1;
+  return static_cast<uint16_t>((red << 11) | (green << 5) | blue);
+}
+
+Terms matrixTerms(const Colour &colour, int u, int v) {
+  const int32_t cb = u - 128;
+  const int32_t cr = v - 128;
+  const auto &m = colour.matrix;
+  return {multiply(cr, m[0]) >> 20, wrap(int64_t{multiply(cb, m[3])} + multiply(cr, m[1])) >> 20,
+          multiply(cb, m[2]) >> 20};
+}
+
+} // namespace reference::resize
+
+namespace reference {
+
+void convertResized(const ConvertParams &params, const Colour &colour) {
+  if (resize::isPacked(params.inType)) {
+    resize::resizePacked(params, colour);
+  } else if (params.inType == COLOR_RGB24) {
+    resize::resizeRgb24(params);
+  } else {
+    resize::resizePlanar(params, colour);
+  }
+}
+
+} // namespace reference

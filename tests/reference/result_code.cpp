@@ -1,0 +1,232 @@
+#include "reference/result_code.h"
+
+#include <array>
+#include <cstdint>
+
+namespace reference {
+
+namespace {
+
+enum class Family { Planar, SemiPlanar, Packed, Rgb16, Rgb24, None };
+
+Family familyOf(int type) {
+  switch (type) {
+  case 0:
+  case 1:
+  case 2:
+  case 3:
+  case 4:
+  case 12:
+  case 13:
+  case 34:
+  case 37:
+    return Family::Planar;
+  case 11:
+  case 35:
+    return Family::SemiPlanar;
+  case 6:
+  case 7:
+  case 8:
+  case 9:
+  case 14:
+  case 15:
+  case 16:
+  case 17:
+    return Family::Packed;
+  case 30:
+  case 31:
+    return Family::Rgb16;
+  case 32:
+    return Family::Rgb24;
+  default:
+    return Family::None;
+  }
+}
+
+bool isPlanar420(int type) {
+  return type == 3 || type == 12;
+}
+bool isRgb16(int type) {
+  return type == 30 || type == 31;
+}
+bool isSame(const ConvertParams &p) {
+  return p.inType == p.outType;
+}
+bool isQuarterTurn(const ConvertParams &p) {
+  return p.rotation == 3 || p.rotation == 4;
+}
+
+bool badModes(const ConvertParams &p, uint32_t bestQuality) {
+  return p.isResize > 1 || p.rotation > 7 || p.antiAlias > bestQuality;
+}
+
+uint32_t sameTypeCode(const ConvertParams &p) {
+  const Family family = familyOf(p.inType);
+  const bool accepted =
+      isPlanar420(p.inType) || family == Family::SemiPlanar || family == Family::Packed || family == Family::Rgb16;
+  return accepted ? CC_OK : CC_ERR_IN_TYPE;
+}
+
+uint32_t conversionTypeCode(const ConvertParams &p) {
+  const bool rgb = isRgb16(p.outType) || p.outType == 32;
+  switch (familyOf(p.inType)) {
+  case Family::Planar:
+  case Family::SemiPlanar:
+    return rgb || isPlanar420(p.outType) ? CC_OK : CC_ERR_OUT_TYPE;
+  case Family::Packed:
+    return rgb || p.outType == 3 ? CC_OK : CC_ERR_OUT_TYPE;
+  case Family::Rgb24:
+    return CC_OK;
+  default:
+    return CC_ERR_IN_TYPE;
+  }
+}
+
+/// RGB24 to anything but RGB565 succeeds and does nothing.
+bool doesNothing(const ConvertParams &p) {
+  return p.inType == 32 && p.outType != 30;
+}
+
+/// Upright copies of a single line have no chroma to move.
+bool needsChroma(const ConvertParams &p) {
+  return !(isSame(p) && p.isResize == 0 && !isQuarterTurn(p) && !(p.rotation == 5 && isPlanar420(p.inType)) &&
+           p.outHeight < 2);
+}
+
+struct Divisors {
+  int across = 1;
+  int down = 1;
+};
+
+/// Samples of the luma per sample of the chroma, for each type with chroma planes.
+Divisors chromaOf(int type) {
+  switch (type) {
+  case 1:
+  case 13:
+    return {2, 1};
+  case 2:
+    return {1, 2};
+  case 3:
+  case 12:
+  case 11:
+  case 35:
+    return {2, 2};
+  case 4:
+    return {4, 1};
+  case 37:
+    return {1, 4};
+  default:
+    return {};
+  }
+}
+
+bool emptyChroma(int type, int width, int height) {
+  const Divisors chroma = chromaOf(type);
+  return width / chroma.across < 1 || height / chroma.down < 1;
+}
+
+int planesOf(int type) {
+  const Family family = familyOf(type);
+  if (family == Family::Planar) {
+    return 3;
+  }
+  return family == Family::SemiPlanar ? 2 : 1;
+}
+
+bool missingPlane(const ConvertParams &p) {
+  for (int i = 0; i < planesOf(p.inType); ++i) {
+    if (p.inBuf[i] == nullptr && (i == 0 || needsChroma(p))) {
+      return true;
+    }
+  }
+  for (int i = 0; i < planesOf(p.outType); ++i) {
+    if (p.outBuf[i] == nullptr && (i == 0 || needsChroma(p))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool impossibleScale(const ConvertParams &p) {
+  return p.inWidth < 2 || p.inHeight < 2 || p.outWidth < 1 || p.outHeight < 1 ||
+         p.outWidth > int64_t{1024} * p.inWidth || p.outHeight > int64_t{1024} * p.inHeight;
+}
+
+bool lacksRoutine(const ConvertParams &p) {
+  if (!isSame(p) || p.antiAlias == 0) {
+    return false;
+  }
+  const bool planar = isPlanar420(p.inType);
+  const bool rgb = isRgb16(p.inType);
+  if (p.isResize == 0) {
+    return planar || rgb; // the filtered routines would find no tables
+  }
+  return (planar && (isQuarterTurn(p) || p.rotation == 5)) || (rgb && isQuarterTurn(p));
+}
+
+bool agrees(const ConvertParams &a, const ConvertParams &b) {
+  return a.inType == b.inType && a.outType == b.outType && a.inWidth == b.inWidth && a.inHeight == b.inHeight &&
+         a.outWidth == b.outWidth && a.outHeight == b.outHeight && a.isResize == b.isResize &&
+         a.rotation == b.rotation && a.antiAlias == b.antiAlias;
+}
+
+/// Conversions of semi-planar input split the chroma into scratch planes that set-up has measured.
+bool lacksScratch(const ConvertParams &setup, const ConvertParams &frame) {
+  if (isSame(frame) || familyOf(frame.inType) != Family::SemiPlanar) {
+    return false;
+  }
+  const auto area = [](const ConvertParams &p) { return int64_t{p.inStride} * p.inHeight; };
+  return familyOf(setup.inType) != Family::SemiPlanar || area(setup) < area(frame);
+}
+
+uint32_t argumentCode(const ConvertParams &setup, const ConvertParams &frame) {
+  const bool empty = frame.outWidth == 0 || frame.outHeight == 0;
+  if (doesNothing(frame) || (frame.isResize == 0 && empty && !lacksRoutine(frame))) {
+    return CC_OK;
+  }
+  const bool grows = frame.outWidth > frame.inWidth || frame.outHeight > frame.inHeight;
+  const std::array<bool, 7> reasons{missingPlane(frame),
+                                    frame.isResize == 1 && impossibleScale(frame),
+                                    needsChroma(frame) && (emptyChroma(frame.inType, frame.inWidth, frame.inHeight) ||
+                                                           emptyChroma(frame.outType, frame.outWidth, frame.outHeight)),
+                                    lacksRoutine(frame),
+                                    frame.isResize == 1 && !scales(frame) && grows,
+                                    scales(frame) && !agrees(setup, frame),
+                                    lacksScratch(setup, frame)};
+  for (const bool reason : reasons) {
+    if (reason) {
+      return CC_ERR_ARGUMENT;
+    }
+  }
+  return CC_OK;
+}
+
+} // namespace
+
+bool scales(const ConvertParams &frame) {
+  if (frame.isResize != 1 || doesNothing(frame)) {
+    return false;
+  }
+  if (isSame(frame)) {
+    return true;
+  }
+  const Family family = familyOf(frame.inType);
+  const bool planar = family == Family::Planar || family == Family::SemiPlanar;
+  const bool flips = planar && frame.rotation == 6 && isRgb16(frame.outType);
+  return !flips && !isPlanar420(frame.outType);
+}
+
+uint32_t setupCode(const ConvertParams &setup) {
+  const bool refused = badModes(setup, 3) || (setup.isResize == 1 && impossibleScale(setup));
+  return refused ? CC_ERR_ARGUMENT : CC_OK;
+}
+
+uint32_t resultCode(const ConvertParams &setup, const ConvertParams &frame) {
+  if (badModes(frame, isSame(frame) ? 2 : 3)) {
+    return CC_ERR_ARGUMENT;
+  }
+  const uint32_t typeCode = isSame(frame) ? sameTypeCode(frame) : conversionTypeCode(frame);
+  return typeCode != CC_OK ? typeCode : argumentCode(setup, frame);
+}
+
+} // namespace reference
