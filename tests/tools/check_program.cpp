@@ -1,0 +1,206 @@
+// The built program from the outside: files, streams, status and the one line of an error.
+#include "color_types.h"
+#include "workspace.h"
+#include "zqColorConversion.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+using workspace::Folder;
+using workspace::Outcome;
+using workspace::y4m420;
+
+namespace {
+
+/// Status 2, one line on standard error in the program's name, nothing on standard output.
+void expectRefusal(const Outcome &outcome, const std::string &words) {
+  EXPECT_EQ(outcome.status, 2) << outcome.err;
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_THAT(outcome.err, StartsWith("zqconvert: "));
+  EXPECT_THAT(outcome.err, HasSubstr(words));
+  EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+}
+
+TEST(Program, ConvertsAStreamToABitmapOfTheLibrarysBytes) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", y4m420(32, 16, 1));
+  const Outcome outcome = workspace::run({clip, folder.path("out.bmp")});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "out.bmp"));
+
+  // The same picture straight through the library.
+  std::string planes = y4m420(32, 16, 1);
+  planes = planes.substr(planes.find("FRAME\n") + 6);
+  const auto *in = reinterpret_cast<const uint8_t *>(planes.data());
+  std::string pixels(std::size_t{32} * 16 * 2, '\0');
+  ASSERT_EQ(zqColorConvert(in, reinterpret_cast<uint8_t *>(pixels.data()), COLOR_YUV420_PLANAR, COLOR_RGB565, 32, 16,
+                           32, nullptr),
+            CC_OK);
+  EXPECT_TRUE(workspace::readFile(folder.path("out.bmp")).substr(66) == pixels);
+}
+
+TEST(Program, StandardInputAndOutput) {
+  const Folder folder;
+  const std::string clip = folder.file("clip", y4m420(32, 16, 3));
+  const Outcome piped = workspace::run({"-", "-"}, clip);
+  EXPECT_EQ(piped.status, 0) << piped.err;
+  EXPECT_EQ(piped.out.size(), 3U * 32U * 16U * 2U);
+  const Outcome file = workspace::run({clip, folder.path("out.raw")});
+  EXPECT_EQ(file.status, 0) << file.err;
+  EXPECT_TRUE(workspace::readFile(folder.path("out.raw")) == piped.out);
+  const Outcome bitmap = workspace::run({"--frames", "2", "--format", "bmp", clip, "-"});
+  EXPECT_EQ(bitmap.status, 0) << bitmap.err;
+  const std::size_t frame = std::size_t{32} * 16 * 2;
+  EXPECT_TRUE(bitmap.out.substr(66) == piped.out.substr(frame, frame));
+}
+
+TEST(Program, FramesAreNumberedAsInTheInput) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", y4m420(16, 16, 5));
+  const Outcome outcome = workspace::run({"--frames", "2:4", clip, folder.path("f-%02d.ppm")});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "f-02.ppm", "f-03.ppm", "f-04.ppm"));
+  EXPECT_FALSE(workspace::readFile(folder.path("f-02.ppm")) == workspace::readFile(folder.path("f-03.ppm")));
+}
+
+TEST(Program, Y4mStaysY4m) {
+  const Folder folder;
+  const std::string stream = y4m420(16, 16, 2);
+  const std::string clip = folder.file("clip.y4m", stream);
+  EXPECT_EQ(workspace::run({clip, folder.path("copy.y4m")}).status, 0);
+  const std::string copy = workspace::readFile(folder.path("copy.y4m"));
+  EXPECT_TRUE(copy.substr(copy.find('\n')) == stream.substr(stream.find('\n')));
+  EXPECT_THAT(copy, StartsWith("YUV4MPEG2 W16 H16 F30:1 "));
+  EXPECT_THAT(copy.substr(0, copy.find('\n')), HasSubstr(" C420jpeg"));
+}
+
+TEST(Program, InputMayBeItsOwnOutput) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", y4m420(16, 16, 2));
+  EXPECT_EQ(workspace::run({clip, clip}).status, 0);
+  EXPECT_EQ(workspace::readFile(clip).size(),
+            std::string("YUV4MPEG2 W16 H16 F30:1 Ip A0:0 C420jpeg\n").size() + std::size_t{2} * (6 + 384));
+}
+
+TEST(Program, EveryTypeComesInByNameAndByCode) {
+  const Folder folder;
+  for (const zqconvert::ColorTypeInfo &type : zqconvert::colorTypes()) {
+    const zqconvert::Frame frame = workspace::noiseFrame(type.code, 18, 14, 2);
+    std::string raw;
+    for (const std::vector<uint8_t> &plane : frame.planes) {
+      raw.append(plane.begin(), plane.end());
+    }
+    const std::string file = folder.file("in.raw", raw);
+    const std::string bmp = folder.path("out.bmp");
+    std::string first;
+    for (const std::string &name :
+         {zqconvert::shortName(type.code), std::string(type.constant), std::to_string(type.code)}) {
+      std::filesystem::remove(bmp);
+      const Outcome outcome = workspace::run({"--size", "18x14", "--type", name, file, bmp});
+      ASSERT_EQ(outcome.status, 0) << name << ": " << outcome.err;
+      const std::string bytes = workspace::readFile(bmp);
+      EXPECT_EQ(bytes.size(), 66U + 14U * 36U) << name;
+      EXPECT_TRUE(first.empty() || bytes == first) << name;
+      first = bytes;
+    }
+  }
+}
+
+TEST(Program, TruncatedInputLeavesNothingBehind) {
+  const Folder folder;
+  std::string stream = y4m420(32, 16, 2);
+  stream.resize(stream.size() - 1);
+  const std::string clip = folder.file("clip.y4m", stream);
+  const std::string old = folder.file("old.raw", "precious");
+  for (const char *name : {"new.raw", "new.y4m", "new-%d.png", "new-%d.bmp", "old.raw"}) {
+    expectRefusal(workspace::run({clip, folder.path(name)}), "frame 2");
+    EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "old.raw")) << name;
+  }
+  EXPECT_EQ(workspace::readFile(old), "precious");
+}
+
+TEST(Program, BadInputIsRefusedInOneLine) {
+  const Folder folder;
+  const std::string good = folder.file("good.y4m", y4m420(16, 16, 2));
+  const std::string out = folder.path("out.bmp");
+  const std::string raw = folder.path("out.raw");
+  struct Case {
+    std::vector<std::string> arguments;
+    std::string words;
+  };
+  const std::vector<Case> cases{
+      {{folder.path("missing.y4m"), out}, "cannot be read"},
+      {{folder.path(""), out}, "is a directory"},
+      {{folder.file("empty.y4m", ""), out}, "not a YUV4MPEG2"},
+      {{folder.file("none.y4m", "YUV4MPEG2 W16 H16\n"), out}, "holds no frame"},
+      {{folder.file("odd.y4m", "YUV4MPEG2 Wx H16\n"), out}, "is no number"},
+      {{folder.file("deep.y4m", "YUV4MPEG2 W16 H16 C420p10\n"), out}, "C420p10"},
+      {{folder.file("huge.y4m", "YUV4MPEG2 W65535 H65535\nFRAME\n"), out}, "out of range"},
+      {{folder.file("liar.y4m", "YUV4MPEG2 W16384 H16384\nFRAME\n"), raw}, "middle of frame 1"},
+      {{folder.file("text.raw", "hello"), out}, "not a YUV4MPEG2"},
+      {{"--size", "16x16", "--type", "i420", folder.path("text.raw"), out}, "middle of frame 1"},
+      {{"--size", "16x16", "--type", "i420", folder.file("void.raw", ""), out}, "holds no frame"},
+      {{"--size", "16x16", "--type", "i420", good, out}, "says its own size"},
+      {{"--to", "nonsense", good, out}, "unknown colour type"},
+      {{good, out}, "more"},
+      {{"--frames", "1", "--to", "i420", good, out}, "holds no i420"},
+      {{"--frames", "1", "--to", "rgb565", good, folder.path("out.y4m")}, "y4m"},
+      {{"--to", "nv12", good, raw}, "no conversion"},
+      {{"--frames", "3", good, out}, "has 2 frames"},
+      {{"--frames", "2:3", good, raw}, "has 2 frames"},
+      {{"--frames", "5:", good, raw}, "has 2 frames"},
+      {{"--crop", "1,0,8,8", good, raw}, "multiple of 2"},
+      {{"--crop", "0,0,18,8", good, raw}, "outside the picture"},
+      {{"--to", "bgr24", "--rotate", "left", good, raw}, "--rotate left"},
+      {{"--to", "i420", "--scale", "8x8", "--quality", "3", good, raw}, "--quality 3"},
+      {{"--scale", "16385x16385", good, raw}, "out of range"},
+      {{good, folder.path("no/such/folder.raw")}, "cannot be written"},
+      {{good, folder.path("")}, "is a directory"},
+      {{good}, "INPUT and OUTPUT"},
+      {{"--bogus", good, out}, "--bogus"},
+  };
+  const std::vector<std::string> before = folder.names();
+  for (const Case &c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.arguments));
+    expectRefusal(workspace::run(c.arguments), c.words);
+    EXPECT_EQ(folder.names(), before);
+  }
+}
+
+TEST(Program, FullDisk) {
+  if (!std::filesystem::is_character_file("/dev/full")) {
+    GTEST_SKIP() << "no /dev/full here";
+  }
+  const Folder folder;
+  expectRefusal(workspace::run({folder.file("clip.y4m", y4m420(64, 64, 4)), "/dev/full"}), "written");
+}
+
+TEST(Program, InformationGoesToStandardOutput) {
+  const Outcome help = workspace::run({"--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(help.err, "");
+  EXPECT_THAT(help.out, HasSubstr("Examples:"));
+  const Outcome version = workspace::run({"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_THAT(version.out, StartsWith("zqconvert "));
+  const Outcome types = workspace::run({"--list-types"});
+  EXPECT_EQ(types.status, 0);
+  EXPECT_THAT(types.out, HasSubstr("nv12"));
+}
+
+TEST(Program, StatsAreOneLineOnStandardError) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", y4m420(32, 16, 3));
+  const Outcome outcome = workspace::run({"--stats", "--rotate", "left", clip, "-"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.err, StartsWith("zqconvert: 3 frames, i420 32x16 to rgb565 16x32: "));
+  EXPECT_THAT(outcome.err, HasSubstr("million output pixels per second\n"));
+}
+
+} // namespace

@@ -1,0 +1,55 @@
+// A directory of its own for every test, hand-made streams, and the built program.
+#pragma once
+
+#include "frame.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace workspace {
+
+/// A fresh directory that disappears with the object.
+class Folder {
+public:
+  Folder();
+  Folder(const Folder &) = delete;
+  Folder &operator=(const Folder &) = delete;
+  ~Folder();
+  [[nodiscard]] std::string path(const std::string &name) const { return (root_ / name).string(); }
+  /// Writes a file and returns its path.
+  [[nodiscard]] std::string file(const std::string &name, const std::string &bytes) const;
+  /// Names of everything inside, hidden files included, sorted.
+  [[nodiscard]] std::vector<std::string> names() const;
+
+private:
+  std::filesystem::path root_;
+};
+
+/// Bytes from a plane's start to byte `x` of a line.
+constexpr std::size_t at(int line, int stride, int x = 0) {
+  return static_cast<std::size_t>(line) * static_cast<std::size_t>(stride) + static_cast<std::size_t>(x);
+}
+
+std::string readFile(const std::string &path);
+
+/// `count` bytes that differ from their neighbours and from those of other seeds.
+std::string bytes(std::size_t count, unsigned seed);
+
+/// A YUV4MPEG2 stream of 8-bit 4:2:0 frames with even sides.
+std::string y4m420(int width, int height, int frames, unsigned seed = 1);
+
+/// A frame of the given type whose planes are filled from `seed`.
+zqconvert::Frame noiseFrame(int type, int width, int height, unsigned seed);
+
+struct Outcome {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+/// Runs the program through the shell. `input` names the file that becomes standard input.
+Outcome run(const std::vector<std::string> &arguments, const std::string &input = "/dev/null");
+
+} // namespace workspace

@@ -1,0 +1,69 @@
+// One conversion of a stream of frames through the library's handle interface.
+#pragma once
+
+#include "frame.h"
+#include "zqColorConversion.h"
+
+#include <array>
+#include <optional>
+#include <string>
+
+namespace zqconvert {
+
+struct Rectangle {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+};
+
+struct Matrix {
+  int index = MATRIX_BT601;
+  std::array<double, 4> custom{}; ///< For MATRIX_CUSTOM.
+};
+
+/// What to do with every frame.
+struct Request {
+  int outType = COLOR_RGB565;
+  Matrix matrix;
+  std::optional<Size> scale; ///< In the input's orientation, before a turn.
+  uint32_t rotation = ROTATION_NONE;
+  uint32_t quality = 0;
+  std::optional<Rectangle> crop;
+};
+
+/// A result code of the library in words.
+std::string describeResult(uint32_t code);
+
+class Converter {
+public:
+  /// Throws Error if the request cannot be fulfilled for such a stream.
+  Converter(const StreamInfo &input, const Request &request);
+  Converter(const Converter &) = delete;
+  Converter &operator=(const Converter &) = delete;
+  ~Converter();
+
+  /// What convert() gives.
+  [[nodiscard]] const StreamInfo &output() const { return output_; }
+  /// Converts `in` into `out`, whose buffers are made on the first call.
+  void convert(const Frame &in, Frame &out);
+  /// Seconds spent inside the library's frame calls so far.
+  [[nodiscard]] double seconds() const { return seconds_; }
+
+private:
+  void requireCrop() const;
+  void setUp(ConvertParams &params);
+  void selectMatrix();
+  [[nodiscard]] ConvertParams describe(const Frame &in, Frame &out) const;
+  void requireOk(uint32_t code) const;
+
+  StreamInfo input_;
+  Request request_;
+  Rectangle part_; ///< The part of the input that is converted.
+  StreamInfo output_;
+  ConvertContext *handle_ = nullptr;
+  bool ready_ = false;
+  double seconds_ = 0;
+};
+
+} // namespace zqconvert

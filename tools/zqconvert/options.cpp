@@ -1,0 +1,226 @@
+#include "options.h"
+
+#include "error.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+namespace zqconvert {
+
+namespace {
+
+constexpr const char *kDescription =
+    "Converts pictures between YUV and RGB layouts, scaled, turned, flipped or cut out as asked.\n\n"
+    "INPUT is a YUV4MPEG2 stream (8-bit 420, 422, 444, 440 or 411), raw frames with --size and --type, or - for\n"
+    "standard input. OUTPUT is written as its extension says: .bmp, .png, .ppm, .y4m, raw frames otherwise, or - for\n"
+    "standard output. A number in OUTPUT (out-%04d.png) gives one file a frame, numbered as in the input from 1.";
+
+constexpr const char *kExamples =
+    "Examples:\n"
+    "  ffmpeg -i photo.jpg -pix_fmt yuv420p photo.y4m      make something to convert\n"
+    "  zqconvert photo.y4m photo.png                       look at it as RGB565\n"
+    "  zqconvert --to bgr24 photo.y4m photo.bmp            the library's 24-bit bytes in a bitmap\n"
+    "  zqconvert --scale 320x200 --quality 3 photo.y4m small.png\n"
+    "  zqconvert --rotate left --crop 64,32,320,240 photo.y4m part.bmp\n"
+    "  zqconvert --size 640x480 --type yuyv camera.raw camera-%03d.png\n"
+    "  zqconvert --to i420 --scale 1280x720 clip.y4m - | ffplay -f rawvideo -video_size 1280x720 -\n"
+    "  zqconvert --frames 10:20 clip.y4m frame-%04d.png\n\n"
+    "A job that cannot be done ends with one line on standard error and status 2 and leaves no file behind.";
+
+struct Words {
+  std::string size, type, to, format, matrix = "bt601", scale, rotate, crop, frames;
+  bool flip = false, help = false, version = false, listTypes = false;
+  int quality = 0;
+};
+
+Size sizeOption(const std::string &name, const std::string &text) {
+  const std::optional<Size> size = parseSize(text);
+  if (!size) {
+    throw Error(name + " takes WIDTHxHEIGHT, such as 640x480, not '" + text + "'");
+  }
+  requirePlausible(*size, name);
+  return *size;
+}
+
+Matrix parseMatrix(const std::string &text) {
+  const std::string lower = lowerCase(text);
+  if (lower == "bt601") {
+    return {MATRIX_BT601, {}};
+  }
+  if (lower == "bt709") {
+    return {MATRIX_BT709, {}};
+  }
+  if (lower == "grey" || lower == "gray") {
+    return {MATRIX_GREY, {}};
+  }
+  Matrix matrix{MATRIX_CUSTOM, {}};
+  const std::vector<std::string> parts = split(text, ',');
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const std::optional<double> value = parseNumber(parts[i]);
+    if (parts.size() != matrix.custom.size() || !value) {
+      throw Error("--matrix takes bt601, bt709, grey or four numbers a,b,c,d, not '" + text + "'");
+    }
+    matrix.custom.at(i) = *value;
+  }
+  return matrix;
+}
+
+uint32_t parseRotation(const std::string &text, bool flip) {
+  if (text.empty()) {
+    return flip ? ROTATION_FLIP_V : ROTATION_NONE;
+  }
+  if (flip) {
+    throw Error("--rotate and --flip cannot be combined");
+  }
+  const std::string lower = lowerCase(text);
+  if (lower == "left") {
+    return ROTATION_90_LEFT;
+  }
+  if (lower == "right") {
+    return ROTATION_90_RIGHT;
+  }
+  if (lower == "180") {
+    return ROTATION_180;
+  }
+  throw Error("--rotate takes left, right or 180, not '" + text + "'");
+}
+
+Rectangle parseCrop(const std::string &text) {
+  const std::vector<std::string> parts = split(text, ',');
+  std::array<int, 4> values{};
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const std::optional<int> value = parseCount(parts[i], kMaxSide);
+    if (parts.size() != values.size() || !value) {
+      throw Error("--crop takes X,Y,WIDTH,HEIGHT in pixels, not '" + text + "'");
+    }
+    values.at(i) = *value;
+  }
+  return {values[0], values[1], values[2], values[3]};
+}
+
+FrameRange parseFrames(const std::string &text) {
+  const std::vector<std::string> parts = split(text, ':');
+  FrameRange range;
+  const bool open = parts.size() == 2 && parts[1].empty();
+  const std::optional<int> first = parts[0].empty() && parts.size() == 2 ? 1 : parseCount(parts[0]);
+  const std::optional<int> last = open ? 0 : parseCount(parts.back());
+  const bool ordered = first && last && *first >= 1 && (open || *last >= *first);
+  if (parts.size() > 2 || text == ":" || !ordered) {
+    throw Error("--frames takes FIRST:LAST, FIRST:, :LAST or one number, counted from 1, not '" + text + "'");
+  }
+  range.first = *first;
+  range.last = *last;
+  return range;
+}
+
+void describe(CLI::App &app, Options &options, Words &words) {
+  app.set_help_flag();
+  app.footer(kExamples);
+  app.add_option("INPUT", options.input, "What to convert");
+  app.add_option("OUTPUT", options.output, "Where to put the result");
+  app.add_option("--size", words.size, "Size of raw input frames")->type_name("WxH")->group("Input");
+  app.add_option("--type", words.type, "Colour type of raw input frames, by name or code")
+      ->type_name("TYPE")
+      ->group("Input");
+  app.add_option("--frames", words.frames, "Frames to convert, counted from 1, both ends included")
+      ->type_name("A:B")
+      ->group("Input");
+  app.add_option("--crop", words.crop, "Convert this part of the input only; X and Y must lie on chroma samples")
+      ->type_name("X,Y,W,H")
+      ->group("Conversion");
+  app.add_option("--to", words.to, "Colour type of the result (rgb565; for .y4m i420)")
+      ->type_name("TYPE")
+      ->group("Conversion");
+  app.add_option("--matrix", words.matrix,
+                 "bt601 (the default), bt709, grey, or the four coefficients Cr to R, Cr to G, Cb to B, Cb to G, "
+                 "each times 512. Conversions with arithmetic of their own take no notice")
+      ->type_name("NAME|a,b,c,d")
+      ->group("Conversion");
+  app.add_option("--scale", words.scale, "Size of the result before it is turned")
+      ->type_name("WxH")
+      ->group("Conversion");
+  app.add_option("--quality", words.quality,
+                 "Resampling with --scale: 0 plain, 1 and 2 five taps (narrower, wider), 3 the mean of a box. Routes "
+                 "without a filter resample plainly")
+      ->type_name("0..3")
+      ->group("Conversion");
+  app.add_option("--rotate", words.rotate, "Turn: left or right by a quarter, or 180")
+      ->type_name("left|right|180")
+      ->group("Conversion");
+  app.add_flag("--flip", words.flip, "Exchange top and bottom")->group("Conversion");
+  app.add_option("--format", words.format, "Format of OUTPUT, whatever its name: raw, bmp, png, ppm, y4m")
+      ->type_name("NAME")
+      ->group("Output");
+  app.add_flag("--stats", options.stats, "Say on standard error what was done and how fast")->group("Output");
+  app.add_flag("-h,--help", words.help, "Show this text")->group("Information");
+  app.add_flag("--version", words.version, "Show the version")->group("Information");
+  app.add_flag("--list-types", words.listTypes, "Show the colour types and their names")->group("Information");
+}
+
+std::string versionText() {
+  return "zqconvert " + std::to_string(ZQCC_VERSION_MAJOR) + "." + std::to_string(ZQCC_VERSION_MINOR) + "." +
+         std::to_string(ZQCC_VERSION_PATCH) + "\n";
+}
+
+void interpret(const Words &words, Options &options) {
+  if (options.input.empty() || options.output.empty()) {
+    throw Error("INPUT and OUTPUT are needed (--help explains)");
+  }
+  if (words.size.empty() != words.type.empty()) {
+    throw Error("raw input needs both --size and --type");
+  }
+  if (!words.size.empty()) {
+    options.rawSize = sizeOption("--size", words.size);
+    options.rawType = parseColorType(words.type);
+  }
+  if (!words.to.empty()) {
+    options.outType = parseColorType(words.to);
+  }
+  options.format = words.format.empty() ? formatOfName(options.output) : parseFormat(words.format);
+  options.request.matrix = parseMatrix(words.matrix);
+  options.request.rotation = parseRotation(words.rotate, words.flip);
+  if (words.quality < 0 || words.quality > 3) {
+    throw Error("--quality takes 0, 1, 2 or 3");
+  }
+  options.request.quality = static_cast<uint32_t>(words.quality);
+  if (!words.scale.empty()) {
+    options.request.scale = sizeOption("--scale", words.scale);
+  }
+  if (!words.crop.empty()) {
+    options.request.crop = parseCrop(words.crop);
+  }
+  if (!words.frames.empty()) {
+    options.frames = parseFrames(words.frames);
+  }
+}
+
+} // namespace
+
+Options parseOptions(const std::vector<std::string> &arguments) {
+  Options options;
+  Words words;
+  CLI::App app(kDescription, "zqconvert");
+  describe(app, options, words);
+  try {
+    // The parser takes its words from the back.
+    std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+    app.parse(reversed);
+  } catch (const CLI::ParseError &error) {
+    std::string line = error.what();
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    throw Error(line + " (--help explains)");
+  }
+  if (words.help) {
+    options.message = app.help();
+  } else if (words.version) {
+    options.message = versionText();
+  } else if (words.listTypes) {
+    options.message = describeColorTypes();
+  } else {
+    interpret(words, options);
+  }
+  return options;
+}
+
+} // namespace zqconvert
