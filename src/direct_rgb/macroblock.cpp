@@ -4,16 +4,16 @@ namespace zqcc {
 namespace {
 
 // 4:2:0 saturates at two precisions: see StudioVideoRange.
-constexpr TileKernel convertEdgeBlockToRgb565 = convertTile<Yuv420, StudioVideoRange, Turn::Upright>;
-constexpr TileKernel convertFullBlockToRgb565 = convertTile<Yuv420, StudioSixBit, Turn::Upright>;
-constexpr TileKernel convertBlockToRgb24 = convertTile24<Yuv420, StudioQ12, Turn::Upright>;
+constexpr TileKernel convertEdgeBlockToRgb565 = convertTile<Yuv420::Layout, StudioVideoRange, Turn::Upright>;
+constexpr TileKernel convertFullBlockToRgb565 = convertTile<Yuv420::Layout, StudioSixBit, Turn::Upright>;
+constexpr TileKernel convertBlockToRgb24 = convertTile24<Yuv420::Layout, StudioQ12, Turn::Upright>;
 
 /// The other chroma layouts differ between edge and full in where their dither offsets come from.
 template <class Source>
-constexpr MbKernelPair kDithered{convertTile<Source, MatrixDitherWords, Turn::Upright>,
-                                 convertTile<Source, MatrixDither<Turn::Upright>, Turn::Upright>};
+constexpr MbKernelPair kDithered{convertTile<typename Source::Layout, MatrixDitherWords, Turn::Upright>,
+                                 convertTile<typename Source::Layout, MatrixDither<Turn::Upright>, Turn::Upright>};
 
-constexpr TileKernel packPlanes = convertTile<Yuv444, PackRgb, Turn::Upright>;
+constexpr TileKernel packPlanes = convertTile<Yuv444::Layout, PackRgb, Turn::Upright>;
 
 template <class Source>
 void convertWith(const Job &job, MbPair pair) {

@@ -8,7 +8,7 @@ namespace {
 /// Both lines of a pair take the upper line's chroma, although 4:2:2 has its own for each: the lower line's U and V are
 /// never read.
 template <uint32_t variant, Turn turn>
-constexpr TileKernel kKernel = convertTile<Packed422UpperChroma<variant>, MatrixDither<turn>, turn>;
+constexpr TileKernel kKernel = convertTile<typename Packed422UpperChroma<variant>::Layout, MatrixDither<turn>, turn>;
 
 struct Placed {
   PackedTurn column;

@@ -28,7 +28,7 @@ bool hasPixels(const ConvertParams &p) {
 
 template <bool swapped, Turn turn>
 void convertPackedTurned(const ConvertParams &p, const PlaneView &view, const ColorMatrix &matrix) {
-  inBlocks(convertTile24<Packed422<swapped>, MatrixRgb24, turn>, view,
+  inBlocks(convertTile24<typename Packed422<swapped>::Layout, MatrixRgb24, turn>, view,
            targetOf<turn, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
            matrix);
 }
@@ -66,7 +66,7 @@ void convertMbYuvToRgb24(const Job &job) {
 void convertFlippedYuvToRgb24(const Job &job) {
   const ConvertParams &p = job.params;
   if (hasPixels(p)) {
-    convertTile24<Yuv420, MatrixRgb24, Turn::Flip>(
+    convertTile24<Yuv420::Layout, MatrixRgb24, Turn::Flip>(
         viewOf(job), targetOf<Turn::Flip, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight),
         {0, 0, p.outWidth, p.outHeight}, *job.matrix);
   }

@@ -55,8 +55,8 @@ void convertTurned(const Job &job) {
   if (p.outWidth <= 0 || p.outHeight <= 0) {
     return;
   }
-  constexpr TurnedKernels kernels{convertTile<BlockSource, BlockArithmetic, turn>,
-                                  convertTile<StripSource, StripArithmetic, turn>};
+  constexpr TurnedKernels kernels{convertTile<typename BlockSource::Layout, BlockArithmetic, turn>,
+                                  convertTile<typename StripSource::Layout, StripArithmetic, turn>};
   convertRegions<turn>(job, BlockSource::view(p, p.outWidth, p.outHeight),
                        StripSource::view(p, p.outWidth, p.outHeight), kernels);
 }
@@ -82,7 +82,7 @@ void convertFlipped(const Job &job) {
   if (p.outWidth <= 0 || p.outHeight <= 0) {
     return;
   }
-  convertTile<Source, Arithmetic, Turn::Flip>(
+  convertTile<typename Source::Layout, Arithmetic, Turn::Flip>(
       Source::view(p, p.outWidth, p.outHeight),
       targetOf<Turn::Flip, 2>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
       *job.matrix);

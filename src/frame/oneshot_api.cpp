@@ -55,6 +55,7 @@ Byte *moved(Byte *p, int64_t bytes) {
   if (p == nullptr) {
     return nullptr;
   }
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): pointer arithmetic must not overflow before the arguments are refused
   return reinterpret_cast<Byte *>(reinterpret_cast<std::uintptr_t>(p) + static_cast<std::uintptr_t>(bytes));
 }
 

@@ -32,15 +32,21 @@ template <int xShift, int yShift, int sampleStep = 1, int pairStep = 2, int left
 struct Shape {
   static constexpr bool kSharedByColumns = xShift > 0;
   static constexpr bool kSharedByLines = yShift > 0;
-  static constexpr int kPairStep = pairStep;
-  static constexpr int kLeftLuma = leftLuma;
-  static constexpr int kRightLuma = rightLuma;
 
-  static std::ptrdiff_t chromaOffset(const PlaneView &view, int32_t x) {
-    return std::ptrdiff_t{smaller(x >> xShift, view.lastColumn)} * sampleStep;
+  /// Offset of the luma sample at column x + column, x even.
+  template <int column>
+  static std::ptrdiff_t lumaOffset(int32_t x) {
+    return std::ptrdiff_t{x >> 1} * pairStep + (column == 0 ? leftLuma : rightLuma);
   }
+  static std::ptrdiff_t chromaOffset(int32_t x) { return std::ptrdiff_t{x >> xShift} * sampleStep; }
   static std::ptrdiff_t chromaLine(const PlaneView &view, int32_t y) {
     return smaller((y >> yShift) * view.lineStep, view.lastLine) * view.cStride;
+  }
+  /// First column, a multiple of two, whose pixel pair may lie behind the last chroma sample.
+  static int32_t ownChromaEnd(const PlaneView &view) { return ((view.lastColumn + 1) << xShift) & ~1; }
+  /// Column whose chroma sample serves column x: x itself, or the last one that has a sample.
+  static int32_t chromaColumn(const PlaneView &view, int32_t x) {
+    return smaller(x, ((view.lastColumn + 1) << xShift) - 1);
   }
 };
 
@@ -52,54 +58,62 @@ inline PlaneView planesOf(const ConvertParams &p, std::ptrdiff_t chromaStride, i
 // Sources: a shape, and how to view the planes of a record whose picture is w x h.
 
 /// Planar 4:2:0.
-struct Yuv420 : Shape<1, 1> {
+struct Yuv420 {
+  using Layout = Shape<1, 1>;
   static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
     return planesOf(p, p.inStride >> 1, w / 2 - 1, h / 2 - 1);
   }
 };
 
 /// Planar 4:2:2 of which every second chroma line is read.
-struct Yuv422EvenLines : Shape<1, 1> {
+struct Yuv422EvenLines {
+  using Layout = Shape<1, 1>;
   static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
     return planesOf(p, p.inStride >> 1, w / 2 - 1, h - 1, 2);
   }
 };
 
 /// Planar 4:2:2 taken for 4:2:0: chroma line k serves lines 2k and 2k + 1, so only the upper half is used.
-struct Yuv422As420 : Shape<1, 1> {
+struct Yuv422As420 {
+  using Layout = Shape<1, 1>;
   static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
     return planesOf(p, p.inStride >> 1, w / 2 - 1, (h - 1) / 2);
   }
 };
 
 /// Planar 4:2:2, every line with its own chroma.
-struct Yuv422 : Shape<1, 0> {
+struct Yuv422 {
+  using Layout = Shape<1, 0>;
   static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
     return planesOf(p, p.inStride >> 1, w / 2 - 1, h - 1);
   }
 };
 
 /// Planar 4:4:4, and planar RGB with red in luma's place.
-struct Yuv444 : Shape<0, 0> {
+struct Yuv444 {
+  using Layout = Shape<0, 0>;
   static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) { return planesOf(p, p.inStride, w - 1, h - 1); }
 };
 
 /// Chroma lines as wide as luma's, half as many; only the even samples are read.
-struct Yuv440 : Shape<1, 1, 2> {
+struct Yuv440 {
+  using Layout = Shape<1, 1, 2>;
   static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
     return planesOf(p, p.inStride, (w - 1) / 2, h / 2 - 1);
   }
 };
 
 /// Planar 4:1:1.
-struct Yuv411 : Shape<2, 0> {
+struct Yuv411 {
+  using Layout = Shape<2, 0>;
   static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
     return planesOf(p, p.inStride >> 2, w / 4 - 1, h - 1);
   }
 };
 
 /// Chroma lines as wide as luma's, a quarter as many.
-struct YuvQuarterHeight : Shape<0, 2> {
+struct YuvQuarterHeight {
+  using Layout = Shape<0, 2>;
   static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
     return planesOf(p, p.inStride, w - 1, h / 4 - 1);
   }
@@ -114,14 +128,19 @@ inline PlaneView packedView(const ConvertParams &p, int32_t w, int32_t h, const 
 
 /// Packed 4:2:2 in one byte order; the chroma of the upper line of a pair serves both lines.
 template <uint32_t variant>
-struct Packed422UpperChroma : Shape<1, 1, 4, 4, packedLayout(variant).left, packedLayout(variant).right> {};
+struct Packed422UpperChroma {
+  using Layout = Shape<1, 1, 4, 4, packedLayout(variant).left, packedLayout(variant).right>;
+};
 
 /// Packed 4:2:2 with each line's own chroma; the view starts at the left pixel's luma.
 template <bool swapped>
-struct Packed422 : Shape<1, 0, 4, 4, 0, swapped ? -2 : 2> {};
+struct Packed422 {
+  using Layout = Shape<1, 0, 4, 4, 0, swapped ? -2 : 2>;
+};
 
 /// RGB24 bytes B, G, R: red in luma's place, green and blue in chroma's.
-struct Rgb24Bytes : Shape<0, 0, 3, 6, 0, 3> {
+struct Rgb24Bytes {
+  using Layout = Shape<0, 0, 3, 6, 0, 3>;
   static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
     const uint8_t *base = p.inBuf[0];
     return {base + 2, base + 1, base, p.inStride, p.inStride, w - 1, h - 1, 1};

@@ -1,10 +1,11 @@
 // The one loop of every same-size conversion to RGB: a rectangle of the source, two lines and two columns at a time.
-// Source, arithmetic and writer are template arguments; nothing in the loop asks which mode it is in.
+// Layout, arithmetic and writer are template arguments; nothing in the loop asks which mode it is in.
 #pragma once
 
 #include "kernels/arithmetic.h"
 #include "kernels/placement.h"
 #include "kernels/planes.h"
+#include "kernels/scratch.h"
 #include "kernels/writers.h"
 
 #include <cstddef>
@@ -23,12 +24,12 @@ struct LinePair {
   const uint8_t *v[2];
 };
 
-template <class Source>
+template <class Layout>
 LinePair linePairAt(const PlaneView &view, int32_t y, bool lone) {
   LinePair lines;
   for (int l = 0; l < 2; ++l) {
     const int32_t line = lone ? y : y + l;
-    const std::ptrdiff_t chroma = Source::chromaLine(view, line);
+    const std::ptrdiff_t chroma = Layout::chromaLine(view, line);
     lines.luma[l] = view.y + line * view.yStride;
     lines.u[l] = view.u + chroma;
     lines.v[l] = view.v + chroma;
@@ -36,100 +37,147 @@ LinePair linePairAt(const PlaneView &view, int32_t y, bool lone) {
   return lines;
 }
 
-/// Up to 2 x 2 pixels at even column x. Chroma terms are made once for all pixels that share them.
-template <class Source, class Arithmetic, class Writer, int columns, int lines>
-[[gnu::always_inline]] inline void convertGroup(const Arithmetic &arithmetic, const PlaneView &view,
-                                                const LinePair &from, int32_t x, uint8_t *to, std::ptrdiff_t stride) {
-  const std::ptrdiff_t at = std::ptrdiff_t{x >> 1} * Source::kPairStep;
-  Quad<typename Writer::Pixel> quad{};
-  const auto termsOf = [&](int line, int column) {
-    const std::ptrdiff_t sample = Source::chromaOffset(view, x + column);
+/// 2 x 2 pixels at even column x. Chroma terms are made once for all pixels that share them.
+template <class Layout, class Arithmetic, class Writer>
+[[gnu::always_inline]] inline void convertGroup(const Arithmetic &arithmetic, const LinePair &from, int32_t x,
+                                                uint8_t *to, std::ptrdiff_t stride) {
+  const auto terms = [&](int line, int column) {
+    const std::ptrdiff_t sample = Layout::chromaOffset(x + column);
     return arithmetic.terms(from.u[line][sample], from.v[line][sample]);
   };
-  const auto upperLeft = termsOf(0, 0);
-  auto upperRight = upperLeft;
-  auto lowerLeft = upperLeft;
-  if constexpr (columns == 2 && !Source::kSharedByColumns) {
-    upperRight = termsOf(0, 1);
+  const auto pixel = [&]<int line, int column>(const auto &t) {
+    return arithmetic.template pixel<line, column>(t, from.luma[line][Layout::template lumaOffset<column>(x)]);
+  };
+  Quad<typename Writer::Pixel> quad;
+  auto left = terms(0, 0);
+  auto right = Layout::kSharedByColumns ? left : terms(0, 1);
+  quad[0][0] = pixel.template operator()<0, 0>(left);
+  quad[0][1] = pixel.template operator()<0, 1>(right);
+  if constexpr (!Layout::kSharedByLines) {
+    left = terms(1, 0);
+    right = Layout::kSharedByColumns ? left : terms(1, 1);
   }
-  quad[0][0] = arithmetic.template pixel<0, 0>(upperLeft, from.luma[0][at + Source::kLeftLuma]);
-  if constexpr (columns == 2) {
-    quad[0][1] = arithmetic.template pixel<0, 1>(upperRight, from.luma[0][at + Source::kRightLuma]);
-  }
-  if constexpr (lines == 2) {
-    if constexpr (!Source::kSharedByLines) {
-      lowerLeft = termsOf(1, 0);
-    }
-    auto lowerRight = Source::kSharedByLines ? upperRight : lowerLeft;
-    if constexpr (columns == 2 && !Source::kSharedByLines && !Source::kSharedByColumns) {
-      lowerRight = termsOf(1, 1);
-    }
-    quad[1][0] = arithmetic.template pixel<1, 0>(lowerLeft, from.luma[1][at + Source::kLeftLuma]);
-    if constexpr (columns == 2) {
-      quad[1][1] = arithmetic.template pixel<1, 1>(lowerRight, from.luma[1][at + Source::kRightLuma]);
-    }
-  }
-  Writer::template put<columns, lines>(to, stride, quad);
+  quad[1][0] = pixel.template operator()<1, 0>(left);
+  quad[1][1] = pixel.template operator()<1, 1>(right);
+  Writer::put(to, stride, quad);
 }
 
-template <class Source, class Arithmetic, class Writer, Turn turn, int lines>
-void convertLines(const Arithmetic &arithmetic, const PlaneView &view, const LinePair &from, const Rect &rect,
+/// The samples of one line.
+struct LineSamples {
+  const uint8_t *luma;
+  const uint8_t *u;
+  const uint8_t *v;
+};
+
+/// Pixels one by one: the columns [x, end) of one line, those behind the last chroma sample with its colour. `line` is
+/// the line's place in its pair where that matters to the arithmetic, else 0.
+template <class Layout, class Arithmetic, class Writer, Turn turn, int line>
+[[gnu::noinline]] void convertSingles(const Arithmetic &arithmetic, const PlaneView &view, const LineSamples &from,
+                                      int32_t x, int32_t end, uint8_t *to, std::ptrdiff_t stride) {
+  const std::ptrdiff_t dx = columnStep<turn, Writer::kPixelBytes>(stride);
+  for (; x < end; ++x, to += dx) {
+    const std::ptrdiff_t sample = Layout::chromaOffset(Layout::chromaColumn(view, x));
+    const auto terms = arithmetic.terms(from.u[sample], from.v[sample]);
+    const bool even = x % 2 == 0;
+    const int32_t y = from.luma[even ? Layout::template lumaOffset<0>(x) : Layout::template lumaOffset<1>(x - 1)];
+    if (!Arithmetic::kDithers || even) {
+      Writer::one(to, arithmetic.template pixel<line, 0>(terms, y));
+    } else {
+      Writer::one(to, arithmetic.template pixel<line, 1>(terms, y));
+    }
+  }
+}
+
+/// Two lines: pairs of columns as far as both have chroma of their own, single pixels behind.
+template <class Layout, class Arithmetic, class Writer, Turn turn>
+void convertLines(const Arithmetic &arithmetic, const PlaneView &view, const LinePair from, const Rect &rect,
                   uint8_t *to, std::ptrdiff_t stride) {
-  const std::ptrdiff_t step = 2 * columnStep<turn, Writer::kPixelBytes>(stride);
+  const Arithmetic local = arithmetic; // stores of bytes may alias anything that is reached through a reference
+  const int32_t pairsEnd = smaller(rect.right & ~1, Layout::ownChromaEnd(view));
   int32_t x = rect.left;
-  for (; x + 1 < rect.right; x += 2) {
-    convertGroup<Source, Arithmetic, Writer, 2, lines>(arithmetic, view, from, x, to, stride);
-    to += step;
+  for (; x < pairsEnd; x += 2) {
+    convertGroup<Layout, Arithmetic, Writer>(local, from, x, to, stride);
+    to += 2 * columnStep<turn, Writer::kPixelBytes>(stride);
   }
   if (x < rect.right) {
-    convertGroup<Source, Arithmetic, Writer, 1, lines>(arithmetic, view, from, x, to, stride);
+    constexpr int lower = Arithmetic::kDithers ? 1 : 0;
+    convertSingles<Layout, Arithmetic, Writer, turn, 0>(arithmetic, view, {from.luma[0], from.u[0], from.v[0]}, x,
+                                                        rect.right, to, stride);
+    convertSingles<Layout, Arithmetic, Writer, turn, lower>(arithmetic, view, {from.luma[1], from.u[1], from.v[1]}, x,
+                                                            rect.right,
+                                                            to + lineStep<turn, Writer::kPixelBytes>(stride), stride);
   }
 }
 
-template <class Source, class Arithmetic, class Writer, Turn turn>
+template <class Layout, class Arithmetic, class Writer, Turn turn>
 void convertRect(const PlaneView &view, const Target &target, const Rect &rect, const ColorMatrix &matrix) {
   const Arithmetic arithmetic(matrix);
   const std::ptrdiff_t dx = columnStep<turn, Writer::kPixelBytes>(target.stride);
   const std::ptrdiff_t dy = lineStep<turn, Writer::kPixelBytes>(target.stride);
   int32_t y = rect.top;
   for (; y + 1 < rect.bottom; y += 2) {
-    convertLines<Source, Arithmetic, Writer, turn, 2>(arithmetic, view, linePairAt<Source>(view, y, false), rect,
-                                                      target.origin + rect.left * dx + y * dy, target.stride);
+    convertLines<Layout, Arithmetic, Writer, turn>(arithmetic, view, linePairAt<Layout>(view, y, false), rect,
+                                                   target.origin + rect.left * dx + y * dy, target.stride);
   }
   if (y < rect.bottom) {
-    convertLines<Source, Arithmetic, Writer, turn, 1>(arithmetic, view, linePairAt<Source>(view, y, true), rect,
-                                                      target.origin + rect.left * dx + y * dy, target.stride);
+    const LinePair from = linePairAt<Layout>(view, y, true);
+    convertSingles<Layout, Arithmetic, Writer, turn, 0>(arithmetic, view, {from.luma[0], from.u[0], from.v[0]},
+                                                        rect.left, rect.right, target.origin + rect.left * dx + y * dy,
+                                                        target.stride);
   }
 }
 
-/// Tile of 16-bit pixels.
-template <class Source, class Arithmetic, Turn turn>
-void convertTile(const PlaneView &view, const Target &target, const Rect &rect, const ColorMatrix &matrix) {
-  withStores(firstWordAt<turn>(target.origin), target.stride, [&]<class Stores>(Stores) {
-    convertRect<Source, Arithmetic, Rgb565Writer<turn, Stores>, turn>(view, target, rect, matrix);
+/// Calls run(block) for the blocks of at most width x height that make up a rectangle.
+template <class Run>
+void forEachBlock(const Rect &rect, int32_t width, int32_t height, Run run) {
+  for (int32_t top = rect.top; top < rect.bottom; top += height) {
+    for (int32_t left = rect.left; left < rect.right; left += width) {
+      run(Rect{left, top, smaller(left + width, rect.right), smaller(top + height, rect.bottom)});
+    }
+  }
+}
+
+/// A rectangle block by block through aligned scratch.
+template <Turn turn>
+[[gnu::noinline]] void tileThroughScratch(TileKernel convert, const PlaneView &view, const Target &target,
+                                          const Rect &rect, const ColorMatrix &matrix) {
+  const std::ptrdiff_t dx = columnStep<turn, 2>(target.stride);
+  const std::ptrdiff_t dy = lineStep<turn, 2>(target.stride);
+  forEachBlock(rect, kScratchSide, kScratchSide, [&](const Rect &block) {
+    uint8_t *first = target.origin + block.left * dx + block.top * dy;
+    throughScratch<turn>(first, target.stride, block.right - block.left, block.bottom - block.top,
+                         [&](const Target &scratch) {
+                           const std::ptrdiff_t before = block.left * columnStep<turn, 2>(scratch.stride) +
+                                                         block.top * lineStep<turn, 2>(scratch.stride);
+                           convert(view, {scratch.origin - before, scratch.stride}, block, matrix);
+                         });
   });
 }
 
-/// Tile of 24-bit pixels.
-template <class Source, class Arithmetic, Turn turn>
-void convertTile24(const PlaneView &view, const Target &target, const Rect &rect, const ColorMatrix &matrix) {
-  convertRect<Source, Arithmetic, Rgb24Writer<turn>, turn>(view, target, rect, matrix);
+/// Tile of 16-bit pixels.
+template <class Layout, class Arithmetic, Turn turn>
+void convertTile(const PlaneView &view, const Target &target, const Rect &rect, const ColorMatrix &matrix) {
+  constexpr TileKernel convert = convertRect<Layout, Arithmetic, Rgb565Writer<turn>, turn>;
+  if (wordsFit<turn>(target)) {
+    convert(view, target, rect, matrix);
+  } else {
+    tileThroughScratch<turn>(convert, view, target, rect, matrix);
+  }
 }
+
+/// Tile of 24-bit pixels.
+template <class Layout, class Arithmetic, Turn turn>
+constexpr TileKernel convertTile24 = convertRect<Layout, Arithmetic, Rgb24Writer<turn>, turn>;
 
 inline bool isEmpty(const Rect &rect) {
   return rect.left >= rect.right || rect.top >= rect.bottom;
 }
 
-/// Runs a kernel over a rectangle in blocks of 16 x 16, which keeps the lines that a quarter turn writes in the cache.
+/// Runs a kernel over a rectangle in blocks that keep the lines which a quarter turn writes in the cache: 32 source
+/// lines fill 64 bytes of each.
 inline void inBlocks(TileKernel kernel, const PlaneView &view, const Target &target, const Rect &rect,
                      const ColorMatrix &matrix) {
-  constexpr int32_t kBlock = 16;
-  for (int32_t top = rect.top; top < rect.bottom; top += kBlock) {
-    for (int32_t left = rect.left; left < rect.right; left += kBlock) {
-      const Rect block{left, top, smaller(left + kBlock, rect.right), smaller(top + kBlock, rect.bottom)};
-      kernel(view, target, block, matrix);
-    }
-  }
+  forEachBlock(rect, 64, 32, [&](const Rect &block) { kernel(view, target, block, matrix); });
 }
 
 } // namespace zqcc

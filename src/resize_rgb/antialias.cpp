@@ -103,11 +103,14 @@ struct ChromaEntries {
 };
 
 struct YuvPixel {
-  static uint32_t pack(int32_t y, int32_t u, int32_t v) { return StudioSixBit::pixel<0, 0>(Studio::terms(u, v), y); }
+  [[nodiscard]] uint32_t pack(int32_t y, int32_t u, int32_t v) const {
+    return arithmetic.pixel<0, 0>(Studio::terms(u, v), y);
+  }
+  StudioSixBit arithmetic{*matrixEntry(0)};
 };
 
 struct RgbPixel {
-  static uint32_t pack(int32_t red, int32_t green, int32_t blue) {
+  [[nodiscard]] static uint32_t pack(int32_t red, int32_t green, int32_t blue) {
     return PackRgb::pixel<0, 0>(PackRgb::terms(green, blue), red);
   }
 };
@@ -116,6 +119,7 @@ template <class Mean, class Entries, class Pixel>
 void filterFrame(const Job &job) {
   const ConvertParams &p = job.params;
   const FilterPlanes from(job);
+  const Pixel pixel;
   for (int32_t j = 0; j < p.outHeight; ++j) {
     uint8_t *to = p.outBuf[0] + std::ptrdiff_t{j} * p.outStride;
     const int32_t *y = job.yTable + std::ptrdiff_t{j} * kEntryWords;
@@ -129,7 +133,7 @@ void filterFrame(const Job &job) {
         second = Mean::sample(from.planes[1], chromaX, chromaY);
         third = Mean::sample(from.planes[2], chromaX, chromaY);
       }
-      AnyAddress::store(to, Pixel::pack(Mean::sample(from.planes[0], x, y), second, third));
+      storePixelAnywhere(to, pixel.pack(Mean::sample(from.planes[0], x, y), second, third));
     }
   }
 }

@@ -5,41 +5,31 @@
 namespace zqcc {
 namespace {
 
-template <class Chroma>
-constexpr ResizeKernel kYuv = resizeTile<YuvSource<Chroma, Bilinear>, Turn::Upright>;
-
-constexpr ResizeKernel resizeBlockYuv444ToRgb565 = kYuv<FullChroma>;
-constexpr ResizeKernel resizeBlockYuv440ToRgb565 = kYuv<HalfHeightChroma>;
-constexpr ResizeKernel resizeBlockYuv411ToRgb565 = kYuv<QuarterWidthChroma>;
-constexpr ResizeKernel resizeBlockYuvQuarterHeightToRgb565 = kYuv<QuarterHeightChroma>;
-
-template <Turn turn>
-constexpr ResizeKernel resizeBlockPlanarRgbToRgb565 = resizeTile<RgbSource<1>, turn>;
-
-template <class Planes, Turn turn>
-void resizeWith(const Job &job, ResizeKernel kernel) {
+template <class Planes, class Chroma>
+void resizeYuv(const Job &job) {
   const ConvertParams &p = job.params;
-  resizeBlocks<turn>(job, Planes::view(p, p.inWidth, p.inHeight), kernel);
+  resizePicture<YuvSource<Chroma, Bilinear>, TableWeights, Turn::Upright>(job, Planes::view(p, p.inWidth, p.inHeight));
 }
 
 template <Turn turn>
 void resizePlanarRgb(const Job &job) {
-  resizeWith<Yuv444, turn>(job, resizeBlockPlanarRgbToRgb565<turn>);
+  const ConvertParams &p = job.params;
+  resizePicture<RgbSource<1>, TableWeights, turn>(job, Yuv444::view(p, p.inWidth, p.inHeight));
 }
 
 } // namespace
 
 void resizeYuv444ToRgb565(const Job &job) {
-  resizeWith<Yuv444, Turn::Upright>(job, resizeBlockYuv444ToRgb565);
+  resizeYuv<Yuv444, FullChroma>(job);
 }
 void resizeYuv440ToRgb565(const Job &job) {
-  resizeWith<Yuv440, Turn::Upright>(job, resizeBlockYuv440ToRgb565);
+  resizeYuv<Yuv440, HalfHeightChroma>(job);
 }
 void resizeYuv411ToRgb565(const Job &job) {
-  resizeWith<Yuv411, Turn::Upright>(job, resizeBlockYuv411ToRgb565);
+  resizeYuv<Yuv411, QuarterWidthChroma>(job);
 }
 void resizeYuvQuarterHeightToRgb565(const Job &job) {
-  resizeWith<YuvQuarterHeight, Turn::Upright>(job, resizeBlockYuvQuarterHeightToRgb565);
+  resizeYuv<YuvQuarterHeight, QuarterHeightChroma>(job);
 }
 
 void resizePlanarRgbToRgb565(const Job &job) {

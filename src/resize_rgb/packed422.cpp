@@ -36,7 +36,7 @@ PixelGrid gridFor(const ConvertParams &p) {
 }
 
 struct Store565 {
-  static void put(uint8_t *to, uint32_t pixel) { AnyAddress::store(to, pixel); }
+  static void put(uint8_t *to, uint32_t pixel) { storePixelAnywhere(to, pixel); }
 };
 
 struct Store24 {

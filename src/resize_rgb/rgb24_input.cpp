@@ -5,26 +5,22 @@
 namespace zqcc {
 namespace {
 
-constexpr ResizeKernel resizeRgb24ToRgb565Block = resizeTile<RgbSource<3>, Turn::Upright>;
-constexpr ResizeKernel resizeRgb24ToRgb565BlockLeft = resizeTile<RgbSource<3>, Turn::Left>;
-constexpr ResizeKernel resizeRgb24ToRgb565BlockRight = resizeTile<RgbSource<3>, Turn::Right>;
-
 template <Turn turn>
-void resizeRgb24(const Job &job, ResizeKernel kernel) {
+void resizeRgb24(const Job &job) {
   const ConvertParams &p = job.params;
-  resizeBlocks<turn>(job, Rgb24Bytes::view(p, p.inWidth, p.inHeight), kernel);
+  resizePicture<RgbSource<3>, TableWeights, turn>(job, Rgb24Bytes::view(p, p.inWidth, p.inHeight));
 }
 
 } // namespace
 
 void resizeRgb24ToRgb565(const Job &job) {
-  resizeRgb24<Turn::Upright>(job, resizeRgb24ToRgb565Block);
+  resizeRgb24<Turn::Upright>(job);
 }
 void resizeRgb24ToRgb565Left(const Job &job) {
-  resizeRgb24<Turn::Left>(job, resizeRgb24ToRgb565BlockLeft);
+  resizeRgb24<Turn::Left>(job);
 }
 void resizeRgb24ToRgb565Right(const Job &job) {
-  resizeRgb24<Turn::Right>(job, resizeRgb24ToRgb565BlockRight);
+  resizeRgb24<Turn::Right>(job);
 }
 
 } // namespace zqcc

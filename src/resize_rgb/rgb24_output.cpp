@@ -76,7 +76,7 @@ private:
         terms = arithmetic_.terms(u[column], v[column]);
       }
       if ((word & kNewPixel) != 0) {
-        pixel = MatrixRgb24::pixel<0, 0>(terms, luma[word >> 16]);
+        pixel = arithmetic_.pixel<0, 0>(terms, luma[word >> 16]);
       }
       Rgb24Writer<Turn::Upright>::one(out, pixel);
     }

@@ -1,6 +1,5 @@
-// How one sample of a resized plane is made. `top` points at the source line of the line's tap, `stride` leads to the
-// next one; step is the distance of neighbouring samples in bytes. `pixel` and `line` say which of the two pixels and
-// lines of an output group is made.
+// How the samples of two output lines are made. A sampler is built for a plane and the column taps of a chunk; lines(y)
+// gives samples whose at<line>(i) is sample i of the upper (0) or lower (1) output line.
 #pragma once
 
 #include "resize_rgb/taps.h"
@@ -15,90 +14,147 @@ constexpr int32_t mix(int32_t a, int32_t b, int32_t next) {
   return a * 1024 + (b - a) * next;
 }
 
-/// Bilinear, times 2^20.
+/// Source lines interpolated along the line, times 1024, each made once and kept while the output lines need it. step
+/// is the distance of neighbouring samples in bytes.
 template <int step>
-inline int32_t bilinearSum(const uint8_t *top, std::ptrdiff_t stride, const Tap &x, const Tap &y) {
-  const uint8_t *at = top + std::ptrdiff_t{x.index} * step;
-  const int32_t upper = mix(at[0], at[step], x.next);
-  const int32_t lower = mix(at[stride], at[stride + step], x.next);
-  return mix(upper, lower, y.next);
+class InterpolatedRows {
+public:
+  struct Pair {
+    const int32_t *top;
+    const int32_t *bottom;
+  };
+
+  InterpolatedRows(const uint8_t *plane, std::ptrdiff_t stride, const ColumnTaps &x)
+      : plane_(plane), stride_(stride), x_(x) {}
+
+  /// Rows `line` and `line` + 1. Lines come in rising order, and the rows of the call before stay as they are, so that
+  /// two output lines can be made side by side.
+  Pair at(int32_t line) {
+    if (line == line_ + 1) {
+      rotate({1, 2, 0, 3});
+      fill(slots_[1], line + 1);
+    } else if (line != line_) {
+      rotate({2, 3, 0, 1});
+      fill(slots_[0], line);
+      fill(slots_[1], line + 1);
+    }
+    line_ = line;
+    return {slots_[0], slots_[1]};
+  }
+
+private:
+  struct Order {
+    int at[4];
+  };
+
+  void rotate(const Order &order) {
+    int32_t *const before[4] = {slots_[0], slots_[1], slots_[2], slots_[3]};
+    for (int i = 0; i < 4; ++i) {
+      slots_[i] = before[order.at[i]];
+    }
+  }
+
+  void fill(int32_t *row, int32_t line) const {
+    const uint8_t *from = plane_ + line * stride_;
+    const Tap *tap = x_.taps;
+    for (const Tap *const end = tap + x_.count; tap != end; ++tap) {
+      const uint8_t *at = from + std::ptrdiff_t{tap->index} * step;
+      *row++ = mix(at[0], at[step], tap->next);
+    }
+  }
+
+  const uint8_t *plane_;
+  std::ptrdiff_t stride_;
+  const ColumnTaps &x_;
+  int32_t rows_[4][kChunk];
+  int32_t *slots_[4] = {rows_[0], rows_[1], rows_[2], rows_[3]}; ///< the current two rows, then the free ones
+  int32_t line_ = -2;
+};
+
+/// Bilinear samples of two lines, times 2^20.
+struct MixedRows {
+  InterpolatedRows<1>::Pair rows[2];
+  int32_t next[2];
+
+  template <int line>
+  [[nodiscard]] int32_t sum(int32_t i) const {
+    return mix(rows[line].top[i], rows[line].bottom[i], next[line]);
+  }
+  template <int line>
+  [[nodiscard]] int32_t at(int32_t i) const {
+    return sum<line>(i) >> 20;
+  }
+};
+
+template <int step>
+MixedRows mixedRows(InterpolatedRows<step> &rows, const TapPair &y) {
+  const auto upper = rows.at(y.first.index);
+  const auto lower = rows.at(y.second.index);
+  return {{{upper.top, upper.bottom}, {lower.top, lower.bottom}}, {y.first.next, y.second.next}};
 }
 
-struct Bilinear {
-  template <int pixel, int line>
-  static int32_t sample(const uint8_t *top, std::ptrdiff_t stride, const Tap &x, const Tap &y) {
-    return bilinearSum<1>(top, stride, x, y) >> 20;
-  }
+class Bilinear {
+public:
+  using Samples = MixedRows;
+  Bilinear(const uint8_t *plane, std::ptrdiff_t stride, const ColumnTaps &x) : rows_(plane, stride, x) {}
+  Samples lines(const TapPair &y) { return mixedRows(rows_, y); }
+
+private:
+  InterpolatedRows<1> rows_;
+};
+
+/// Samples of a plane without interpolation along fractions.
+struct PlaneSamples {
+  const uint8_t *row[2];
+  std::ptrdiff_t stride;
+  const Tap *taps;
 };
 
 /// The tap's own sample: reductions by powers of two drop the others.
-struct Point {
-  template <int pixel, int line>
-  static int32_t sample(const uint8_t *top, std::ptrdiff_t /*stride*/, const Tap &x, const Tap & /*y*/) {
-    return top[x.index];
+class Point {
+public:
+  struct Samples : PlaneSamples {
+    template <int line>
+    [[nodiscard]] int32_t at(int32_t i) const {
+      return row[line][taps[i].index];
+    }
+  };
+  Point(const uint8_t *plane, std::ptrdiff_t stride, const ColumnTaps &x) : plane_(plane), stride_(stride), x_(x) {}
+  Samples lines(const TapPair &y) {
+    return {{{plane_ + y.first.index * stride_, plane_ + y.second.index * stride_}, stride_, x_.taps}};
   }
+
+private:
+  const uint8_t *plane_;
+  std::ptrdiff_t stride_;
+  const ColumnTaps &x_;
 };
 
 /// Doubling: the first pixel and line of a pair are samples, the second ones truncated means with their neighbours.
-struct PairAverage {
-  template <int pixel, int line>
-  static int32_t sample(const uint8_t *top, std::ptrdiff_t stride, const Tap &x, const Tap & /*y*/) {
-    const uint8_t *at = top + x.index;
-    if constexpr (pixel == 0 && line == 0) {
-      return at[0];
-    } else if constexpr (line == 0) {
-      return (at[0] + at[1]) >> 1;
-    } else if constexpr (pixel == 0) {
-      return (at[0] + at[stride]) >> 1;
-    } else {
-      return (at[0] + at[1] + at[stride] + at[stride + 1]) >> 2;
-    }
-  }
-};
-
-/// Weights of the next sample at phases 0, 1/3 and 2/3. 1024 has no third: phase 1/3 gives the nearer sample 683 and
-/// phase 2/3 gives it 682.
-inline constexpr int32_t kPhaseNext[3] = {0, 341, 682};
-
-/// Phases of consecutive outputs when three are made of four samples.
-struct ThreeQuarterPhases {
-  static constexpr int32_t next(int32_t i) { return kPhaseNext[i % 3]; }
-};
-
-/// Phases of consecutive outputs when three are made of two samples.
-struct ThreeHalfPhases {
-  static constexpr int32_t next(int32_t i) { return kPhaseNext[2 * i % 3]; }
-};
-
-/// Fixed weights: the phase follows from the position in a step of six; phase 0 is not interpolated at all.
-template <class Phases>
-struct FixedPhase {
-  template <int pixel, int line>
-  static int32_t sample(const uint8_t *top, std::ptrdiff_t stride, const Tap &x, const Tap & /*y*/) {
-    constexpr int32_t across = Phases::next(pixel);
-    constexpr int32_t down = Phases::next(line);
-    const uint8_t *at = top + x.index;
-    if constexpr (across == 0 && down == 0) {
-      return at[0];
-    } else if constexpr (down == 0) {
-      return mix(at[0], at[1], across) >> 10;
-    } else if constexpr (across == 0) {
-      return mix(at[0], at[stride], down) >> 10;
-    } else {
-      return mix(mix(at[0], at[1], across), mix(at[stride], at[stride + 1], across), down) >> 20;
-    }
-  }
-};
-
-/// The same weights handed out as taps, for what is left of a group behind its whole steps.
-template <class Phases>
-class PhaseTaps {
+class PairAverage {
 public:
-  explicit PhaseTaps(const int32_t *triples) : triples_(triples) {}
-  Tap operator[](int32_t i) const { return {triples_[3 * i], Phases::next(i)}; }
+  struct Samples : PlaneSamples {
+    template <int line>
+    [[nodiscard]] int32_t at(int32_t i) const {
+      const uint8_t *from = row[line] + taps[i].index;
+      const bool second = i % 2 != 0;
+      if constexpr (line == 0) {
+        return second ? (from[0] + from[1]) >> 1 : from[0];
+      } else {
+        return second ? (from[0] + from[1] + from[stride] + from[stride + 1]) >> 2 : (from[0] + from[stride]) >> 1;
+      }
+    }
+  };
+  PairAverage(const uint8_t *plane, std::ptrdiff_t stride, const ColumnTaps &x)
+      : plane_(plane), stride_(stride), x_(x) {}
+  Samples lines(const TapPair &y) {
+    return {{{plane_ + y.first.index * stride_, plane_ + y.second.index * stride_}, stride_, x_.taps}};
+  }
 
 private:
-  const int32_t *triples_;
+  const uint8_t *plane_;
+  std::ptrdiff_t stride_;
+  const ColumnTaps &x_;
 };
 
 } // namespace zqcc

@@ -1,8 +1,11 @@
-// Sources of resizing conversions: the samples and the arithmetic of a group of up to 2 x 2 output pixels.
+// Sources of resizing conversions: from the samples of two output lines to their pixels. A source is built for a view
+// and the columns of a chunk; lines(y) gives an object whose group(i, quad) makes the 2 x 2 pixels at output column i
+// and whose pixel(line, i) makes one.
 #pragma once
 
 #include "kernels/arithmetic.h"
 #include "kernels/planes.h"
+#include "kernels/writers.h"
 #include "resize_rgb/samplers.h"
 #include "resize_rgb/taps.h"
 
@@ -11,22 +14,14 @@
 
 namespace zqcc {
 
-/// Taps of the two columns or lines of a group; a lone last one stands twice.
-struct TapPair {
-  Tap first;
-  Tap second;
-};
-
-// Chroma rules: which sample a pixel of a group takes. Columns from the taps of the group's two pixels, lines from
-// those of its two lines.
+// Chroma rules: which sample a pixel of a group takes. column() from the taps of the pixel's pair, line() from those of
+// the group's two lines.
 
 /// Planar 4:2:0, and 4:2:2 through a view that skips every second line: one sample a group, no interpolation.
 struct GroupChroma {
   static constexpr bool kPerColumn = false;
   static constexpr bool kPerLine = false;
-  static int32_t column(const PlaneView & /*view*/, const TapPair &x, int /*pixel*/) {
-    return (x.first.index + x.second.index + 1) >> 2;
-  }
+  static int32_t column(const PlaneView & /*view*/, int32_t x0, int32_t x1) { return (x0 + x1 + 1) >> 2; }
   static int32_t line(const PlaneView &view, const TapPair &y, int /*line*/) {
     return (y.first.index >> 1) * view.lineStep;
   }
@@ -36,9 +31,7 @@ struct GroupChroma {
 struct FullChroma {
   static constexpr bool kPerColumn = true;
   static constexpr bool kPerLine = true;
-  static int32_t column(const PlaneView & /*view*/, const TapPair &x, int pixel) {
-    return pixel == 0 ? x.first.index : x.second.index;
-  }
+  static int32_t column(const PlaneView & /*view*/, int32_t x, int32_t /*x1*/) { return x; }
   static int32_t line(const PlaneView & /*view*/, const TapPair &y, int line) { return y.first.index + line; }
 };
 
@@ -54,8 +47,8 @@ struct HalfHeightChroma : FullChroma {
 struct QuarterWidthChroma {
   static constexpr bool kPerColumn = false;
   static constexpr bool kPerLine = true;
-  static int32_t column(const PlaneView &view, const TapPair &x, int /*pixel*/) {
-    return smaller((x.first.index + x.second.index + 4) >> 3, view.lastColumn);
+  static int32_t column(const PlaneView &view, int32_t x0, int32_t x1) {
+    return smaller((x0 + x1 + 4) >> 3, view.lastColumn);
   }
   static int32_t line(const PlaneView & /*view*/, const TapPair &y, int line) {
     return line == 0 ? y.first.index : y.second.index;
@@ -69,100 +62,106 @@ struct QuarterHeightChroma : FullChroma {
   }
 };
 
-/// YUV with luma by `Sampler`, chroma by `Chroma`, fixed BT.601; the matrix in force is deliberately not asked.
-template <class Chroma, class Sampler>
-struct YuvSource {
-  struct Lines {
-    TapPair taps;
-    const uint8_t *luma[2];
-    const uint8_t *u[2];
-    const uint8_t *v[2];
-  };
+/// Two output lines of YUV: luma as sampled, chroma by rule, fixed BT.601; the matrix in force is deliberately not
+/// asked.
+template <class Rule, class Samples>
+struct YuvLines {
+  Samples luma;
+  const uint8_t *u[2];
+  const uint8_t *v[2];
+  const int32_t *columns; ///< chroma column of every pixel, or of every pair where a pair shares one
+  StudioSixBit arithmetic;
 
-  static Lines linesAt(const PlaneView &view, const TapPair &y) {
-    Lines lines{y, {}, {}, {}};
-    const int32_t rows[2] = {y.first.index, y.second.index};
+  [[nodiscard]] ColorTerms terms(int line, int32_t i) const {
+    const int32_t at = columns[Rule::kPerColumn ? i : i >> 1];
+    return Studio::terms(u[line][at], v[line][at]);
+  }
+
+  [[gnu::always_inline]] void group(int32_t i, Quad<uint32_t> &quad) const {
+    ColorTerms left = terms(0, i);
+    ColorTerms right = Rule::kPerColumn ? terms(0, i + 1) : left;
+    quad[0][0] = arithmetic.pixel<0, 0>(left, luma.template at<0>(i));
+    quad[0][1] = arithmetic.pixel<0, 1>(right, luma.template at<0>(i + 1));
+    if constexpr (Rule::kPerLine) {
+      left = terms(1, i);
+      right = Rule::kPerColumn ? terms(1, i + 1) : left;
+    }
+    quad[1][0] = arithmetic.pixel<1, 0>(left, luma.template at<1>(i));
+    quad[1][1] = arithmetic.pixel<1, 1>(right, luma.template at<1>(i + 1));
+  }
+
+  [[nodiscard]] uint32_t pixel(int line, int32_t i) const {
+    const int32_t y = line == 0 ? luma.template at<0>(i) : luma.template at<1>(i);
+    return arithmetic.pixel<0, 0>(terms(Rule::kPerLine ? line : 0, i), y);
+  }
+};
+
+template <class Rule, class Sampler>
+class YuvSource {
+public:
+  using Lines = YuvLines<Rule, typename Sampler::Samples>;
+
+  YuvSource(const PlaneView &view, const ColumnTaps &x) : view_(view), luma_(view.y, view.yStride, x) {
+    for (int32_t i = 0; i < x.count; ++i) {
+      if (Rule::kPerColumn) {
+        columns_[i] = Rule::column(view, x.taps[i].index, 0);
+      } else if (i % 2 == 0) {
+        // A lone last column is its own partner.
+        columns_[i >> 1] = Rule::column(view, x.taps[i].index, x.taps[i + 1 < x.count ? i + 1 : i].index);
+      }
+    }
+  }
+
+  Lines lines(const TapPair &y) {
+    Lines lines{luma_.lines(y), {}, {}, columns_, arithmetic_};
     for (int l = 0; l < 2; ++l) {
-      const std::ptrdiff_t chroma = Chroma::line(view, y, l) * view.cStride;
-      lines.luma[l] = view.y + rows[l] * view.yStride;
-      lines.u[l] = view.u + chroma;
-      lines.v[l] = view.v + chroma;
+      const std::ptrdiff_t chroma = Rule::line(view_, y, l) * view_.cStride;
+      lines.u[l] = view_.u + chroma;
+      lines.v[l] = view_.v + chroma;
     }
     return lines;
   }
 
-  /// `pixel` and `line` place the group's first pixel in a step of the sampler.
-  template <int pixel, int line, int columns, int lineCount>
-  [[gnu::always_inline]] static void convert(const PlaneView &view, const Lines &from, const TapPair &x,
-                                             uint32_t (&quad)[2][2]) {
-    const Tap taps[2] = {x.first, x.second};
-    ColorTerms terms{};
-    const auto fetch = [&](int l, int c) {
-      const std::ptrdiff_t at = Chroma::column(view, x, c);
-      terms = Studio::terms(from.u[l][at], from.v[l][at]);
-    };
-    const auto luma = [&]<int l, int c>() {
-      const Tap &y = l == 0 ? from.taps.first : from.taps.second;
-      const int32_t value = Sampler::template sample<pixel + c, line + l>(from.luma[l], view.yStride, taps[c], y);
-      quad[l][c] = StudioSixBit::pixel<l, c>(terms, value);
-    };
-    fetch(0, 0);
-    luma.template operator()<0, 0>();
-    if constexpr (lineCount == 2 && !Chroma::kPerLine) {
-      luma.template operator()<1, 0>();
-    }
-    if constexpr (columns == 2) {
-      if constexpr (Chroma::kPerColumn) {
-        fetch(0, 1);
-      }
-      luma.template operator()<0, 1>();
-      if constexpr (lineCount == 2 && !Chroma::kPerLine) {
-        luma.template operator()<1, 1>();
-      }
-    }
-    if constexpr (lineCount == 2 && Chroma::kPerLine) {
-      fetch(1, 0);
-      luma.template operator()<1, 0>();
-      if constexpr (columns == 2) {
-        if constexpr (Chroma::kPerColumn) {
-          fetch(1, 1);
-        }
-        luma.template operator()<1, 1>();
-      }
-    }
-  }
+private:
+  const PlaneView &view_;
+  Sampler luma_;
+  StudioSixBit arithmetic_{*matrixEntry(0)};
+  int32_t columns_[kChunk];
 };
 
-/// RGB samples, each channel interpolated alone and cut to its top bits. step 1: three planes; step 3: RGB24 bytes.
+/// Two output lines of RGB, each channel interpolated alone and cut to its top bits.
+struct RgbLines {
+  MixedRows red;
+  MixedRows green;
+  MixedRows blue;
+
+  template <int line>
+  [[nodiscard]] uint32_t at(int32_t i) const {
+    const auto top = [](int32_t sum, int shift) { return static_cast<uint32_t>(sum) >> shift; };
+    return packRgb565(top(red.sum<line>(i), 23), top(green.sum<line>(i), 22), top(blue.sum<line>(i), 23));
+  }
+  void group(int32_t i, Quad<uint32_t> &quad) const {
+    quad[0][0] = at<0>(i);
+    quad[0][1] = at<0>(i + 1);
+    quad[1][0] = at<1>(i);
+    quad[1][1] = at<1>(i + 1);
+  }
+  [[nodiscard]] uint32_t pixel(int line, int32_t i) const { return line == 0 ? at<0>(i) : at<1>(i); }
+};
+
+/// step 1: three planes; step 3: RGB24 bytes.
 template <int step>
-struct RgbSource {
-  struct Lines {
-    TapPair taps;
-    const uint8_t *red[2];
-    const uint8_t *green[2];
-    const uint8_t *blue[2];
-  };
+class RgbSource {
+public:
+  using Lines = RgbLines;
+  RgbSource(const PlaneView &view, const ColumnTaps &x)
+      : red_(view.y, view.yStride, x), green_(view.u, view.yStride, x), blue_(view.v, view.yStride, x) {}
+  Lines lines(const TapPair &y) { return {mixedRows(red_, y), mixedRows(green_, y), mixedRows(blue_, y)}; }
 
-  static Lines linesAt(const PlaneView &view, const TapPair &y) {
-    const std::ptrdiff_t first = y.first.index * view.yStride;
-    const std::ptrdiff_t second = y.second.index * view.yStride;
-    return {y, {view.y + first, view.y + second}, {view.u + first, view.u + second}, {view.v + first, view.v + second}};
-  }
-
-  template <int pixel, int line, int columns, int lineCount>
-  [[gnu::always_inline]] static void convert(const PlaneView &view, const Lines &from, const TapPair &x,
-                                             uint32_t (&quad)[2][2]) {
-    for (int l = 0; l < lineCount; ++l) {
-      const Tap &y = l == 0 ? from.taps.first : from.taps.second;
-      for (int c = 0; c < columns; ++c) {
-        const Tap &tap = c == 0 ? x.first : x.second;
-        const auto channel = [&](const uint8_t *top) {
-          return static_cast<uint32_t>(bilinearSum<step>(top, view.yStride, tap, y));
-        };
-        quad[l][c] = packRgb565(channel(from.red[l]) >> 23, channel(from.green[l]) >> 22, channel(from.blue[l]) >> 23);
-      }
-    }
-  }
+private:
+  InterpolatedRows<step> red_;
+  InterpolatedRows<step> green_;
+  InterpolatedRows<step> blue_;
 };
 
 } // namespace zqcc

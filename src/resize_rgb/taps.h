@@ -2,8 +2,6 @@
 // output position.
 #pragma once
 
-#include "frame/routine.h"
-
 #include <cstdint>
 
 namespace zqcc {
@@ -14,48 +12,67 @@ struct Tap {
   int32_t next;
 };
 
-/// The taps of a group as the table holds them.
-class TripleTaps {
+/// Taps of the two lines of a group; a lone last one stands twice.
+struct TapPair {
+  Tap first;
+  Tap second;
+};
+
+/// Weights as the table holds them. A weighting turns the i-th triple of a group into a tap.
+struct TableWeights {
+  static Tap tap(const int32_t *triple, int32_t /*i*/) { return {triple[0], triple[1]}; }
+};
+
+/// Weights of the next sample at phases 0, 1/3 and 2/3. 1024 has no third: phase 1/3 gives the nearer sample 683 and
+/// phase 2/3 gives it 682.
+inline constexpr int32_t kPhaseNext[3] = {0, 341, 682};
+
+/// Three outputs of four samples: phases 0, 1/3, 2/3 by the place within the group, whatever the table's weights are.
+struct ThreeQuarterWeights {
+  static Tap tap(const int32_t *triple, int32_t i) { return {triple[0], kPhaseNext[i % 3]}; }
+};
+
+/// Three outputs of two samples: phases 0, 2/3, 1/3.
+struct ThreeHalfWeights {
+  static Tap tap(const int32_t *triple, int32_t i) { return {triple[0], kPhaseNext[2 * i % 3]}; }
+};
+
+/// Reads the taps of a table one after the other, across its groups. Groups without outputs are passed over. Every
+/// count but the last one's is even, so a pair of outputs never lies in two groups.
+template <class Weights>
+class TapReader {
 public:
-  explicit TripleTaps(const int32_t *triples) : triples_(triples) {}
-  Tap operator[](int32_t i) const { return {triples_[3 * i], triples_[3 * i + 1]}; }
+  explicit TapReader(const int32_t *table) : at_(table) {}
+
+  Tap next() {
+    while (inGroup_ == count_) {
+      count_ = *at_++;
+      inGroup_ = 0;
+    }
+    const Tap tap = Weights::tap(at_, inGroup_++);
+    at_ += 3;
+    return tap;
+  }
+
+  /// The taps of the next two outputs, or of a lone last one twice.
+  TapPair nextPair(bool lone) {
+    const Tap first = next();
+    return {first, lone ? first : next()};
+  }
 
 private:
-  const int32_t *triples_;
+  const int32_t *at_;
+  int32_t count_ = 0;
+  int32_t inGroup_ = 0;
 };
 
-/// Outputs of one block: `columns` x `lines` positions from output column `left` and line `top` on.
-struct TableTile {
-  const int32_t *xTriples;
-  const int32_t *yTriples;
-  int32_t columns;
-  int32_t lines;
-  int32_t left;
-  int32_t top;
-};
+/// Output columns that are made at a time.
+inline constexpr int32_t kChunk = 120;
 
-/// Calls run(tile) for every block of the source that has outputs.
-template <class Run>
-void forEachTile(const Job &job, Run run) {
-  const int32_t blockColumns = (job.params.inWidth + 15) / 16;
-  const int32_t blockRows = (job.params.inHeight + 15) / 16;
-  const int32_t *y = job.yTable;
-  int32_t top = 0;
-  for (int32_t row = 0; row < blockRows; ++row) {
-    const int32_t lines = *y;
-    const int32_t *x = job.xTable;
-    int32_t left = 0;
-    for (int32_t column = 0; column < blockColumns; ++column) {
-      const int32_t columns = *x;
-      if (columns != 0 && lines != 0) {
-        run(TableTile{x + 1, y + 1, columns, lines, left, top});
-      }
-      left += columns;
-      x += 1 + 3 * columns;
-    }
-    top += lines;
-    y += 1 + 3 * lines;
-  }
-}
+/// Column taps of a chunk.
+struct ColumnTaps {
+  int32_t count;
+  Tap taps[kChunk];
+};
 
 } // namespace zqcc

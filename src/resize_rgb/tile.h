@@ -1,8 +1,11 @@
-// The loops of every resizing conversion to RGB565: blocks of the source as the grouped tables list them, two output
-// lines and two output columns at a time.
+// The loops of every resizing conversion to RGB565: chunks of columns as the grouped tables list them, each down the
+// whole picture, two output lines and two output columns at a time. The order does not show in the picture; going down
+// lets every source line be interpolated once.
 #pragma once
 
+#include "frame/routine.h"
 #include "kernels/placement.h"
+#include "kernels/scratch.h"
 #include "kernels/writers.h"
 #include "resize_rgb/sources.h"
 #include "resize_rgb/taps.h"
@@ -12,75 +15,85 @@
 
 namespace zqcc {
 
-/// Converts the outputs of one block; `out` is the address of the tile's first output.
-using ResizeKernel = void (*)(const PlaneView &, const TableTile &, uint8_t *out, std::ptrdiff_t stride);
-
-inline TapPair pairOf(const Tap &lone) {
-  return {lone, lone};
-}
-
-template <class Source, class Writer, int pixel, int line, int columns, int lineCount>
-[[gnu::always_inline]] inline void resizeGroup(const PlaneView &view, const typename Source::Lines &lines,
-                                               const TapPair &x, uint8_t *to, std::ptrdiff_t stride) {
-  uint32_t quad[2][2];
-  quad[0][1] = quad[1][0] = quad[1][1] = 0;
-  Source::template convert<pixel, line, columns, lineCount>(view, lines, x, quad);
-  Writer::template put<columns, lineCount>(to, stride, quad);
-}
-
-/// Output columns from `first` on of one line pair or lone line.
-template <class Source, class Writer, Turn turn, int lineCount, class Taps>
-void resizeColumns(const PlaneView &view, const typename Source::Lines &lines, const Taps &x, int32_t first,
-                   int32_t count, uint8_t *to, std::ptrdiff_t stride) {
-  const std::ptrdiff_t step = 2 * columnStep<turn, Writer::kPixelBytes>(stride);
-  int32_t i = first;
-  for (; i + 1 < count; i += 2, to += step) {
-    resizeGroup<Source, Writer, 0, 0, 2, lineCount>(view, lines, {x[i], x[i + 1]}, to, stride);
-  }
-  if (i < count) {
-    resizeGroup<Source, Writer, 0, 0, 1, lineCount>(view, lines, pairOf(x[i]), to, stride);
+/// Outputs [first, count) of a line pair, or of the upper line alone, one by one.
+template <class Lines, Turn turn>
+[[gnu::noinline]] void convertOutputsSingly(const Lines &lines, int32_t first, int32_t count, int32_t lineCount,
+                                            uint8_t *to, std::ptrdiff_t stride) {
+  for (int32_t l = 0; l < lineCount; ++l) {
+    uint8_t *p = to + first * columnStep<turn, 2>(stride) + l * lineStep<turn, 2>(stride);
+    for (int32_t i = first; i < count; ++i, p += columnStep<turn, 2>(stride)) {
+      storePixel(p, lines.pixel(l, i));
+    }
   }
 }
 
-/// Lines from `first` on of a tile.
-template <class Source, class Writer, Turn turn, class Taps>
-void resizeLines(const PlaneView &view, const TableTile &tile, int32_t first, uint8_t *to, std::ptrdiff_t stride) {
-  const Taps x(tile.xTriples);
-  const Taps y(tile.yTriples);
-  const std::ptrdiff_t step = 2 * lineStep<turn, Writer::kPixelBytes>(stride);
-  int32_t j = first;
-  for (; j + 1 < tile.lines; j += 2, to += step) {
-    resizeColumns<Source, Writer, turn, 2>(view, Source::linesAt(view, {y[j], y[j + 1]}), x, 0, tile.columns, to,
-                                           stride);
+/// Whole groups of a line pair; returns how many columns they cover.
+template <class Lines, Turn turn>
+[[gnu::noinline]] int32_t convertOutputGroups(const Lines lines, int32_t count, uint8_t *to, std::ptrdiff_t stride) {
+  int32_t i = 0;
+  for (; i + 1 < count; i += 2, to += 2 * columnStep<turn, 2>(stride)) {
+    Quad<uint32_t> quad;
+    lines.group(i, quad);
+    Rgb565Writer<turn>::put(to, stride, quad);
   }
-  if (j < tile.lines) {
-    resizeColumns<Source, Writer, turn, 1>(view, Source::linesAt(view, pairOf(y[j])), x, 0, tile.columns, to, stride);
+  return i;
+}
+
+/// One line pair (or lone line) of a chunk, at `to`.
+template <class Lines, Turn turn>
+void convertOutputs(const Lines &lines, int32_t count, int32_t lineCount, uint8_t *to, std::ptrdiff_t stride) {
+  const int32_t done = lineCount == 2 ? convertOutputGroups<Lines, turn>(lines, count, to, stride) : 0;
+  if (done < count) {
+    convertOutputsSingly<Lines, turn>(lines, done, count, lineCount, to, stride);
   }
 }
 
-/// Kernel of the sources that treat all groups alike.
-template <class Source, Turn turn>
-void resizeTile(const PlaneView &view, const TableTile &tile, uint8_t *out, std::ptrdiff_t stride) {
-  withStores(firstWordAt<turn>(out), stride, [&]<class Stores>(Stores) {
-    resizeLines<Source, Rgb565Writer<turn, Stores>, turn, TripleTaps>(view, tile, 0, out, stride);
-  });
+/// As convertOutputs for pictures whose words cannot be stored where they lie.
+template <class Lines, Turn turn>
+[[gnu::noinline]] void convertOutputsUnaligned(const Lines &lines, int32_t count, int32_t lineCount, uint8_t *to,
+                                               std::ptrdiff_t stride) {
+  for (int32_t l = 0; l < lineCount; ++l) {
+    uint8_t *p = to + l * lineStep<turn, 2>(stride);
+    for (int32_t i = 0; i < count; ++i, p += columnStep<turn, 2>(stride)) {
+      storePixelAnywhere(p, lines.pixel(l, i));
+    }
+  }
 }
 
-/// Address of source pixel (0, 0) in the output picture; grouped walks mirror the half turn about the stride.
-template <Turn turn>
-Target resizeTarget(const ConvertParams &p) {
-  return blockTargetOf<turn>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
+/// Output columns of a chunk, every line of the picture; `to` is the place of its first output.
+template <class Source, class Weights, Turn turn>
+void resizeChunk(const Job &job, const PlaneView &view, const ColumnTaps &x, uint8_t *to, std::ptrdiff_t stride) {
+  using Lines = typename Source::Lines;
+  const bool aligned = wordsFit<turn>({to, stride});
+  const int32_t height = job.params.outHeight;
+  Source source(view, x);
+  TapReader<Weights> y(job.yTable);
+  for (int32_t j = 0; j < height; j += 2, to += 2 * lineStep<turn, 2>(stride)) {
+    const int32_t lineCount = smaller(height - j, 2);
+    const Lines lines = source.lines(y.nextPair(lineCount == 1));
+    if (aligned) {
+      convertOutputs<Lines, turn>(lines, x.count, lineCount, to, stride);
+    } else {
+      convertOutputsUnaligned<Lines, turn>(lines, x.count, lineCount, to, stride);
+    }
+  }
 }
 
-/// Driver: every block through the kernel, each tile at its place.
-template <Turn turn>
-void resizeBlocks(const Job &job, const PlaneView &view, ResizeKernel kernel) {
-  const Target target = resizeTarget<turn>(job.params);
-  const std::ptrdiff_t dx = columnStep<turn, 2>(target.stride);
-  const std::ptrdiff_t dy = lineStep<turn, 2>(target.stride);
-  forEachTile(job, [&](const TableTile &tile) {
-    kernel(view, tile, target.origin + tile.left * dx + tile.top * dy, target.stride);
-  });
+/// The whole picture. Like every walk by groups it mirrors the half turn about the stride.
+template <class Source, class Weights, Turn turn>
+void resizePicture(const Job &job, const PlaneView &view) {
+  const ConvertParams &p = job.params;
+  const Target target = blockTargetOf<turn>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
+  TapReader<Weights> taps(job.xTable);
+  for (int32_t first = 0; first < p.outWidth; first += kChunk) {
+    ColumnTaps x;
+    x.count = smaller(p.outWidth - first, kChunk);
+    for (int32_t i = 0; i < x.count; ++i) {
+      x.taps[i] = taps.next();
+    }
+    resizeChunk<Source, Weights, turn>(job, view, x, target.origin + first * columnStep<turn, 2>(target.stride),
+                                       target.stride);
+  }
 }
 
 /// Planar 4:2:0, or 4:2:2 of which every second chroma line is read.

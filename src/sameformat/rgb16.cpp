@@ -52,10 +52,10 @@ void resizeRgb16Block(const TableGroup &x, const TableGroup &y, const Source &sr
     uint8_t *out = tile + j * dstPitch;
     int32_t i = 0;
     for (; i + 1 < x.count; i += 2, out += 2 * kPixelBytes) {
-      AnyAddress::store(out, pack(samplePixel(lines, x.tap(i))), pack(samplePixel(lines, x.tap(i + 1))));
+      storeWordAnywhere(out, pack(samplePixel(lines, x.tap(i))), pack(samplePixel(lines, x.tap(i + 1))));
     }
     if (i < x.count) {
-      AnyAddress::store(out, pack(samplePixel(lines, x.tap(i))));
+      storePixelAnywhere(out, pack(samplePixel(lines, x.tap(i))));
     }
   }
 }
@@ -77,14 +77,14 @@ void resizeRotateRgb16Block(const TableGroup &x, const TableGroup &y, const Sour
       const Tap column = x.tap(i);
       const uint32_t pixelA = pack(samplePixel(a, column));
       const uint32_t pixelB = pack(samplePixel(b, column));
-      AnyAddress::store(out, lineStep > 0 ? pixelA : pixelB, lineStep > 0 ? pixelB : pixelA);
+      storeWordAnywhere(out, lineStep > 0 ? pixelA : pixelB, lineStep > 0 ? pixelB : pixelA);
     }
   }
   if (j < y.count) {
     const LinePair lone = src.lines(y.tap(j));
     uint8_t *out = tile + j * lineStep;
     for (int32_t i = 0; i < x.count; ++i, out += columnStep) {
-      AnyAddress::store(out, pack(samplePixel(lone, x.tap(i))));
+      storePixelAnywhere(out, pack(samplePixel(lone, x.tap(i))));
     }
   }
 }
@@ -170,7 +170,7 @@ void resizeRgb16AntiAlias(const Job &job) {
     }
     uint8_t *out = p.outBuf[0] + j * dstPitch;
     for (int32_t i = 0; i < p.outWidth; ++i, out += kPixelBytes) {
-      AnyAddress::store(out, samplePixelMean(lines.pair, job.xTable + i * kEntry));
+      storePixelAnywhere(out, samplePixelMean(lines.pair, job.xTable + i * kEntry));
     }
   }
 }
