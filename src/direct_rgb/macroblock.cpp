@@ -4,13 +4,13 @@ namespace zqcc {
 namespace {
 
 // 4:2:0 saturates at two precisions: see StudioVideoRange.
-constexpr TileKernel convertEdgeBlockToRgb565 = convertTile<Yuv420::Layout, StudioVideoRange, Turn::Upright>;
+constexpr TileKernel convertEdgeBlockToRgb565 = convertStrip<StudioVideoRange, Turn::Upright>;
 constexpr TileKernel convertFullBlockToRgb565 = convertTile<Yuv420::Layout, StudioSixBit, Turn::Upright>;
 constexpr TileKernel convertBlockToRgb24 = convertTile24<Yuv420::Layout, StudioQ12, Turn::Upright>;
 
 /// The other chroma layouts differ between edge and full in where their dither offsets come from.
 template <class Source>
-constexpr MbKernelPair kDithered{convertTile<typename Source::Layout, MatrixDitherWords, Turn::Upright>,
+constexpr MbKernelPair kDithered{convertStrip<MatrixDitherWords, Turn::Upright>,
                                  convertTile<typename Source::Layout, MatrixDither<Turn::Upright>, Turn::Upright>};
 
 constexpr TileKernel packPlanes = convertTile<Yuv444::Layout, PackRgb, Turn::Upright>;

@@ -51,7 +51,7 @@ void convertPacked422ToRgb565(const Job &job) {
     return;
   }
   const Placed placed = placementOf(p);
-  const PlaneView view = packedView(p, p.outWidth, p.outHeight, packedLayout(job.packedVariant), 0, 2);
+  const PlaneView view = packedView(p, p.outWidth, p.outHeight, packedLayout(job.packedVariant), 0, true);
   inBlocks(PACKED_KERNELS[job.packedVariant][placed.column], view, placed.target, {0, 0, p.outWidth, p.outHeight},
            *job.matrix);
 }

@@ -78,7 +78,7 @@ void convertPacked422ToRgb24(const Job &job) {
     return;
   }
   const PackedLayout layout = packedLayout(job.packedVariant);
-  const PlaneView view = packedView(p, p.outWidth, p.outHeight, layout, layout.left, 1);
+  const PlaneView view = packedView(p, p.outWidth, p.outHeight, layout, layout.left, false);
   if (layout.left > layout.right) {
     convertPacked<true>(p, view, *job.matrix);
   } else {

@@ -56,7 +56,7 @@ void convertTurned(const Job &job) {
     return;
   }
   constexpr TurnedKernels kernels{convertTile<typename BlockSource::Layout, BlockArithmetic, turn>,
-                                  convertTile<typename StripSource::Layout, StripArithmetic, turn>};
+                                  convertStrip<StripArithmetic, turn>};
   convertRegions<turn>(job, BlockSource::view(p, p.outWidth, p.outHeight),
                        StripSource::view(p, p.outWidth, p.outHeight), kernels);
 }

@@ -17,20 +17,18 @@ namespace zqcc {
 /// them, writes the rectangle's pixels and nothing else.
 using TileKernel = void (*)(const PlaneView &, const Target &, const Rect &, const ColorMatrix &);
 
-/// The lines that a pair of source lines reads; for a lone line both halves are the same line.
+/// The lines that a pair of source lines reads.
 struct LinePair {
   const uint8_t *luma[2];
   const uint8_t *u[2];
   const uint8_t *v[2];
 };
 
-template <class Layout>
-LinePair linePairAt(const PlaneView &view, int32_t y, bool lone) {
+inline LinePair linePairAt(const PlaneView &view, int32_t y) {
   LinePair lines;
   for (int l = 0; l < 2; ++l) {
-    const int32_t line = lone ? y : y + l;
-    const std::ptrdiff_t chroma = Layout::chromaLine(view, line);
-    lines.luma[l] = view.y + line * view.yStride;
+    const std::ptrdiff_t chroma = chromaLineOffset(view, y + l);
+    lines.luma[l] = view.y + (y + l) * view.yStride;
     lines.u[l] = view.u + chroma;
     lines.v[l] = view.v + chroma;
   }
@@ -62,69 +60,84 @@ template <class Layout, class Arithmetic, class Writer>
   Writer::put(to, stride, quad);
 }
 
-/// The samples of one line.
-struct LineSamples {
-  const uint8_t *luma;
-  const uint8_t *u;
-  const uint8_t *v;
-};
-
-/// Pixels one by one: the columns [x, end) of one line, those behind the last chroma sample with its colour. `line` is
-/// the line's place in its pair where that matters to the arithmetic, else 0.
-template <class Layout, class Arithmetic, class Writer, Turn turn, int line>
-[[gnu::noinline]] void convertSingles(const Arithmetic &arithmetic, const PlaneView &view, const LineSamples &from,
-                                      int32_t x, int32_t end, uint8_t *to, std::ptrdiff_t stride) {
-  const std::ptrdiff_t dx = columnStep<turn, Writer::kPixelBytes>(stride);
+/// Pixels one by one: the columns [x, end) of line y, those behind the last chroma sample with its colour. `line` is
+/// the line's place in its pair where that matters to the arithmetic, else 0. Edges and strips go this way, so it looks
+/// the source's pattern up in the view and is made once an arithmetic.
+template <class Arithmetic, class Writer, int line>
+[[gnu::noinline]] void convertSingles(const Arithmetic &arithmetic, const PlaneView &view, int32_t y, int32_t x,
+                                      int32_t end, uint8_t *to, std::ptrdiff_t dx) {
+  const LayoutValues &layout = view.layout;
+  const uint8_t *luma = view.y + y * view.yStride;
+  const uint8_t *u = view.u + chromaLineOffset(view, y);
+  const uint8_t *v = view.v + chromaLineOffset(view, y);
   for (; x < end; ++x, to += dx) {
-    const std::ptrdiff_t sample = Layout::chromaOffset(Layout::chromaColumn(view, x));
-    const auto terms = arithmetic.terms(from.u[sample], from.v[sample]);
+    const std::ptrdiff_t sample = std::ptrdiff_t{smaller(x >> layout.xShift, view.lastColumn)} * layout.sampleStep;
+    const auto terms = arithmetic.terms(u[sample], v[sample]);
     const bool even = x % 2 == 0;
-    const int32_t y = from.luma[even ? Layout::template lumaOffset<0>(x) : Layout::template lumaOffset<1>(x - 1)];
+    const int32_t value = luma[std::ptrdiff_t{x >> 1} * layout.pairStep + (even ? layout.leftLuma : layout.rightLuma)];
     if (!Arithmetic::kDithers || even) {
-      Writer::one(to, arithmetic.template pixel<line, 0>(terms, y));
+      Writer::one(to, arithmetic.template pixel<line, 0>(terms, value));
     } else {
-      Writer::one(to, arithmetic.template pixel<line, 1>(terms, y));
+      Writer::one(to, arithmetic.template pixel<line, 1>(terms, value));
     }
   }
 }
 
-/// Two lines: pairs of columns as far as both have chroma of their own, single pixels behind.
-template <class Layout, class Arithmetic, class Writer, Turn turn>
-void convertLines(const Arithmetic &arithmetic, const PlaneView &view, const LinePair from, const Rect &rect,
-                  uint8_t *to, std::ptrdiff_t stride) {
-  const Arithmetic local = arithmetic; // stores of bytes may alias anything that is reached through a reference
-  const int32_t pairsEnd = smaller(rect.right & ~1, Layout::ownChromaEnd(view));
-  int32_t x = rect.left;
-  for (; x < pairsEnd; x += 2) {
-    convertGroup<Layout, Arithmetic, Writer>(local, from, x, to, stride);
-    to += 2 * columnStep<turn, Writer::kPixelBytes>(stride);
-  }
-  if (x < rect.right) {
-    constexpr int lower = Arithmetic::kDithers ? 1 : 0;
-    convertSingles<Layout, Arithmetic, Writer, turn, 0>(arithmetic, view, {from.luma[0], from.u[0], from.v[0]}, x,
-                                                        rect.right, to, stride);
-    convertSingles<Layout, Arithmetic, Writer, turn, lower>(arithmetic, view, {from.luma[1], from.u[1], from.v[1]}, x,
-                                                            rect.right,
-                                                            to + lineStep<turn, Writer::kPixelBytes>(stride), stride);
+/// Lines [top, bottom) of a rectangle pixel by pixel.
+template <class Arithmetic, class Writer>
+[[gnu::noinline]] void convertRectSingly(const Arithmetic &arithmetic, const PlaneView &view, const Rect &rect,
+                                         uint8_t *origin, std::ptrdiff_t dx, std::ptrdiff_t dy) {
+  constexpr int lower = Arithmetic::kDithers ? 1 : 0;
+  for (int32_t y = rect.top; y < rect.bottom; ++y) {
+    uint8_t *to = origin + rect.left * dx + y * dy;
+    if (y % 2 == 0) {
+      convertSingles<Arithmetic, Writer, 0>(arithmetic, view, y, rect.left, rect.right, to, dx);
+    } else {
+      convertSingles<Arithmetic, Writer, lower>(arithmetic, view, y, rect.left, rect.right, to, dx);
+    }
   }
 }
 
+/// Columns [left, right) of two lines, all of which have chroma samples of their own.
+template <class Layout, class Arithmetic, class Writer, Turn turn>
+void convertLines(const Arithmetic &arithmetic, const LinePair from, int32_t left, int32_t right, uint8_t *to,
+                  std::ptrdiff_t stride) {
+  const Arithmetic local = arithmetic; // stores of bytes may alias anything that is reached through a reference
+  for (int32_t x = left; x < right; x += 2) {
+    convertGroup<Layout, Arithmetic, Writer>(local, from, x, to, stride);
+    to += 2 * columnStep<turn, Writer::kPixelBytes>(stride);
+  }
+}
+
+/// Whole groups of 2 x 2 first, then the columns behind them and a lone last line pixel by pixel.
 template <class Layout, class Arithmetic, class Writer, Turn turn>
 void convertRect(const PlaneView &view, const Target &target, const Rect &rect, const ColorMatrix &matrix) {
   const Arithmetic arithmetic(matrix);
   const std::ptrdiff_t dx = columnStep<turn, Writer::kPixelBytes>(target.stride);
   const std::ptrdiff_t dy = lineStep<turn, Writer::kPixelBytes>(target.stride);
-  int32_t y = rect.top;
-  for (; y + 1 < rect.bottom; y += 2) {
-    convertLines<Layout, Arithmetic, Writer, turn>(arithmetic, view, linePairAt<Layout>(view, y, false), rect,
+  const int32_t pairsEnd = smaller(rect.right & ~1, Layout::ownChromaEnd(view));
+  const int32_t right = pairsEnd > rect.left ? pairsEnd : rect.left;
+  const int32_t bottom = rect.bottom & ~1;
+  for (int32_t y = rect.top; y < bottom; y += 2) {
+    convertLines<Layout, Arithmetic, Writer, turn>(arithmetic, linePairAt(view, y), rect.left, right,
                                                    target.origin + rect.left * dx + y * dy, target.stride);
   }
-  if (y < rect.bottom) {
-    const LinePair from = linePairAt<Layout>(view, y, true);
-    convertSingles<Layout, Arithmetic, Writer, turn, 0>(arithmetic, view, {from.luma[0], from.u[0], from.v[0]},
-                                                        rect.left, rect.right, target.origin + rect.left * dx + y * dy,
-                                                        target.stride);
+  if (right < rect.right) {
+    convertRectSingly<Arithmetic, Writer>(arithmetic, view, {right, rect.top, rect.right, bottom}, target.origin, dx,
+                                          dy);
   }
+  if (bottom < rect.bottom) {
+    convertRectSingly<Arithmetic, Writer>(arithmetic, view, {rect.left, bottom, rect.right, rect.bottom}, target.origin,
+                                          dx, dy);
+  }
+}
+
+/// Kernel of strips and edge blocks, which are never wide or high: all pixel by pixel, at any address.
+template <class Arithmetic, Turn turn>
+void convertStrip(const PlaneView &view, const Target &target, const Rect &rect, const ColorMatrix &matrix) {
+  convertRectSingly<Arithmetic, Rgb565Writer<Turn::Upright>>(Arithmetic(matrix), view, rect, target.origin,
+                                                             columnStep<turn, 2>(target.stride),
+                                                             lineStep<turn, 2>(target.stride));
 }
 
 /// Calls run(block) for the blocks of at most width x height that make up a rectangle.

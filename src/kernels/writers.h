@@ -28,7 +28,7 @@ struct Rgb565Writer {
       pair(p + lineStep<turn, kPixelBytes>(stride), quad[1][0], quad[1][1]);
     }
   }
-  static void one(uint8_t *p, Pixel pixel) { storePixel(p, pixel); }
+  static void one(uint8_t *p, Pixel pixel) { storePixelAnywhere(p, pixel); }
 
 private:
   static void pair(uint8_t *p, Pixel first, Pixel second) {

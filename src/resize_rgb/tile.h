@@ -15,14 +15,14 @@
 
 namespace zqcc {
 
-/// Outputs [first, count) of a line pair, or of the upper line alone, one by one.
+/// Outputs [first, count) of a line pair, or of the upper line alone, one by one at any address.
 template <class Lines, Turn turn>
 [[gnu::noinline]] void convertOutputsSingly(const Lines &lines, int32_t first, int32_t count, int32_t lineCount,
                                             uint8_t *to, std::ptrdiff_t stride) {
   for (int32_t l = 0; l < lineCount; ++l) {
     uint8_t *p = to + first * columnStep<turn, 2>(stride) + l * lineStep<turn, 2>(stride);
     for (int32_t i = first; i < count; ++i, p += columnStep<turn, 2>(stride)) {
-      storePixel(p, lines.pixel(l, i));
+      storePixelAnywhere(p, lines.pixel(l, i));
     }
   }
 }
@@ -39,27 +39,6 @@ template <class Lines, Turn turn>
   return i;
 }
 
-/// One line pair (or lone line) of a chunk, at `to`.
-template <class Lines, Turn turn>
-void convertOutputs(const Lines &lines, int32_t count, int32_t lineCount, uint8_t *to, std::ptrdiff_t stride) {
-  const int32_t done = lineCount == 2 ? convertOutputGroups<Lines, turn>(lines, count, to, stride) : 0;
-  if (done < count) {
-    convertOutputsSingly<Lines, turn>(lines, done, count, lineCount, to, stride);
-  }
-}
-
-/// As convertOutputs for pictures whose words cannot be stored where they lie.
-template <class Lines, Turn turn>
-[[gnu::noinline]] void convertOutputsUnaligned(const Lines &lines, int32_t count, int32_t lineCount, uint8_t *to,
-                                               std::ptrdiff_t stride) {
-  for (int32_t l = 0; l < lineCount; ++l) {
-    uint8_t *p = to + l * lineStep<turn, 2>(stride);
-    for (int32_t i = 0; i < count; ++i, p += columnStep<turn, 2>(stride)) {
-      storePixelAnywhere(p, lines.pixel(l, i));
-    }
-  }
-}
-
 /// Output columns of a chunk, every line of the picture; `to` is the place of its first output.
 template <class Source, class Weights, Turn turn>
 void resizeChunk(const Job &job, const PlaneView &view, const ColumnTaps &x, uint8_t *to, std::ptrdiff_t stride) {
@@ -71,10 +50,10 @@ void resizeChunk(const Job &job, const PlaneView &view, const ColumnTaps &x, uin
   for (int32_t j = 0; j < height; j += 2, to += 2 * lineStep<turn, 2>(stride)) {
     const int32_t lineCount = smaller(height - j, 2);
     const Lines lines = source.lines(y.nextPair(lineCount == 1));
-    if (aligned) {
-      convertOutputs<Lines, turn>(lines, x.count, lineCount, to, stride);
-    } else {
-      convertOutputsUnaligned<Lines, turn>(lines, x.count, lineCount, to, stride);
+    const bool grouped = lineCount == 2 && aligned;
+    const int32_t done = grouped ? convertOutputGroups<Lines, turn>(lines, x.count, to, stride) : 0;
+    if (done < x.count) {
+      convertOutputsSingly<Lines, turn>(lines, done, x.count, lineCount, to, stride);
     }
   }
 }
