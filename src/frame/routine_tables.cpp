@@ -17,6 +17,9 @@
 #include "sameformat/semi_planar.h"
 #include "yuv/rgb24_input.h"
 
+#include <cstddef>
+#include <iterator>
+
 namespace zqcc {
 
 constexpr Routine SAME_PLANAR420[9] = {
@@ -96,6 +99,31 @@ constexpr Routine PLANAR_TO_RGB565[KIND_COUNT][DIRECT_COUNT] = {
     {convertMbPlanarRgbToRgb565, convertRotatedPlanarRgbToRgb565, convertFlippedPlanarRgbToRgb565},
 };
 
+namespace {
+
+/// Cells with a routine.
+template <std::size_t size>
+constexpr std::size_t filled(const Routine (&table)[size]) {
+  std::size_t count = 0;
+  for (const Routine routine : table) {
+    count += routine != nullptr ? 1 : 0;
+  }
+  return count;
+}
+
+} // namespace
+
+// The sizes are part of the index formulas, and only the three cells that refuse filtered turns may be empty.
+static_assert(std::size(SAME_PLANAR420) == 9 && filled(SAME_PLANAR420) == 7);
+static_assert(std::size(SAME_RGB16) == 6 && filled(SAME_RGB16) == 5);
+static_assert(std::size(SAME_SEMI_PLANAR) == 4 && filled(SAME_SEMI_PLANAR) == 4);
+static_assert(std::size(SAME_PACKED422) == 4 && filled(SAME_PACKED422) == 4);
+static_assert(filled(PLANAR_TO_RGB24) == 2 && filled(PACKED422_TO_RGB16) == 2 && filled(PACKED422_TO_RGB24) == 2);
+static_assert(std::size(RGB24_TO_RGB565) == 6 && filled(RGB24_TO_RGB565) == 6);
+static_assert(std::size(RESIZE_TO_RGB565) == 30 && filled(RESIZE_TO_RGB565) == 30);
 static_assert(RESIZE_ROT5 == RESIZE_UPRIGHT + 3 * RATIO_CLASS_COUNT && RESIZE_PLANAR_RGB + 5 == 30);
+static_assert(filled(PLANAR_TO_RGB565[0]) == 3 && filled(PLANAR_TO_RGB565[1]) == 3 &&
+              filled(PLANAR_TO_RGB565[2]) == 3 && filled(PLANAR_TO_RGB565[3]) == 3 &&
+              filled(PLANAR_TO_RGB565[4]) == 3 && filled(PLANAR_TO_RGB565[5]) == 3);
 
 } // namespace zqcc
