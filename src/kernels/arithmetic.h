@@ -121,7 +121,6 @@ private:
 //   R = Y + crToR (V - 128),  G = Y - cbToG (U - 128) - crToG (V - 128),  B = Y + cbToB (U - 128)
 
 struct Matrix {
-  static constexpr bool kDithers = false;
   explicit Matrix(const ColorMatrix &m) : matrix(m) {}
 
   /// Sums wrap as 32-bit two's complement. Past +-320 a term alone saturates every luma (0..255) with every fixed
@@ -147,6 +146,7 @@ private:
 
 /// 16-bit pixels without dither.
 struct MatrixPlain : Matrix {
+  static constexpr bool kDithers = false;
   using Matrix::Matrix;
   template <int line, int column>
   [[nodiscard]] uint32_t pixel(const ColorTerms &t, int32_t y) const {
@@ -160,6 +160,7 @@ private:
 
 /// 24-bit pixels, every component held in video range.
 struct MatrixRgb24 : Matrix {
+  static constexpr bool kDithers = false;
   using Matrix::Matrix;
   template <int line, int column>
   [[nodiscard]] Bgr pixel(const ColorTerms &t, int32_t y) const {

@@ -35,6 +35,12 @@ inline LinePair linePairAt(const PlaneView &view, int32_t y) {
   return lines;
 }
 
+template <class Layout, int line, int column, class Arithmetic, class Terms>
+[[gnu::always_inline]] inline auto groupPixel(const Arithmetic &arithmetic, const LinePair &from, int32_t x,
+                                              const Terms &terms) {
+  return arithmetic.template pixel<line, column>(terms, from.luma[line][Layout::template lumaOffset<column>(x)]);
+}
+
 /// 2 x 2 pixels at even column x. Chroma terms are made once for all pixels that share them.
 template <class Layout, class Arithmetic, class Writer>
 [[gnu::always_inline]] inline void convertGroup(const Arithmetic &arithmetic, const LinePair &from, int32_t x,
@@ -43,20 +49,17 @@ template <class Layout, class Arithmetic, class Writer>
     const std::ptrdiff_t sample = Layout::chromaOffset(x + column);
     return arithmetic.terms(from.u[line][sample], from.v[line][sample]);
   };
-  const auto pixel = [&]<int line, int column>(const auto &t) {
-    return arithmetic.template pixel<line, column>(t, from.luma[line][Layout::template lumaOffset<column>(x)]);
-  };
   Quad<typename Writer::Pixel> quad;
   auto left = terms(0, 0);
   auto right = Layout::kSharedByColumns ? left : terms(0, 1);
-  quad[0][0] = pixel.template operator()<0, 0>(left);
-  quad[0][1] = pixel.template operator()<0, 1>(right);
+  quad[0][0] = groupPixel<Layout, 0, 0>(arithmetic, from, x, left);
+  quad[0][1] = groupPixel<Layout, 0, 1>(arithmetic, from, x, right);
   if constexpr (!Layout::kSharedByLines) {
     left = terms(1, 0);
     right = Layout::kSharedByColumns ? left : terms(1, 1);
   }
-  quad[1][0] = pixel.template operator()<1, 0>(left);
-  quad[1][1] = pixel.template operator()<1, 1>(right);
+  quad[1][0] = groupPixel<Layout, 1, 0>(arithmetic, from, x, left);
+  quad[1][1] = groupPixel<Layout, 1, 1>(arithmetic, from, x, right);
   Writer::put(to, stride, quad);
 }
 

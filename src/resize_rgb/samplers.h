@@ -24,6 +24,8 @@ public:
     const int32_t *bottom;
   };
 
+  // Rows are filled before they are read; clearing them would cost more than a small picture.
+  // cppcheck-suppress uninitMemberVar
   InterpolatedRows(const uint8_t *plane, std::ptrdiff_t stride, const ColumnTaps &x)
       : plane_(plane), stride_(stride), x_(x) {}
 

@@ -27,16 +27,20 @@ struct GroupChroma {
   }
 };
 
-/// 4:4:4: every pixel its own column; the second line takes the line below the first one's, not its own.
-struct FullChroma {
+/// Chroma planes as wide as luma's: every pixel its own column.
+struct ColumnChroma {
   static constexpr bool kPerColumn = true;
-  static constexpr bool kPerLine = true;
   static int32_t column(const PlaneView & /*view*/, int32_t x, int32_t /*x1*/) { return x; }
+};
+
+/// 4:4:4: the second line takes the line below the first one's, not its own.
+struct FullChroma : ColumnChroma {
+  static constexpr bool kPerLine = true;
   static int32_t line(const PlaneView & /*view*/, const TapPair &y, int line) { return y.first.index + line; }
 };
 
-/// 4:4:0: every pixel its own column, both lines the first one's chroma line.
-struct HalfHeightChroma : FullChroma {
+/// 4:4:0: both lines the first one's chroma line.
+struct HalfHeightChroma : ColumnChroma {
   static constexpr bool kPerLine = false;
   static int32_t line(const PlaneView &view, const TapPair &y, int /*line*/) {
     return smaller(y.first.index >> 1, view.lastLine);
@@ -55,8 +59,9 @@ struct QuarterWidthChroma {
   }
 };
 
-/// Quarter height: every pixel its own column, every line a quarter of its own line.
-struct QuarterHeightChroma : FullChroma {
+/// Quarter height: every line a quarter of its own line.
+struct QuarterHeightChroma : ColumnChroma {
+  static constexpr bool kPerLine = true;
   static int32_t line(const PlaneView &view, const TapPair &y, int line) {
     return smaller((line == 0 ? y.first.index : y.second.index) >> 2, view.lastLine);
   }

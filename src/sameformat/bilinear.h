@@ -83,6 +83,7 @@ inline LinePair linePair(const uint8_t *plane, std::ptrdiff_t pitch, const Tap &
 template <std::size_t taps, class LineTap>
 struct LinePairs {
   LinePair pair[taps];
+  // cppcheck-suppress uninitMemberVar ; the body fills every pair
   LinePairs(const uint8_t *plane, std::ptrdiff_t pitch, const int32_t *entry, LineTap lineTap) {
     for (LinePair &each : pair) {
       each = linePair(plane, pitch, lineTap(entry));

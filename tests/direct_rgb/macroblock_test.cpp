@@ -71,7 +71,7 @@ TEST(Macroblock, FullHeightChromaIsReadOnEvenLines) {
     Picture small(type == 1 ? 3 : 12, 34, 34, 34, Fill::Noise, 5);
     for (int plane = 1; plane <= 2; ++plane) {
       for (int k = 0; k < 17; ++k) {
-        std::copy_n(&tall.plane(plane)[2 * k * 17], 17, &small.plane(plane)[k * 17]);
+        std::copy_n(lineOf(tall, plane, 2 * k, 17), 17, lineOf(small, plane, k, 17));
       }
     }
     Converted fromTall = convertPicture(tall, COLOR_RGB565);
@@ -81,7 +81,7 @@ TEST(Macroblock, FullHeightChromaIsReadOnEvenLines) {
     EXPECT_EQ("", fromTall.canvas.difference(fromSmall.canvas)) << type;
     for (int plane = 1; plane <= 2; ++plane) {
       for (int k = 0; k < 17; ++k) {
-        std::memset(&tall.plane(plane)[(2 * k + 1) * 17], 255, 17);
+        std::memset(lineOf(tall, plane, 2 * k + 1, 17), 255, 17);
       }
     }
     Converted otherOddLines = convertPicture(tall, COLOR_RGB565);

@@ -147,12 +147,12 @@ TEST(Packed, ByteOrders) {
 }
 
 TEST(Packed, ExchangedLumaExchangesThePixelsOfAPair) {
-  // The same bytes as type 6 and as type 14; luma alone, seen without dither differences in green's place.
+  // The same bytes as type 6 and as type 14, seen in green: luma 200 stands out in either.
   Picture six(6, 16, 2, 32, Fill::Flat, 128);
   Picture fourteen(14, 16, 2, 32, Fill::Flat, 128);
   for (Picture *picture : {&six, &fourteen}) {
     for (int group = 0; group < 8; ++group) {
-      picture->plane(0)[4 * group] = 16;
+      *lineOf(*picture, 0, group, 4) = 16;
       picture->plane(0)[4 * group + 2] = 200;
     }
   }
@@ -188,7 +188,7 @@ TEST(Packed, HalfTurnWithWideStrideIsShiftedToTheEndOfTheLine) {
   ASSERT_EQ(CC_OK, result.code);
   Canvas fresh = Canvas::forPicture(COLOR_RGB565, 18, 6, 46);
   for (int line = 0; line < 6; ++line) {
-    EXPECT_EQ(0, std::memcmp(&result.canvas.plane(0)[line * 46], &fresh.plane(0)[line * 46], 10)) << line;
+    EXPECT_EQ(0, std::memcmp(lineOf(result.canvas, 0, line, 46), lineOf(fresh, 0, line, 46), 10)) << line;
     for (int i = 0; i < 18; ++i) {
       const int word = result.byte(0, line * 46 + 10 + 2 * i) | result.byte(0, line * 46 + 11 + 2 * i) << 8;
       EXPECT_GE(word >> 5 & 63, 58) << line << ", " << i;

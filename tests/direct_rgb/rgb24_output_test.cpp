@@ -82,7 +82,7 @@ TEST(Rgb24Output, FlipSendsTheFirstLineToTheLast) {
   for (const int height : {6, 7}) {
     Picture picture = flatPicture(3, 6, height, 16, 128, 128);
     for (int line = 0; line < height; ++line) {
-      std::memset(&picture.plane(0)[line * 6], 20 + line, 6);
+      std::memset(lineOf(picture, 0, line, 6), 20 + line, 6);
     }
     Converted result = convertPicture(picture, COLOR_RGB24, ROTATION_FLIP_V, 5);
     ASSERT_EQ(CC_OK, result.code);

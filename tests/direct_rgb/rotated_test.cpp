@@ -111,7 +111,7 @@ TEST(Rotated, HalfTurnWithWideStrideIsShiftedToTheEndOfTheLine) {
   const Canvas fresh = Canvas::forPicture(COLOR_RGB565, 16, 16, 40);
   Canvas expected = fresh;
   for (int line = 0; line < 16; ++line) {
-    std::memset(&expected.plane(0)[line * 40 + 8], 0xFF, 32);
+    std::memset(lineOf(expected, 0, line, 40) + 8, 0xFF, 32);
   }
   EXPECT_EQ("", result.canvas.difference(expected));
 }
@@ -127,7 +127,7 @@ TEST(Rotated, RightStripOfTheHalfTurnStaysAtTheLineStart) {
       expected.plane(0)[line * 48 + 2 * i] = kWhiteStrip & 0xFF;
       expected.plane(0)[line * 48 + 2 * i + 1] = kWhiteStrip >> 8;
     }
-    std::memset(&expected.plane(0)[line * 48 + 16], 0xFF, 32);
+    std::memset(lineOf(expected, 0, line, 48) + 16, 0xFF, 32);
   }
   EXPECT_EQ("", result.canvas.difference(expected));
 }
@@ -149,7 +149,7 @@ TEST(Rotated, RightStripOfTheClockwiseTurnIsShiftedToTheEndOfTheLine) {
   ASSERT_EQ(CC_OK, result.code);
   Canvas expected = Canvas::forPicture(COLOR_RGB565, 16, 20, 40);
   for (int line = 0; line < 16; ++line) {
-    std::memset(&expected.plane(0)[line * 40], 0xFF, 32);
+    std::memset(lineOf(expected, 0, line, 40), 0xFF, 32);
   }
   for (int line = 16; line < 20; ++line) {
     for (int i = 0; i < 16; ++i) {
@@ -214,7 +214,7 @@ TEST(Rotated, StripsOfFullHeightChromaReadEveryLineAndBlocksEverySecond) {
     Picture picture = flatPicture(type, 20, 20, 16, 128, 128);
     const int crPlane = type == 1 ? 2 : 1;
     for (int line = 1; line < 20; line += 2) {
-      std::memset(&picture.plane(crPlane)[line * 10], 255, 10);
+      std::memset(lineOf(picture, crPlane, line, 10), 255, 10);
     }
     for (const int rotation : {3, 4, 5}) {
       Converted result = convertPicture(picture, COLOR_RGB565, rotation);

@@ -122,7 +122,7 @@ inline Dither fixedDither(int line, int column) {
 }
 /// Offsets of partial blocks, read from the words that a custom matrix overwrites; blue takes the other line's row.
 inline Dither storedDither(const Colour &colour, int line, int column) {
-  const auto index = [&](int row) -> std::size_t { return (row & 1 ? 2U : 0U) + (column & 1 ? 1U : 0U); };
+  const auto index = [&](int row) -> std::size_t { return ((row & 1) != 0 ? 2U : 0U) + ((column & 1) != 0 ? 1U : 0U); };
   return {colour.redBlueDither[index(line)], colour.greenDither[index(line)], colour.redBlueDither[index(line + 1)]};
 }
 

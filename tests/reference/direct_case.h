@@ -7,6 +7,7 @@
 #include "zqColorConversion.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -79,6 +80,12 @@ struct Converted {
 /// Converts a picture at its own size with the library.
 Converted convertPicture(const support::Picture &picture, int outType, int rotation = ROTATION_NONE, int outExtra = 0,
                          const MatrixChoice &matrix = {});
+
+/// Start of a line of a picture's or canvas's plane.
+template <typename T>
+uint8_t *lineOf(T &planes, int plane, int line, int pitch) {
+  return planes.plane(plane) + static_cast<std::ptrdiff_t>(line) * pitch;
+}
 
 struct Comparison {
   uint32_t code = CC_OK;

@@ -28,9 +28,9 @@ const Bytes kPairs{100, 200, 101, 201, 110, 210, 111, 211};
 
 TEST(SameFormatSemiPlanar, CopyKeepsTheChromaBytes) {
   const ConvertParams p = sameFormatParams(COLOR_YUV420_PACK, 4, 4, 4, 4, 4, 5);
-  const Bytes luma{0,  1,  2,  3,  kUntouched, 10, 11, 12, 13, kUntouched,
+  const Bytes wide{0,  1,  2,  3,  kUntouched, 10, 11, 12, 13, kUntouched,
                    20, 21, 22, 23, kUntouched, 30, 31, 32, 33, kUntouched};
-  expectPlanes(p, kLuma, kPairs, luma, {100, 200, 101, 201, kUntouched, 110, 210, 111, 211, kUntouched});
+  expectPlanes(p, kLuma, kPairs, wide, {100, 200, 101, 201, kUntouched, 110, 210, 111, 211, kUntouched});
 }
 
 TEST(SameFormatSemiPlanar, SingleLineIsCopiedWithoutChroma) {

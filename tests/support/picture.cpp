@@ -13,9 +13,15 @@ std::size_t PlaneShape::bytes() const {
   return static_cast<std::size_t>(lines - 1) * static_cast<std::size_t>(stride) + static_cast<std::size_t>(lineBytes);
 }
 
-bool isSemiPlanar(int type) { return type == 11 || type == 35; }
-bool isPacked422(int type) { return (type >= 6 && type <= 9) || (type >= 14 && type <= 17); }
-bool isRgb16(int type) { return type == 30 || type == 31; }
+bool isSemiPlanar(int type) {
+  return type == 11 || type == 35;
+}
+bool isPacked422(int type) {
+  return (type >= 6 && type <= 9) || (type >= 14 && type <= 17);
+}
+bool isRgb16(int type) {
+  return type == 30 || type == 31;
+}
 
 int planeCount(int type) {
   if (isSemiPlanar(type)) {
@@ -64,7 +70,9 @@ PlaneShape planeShape(int type, int width, int height, int stride, int index) {
 
 Block::Block(std::size_t bytes, unsigned misalign) : store_(misalign + bytes), offset_(misalign), size_(bytes) {}
 
-Block::Block(const Block &other) : Block(other.size_) { std::copy_n(other.data(), size_, data()); }
+Block::Block(const Block &other) : Block(other.size_) {
+  std::copy_n(other.data(), size_, data());
+}
 
 Block &Block::operator=(const Block &other) {
   if (this != &other) {
@@ -111,8 +119,12 @@ Picture::Picture(int type_, int width_, int height_, int stride_, Fill kind, uin
   }
 }
 
-const uint8_t *Picture::plane(int index) const { return planes_[static_cast<std::size_t>(index)].data(); }
-uint8_t *Picture::plane(int index) { return planes_[static_cast<std::size_t>(index)].data(); }
+const uint8_t *Picture::plane(int index) const {
+  return planes_[static_cast<std::size_t>(index)].data();
+}
+uint8_t *Picture::plane(int index) {
+  return planes_[static_cast<std::size_t>(index)].data();
+}
 
 void Picture::describe(ConvertParams &params) const {
   params.inType = type;
@@ -141,7 +153,9 @@ Canvas Canvas::forPicture(int type, int width, int height, int stride, unsigned 
   return Canvas(shapes, misalign);
 }
 
-uint8_t *Canvas::plane(int index) { return blocks_[static_cast<std::size_t>(index)].data() + kGuard; }
+uint8_t *Canvas::plane(int index) {
+  return blocks_[static_cast<std::size_t>(index)].data() + kGuard;
+}
 
 void Canvas::describe(ConvertParams &params) {
   params.outStride = shapes_[0].stride;

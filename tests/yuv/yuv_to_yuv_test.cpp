@@ -50,7 +50,7 @@ TEST(YuvToYuv, ChromaIsDecimatedUpToTheLastLine) {
     tall.plane(2)[line] = static_cast<uint8_t>(80 + line);
   }
   for (int line = 0; line < 4; ++line) {
-    half.plane(2)[line] = pairs.plane(1)[2 * line] = static_cast<uint8_t>(40 + line);
+    half.plane(2)[line] = *lineOf(pairs, 1, line, 2) = static_cast<uint8_t>(40 + line);
     half.plane(1)[line] = pairs.plane(1)[2 * line + 1] = static_cast<uint8_t>(80 + line);
   }
   Converted fromTall = convertPicture(tall, COLOR_YUV420_PLANAR);
@@ -122,7 +122,7 @@ TEST(YuvToYuv, PackedOddSizesWriteWhatIsInside) {
   Canvas expected = Canvas::forPicture(COLOR_YUV420_PLANAR, 3, 3, 8);
   const uint8_t luma[3][3] = {{1, 2, 3}, {5, 6, 7}, {9, 10, 11}};
   for (int line = 0; line < 3; ++line) {
-    std::memcpy(&expected.plane(0)[8 * line], luma[line], 3);
+    std::memcpy(lineOf(expected, 0, line, 8), luma[line], 3);
   }
   expected.plane(1)[0] = 60;
   expected.plane(2)[0] = 70;
