@@ -2,6 +2,7 @@
 
 #include "frame/picture_shape.h"
 #include "kernels/arithmetic.h"
+#include "kernels/planes.h"
 #include "kernels/stores.h"
 #include "resize_rgb/samplers.h"
 
@@ -12,7 +13,7 @@ constexpr int kEntryWords = 15;
 constexpr int kTaps = 5;
 
 /// A plane and how much of it the filters may read. The column limit can lie behind the samples of a line: what stands
-/// there (padding, or the next line) is then part of the mean.
+/// there (padding, or the next line) is then part of the mean, up to the plane's last sample.
 struct FilterPlane {
   const uint8_t *samples;
   std::ptrdiff_t stride;
@@ -20,9 +21,10 @@ struct FilterPlane {
   int32_t limitY;
   std::ptrdiff_t last; ///< offset of the plane's last sample
 
-  [[nodiscard]] int32_t at(int32_t x, int32_t y) const {
-    const std::ptrdiff_t offset = y * stride + x;
-    return samples[offset < last ? offset : last];
+  /// How far a line may be read: its columns, or less where the plane ends.
+  [[nodiscard]] int32_t columnsOf(int32_t y) const {
+    const std::ptrdiff_t left = last - y * stride + 1;
+    return left < limitX ? static_cast<int32_t>(left) : limitX;
   }
 };
 
@@ -30,44 +32,87 @@ constexpr int32_t atLeastZero(int32_t index) {
   return index < 0 ? 0 : index;
 }
 
-/// Mean of five bilinear samples; the t-th column tap goes with the t-th line tap.
-struct FivePointMean {
-  static int32_t sample(const FilterPlane &plane, const int32_t *x, const int32_t *y) {
+/// Mean of five bilinear samples; the t-th column tap goes with the t-th line tap. Only the low 8 bits of a sample
+/// count: a negative weight can lead outside 0..255.
+class FivePointMean {
+public:
+  /// The lines of an entry of the line table. A plane of one line has it as its own neighbour.
+  // cppcheck-suppress uninitMemberVar ; the body fills every line
+  FivePointMean(const FilterPlane &plane, const int32_t *y) : limit_(plane.limitX) {
+    for (int t = 0; t < kTaps; ++t) {
+      const int32_t top = atLeastZero(smaller(y[3 * t], plane.limitY - 2));
+      const int32_t bottom = atLeastZero(smaller(top + 1, plane.limitY - 1));
+      lines_[t] = {plane.samples + top * plane.stride, plane.samples + bottom * plane.stride,
+                   atLeastZero(plane.columnsOf(top) - 1), atLeastZero(plane.columnsOf(bottom) - 1), y[3 * t + 1]};
+    }
+  }
+
+  [[nodiscard]] int32_t sample(const int32_t *x) const {
     int32_t sum = 0;
-    for (int t = 0; t < kTaps; ++t, x += 3, y += 3) {
-      sum += tap(plane, {x[0], x[1]}, {y[0], y[1]});
+    for (int t = 0; t < kTaps; ++t) {
+      sum += tap(lines_[t], {x[3 * t], x[3 * t + 1]});
     }
     return sum / kTaps;
   }
 
 private:
-  /// A plane of one column or line has it as its own neighbour. Only the low 8 bits count: a negative weight can lead
-  /// outside 0..255.
-  static int32_t tap(const FilterPlane &plane, const Tap &x, const Tap &y) {
-    const int32_t left = atLeastZero(smaller(x.index, plane.limitX - 2));
-    const int32_t top = atLeastZero(smaller(y.index, plane.limitY - 2));
-    const int32_t right = atLeastZero(smaller(left + 1, plane.limitX - 1));
-    const int32_t bottom = atLeastZero(smaller(top + 1, plane.limitY - 1));
-    const int32_t upper = mix(plane.at(left, top), plane.at(right, top), x.next);
-    const int32_t lower = mix(plane.at(left, bottom), plane.at(right, bottom), x.next);
-    return static_cast<uint8_t>(mix(upper, lower, y.next) >> 20);
+  struct Line {
+    const uint8_t *top;
+    const uint8_t *bottom;
+    int32_t lastTop;    ///< last column of the upper line
+    int32_t lastBottom; ///< last column of the lower line
+    int32_t next;
+  };
+
+  /// A plane of one column has it as its own neighbour.
+  [[nodiscard]] int32_t tap(const Line &line, const Tap &x) const {
+    const int32_t left = atLeastZero(smaller(x.index, limit_ - 2));
+    const int32_t right = left + 1;
+    const int32_t upper = mix(line.top[smaller(left, line.lastTop)], line.top[smaller(right, line.lastTop)], x.next);
+    const int32_t lower =
+        mix(line.bottom[smaller(left, line.lastBottom)], line.bottom[smaller(right, line.lastBottom)], x.next);
+    return static_cast<uint8_t>(mix(upper, lower, line.next) >> 20);
   }
-  static constexpr int32_t smaller(int32_t a, int32_t b) { return a < b ? a : b; }
+
+  int32_t limit_;
+  Line lines_[kTaps];
 };
 
 /// Mean of all listed samples, 0 if there are none.
-struct BoxMean {
-  static int32_t sample(const FilterPlane &plane, const int32_t *x, const int32_t *y) {
+class BoxMean {
+public:
+  // cppcheck-suppress uninitMemberVar ; only counted lines are read
+  BoxMean(const FilterPlane &plane, const int32_t *y) : limit_(plane.limitX) {
+    for (; lineCount_ < kEntryWords && y[lineCount_] >= 0 && y[lineCount_] < plane.limitY; ++lineCount_) {
+      lines_[lineCount_] = {plane.samples + y[lineCount_] * plane.stride,
+                            atLeastZero(plane.columnsOf(y[lineCount_]) - 1)};
+    }
+  }
+
+  [[nodiscard]] int32_t sample(const int32_t *x) const {
+    int32_t columns = 0;
+    while (columns < kEntryWords && x[columns] >= 0 && x[columns] < limit_) {
+      ++columns;
+    }
     uint32_t sum = 0;
-    uint32_t count = 0;
-    for (int r = 0; r < kEntryWords && y[r] >= 0 && y[r] < plane.limitY; ++r) {
-      for (int c = 0; c < kEntryWords && x[c] >= 0 && x[c] < plane.limitX; ++c) {
-        sum += static_cast<uint32_t>(plane.at(x[c], y[r]));
-        ++count;
+    for (int32_t l = 0; l < lineCount_; ++l) {
+      for (int32_t c = 0; c < columns; ++c) {
+        sum += lines_[l].samples[smaller(x[c], lines_[l].last)];
       }
     }
+    const auto count = static_cast<uint32_t>(lineCount_ * columns);
     return count == 0 ? 0 : static_cast<int32_t>(sum / count);
   }
+
+private:
+  struct Line {
+    const uint8_t *samples;
+    int32_t last;
+  };
+
+  int32_t limit_;
+  int32_t lineCount_ = 0;
+  Line lines_[kEntryWords];
 };
 
 /// Planes of a frame. Luma's columns end at the stride, not at the width. Chroma's end at its samples, except that
@@ -121,19 +166,20 @@ void filterFrame(const Job &job) {
   const FilterPlanes from(job);
   const Pixel pixel;
   for (int32_t j = 0; j < p.outHeight; ++j) {
-    uint8_t *to = p.outBuf[0] + std::ptrdiff_t{j} * p.outStride;
-    const int32_t *y = job.yTable + std::ptrdiff_t{j} * kEntryWords;
     const int32_t *chromaY = job.yTable + std::ptrdiff_t{j >> Entries::kLineShift} * kEntryWords;
-    int32_t second = 0;
-    int32_t third = 0;
+    const Mean first(from.planes[0], job.yTable + std::ptrdiff_t{j} * kEntryWords);
+    const Mean second(from.planes[1], chromaY);
+    const Mean third(from.planes[2], chromaY);
+    uint8_t *to = p.outBuf[0] + std::ptrdiff_t{j} * p.outStride;
+    int32_t u = 0;
+    int32_t v = 0;
     for (int32_t i = 0; i < p.outWidth; ++i, to += 2) {
-      const int32_t *x = job.xTable + std::ptrdiff_t{i} * kEntryWords;
       if (i % (1 << Entries::kColumnShift) == 0) {
         const int32_t *chromaX = job.xTable + std::ptrdiff_t{i >> Entries::kColumnShift} * kEntryWords;
-        second = Mean::sample(from.planes[1], chromaX, chromaY);
-        third = Mean::sample(from.planes[2], chromaX, chromaY);
+        u = second.sample(chromaX);
+        v = third.sample(chromaX);
       }
-      storePixelAnywhere(to, pixel.pack(Mean::sample(from.planes[0], x, y), second, third));
+      storePixelAnywhere(to, pixel.pack(first.sample(job.xTable + std::ptrdiff_t{i} * kEntryWords), u, v));
     }
   }
 }
