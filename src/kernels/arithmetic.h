@@ -46,6 +46,7 @@ struct Studio {
   static constexpr int32_t kCbG = 411041;
   static constexpr int32_t kCbB = 2114977;
 
+  Studio() = default;
   explicit Studio(const ColorMatrix & /*not used: these coefficients are built in*/) {}
 
   /// The offsets of luma (16) and chroma (128) are part of the terms, so that a pixel costs one product.

@@ -151,7 +151,7 @@ struct YuvPixel {
   [[nodiscard]] uint32_t pack(int32_t y, int32_t u, int32_t v) const {
     return arithmetic.pixel<0, 0>(Studio::terms(u, v), y);
   }
-  StudioSixBit arithmetic{*matrixEntry(0)};
+  StudioSixBit arithmetic;
 };
 
 struct RgbPixel {

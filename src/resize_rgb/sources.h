@@ -130,7 +130,7 @@ public:
 private:
   const PlaneView &view_;
   Sampler luma_;
-  StudioSixBit arithmetic_{*matrixEntry(0)};
+  StudioSixBit arithmetic_;
   int32_t columns_[kChunk];
 };
 

@@ -1,0 +1,63 @@
+// What is measured: a table of conversions. Every job runs at every size and in every library that can do it.
+#pragma once
+
+#include "zqColorConversion.h"
+
+#include <cstdint>
+#include <span>
+
+namespace bench {
+
+struct Size {
+  int32_t width;
+  int32_t height;
+};
+
+constexpr Size turned(const Size &size) {
+  return {size.height, size.width};
+}
+
+constexpr Size kSizes[] = {{320, 240}, {1280, 720}, {1920, 1080}};
+
+/// How a resized sample is made. The library decides by type, turn and quality; the other libraries are told.
+enum class Sampling { None, Nearest, Bilinear, Filtered, Box };
+
+/// Output size as a fraction of the input size.
+struct Scale {
+  int32_t numerator;
+  int32_t denominator;
+};
+
+/// Mean difference in steps of 8-bit channels. Roundings, ranges and dithers differ by a few steps; a wrong turn or an
+/// exchanged channel by far more.
+constexpr double kTolerance = 14;
+/// For conversions in which this library is meant to take other samples than everybody else: as much work, another
+/// picture.
+constexpr double kAnyPicture = 255;
+
+struct Job {
+  const char *family;
+  const char *name;
+  int32_t inType;
+  int32_t outType;
+  Scale scale = {1, 1};
+  Sampling sampling = Sampling::None;
+  uint32_t rotation = ROTATION_NONE;
+  uint32_t quality = 0;
+  /// How far another library's picture may be from this library's before it counts as another picture.
+  double tolerance = kTolerance;
+
+  [[nodiscard]] bool resizes() const { return scale.numerator != scale.denominator; }
+  [[nodiscard]] bool quarterTurns() const { return rotation == ROTATION_90_LEFT || rotation == ROTATION_90_RIGHT; }
+  /// Output size in the input's orientation.
+  [[nodiscard]] Size outputOf(const Size &in) const {
+    return {in.width * scale.numerator / scale.denominator, in.height * scale.numerator / scale.denominator};
+  }
+};
+
+std::span<const Job> jobs();
+
+/// One description for every format of resampling table and every kind of scratch memory that set-up can make.
+std::span<const Job> setUps();
+
+} // namespace bench

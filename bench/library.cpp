@@ -1,0 +1,56 @@
+// This library doing a job: set up once, then one call a frame.
+#include "runner.h"
+
+#include "support/picture.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace bench {
+namespace {
+
+struct Uninit {
+  void operator()(ConvertContext *context) const { zqCCUninit(context); }
+};
+using Handle = std::shared_ptr<ConvertContext>;
+
+Handle prepared(ConvertParams &params) {
+  ConvertContext *context = nullptr;
+  if (zqCCInit(&context) != CC_OK) {
+    return {};
+  }
+  Handle handle(context, Uninit{});
+  return zqCCSetParameter(context, PARAM_CONVERT_DESC, &params) == CC_OK ? handle : Handle{};
+}
+
+} // namespace
+
+ConvertParams describe(const Job &job, const Size &in) {
+  const Size out = job.outputOf(in);
+  ConvertParams params{};
+  params.inType = job.inType;
+  params.inWidth = in.width;
+  params.inHeight = in.height;
+  params.inStride = support::tightStride(job.inType, in.width);
+  params.outType = job.outType;
+  params.outWidth = out.width;
+  params.outHeight = out.height;
+  params.outStride = support::tightStride(job.outType, job.quarterTurns() ? out.height : out.width);
+  params.isResize = job.resizes() ? 1 : 0;
+  params.rotation = job.rotation;
+  params.antiAlias = job.quality;
+  return params;
+}
+
+Runner libraryRunner(const Task &task) {
+  ConvertParams params = describe(task.job, task.input.size);
+  std::copy(task.input.plane.begin(), task.input.plane.end(), params.inBuf);
+  std::copy(task.output.plane.begin(), task.output.plane.end(), params.outBuf);
+  const Handle handle = prepared(params);
+  if (!handle) {
+    return {};
+  }
+  return [handle, params]() mutable { return zqCCProcess(handle.get(), &params) == CC_OK; };
+}
+
+} // namespace bench

@@ -1,0 +1,300 @@
+#include "libyuv_stages.h"
+
+#include <libyuv.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+namespace bench::yuv {
+namespace {
+
+constexpr int32_t I420 = COLOR_YUV420_PLANAR;
+constexpr int32_t I422 = COLOR_YUV422_PLANAR;
+constexpr int32_t I444 = COLOR_YUV444_PLANAR;
+constexpr int32_t NV12 = COLOR_YUV420_PACK;
+constexpr int32_t YUYV = COLOR_YUV422_YUYV;
+constexpr int32_t UYVY = COLOR_YUV422_UYVY;
+constexpr int32_t RGB565 = COLOR_RGB565;
+constexpr int32_t RGB24 = COLOR_RGB24;
+constexpr int32_t PLANAR_RGB = COLOR_RGB888_PLANAR;
+
+/// Lines of an ARGB intermediate: few enough to stay in the cache between the two conversions.
+constexpr int32_t kStripLines = 16;
+
+bool good(int result) {
+  return result == 0;
+}
+
+// libyuv spells out planes and strides; these call its functions with the first `count` planes of two views.
+
+template <class Function, class... Rest>
+bool threeToOne(Function function, const View &from, const View &to, Rest... rest) {
+  return good(function(from.plane[0], from.stride[0], from.plane[1], from.stride[1], from.plane[2], from.stride[2],
+                       to.plane[0], to.stride[0], rest...));
+}
+
+template <class Function>
+bool twoToOne(Function function, const View &from, const View &to) {
+  return good(function(from.plane[0], from.stride[0], from.plane[1], from.stride[1], to.plane[0], to.stride[0],
+                       from.size.width, from.size.height));
+}
+
+template <class Function>
+bool oneToOne(Function function, const View &from, const View &to) {
+  return good(function(from.plane[0], from.stride[0], to.plane[0], to.stride[0], from.size.width, from.size.height));
+}
+
+template <class Function>
+bool oneToThree(Function function, const View &from, const View &to) {
+  return good(function(from.plane[0], from.stride[0], to.plane[0], to.stride[0], to.plane[1], to.stride[1], to.plane[2],
+                       to.stride[2], from.size.width, from.size.height));
+}
+
+template <class Function, class... Rest>
+bool threeToThree(Function function, const View &from, const View &to, Rest... rest) {
+  return good(function(from.plane[0], from.stride[0], from.plane[1], from.stride[1], from.plane[2], from.stride[2],
+                       to.plane[0], to.stride[0], to.plane[1], to.stride[1], to.plane[2], to.stride[2], rest...));
+}
+
+template <class Function>
+bool scalePlanes(Function function, const View &from, const View &to, libyuv::FilterMode filter) {
+  return good(function(from.plane[0], from.stride[0], from.plane[1], from.stride[1], from.plane[2], from.stride[2],
+                       from.size.width, from.size.height, to.plane[0], to.stride[0], to.plane[1], to.stride[1],
+                       to.plane[2], to.stride[2], to.size.width, to.size.height, filter));
+}
+
+/// Lines [top, top + lines) of a picture whose planes all have a line for each of its lines.
+View strip(const View &view, int32_t top, int32_t lines) {
+  View part = view;
+  part.size.height = lines;
+  for (std::size_t p = 0; p < 3; ++p) {
+    part.plane[p] += view.plane[p] == nullptr ? 0 : std::ptrdiff_t{top} * view.stride[p];
+  }
+  return part;
+}
+
+bool toArgb(const View &from, const View &to) {
+  const int32_t width = from.size.width;
+  const int32_t height = from.size.height;
+  switch (from.type) {
+  case I420:
+    return threeToOne(libyuv::I420ToARGB, from, to, width, height);
+  case I422:
+    return threeToOne(libyuv::I422ToARGB, from, to, width, height);
+  case NV12:
+    return twoToOne(libyuv::NV12ToARGB, from, to);
+  case I444:
+    return threeToOne(libyuv::I444ToARGB, from, to, width, height);
+  case PLANAR_RGB:
+    libyuv::MergeARGBPlane(from.plane[0], from.stride[0], from.plane[1], from.stride[1], from.plane[2], from.stride[2],
+                           nullptr, 0, to.plane[0], to.stride[0], width, height);
+    return true;
+  case YUYV:
+    return oneToOne(libyuv::YUY2ToARGB, from, to);
+  case UYVY:
+    return oneToOne(libyuv::UYVYToARGB, from, to);
+  case RGB565:
+    return oneToOne(libyuv::RGB565ToARGB, from, to);
+  case RGB24:
+    return oneToOne(libyuv::RGB24ToARGB, from, to);
+  default:
+    return false;
+  }
+}
+
+bool fromArgb(const View &from, const View &to) {
+  return to.type == RGB565 ? oneToOne(libyuv::ARGBToRGB565, from, to) : oneToOne(libyuv::ARGBToRGB24, from, to);
+}
+
+/// For layouts with a line of every plane for each line of the picture.
+bool throughArgb(const View &from, const View &to) {
+  static std::vector<uint8_t> scratch;
+  const int32_t stride = 4 * from.size.width;
+  scratch.resize(static_cast<std::size_t>(stride) * kStripLines);
+  bool done = true;
+  for (int32_t top = 0; done && top < from.size.height; top += kStripLines) {
+    const int32_t lines = std::min(kStripLines, from.size.height - top);
+    const View argb{kArgb, {from.size.width, lines}, {scratch.data(), nullptr, nullptr}, {stride, 0, 0}};
+    done = toArgb(strip(from, top, lines), argb) && fromArgb(argb, strip(to, top, lines));
+  }
+  return done;
+}
+
+bool toRgb565(const View &from, const View &to) {
+  const int32_t width = from.size.width;
+  const int32_t height = from.size.height;
+  switch (from.type) {
+  case I420:
+    return threeToOne(libyuv::I420ToRGB565, from, to, width, height);
+  case I422:
+    return threeToOne(libyuv::I422ToRGB565, from, to, width, height);
+  case NV12:
+    return twoToOne(libyuv::NV12ToRGB565, from, to);
+  case kArgb:
+    return fromArgb(from, to);
+  default:
+    return throughArgb(from, to);
+  }
+}
+
+bool toRgb24(const View &from, const View &to) {
+  const int32_t width = from.size.width;
+  const int32_t height = from.size.height;
+  switch (from.type) {
+  case I420:
+    return threeToOne(libyuv::I420ToRGB24, from, to, width, height);
+  case I422:
+    return threeToOne(libyuv::I422ToRGB24, from, to, width, height);
+  case NV12:
+    return twoToOne(libyuv::NV12ToRGB24, from, to);
+  case kArgb:
+    return fromArgb(from, to);
+  default:
+    return throughArgb(from, to);
+  }
+}
+
+bool toI420(const View &from, const View &to) {
+  switch (from.type) {
+  case I422:
+    return threeToThree(libyuv::I422ToI420, from, to, from.size.width, from.size.height);
+  case NV12:
+    return good(libyuv::NV12ToI420(from.plane[0], from.stride[0], from.plane[1], from.stride[1], to.plane[0],
+                                   to.stride[0], to.plane[1], to.stride[1], to.plane[2], to.stride[2], from.size.width,
+                                   from.size.height));
+  case YUYV:
+    return oneToThree(libyuv::YUY2ToI420, from, to);
+  case UYVY:
+    return oneToThree(libyuv::UYVYToI420, from, to);
+  default:
+    return false;
+  }
+}
+
+bool toI422(const View &from, const View &to) {
+  switch (from.type) {
+  case YUYV:
+    return oneToThree(libyuv::YUY2ToI422, from, to);
+  case UYVY:
+    return oneToThree(libyuv::UYVYToI422, from, to);
+  default:
+    return false;
+  }
+}
+
+/// Pairs of chroma samples cannot be turned as they are: split, turn, join.
+bool rotateNv12(const View &from, const View &to, libyuv::RotationMode mode) {
+  static std::vector<uint8_t> scratch;
+  const int32_t pairs = to.size.width / 2;
+  const int32_t lines = to.size.height / 2;
+  const std::size_t bytes = static_cast<std::size_t>(pairs) * static_cast<std::size_t>(lines);
+  scratch.resize(2 * bytes);
+  uint8_t *u = scratch.data();
+  uint8_t *v = u + bytes;
+  const bool turned = good(libyuv::RotatePlane(from.plane[0], from.stride[0], to.plane[0], to.stride[0],
+                                               from.size.width, from.size.height, mode)) &&
+                      good(libyuv::SplitRotateUV(from.plane[1], from.stride[1], u, pairs, v, pairs, from.size.width / 2,
+                                                 from.size.height / 2, mode));
+  libyuv::MergeUVPlane(u, pairs, v, pairs, to.plane[1], to.stride[1], pairs, lines);
+  return turned;
+}
+
+/// Planes of 16-bit samples are what RGB565 pixels look like.
+bool rotateRgb565(const View &from, const View &to, libyuv::RotationMode mode) {
+  return good(libyuv::RotatePlane_16(reinterpret_cast<const uint16_t *>(from.plane[0]), from.stride[0] / 2,
+                                     reinterpret_cast<uint16_t *>(to.plane[0]), to.stride[0] / 2, from.size.width,
+                                     from.size.height, mode));
+}
+
+bool rotateNv12ToI420(const View &from, const View &to, libyuv::RotationMode mode) {
+  return good(libyuv::NV12ToI420Rotate(from.plane[0], from.stride[0], from.plane[1], from.stride[1], to.plane[0],
+                                       to.stride[0], to.plane[1], to.stride[1], to.plane[2], to.stride[2],
+                                       from.size.width, from.size.height, mode));
+}
+
+} // namespace
+
+bool scale(const View &from, const View &to, libyuv::FilterMode filter) {
+  switch (from.type) {
+  case I420:
+    return scalePlanes(libyuv::I420Scale, from, to, filter);
+  case I422:
+    return scalePlanes(libyuv::I422Scale, from, to, filter);
+  case I444:
+  case PLANAR_RGB:
+    return scalePlanes(libyuv::I444Scale, from, to, filter);
+  case NV12:
+    return good(libyuv::NV12Scale(from.plane[0], from.stride[0], from.plane[1], from.stride[1], from.size.width,
+                                  from.size.height, to.plane[0], to.stride[0], to.plane[1], to.stride[1], to.size.width,
+                                  to.size.height, filter));
+  case kArgb:
+    return good(libyuv::ARGBScale(from.plane[0], from.stride[0], from.size.width, from.size.height, to.plane[0],
+                                  to.stride[0], to.size.width, to.size.height, filter));
+  default:
+    return false;
+  }
+}
+
+bool rotate(const View &from, const View &to, libyuv::RotationMode mode) {
+  const int32_t width = from.size.width;
+  const int32_t height = from.size.height;
+  switch (from.type) {
+  case I420:
+    return threeToThree(libyuv::I420Rotate, from, to, width, height, mode);
+  case I422:
+    return threeToThree(libyuv::I422Rotate, from, to, width, height, mode);
+  case I444:
+  case PLANAR_RGB:
+    return threeToThree(libyuv::I444Rotate, from, to, width, height, mode);
+  case NV12:
+    return to.type == NV12 ? rotateNv12(from, to, mode) : rotateNv12ToI420(from, to, mode);
+  case RGB565:
+    return rotateRgb565(from, to, mode);
+  case kArgb:
+    return good(libyuv::ARGBRotate(from.plane[0], from.stride[0], to.plane[0], to.stride[0], width, height, mode));
+  default:
+    return false;
+  }
+}
+
+bool convert(const View &from, const View &to) {
+  switch (to.type) {
+  case RGB565:
+    return toRgb565(from, to);
+  case RGB24:
+    return toRgb24(from, to);
+  case kArgb:
+    return toArgb(from, to);
+  case I420:
+    return toI420(from, to);
+  case I422:
+    return toI422(from, to);
+  case YUYV:
+    return from.type == I422 && threeToOne(libyuv::I422ToYUY2, from, to, from.size.width, from.size.height);
+  default:
+    return false;
+  }
+}
+
+bool spreadChroma(const View &from, const View &to) {
+  for (int32_t i = 1; i < 3; ++i) {
+    const auto p = static_cast<std::size_t>(i);
+    const Size source = planeSize(from, i);
+    const Size target = planeSize(to, i);
+    libyuv::ScalePlane(from.plane[p], from.stride[p], source.width, source.height, to.plane[p], to.stride[p],
+                       target.width, target.height, libyuv::kFilterNone);
+  }
+  return true;
+}
+
+bool copy(const View &from, const View &to) {
+  for (int32_t i = 0; i < planeCount(from.type); ++i) {
+    const auto p = static_cast<std::size_t>(i);
+    const Size size = planeSize(from, i);
+    libyuv::CopyPlane(from.plane[p], from.stride[p], to.plane[p], to.stride[p], size.width, size.height);
+  }
+  return true;
+}
+
+} // namespace bench::yuv
