@@ -17,13 +17,13 @@ public:
         lastSlot_(isCut(p.inWidth, p.inStride) ? p.inWidth - 1 : groupsOf(p.inWidth) * 2 - 1) {}
 
   /// Group k of the line: output pixels 2k and 2k + 1.
-  void makeGroup(const LinePair (&lines)[taps], std::ptrdiff_t k, uint8_t (&bytes)[kGroupBytes]) const {
+  void makeGroup(const SourceLines (&lines)[taps], std::ptrdiff_t k, uint8_t (&bytes)[kGroupBytes]) const {
     makeLoneGroup(lines, k, bytes);
     bytes[kRightLuma] = lumaOf(lines, 2 * k + 1);
   }
 
   /// The group of a lone last pixel 2k. Nothing is sampled for the place beside it, whose luma stays 0.
-  void makeLoneGroup(const LinePair (&lines)[taps], std::ptrdiff_t k, uint8_t (&bytes)[kGroupBytes]) const {
+  void makeLoneGroup(const SourceLines (&lines)[taps], std::ptrdiff_t k, uint8_t (&bytes)[kGroupBytes]) const {
     constexpr int chroma = 1 - luma;
     const auto firstByte = [](std::ptrdiff_t group) { return group * kGroupBytes + chroma; };
     const auto secondByte = [](std::ptrdiff_t group) { return group * kGroupBytes + chroma + 2; };
@@ -37,7 +37,7 @@ private:
   static constexpr int kLeftLuma = swapped ? luma + 2 : luma;
   static constexpr int kRightLuma = swapped ? luma : luma + 2;
 
-  [[nodiscard]] uint8_t lumaOf(const LinePair (&lines)[taps], std::ptrdiff_t pixel) const {
+  [[nodiscard]] uint8_t lumaOf(const SourceLines (&lines)[taps], std::ptrdiff_t pixel) const {
     const auto byteOf = [this](std::ptrdiff_t at) { return slotOf(at) * 2 + luma; };
     return sampleByte<taps>(lines, entry(pixel), AsBuilt{}, byteOf);
   }
@@ -67,7 +67,7 @@ void resizeLines(const Job &job) {
   const std::ptrdiff_t pairs = p.outWidth / 2;
   const auto tail = static_cast<std::size_t>(lineBytes(p.outWidth, outPitch) - pairs * kGroupBytes);
   for (int32_t j = 0; j < p.outHeight; ++j) {
-    const LinePairs<taps, AsBuilt> lines(p.inBuf[0], p.inStride, job.yTable + j * kEntryWords<taps>, AsBuilt{});
+    const SourceLineSet<taps, AsBuilt> lines(p.inBuf[0], p.inStride, job.yTable + j * kEntryWords<taps>, AsBuilt{});
     uint8_t *out = p.outBuf[0] + j * outPitch;
     uint8_t bytes[kGroupBytes];
     for (std::ptrdiff_t k = 0; k < pairs; ++k, out += kGroupBytes) {

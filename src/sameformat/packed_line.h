@@ -45,7 +45,7 @@ constexpr PackedOrder packedOrder(uint32_t variant) {
 /// Reads groups of lines whose groups are all whole.
 struct WholeLine {
   static uint32_t group(const uint8_t *line, std::ptrdiff_t index) {
-    return loadWord<uint32_t>(line + index * kGroupBytes);
+    return loadBytes<uint32_t>(line + index * kGroupBytes);
   }
 };
 
@@ -61,8 +61,8 @@ struct CutLine {
 
 private:
   [[nodiscard]] uint32_t completed(const uint8_t *there) const {
-    const uint32_t low = loadWord<uint16_t>(there);
-    const uint32_t before = lone > 0 ? loadWord<uint16_t>(there - kGroupBytes / 2) : low;
+    const uint32_t low = loadBytes<uint16_t>(there);
+    const uint32_t before = lone > 0 ? loadBytes<uint16_t>(there - kGroupBytes / 2) : low;
     const uint32_t high = (low & ~chromaBits) | (before & chromaBits & 0xFFFFU);
     return low | high << 16;
   }

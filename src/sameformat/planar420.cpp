@@ -38,7 +38,7 @@ template <std::size_t taps, class ColumnTap, class LineTap>
 void resamplePlane(const Plane &plane, const Job &job, ColumnTap columnTap, LineTap lineTap) {
   const auto byteOf = [](std::ptrdiff_t column) { return column; };
   for (int32_t j = 0; j < plane.height; ++j) {
-    const LinePairs<taps, LineTap> lines(plane.src, plane.srcPitch, job.yTable + j * kEntryWords<taps>, lineTap);
+    const SourceLineSet<taps, LineTap> lines(plane.src, plane.srcPitch, job.yTable + j * kEntryWords<taps>, lineTap);
     uint8_t *const out = plane.dst + j * plane.dstPitch;
     for (int32_t i = 0; i < plane.width; ++i) {
       out[i] = sampleByte<taps>(lines.pair, job.xTable + i * kEntryWords<taps>, columnTap, byteOf);

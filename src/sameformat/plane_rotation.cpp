@@ -19,7 +19,7 @@ void reverseLine(const uint8_t *src, uint8_t *dst, int32_t width) {
   uint8_t *end = dst + width;
   int32_t x = 0;
   for (; x + 8 <= width; x += 8) {
-    storeWord(end - x - 8, reverseBytes(loadWord<uint64_t>(src + x)));
+    storeBytes(end - x - 8, reverseBytes(loadBytes<uint64_t>(src + x)));
   }
   for (; x < width; ++x) {
     *(end - x - 1) = src[x];

@@ -27,7 +27,7 @@ uint32_t pack(const Channels &c) {
   return static_cast<uint32_t>(c.red) << 11 | static_cast<uint32_t>(c.green) << 5 | static_cast<uint32_t>(c.blue);
 }
 
-Channels samplePixel(const LinePair &line, const Tap &column) {
+Channels samplePixel(const SourceLines &line, const SampleTap &column) {
   const Channels p00 = loadPixel(line.self + column.self * kPixelBytes);
   const Channels p01 = loadPixel(line.self + column.next * kPixelBytes);
   const Channels p10 = loadPixel(line.next + column.self * kPixelBytes);
@@ -41,14 +41,14 @@ struct Source {
   const uint8_t *pixels;
   std::ptrdiff_t pitch;
 
-  [[nodiscard]] LinePair lines(const Tap &tap) const { return linePair(pixels, pitch, tap); }
+  [[nodiscard]] SourceLines lines(const SampleTap &tap) const { return linePair(pixels, pitch, tap); }
 };
 
 /// Two pixels of an output line leave as one word; the last one of an odd line leaves alone.
 void resizeRgb16Block(const TableGroup &x, const TableGroup &y, const Source &src, uint8_t *tile,
                       std::ptrdiff_t dstPitch) {
   for (int32_t j = 0; j < y.count; ++j) {
-    const LinePair lines = src.lines(y.tap(j));
+    const SourceLines lines = src.lines(y.tap(j));
     uint8_t *out = tile + j * dstPitch;
     int32_t i = 0;
     for (; i + 1 < x.count; i += 2, out += 2 * kPixelBytes) {
@@ -67,21 +67,21 @@ void resizeRotateRgb16Block(const TableGroup &x, const TableGroup &y, const Sour
                             std::ptrdiff_t columnStep) {
   int32_t j = 0;
   for (; j + 1 < y.count; j += 2) {
-    const Tap first = y.tap(j);
-    Tap second = y.tap(j + 1);
+    const SampleTap first = y.tap(j);
+    SampleTap second = y.tap(j + 1);
     second.weights = first.weights; // the pair is weighed alike; only the position of its second line counts
-    const LinePair a = src.lines(first);
-    const LinePair b = src.lines(second);
+    const SourceLines a = src.lines(first);
+    const SourceLines b = src.lines(second);
     uint8_t *out = tile + j * lineStep + (lineStep < 0 ? lineStep : 0);
     for (int32_t i = 0; i < x.count; ++i, out += columnStep) {
-      const Tap column = x.tap(i);
+      const SampleTap column = x.tap(i);
       const uint32_t pixelA = pack(samplePixel(a, column));
       const uint32_t pixelB = pack(samplePixel(b, column));
       storeWordAnywhere(out, lineStep > 0 ? pixelA : pixelB, lineStep > 0 ? pixelB : pixelA);
     }
   }
   if (j < y.count) {
-    const LinePair lone = src.lines(y.tap(j));
+    const SourceLines lone = src.lines(y.tap(j));
     uint8_t *out = tile + j * lineStep;
     for (int32_t i = 0; i < x.count; ++i, out += columnStep) {
       storePixelAnywhere(out, pack(samplePixel(lone, x.tap(i))));
@@ -107,9 +107,9 @@ void forEachTile(const Job &job, uint8_t *origin, std::ptrdiff_t columnStep, std
 }
 
 /// Sums five channels; masking the means keeps what a filter's overshoot leaves in a channel's bits.
-uint32_t samplePixelMean(const LinePair (&lines)[kFilterTaps], const int32_t *entry) {
+uint32_t samplePixelMean(const SourceLines (&lines)[kFilterTaps], const int32_t *entry) {
   Channels sum{};
-  for (const LinePair &line : lines) {
+  for (const SourceLines &line : lines) {
     const Channels tap = samplePixel(line, AsBuilt{}(entry));
     entry += kTapWords;
     sum = {sum.red + tap.red, sum.green + tap.green, sum.blue + tap.blue};
@@ -164,8 +164,8 @@ void resizeRgb16AntiAlias(const Job &job) {
   const std::ptrdiff_t srcPitch = (p.inStride >> 1) * kPixelBytes;
   const std::ptrdiff_t dstPitch = (p.outStride >> 1) * kPixelBytes;
   for (int32_t j = 0; j < p.outHeight; ++j) {
-    LinePairs<kFilterTaps, AsBuilt> lines(p.inBuf[0], srcPitch, job.yTable + j * kEntry, AsBuilt{});
-    for (LinePair &line : lines.pair) {
+    SourceLineSet<kFilterTaps, AsBuilt> lines(p.inBuf[0], srcPitch, job.yTable + j * kEntry, AsBuilt{});
+    for (SourceLines &line : lines.pair) {
       line.weights = lines.pair[0].weights; // one pair of line weights serves all five
     }
     uint8_t *out = p.outBuf[0] + j * dstPitch;

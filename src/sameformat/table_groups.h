@@ -14,7 +14,7 @@ struct TableGroup {
   int32_t count;
   int32_t first; ///< output position of the first tap
 
-  [[nodiscard]] Tap tap(int32_t i) const { return AsBuilt{}(taps + std::ptrdiff_t{i} * kTapWords); }
+  [[nodiscard]] SampleTap tap(int32_t i) const { return AsBuilt{}(taps + std::ptrdiff_t{i} * kTapWords); }
 };
 
 /// Calls `visit` with every group that is not empty; the table has one for each block of `sourceSize`.

@@ -38,11 +38,11 @@ template <class Unit>
 void transposeBlock(const uint8_t *src, std::ptrdiff_t srcStep, uint8_t *dst, std::ptrdiff_t dstStep) {
   uint64_t rows[kBlockUnits<Unit>];
   for (int line = 0; line < kBlockUnits<Unit>; ++line) {
-    rows[line] = loadWord<uint64_t>(src + line * srcStep);
+    rows[line] = loadBytes<uint64_t>(src + line * srcStep);
   }
   transposeWords<Unit>(rows);
   for (int column = 0; column < kBlockUnits<Unit>; ++column) {
-    storeWord(dst + column * dstStep, rows[column]);
+    storeBytes(dst + column * dstStep, rows[column]);
   }
 }
 

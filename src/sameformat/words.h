@@ -10,14 +10,14 @@ namespace zqcc {
 static_assert(std::endian::native == std::endian::little, "the first sample of a word must stand in its low bits");
 
 template <class Word>
-Word loadWord(const uint8_t *p) {
+Word loadBytes(const uint8_t *p) {
   Word word;
   std::memcpy(&word, p, sizeof word);
   return word;
 }
 
 template <class Word>
-void storeWord(uint8_t *p, Word word) {
+void storeBytes(uint8_t *p, Word word) {
   std::memcpy(p, &word, sizeof word);
 }
 
