@@ -1,0 +1,196 @@
+#include "fuzz/frame_memory.h"
+
+#include "containment/expectation.h"
+#include "support/picture.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace fuzz {
+namespace {
+
+constexpr uint8_t kGround = 0xA5;
+
+struct Extent {
+  int64_t lineBytes = 0;
+  int64_t lines = 0;
+  int64_t stride = 0;
+  [[nodiscard]] int64_t bytes() const { return lines > 0 && lineBytes > 0 ? (lines - 1) * stride + lineBytes : 0; }
+};
+
+int64_t lineBytesOf(int type, int64_t width) {
+  if (support::isPacked422(type)) {
+    return (width + 1) / 2 * 4;
+  }
+  if (support::isRgb16(type)) {
+    return 2 * width;
+  }
+  return type == COLOR_RGB24 ? 3 * width : width;
+}
+
+Extent extentOf(int type, int64_t width, int64_t height, int64_t stride, int plane) {
+  if (plane == 0) {
+    return {lineBytesOf(type, width), height, stride};
+  }
+  if (plane >= support::planeCount(type)) {
+    return {};
+  }
+  switch (type) {
+  case 1:
+  case 13:
+    return {width / 2, height, stride >> 1};
+  case 2:
+    return {width, height / 2, stride};
+  case 3:
+  case 12:
+    return {width / 2, height / 2, stride >> 1};
+  case 4:
+    return {width / 4, height, stride >> 2};
+  case 11:
+  case 35:
+    return {width / 2 * 2, height / 2, stride};
+  case 37:
+    return {width, height / 4, stride};
+  default:
+    return {width, height, stride};
+  }
+}
+
+bool isTurn(const ConvertParams &p) {
+  return p.rotation >= ROTATION_90_LEFT && p.rotation <= ROTATION_180;
+}
+
+/// Turns of planar 4:2:0 take their planes for tight whatever the strides say.
+bool isTight(const ConvertParams &p) {
+  return p.inType == p.outType && (p.inType == 3 || p.inType == 12) && p.isResize == 0 && isTurn(p);
+}
+
+/// Same-format lines of odd packed width are cut where the stride has no room for the whole group.
+Extent cut(Extent extent, const ConvertParams &p, int64_t width) {
+  const bool packed = p.inType == p.outType && support::isPacked422(p.inType);
+  if (packed && width % 2 != 0 && extent.stride < extent.lineBytes) {
+    extent.lineBytes -= 2;
+  }
+  return extent;
+}
+
+int64_t inputBytes(const ConvertParams &p, int plane) {
+  // Converters that keep the size take it from the output fields, a pre-pass from the input's.
+  const bool larger = p.isResize == 0;
+  const int64_t width = larger ? std::max(p.inWidth, p.outWidth) : p.inWidth;
+  const int64_t height = larger ? std::max(p.inHeight, p.outHeight) : p.inHeight;
+  Extent extent = extentOf(p.inType, width, height, p.inStride, plane);
+  if (isTight(p)) {
+    extent.stride = extent.lineBytes;
+  }
+  return cut(extent, p, width).bytes();
+}
+
+int64_t outputBytes(const ConvertParams &p, int plane) {
+  const reference::Size written = containment::writtenSize(p);
+  Extent extent = extentOf(p.outType, written.width, written.height, p.outStride, plane);
+  if (isTight(p)) {
+    extent.stride = extent.lineBytes;
+  }
+  // Turned pictures may lie at the right end of their lines.
+  const bool shifted = isTurn(p) && support::isRgb16(p.outType) && p.inType != p.outType;
+  const int64_t whole = plane == 0 && shifted ? extent.lines * extent.stride : 0;
+  return std::max(cut(extent, p, written.width).bytes(), whole);
+}
+
+/// The frame that is being converted, for reports of the address sanitizer.
+ConvertParams inWork{};
+
+void print(const char *what, const ConvertParams &f) {
+  std::fprintf(stderr,
+               "%s: type %d to %d, %dx%d (stride %d) to %dx%d (stride %d), isResize %u, rotation %u, quality %u\n",
+               what, f.inType, f.outType, f.inWidth, f.inHeight, f.inStride, f.outWidth, f.outHeight, f.outStride,
+               f.isResize, f.rotation, f.antiAlias);
+}
+
+std::unique_ptr<uint8_t[]> block(int64_t bytes, uint8_t value) {
+  auto memory = std::make_unique<uint8_t[]>(static_cast<std::size_t>(bytes));
+  std::memset(memory.get(), value, static_cast<std::size_t>(bytes));
+  return memory;
+}
+
+} // namespace
+
+void fail(const char *what, const ConvertParams &frame) {
+  print(what, frame);
+  std::abort();
+}
+
+void announce(const ConvertParams &frame) {
+  inWork = frame;
+}
+
+int64_t FrameBytes::total() const {
+  int64_t sum = 0;
+  for (std::size_t i = 0; i < 3; ++i) {
+    sum += in[i] + out[i];
+  }
+  return sum;
+}
+
+FrameBytes bytesOf(const ConvertParams &frame) {
+  FrameBytes bytes;
+  for (int i = 0; i < 3; ++i) {
+    bytes.in[static_cast<std::size_t>(i)] = inputBytes(frame, i);
+    bytes.out[static_cast<std::size_t>(i)] = outputBytes(frame, i);
+  }
+  return bytes;
+}
+
+bool linesAreApart(const ConvertParams &frame) {
+  const reference::Size written = containment::writtenSize(frame);
+  const Extent extent =
+      cut(extentOf(frame.outType, written.width, written.height, frame.outStride, 0), frame, written.width);
+  return isTight(frame) || extent.stride >= extent.lineBytes;
+}
+
+FrameMemory::FrameMemory(const FrameBytes &bytes, uint32_t seed) : bytes_(bytes) {
+  for (std::size_t i = 0; i < 3; ++i) {
+    in_[i] = block(bytes.in[i], 0);
+    support::fill(in_[i].get(), static_cast<std::size_t>(bytes.in[i]), support::Fill::Noise,
+                  seed + static_cast<uint32_t>(i));
+    out_[i] = block(bytes.out[i], kGround);
+    expected_[i] = block(bytes.out[i], kGround);
+  }
+}
+
+void FrameMemory::attach(ConvertParams &frame, bool expected) {
+  for (std::size_t i = 0; i < 3; ++i) {
+    frame.inBuf[i] = in_[i].get();
+    frame.outBuf[i] = (expected ? expected_ : out_)[i].get();
+  }
+}
+
+bool FrameMemory::agrees() const {
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (std::memcmp(out_[i].get(), expected_[i].get(), static_cast<std::size_t>(bytes_.out[i])) != 0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool FrameMemory::untouched() const {
+  for (std::size_t i = 0; i < 3; ++i) {
+    const uint8_t *plane = out_[i].get();
+    if (!std::all_of(plane, plane + bytes_.out[i], [](uint8_t byte) { return byte == kGround; })) {
+      return false;
+    }
+  }
+  return true;
+}
+
+} // namespace fuzz
+
+/// The sanitizer calls this before it prints what it has found.
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
+extern "C" void __asan_on_error() {
+  fuzz::print("while converting", fuzz::inWork);
+}
