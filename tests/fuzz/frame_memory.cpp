@@ -89,7 +89,12 @@ int64_t inputBytes(const ConvertParams &p, int plane) {
 }
 
 int64_t outputBytes(const ConvertParams &p, int plane) {
-  const reference::Size written = containment::writtenSize(p);
+  reference::Size written = containment::writtenSize(p);
+  if (isTight(p)) {
+    // These write the input's size, whatever the output fields say.
+    const bool half = p.rotation == ROTATION_180;
+    written = half ? reference::Size{p.inWidth, p.inHeight} : reference::Size{p.inHeight, p.inWidth};
+  }
   Extent extent = extentOf(p.outType, written.width, written.height, p.outStride, plane);
   if (isTight(p)) {
     extent.stride = extent.lineBytes;

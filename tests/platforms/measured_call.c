@@ -30,7 +30,7 @@ static const Case kCases[] = {
     {"packed-scaled", COLOR_YUV422_UYVY, 320, 240, 472, 356, ROTATION_NONE},
 };
 
-/* Photograph-like content would do as well: no kernel branches on a sample. */
+/* Noise: whatever depends on the value of a sample meets all values. */
 static uint8_t *noise(size_t bytes) {
   uint8_t *block = malloc(bytes);
   uint32_t state = 12345;
