@@ -17,14 +17,11 @@
 #include "sameformat/semi_planar.h"
 #include "yuv/rgb24_input.h"
 
-#include <iterator>
-
 namespace zqcc {
 
-// The header declares the sizes, which are part of the index formulas; defined without one, a table with a cell too few
-// or too many does not compile.
+namespace {
 
-constexpr Routine SAME_PLANAR420[] = {
+constexpr Routine kSamePlanar420[] = {
     copyYuv420Planar,
     rotateYuv420Planar,
     rotate180Yuv420Planar,
@@ -36,29 +33,29 @@ constexpr Routine SAME_PLANAR420[] = {
     nullptr,
 };
 
-constexpr Routine SAME_RGB16[] = {
+constexpr Routine kSameRgb16[] = {
     copyRgb16, rotateRgb16, resizeRgb16, resizeRotateRgb16, resizeRgb16AntiAlias, nullptr,
 };
 
-constexpr Routine SAME_SEMI_PLANAR[] = {
+constexpr Routine kSameSemiPlanar[] = {
     copyYuv420SemiPlanar,
     rotateYuv420SemiPlanar,
     resizeYuv420SemiPlanar,
     resizeRotateYuv420SemiPlanar,
 };
 
-constexpr Routine SAME_PACKED422[] = {copyPacked422, rotatePacked422, resizePacked422Select, resizeRotatePacked422};
+constexpr Routine kSamePacked422[] = {copyPacked422, rotatePacked422, resizePacked422Select, resizeRotatePacked422};
 
-constexpr Routine PLANAR_TO_RGB24[] = {convertYuvToRgb24, resizeYuvToRgb24};
-constexpr Routine PACKED422_TO_RGB16[] = {convertPacked422ToRgb565, resizePacked422ToRgb565};
-constexpr Routine PACKED422_TO_RGB24[] = {convertPacked422ToRgb24, resizePacked422ToRgb24};
+constexpr Routine kPlanarToRgb24[] = {convertYuvToRgb24, resizeYuvToRgb24};
+constexpr Routine kPacked422ToRgb16[] = {convertPacked422ToRgb565, resizePacked422ToRgb565};
+constexpr Routine kPacked422ToRgb24[] = {convertPacked422ToRgb24, resizePacked422ToRgb24};
 
-constexpr Routine RGB24_TO_RGB565[] = {
+constexpr Routine kRgb24ToRgb565[] = {
     convertRgb24ToRgb565, convertRgb24ToRgb565Left, convertRgb24ToRgb565Right,
     resizeRgb24ToRgb565,  resizeRgb24ToRgb565Left,  resizeRgb24ToRgb565Right,
 };
 
-constexpr Routine RESIZE_TO_RGB565[] = {
+constexpr Routine kResizeToRgb565[] = {
     resizeYuvToRgb565,
     resizeYuvToRgb565Pow2,
     resizeYuvToRgb565ThreeQuarters,
@@ -91,7 +88,7 @@ constexpr Routine RESIZE_TO_RGB565[] = {
     resizePlanarRgbToRgb565Rot5,
 };
 
-constexpr Routine PLANAR_TO_RGB565[][DIRECT_COUNT] = {
+constexpr Routine kPlanarToRgb565[][DIRECT_COUNT] = {
     {convertMbYuv420ToRgb565, convertRotatedMbYuv420ToRgb565, convertFlippedYuv420ToRgb565},
     {convertMbYuv444ToRgb565, convertRotatedMbYuv444ToRgb565, convertFlippedYuv444ToRgb565},
     {convertMbYuv440ToRgb565, convertRotatedMbYuv440ToRgb565, convertFlippedYuv440ToRgb565},
@@ -101,12 +98,20 @@ constexpr Routine PLANAR_TO_RGB565[][DIRECT_COUNT] = {
     {convertMbPlanarRgbToRgb565, convertRotatedPlanarRgbToRgb565, convertFlippedPlanarRgbToRgb565},
 };
 
-static_assert(std::size(SAME_PLANAR420) == 9 && std::size(SAME_RGB16) == 6 && std::size(SAME_SEMI_PLANAR) == 4 &&
-              std::size(SAME_PACKED422) == 4);
-static_assert(std::size(PLANAR_TO_RGB24) == 2 && std::size(PACKED422_TO_RGB16) == 2 &&
-              std::size(PACKED422_TO_RGB24) == 2 && std::size(RGB24_TO_RGB565) == 6);
-static_assert(std::size(RESIZE_TO_RGB565) == 30 && RESIZE_PLANAR_RGB + 5 == 30 &&
-              RESIZE_ROT5 == RESIZE_UPRIGHT + 3 * RATIO_CLASS_COUNT);
-static_assert(std::size(PLANAR_TO_RGB565) == KIND_COUNT);
+} // namespace
+
+// The sizes are part of the index formulas: a table with a cell too few or too many does not bind.
+const Routine (&SAME_PLANAR420)[9] = kSamePlanar420;
+const Routine (&SAME_RGB16)[6] = kSameRgb16;
+const Routine (&SAME_SEMI_PLANAR)[4] = kSameSemiPlanar;
+const Routine (&SAME_PACKED422)[4] = kSamePacked422;
+const Routine (&PLANAR_TO_RGB24)[2] = kPlanarToRgb24;
+const Routine (&PACKED422_TO_RGB16)[2] = kPacked422ToRgb16;
+const Routine (&PACKED422_TO_RGB24)[2] = kPacked422ToRgb24;
+const Routine (&RGB24_TO_RGB565)[6] = kRgb24ToRgb565;
+const Routine (&RESIZE_TO_RGB565)[30] = kResizeToRgb565;
+const Routine (&PLANAR_TO_RGB565)[KIND_COUNT][DIRECT_COUNT] = kPlanarToRgb565;
+
+static_assert(RESIZE_ROT5 == RESIZE_UPRIGHT + 3 * RATIO_CLASS_COUNT && RESIZE_PLANAR_RGB + 5 == 30);
 
 } // namespace zqcc
