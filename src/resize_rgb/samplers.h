@@ -105,58 +105,52 @@ private:
   InterpolatedRows<1> rows_;
 };
 
-/// Samples of a plane without interpolation along fractions.
+/// Samples as the plane has them, for two output lines.
 struct PlaneSamples {
   const uint8_t *row[2];
   std::ptrdiff_t stride;
   const Tap *taps;
 };
 
-/// The tap's own sample: reductions by powers of two drop the others.
-class Point {
+/// Sampler whose Samples read the plane themselves.
+template <class SamplesOfPlane>
+class Uninterpolated {
 public:
-  struct Samples : PlaneSamples {
-    template <int line>
-    [[nodiscard]] int32_t at(int32_t i) const {
-      return row[line][taps[i].index];
-    }
-  };
-  Point(const uint8_t *plane, std::ptrdiff_t stride, const ColumnTaps &x) : plane_(plane), stride_(stride), x_(x) {}
-  Samples lines(const TapPair &y) {
-    return {{{plane_ + y.first.index * stride_, plane_ + y.second.index * stride_}, stride_, x_.taps}};
+  using Samples = SamplesOfPlane;
+  Uninterpolated(const uint8_t *plane, std::ptrdiff_t stride, const ColumnTaps &x)
+      : plane_(plane), stride_(stride), taps_(x.taps) {}
+  Samples lines(const TapPair &y) const {
+    return {{{plane_ + y.first.index * stride_, plane_ + y.second.index * stride_}, stride_, taps_}};
   }
 
 private:
   const uint8_t *plane_;
   std::ptrdiff_t stride_;
-  const ColumnTaps &x_;
+  const Tap *taps_;
 };
+
+/// The tap's own sample: reductions by powers of two drop the others.
+struct PointSamples : PlaneSamples {
+  template <int line>
+  [[nodiscard]] int32_t at(int32_t i) const {
+    return row[line][taps[i].index];
+  }
+};
+using Point = Uninterpolated<PointSamples>;
 
 /// Doubling: the first pixel and line of a pair are samples, the second ones truncated means with their neighbours.
-class PairAverage {
-public:
-  struct Samples : PlaneSamples {
-    template <int line>
-    [[nodiscard]] int32_t at(int32_t i) const {
-      const uint8_t *from = row[line] + taps[i].index;
-      const bool second = i % 2 != 0;
-      if constexpr (line == 0) {
-        return second ? (from[0] + from[1]) >> 1 : from[0];
-      } else {
-        return second ? (from[0] + from[1] + from[stride] + from[stride + 1]) >> 2 : (from[0] + from[stride]) >> 1;
-      }
+struct PairAverageSamples : PlaneSamples {
+  template <int line>
+  [[nodiscard]] int32_t at(int32_t i) const {
+    const uint8_t *from = row[line] + taps[i].index;
+    const bool second = i % 2 != 0;
+    if constexpr (line == 0) {
+      return second ? (from[0] + from[1]) >> 1 : from[0];
+    } else {
+      return second ? (from[0] + from[1] + from[stride] + from[stride + 1]) >> 2 : (from[0] + from[stride]) >> 1;
     }
-  };
-  PairAverage(const uint8_t *plane, std::ptrdiff_t stride, const ColumnTaps &x)
-      : plane_(plane), stride_(stride), x_(x) {}
-  Samples lines(const TapPair &y) {
-    return {{{plane_ + y.first.index * stride_, plane_ + y.second.index * stride_}, stride_, x_.taps}};
   }
-
-private:
-  const uint8_t *plane_;
-  std::ptrdiff_t stride_;
-  const ColumnTaps &x_;
 };
+using PairAverage = Uninterpolated<PairAverageSamples>;
 
 } // namespace zqcc
