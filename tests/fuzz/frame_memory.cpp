@@ -100,8 +100,9 @@ int64_t outputBytes(const ConvertParams &p, int plane) {
     extent.stride = extent.lineBytes;
   }
   // Turned pictures may lie at the right end of their lines.
-  const bool shifted = isTurn(p) && support::isRgb16(p.outType) && p.inType != p.outType;
-  const int64_t whole = plane == 0 && shifted ? extent.lines * extent.stride : 0;
+  const bool resizedHalf = p.inType == p.outType && p.isResize == 1 && p.rotation == ROTATION_180;
+  const bool toRgb16 = p.inType != p.outType && support::isRgb16(p.outType) && isTurn(p) && plane == 0;
+  const int64_t whole = resizedHalf || toRgb16 ? extent.lines * extent.stride : 0;
   return std::max(cut(extent, p, written.width).bytes(), whole);
 }
 

@@ -119,7 +119,9 @@ bool isSemiPlanarConversion(const ConvertParams &p) {
 
 bool startsInFront(const ConvertParams &p) {
   const bool turns = p.rotation >= ROTATION_90_LEFT && p.rotation <= ROTATION_180;
-  return turns && support::isRgb16(p.outType) && p.outStride < 2 * int64_t{writtenSize(p).width};
+  const bool toRgb16 = turns && support::isRgb16(p.outType);
+  const bool resizedHalf = p.rotation == ROTATION_180 && p.inType == p.outType;
+  return (toRgb16 || resizedHalf) && p.outStride < lineBytes(p.outType, writtenSize(p).width);
 }
 
 bool inputLinesOverlap(const ConvertParams &p) {

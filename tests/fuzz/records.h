@@ -22,7 +22,8 @@ void writeStrides(ScriptWriter &writer, int inExtra, int outExtra);
 /// Converters of semi-planar input find the split chroma in planes that set-up made; how large those are beyond what
 /// set-up asked for is the library's own affair.
 bool isSemiPlanarConversion(const ConvertParams &record);
-/// A turned picture begins in front of its buffer if its lines are longer than the stride.
+/// Turned pictures that are mirrored about the end of the stride begin in front of their buffer if their lines are
+/// longer than that.
 bool startsInFront(const ConvertParams &record);
 /// The stride is shorter than a line. The library reads no byte outside such planes, but what a picture made of them
 /// would be, nobody says.
