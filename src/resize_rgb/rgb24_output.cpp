@@ -88,7 +88,8 @@ private:
     const std::ptrdiff_t first = (width + 3) & ~std::ptrdiff_t{3};
     const std::ptrdiff_t end = first + 2 * width < 3 * width ? first + 2 * width : 3 * width;
     if (from < p_.outHeight && to < p_.outHeight && first < end) {
-      std::memcpy(lineAt(to) + first, lineAt(from) + first, static_cast<std::size_t>(end - first));
+      // Lines overlap where the stride is shorter than they are.
+      std::memmove(lineAt(to) + first, lineAt(from) + first, static_cast<std::size_t>(end - first));
     }
   }
 

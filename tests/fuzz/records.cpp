@@ -120,7 +120,8 @@ bool isSemiPlanarConversion(const ConvertParams &p) {
 bool startsInFront(const ConvertParams &p) {
   const bool turns = p.rotation >= ROTATION_90_LEFT && p.rotation <= ROTATION_180;
   const bool toRgb16 = turns && support::isRgb16(p.outType);
-  const bool resizedHalf = p.rotation == ROTATION_180 && p.inType == p.outType;
+  const bool planar = p.inType == 3 || p.inType == 12;
+  const bool resizedHalf = p.rotation == ROTATION_180 && planar && p.inType == p.outType;
   return (toRgb16 || resizedHalf) && p.outStride < lineBytes(p.outType, writtenSize(p).width);
 }
 

@@ -80,10 +80,11 @@ Colour MatrixChoice::colour() const {
 
 uint32_t MatrixChoice::select(ConvertContext *handle) const {
   switch (kind) {
-  case Kind::Entry: {
-    std::byte *const origin = nullptr;
-    return zqCCSetParameter(handle, PARAM_COLOR_MATRIX, origin + entry);
-  }
+  case Kind::Entry:
+    // An index travels as a pointer.
+    return zqCCSetParameter(
+        handle, PARAM_COLOR_MATRIX,
+        reinterpret_cast<void *>(static_cast<std::uintptr_t>(entry))); // NOLINT(performance-no-int-to-ptr)
   case Kind::Custom: {
     std::array<double, 4> values = custom;
     return zqCCSetParameter(handle, PARAM_CUSTOM_MATRIX, values.data());
