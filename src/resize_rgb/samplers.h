@@ -119,7 +119,7 @@ public:
   using Samples = SamplesOfPlane;
   Uninterpolated(const uint8_t *plane, std::ptrdiff_t stride, const ColumnTaps &x)
       : plane_(plane), stride_(stride), taps_(x.taps) {}
-  Samples lines(const TapPair &y) const {
+  [[nodiscard]] Samples lines(const TapPair &y) const {
     return {{{plane_ + y.first.index * stride_, plane_ + y.second.index * stride_}, stride_, taps_}};
   }
 
