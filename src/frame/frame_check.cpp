@@ -98,6 +98,15 @@ bool sizesSuitRoute(const ConvertParams &p, const Route &route) {
   return route.tables != TableFormat::RunLength || (p.inWidth <= kRunLengthLimit && p.inHeight <= kRunLengthLimit);
 }
 
+/// With a stride shorter than a line, a picture placed from the stride's end would begin in front of its buffer.
+bool beginsInBuffer(const ConvertParams &p, const Route &route) {
+  if (!route.fromStrideEnd) {
+    return true;
+  }
+  const int64_t pixels = p.rotation == ROTATION_90_RIGHT ? p.outHeight : p.outWidth;
+  return p.outStride >= (isRgb16(p.outType) ? 2 * pixels : pixels);
+}
+
 } // namespace
 
 bool modesAreValid(const ConvertParams &params) {
@@ -127,7 +136,7 @@ bool frameCanRun(const ConvertContext &context, const ConvertParams &params, con
   const bool chroma = needsChroma(params, route);
   return planesAreThere(params.inBuf, chroma ? planesOfType(params.inType) : 1) &&
          planesAreThere(params.outBuf, chroma ? planesOfType(params.outType) : 1) && sizesArePossible(params) &&
-         sizesSuitRoute(params, route) && (!chroma || chromaIsThere(params, route)) &&
+         sizesSuitRoute(params, route) && (!chroma || chromaIsThere(params, route)) && beginsInBuffer(params, route) &&
          tablesFit(context, params, route) && splitScratchFits(context, params, route);
 }
 

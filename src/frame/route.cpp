@@ -58,7 +58,9 @@ Route samePlanar420(const ConvertParams &p) {
   const uint32_t column =
       p.rotation == ROTATION_180 ? SAME_HALF : (isQuarterTurn(p.rotation) ? SAME_QUARTER : SAME_UPRIGHT);
   const TableFormat plain = isTurn(p.rotation) ? TableFormat::Nearest : TableFormat::Bilinear;
-  return served(SAME_PLANAR420[3 * row + column], byQuality(p.antiAlias, plain));
+  Route route = served(SAME_PLANAR420[3 * row + column], byQuality(p.antiAlias, plain));
+  route.fromStrideEnd = p.isResize == 1 && column == SAME_HALF;
+  return route;
 }
 
 Route sameRgb16(const ConvertParams &p, uint32_t quarter) {
@@ -126,13 +128,16 @@ Route directToRgb565(const ConvertParams &p) {
   }
   Route route = served(PLANAR_TO_RGB565[kindOf(p.inType)][column], TableFormat::None);
   route.scales = false;
+  route.fromStrideEnd = p.rotation == ROTATION_180 || p.rotation == ROTATION_90_RIGHT;
   return route;
 }
 
 /// Types with members for every turn: the turned ones read grouped tables whatever the quality.
 Route turnedOrFiltered(const ConvertParams &p, uint32_t turned, uint32_t filtered, uint32_t plain) {
   if (isTurn(p.rotation)) {
-    return served(RESIZE_TO_RGB565[turned], TableFormat::Grouped);
+    Route route = served(RESIZE_TO_RGB565[turned], TableFormat::Grouped);
+    route.fromStrideEnd = p.rotation == ROTATION_180;
+    return route;
   }
   return served(RESIZE_TO_RGB565[p.antiAlias != 0 ? filtered : plain], byQuality(p.antiAlias, TableFormat::Grouped));
 }
@@ -203,7 +208,9 @@ Route semiPlanarRoute(const ConvertParams &p) {
 
 Route packedRoute(const ConvertParams &p) {
   if (isRgb16(p.outType)) {
-    return served(PACKED422_TO_RGB16[p.isResize], TableFormat::Nearest);
+    Route route = served(PACKED422_TO_RGB16[p.isResize], TableFormat::Nearest);
+    route.fromStrideEnd = p.isResize == 0 && p.rotation == ROTATION_180;
+    return route;
   }
   if (p.outType == COLOR_RGB24) {
     return served(PACKED422_TO_RGB24[p.isResize], TableFormat::Nearest);

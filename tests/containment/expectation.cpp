@@ -50,6 +50,31 @@ ConvertParams withChroma(const ConvertParams &p) {
   return enough;
 }
 
+/// Placed from the end of each line's stride: half turns, and the right strip of the right turn of a planar picture.
+bool isPlacedFromStrideEnd(const ConvertParams &p) {
+  const bool half = p.rotation == ROTATION_180;
+  if (p.inType == p.outType) {
+    return half && p.isResize == 1 && isOneOf(p.inType, {3, 12});
+  }
+  if (!support::isRgb16(p.outType) || p.inType == COLOR_RGB24) {
+    return false;
+  }
+  if (support::isPacked422(p.inType)) {
+    return half && p.isResize == 0;
+  }
+  const bool keepsSize = p.isResize == 0;
+  return half ? keepsSize || !isOneOf(p.inType, {0, 2, 4, 37}) : keepsSize && p.rotation == ROTATION_90_RIGHT;
+}
+
+/// Such a picture would begin in front of its buffer if the stride did not hold a line.
+bool beginsInFront(const ConvertParams &p) {
+  if (!isPlacedFromStrideEnd(p)) {
+    return false;
+  }
+  const int64_t pixels = writtenSize(p).width;
+  return p.outStride < (support::isRgb16(p.outType) ? 2 * pixels : pixels);
+}
+
 } // namespace
 
 reference::Size writtenSize(const ConvertParams &p) {
@@ -90,7 +115,9 @@ uint32_t expectedCode(const ConvertParams &setup, const ConvertParams &frame) {
       frame.isResize == 1 && frame.inType != frame.outType && frame.inType != COLOR_RGB24 && !reference::scales(frame);
   const bool empty = keepsSize && !reference::holdsSamples(frame.inType, frame.outWidth, frame.outHeight);
   const bool lacksPlanes = keepsSize && turnsBeforehand(frame) && !agrees(setup, frame);
-  return code == CC_OK && (empty || lacksPlanes) ? CC_ERR_ARGUMENT : code;
+  const bool nothing = frame.isResize == 0 && (frame.outWidth <= 0 || frame.outHeight <= 0);
+  const bool inFront = !nothing && beginsInFront(frame);
+  return code == CC_OK && (empty || lacksPlanes || inFront) ? CC_ERR_ARGUMENT : code;
 }
 
 void convertByReference(const ConvertParams &p, const reference::Colour &colour) {

@@ -21,7 +21,8 @@ bool readsPadding(const ConvertParams &p);
 /// The code of a frame after a successful set-up with `setup`. A converter that keeps the size although it is asked to
 /// scale takes the source picture's size from the output fields, and refuses a picture of that size whose chroma would
 /// hold no sample; if it turns the planes first, set-up must have made planes for that; on its way to planar 4:2:0 a
-/// single line has no chroma to move.
+/// single line has no chroma to move. Where a picture is placed from the end of each line's stride, the stride must hold
+/// a line.
 uint32_t expectedCode(const ConvertParams &setup, const ConvertParams &frame);
 
 /// Writes what an accepted frame has to write.

@@ -109,26 +109,25 @@ void Bench::placeInputs(const GuardedCase &c, ConvertParams &params, Against aga
 /// their lines take the last line's padding as well.
 void Bench::makeExpected(const GuardedCase &c, const ConvertParams &params, uint32_t code) {
   const reference::Size written = writtenSize(params);
-  ConvertParams p = params;
-  p.outStride = support::tightStride(p.outType, written.width) + c.outPadding;
   std::array<std::size_t, 3> tight{};
   for (int i = 0; i < 3; ++i) {
-    const bool exists = i < support::planeCount(p.outType);
-    const PlaneShape shape = exists ? shapeOf(p.outType, written.width, written.height, p.outStride, i) : PlaneShape{};
+    const bool exists = i < support::planeCount(params.outType);
+    const PlaneShape shape =
+        exists ? shapeOf(params.outType, written.width, written.height, params.outStride, i) : PlaneShape{};
     const auto index = static_cast<std::size_t>(i);
     tight[index] = shape.bytes();
     ground_[index].assign(
         static_cast<std::size_t>(std::max(shape.lines, 0)) * static_cast<std::size_t>(std::max(shape.stride, 0)), 0);
     support::fill(ground_[index].data(), ground_[index].size(), support::Fill::Noise, 77U + static_cast<uint32_t>(i));
   }
-  expected_ = modelled(p, c, code, ground_);
-  const bool turned = p.rotation >= ROTATION_90_LEFT && p.rotation <= ROTATION_180;
+  expected_ = modelled(params, c, code, ground_);
+  const bool turned = params.rotation >= ROTATION_90_LEFT && params.rotation <= ROTATION_180;
   std::array<Bytes, 3> inverted = ground_;
   if (turned) {
     for (Bytes &plane : inverted) {
       std::transform(plane.begin(), plane.end(), plane.begin(), [](uint8_t byte) { return ~byte & 0xFF; });
     }
-    inverted = modelled(p, c, code, inverted);
+    inverted = modelled(params, c, code, inverted);
   }
   for (std::size_t i = 0; i < 3; ++i) {
     // A byte that comes out the same on both grounds has been written.
@@ -154,9 +153,8 @@ std::array<Bench::Bytes, 3> Bench::modelled(ConvertParams p, const GuardedCase &
   return planes;
 }
 
-void Bench::placeOutputs(const GuardedCase &c, ConvertParams &params, Against against) {
+void Bench::placeOutputs(ConvertParams &params, Against against) {
   const reference::Size written = writtenSize(params);
-  params.outStride = support::tightStride(params.outType, written.width) + c.outPadding;
   outputs_.clear();
   std::fill(std::begin(params.outBuf), std::end(params.outBuf), nullptr);
   for (int i = 0; i < support::planeCount(params.outType); ++i) {
@@ -213,6 +211,7 @@ Outcome Bench::run(const GuardedCase &c) {
   const reference::DitherRestorer restorer;
   Outcome outcome;
   ConvertParams params = recordOf(c.mode, c.sizes);
+  params.outStride = support::tightStride(params.outType, writtenSize(params).width) + c.outPadding;
   for (const Against against : {Against::End, Against::Start}) {
     placeInputs(c, params, against);
     if (against == Against::End) {
@@ -222,7 +221,7 @@ Outcome Bench::run(const GuardedCase &c) {
       outcome.code = outcome.code == CC_OK ? expectedCode(params, params) : outcome.code;
       makeExpected(c, params, outcome.code);
     }
-    placeOutputs(c, params, against);
+    placeOutputs(params, against);
     const std::string report = convertAndCompare(c, params, outcome.code);
     if (!report.empty()) {
       outcome.report +=

@@ -54,7 +54,7 @@ private:
   /// The model's picture on the planes given.
   static std::array<Bytes, 3> modelled(ConvertParams p, const GuardedCase &c, uint32_t code,
                                        std::array<Bytes, 3> planes);
-  void placeOutputs(const GuardedCase &c, ConvertParams &params, support::Against against);
+  void placeOutputs(ConvertParams &params, support::Against against);
   std::string convertAndCompare(const GuardedCase &c, ConvertParams &params, uint32_t code);
   [[nodiscard]] std::string faultReport(const support::Fault &fault) const;
 

@@ -154,6 +154,48 @@ TEST_F(DispatchRequirements, PicturesWithoutLinesOrColumnsAreDoneAtOnce) {
   }
 }
 
+TEST_F(DispatchRequirements, PicturesPlacedFromTheStrideEndNeedAWholeLine) {
+  struct Placement {
+    int inType, outType;
+    uint32_t isResize, rotation;
+    int lineBytes; ///< of the 16 x 8 picture, or 16 wide lines of 8 for the right turn
+    bool fromEnd;
+  };
+  const std::array<Placement, 16> placements{{{3, 30, 0, ROTATION_180, 32, true},
+                                              {3, 30, 0, ROTATION_90_RIGHT, 16, true},
+                                              {3, 30, 0, ROTATION_90_LEFT, 16, false},
+                                              {3, 30, 0, ROTATION_FLIP_V, 32, false},
+                                              {0, 31, 0, ROTATION_180, 32, true},
+                                              {34, 30, 0, ROTATION_90_RIGHT, 16, true},
+                                              {11, 30, 0, ROTATION_180, 32, true},
+                                              {3, 30, 1, ROTATION_180, 32, true},
+                                              {34, 30, 1, ROTATION_180, 32, true},
+                                              {3, 30, 1, ROTATION_90_RIGHT, 16, false},
+                                              {0, 30, 1, ROTATION_180, 32, false},
+                                              {6, 30, 0, ROTATION_180, 32, true},
+                                              {6, 30, 0, ROTATION_90_RIGHT, 16, false},
+                                              {6, 30, 1, ROTATION_180, 32, false},
+                                              {3, 3, 1, ROTATION_180, 16, true},
+                                              {3, 3, 0, ROTATION_180, 16, false}}};
+  for (const Placement &place : placements) {
+    ConvertParams p = buffers_.describe(place.inType, place.outType);
+    p.isResize = place.isResize;
+    p.rotation = place.rotation;
+    p.inHeight = p.outHeight = 8;
+    ASSERT_EQ(setUp(p), CC_OK) << nameOf(p);
+    p.outStride = place.lineBytes;
+    EXPECT_EQ(process(p, true), CC_OK) << nameOf(p);
+    p.outStride = place.lineBytes - 2;
+    if (place.fromEnd) {
+      expectRefused(p, "a stride shorter than a line");
+      p.outStride = -80;
+      expectRefused(p, "a negative stride");
+    } else {
+      EXPECT_EQ(process(p, true), CC_OK) << nameOf(p);
+    }
+  }
+}
+
 TEST_F(DispatchRequirements, PicturesTooSmallForTheirChromaAreRefused) {
   struct Small {
     int type, width, height;

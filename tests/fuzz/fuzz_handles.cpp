@@ -143,9 +143,6 @@ private:
   }
 
   void convert(Slot &slot, ConvertParams p) {
-    if (fuzz::startsInFront(p)) {
-      return;
-    }
     pretendPlanes(p);
     const Forecast expected = forecast(slot, p);
     const bool negative = hasNegativeSize(p);

@@ -48,8 +48,7 @@ Need needOf(const Call &call) {
       need.out = std::max(need.out, end);
     }
   }
-  need.possible = need.possible && std::max(need.in + need.out, fuzz::pixelsOf(call.params)) <= fuzz::kLargest &&
-                  !fuzz::startsInFront(call.params);
+  need.possible = need.possible && std::max(need.in + need.out, fuzz::pixelsOf(call.params)) <= fuzz::kLargest;
   need.comparable = need.comparable && fuzz::linesAreApart(call.params) && !fuzz::inputLinesOverlap(call.params);
   return need;
 }

@@ -117,14 +117,6 @@ bool isSemiPlanarConversion(const ConvertParams &p) {
   return support::isSemiPlanar(p.inType) && p.inType != p.outType;
 }
 
-bool startsInFront(const ConvertParams &p) {
-  const bool turns = p.rotation >= ROTATION_90_LEFT && p.rotation <= ROTATION_180;
-  const bool toRgb16 = turns && support::isRgb16(p.outType);
-  const bool planar = p.inType == 3 || p.inType == 12;
-  const bool resizedHalf = p.rotation == ROTATION_180 && planar && p.inType == p.outType;
-  return (toRgb16 || resizedHalf) && p.outStride < lineBytes(p.outType, writtenSize(p).width);
-}
-
 bool inputLinesOverlap(const ConvertParams &p) {
   const int64_t width = std::max(p.inWidth, p.isResize != 0 ? 0 : p.outWidth);
   return p.inStride < (support::isPacked422(p.inType) ? 2 * width : lineBytes(p.inType, width));

@@ -22,9 +22,6 @@ void writeStrides(ScriptWriter &writer, int inExtra, int outExtra);
 /// Converters of semi-planar input find the split chroma in planes that set-up made; how large those are beyond what
 /// set-up asked for is the library's own affair.
 bool isSemiPlanarConversion(const ConvertParams &record);
-/// Turned pictures that are mirrored about the end of the stride begin in front of their buffer if their lines are
-/// longer than that.
-bool startsInFront(const ConvertParams &record);
 /// The stride is shorter than a line. The library reads no byte outside such planes, but what a picture made of them
 /// would be, nobody says.
 bool inputLinesOverlap(const ConvertParams &record);

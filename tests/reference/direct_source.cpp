@@ -56,9 +56,11 @@ PlanarSource::PlanarSource(const ConvertParams &p) : type_(p.inType), width_(p.o
     type_ = type_ == COLOR_YVU420_PLANAR ? COLOR_YUV420_PLANAR : COLOR_YUV422_PLANAR;
   }
   if (type_ == COLOR_YUV420_PACK || type_ == COLOR_YUV420_PACK2) {
+    // A picture of a single line may come without chroma, of which nothing is then read.
+    const uint8_t *second = p.inBuf[1] != nullptr ? p.inBuf[1] + 1 : nullptr;
     const bool uFirst = type_ == COLOR_YUV420_PACK;
-    planes_[1].base = p.inBuf[1] + (uFirst ? 0 : 1);
-    planes_[2].base = p.inBuf[1] + (uFirst ? 1 : 0);
+    planes_[1].base = uFirst ? p.inBuf[1] : second;
+    planes_[2].base = uFirst ? second : p.inBuf[1];
     type_ = COLOR_YUV420_PLANAR;
   }
 }
