@@ -9,9 +9,15 @@
 namespace zqcc {
 namespace {
 
-Job jobFor(const ConvertContext &context, const ConvertParams &params) {
+Job jobFor(const ConvertContext &context, const ConvertParams &params, int64_t skippedBytes) {
   const uint32_t variant = isPacked422(params.inType) ? packedVariantOf(params.inType) : 0;
-  return {params, context.xTable, context.yTable, currentMatrix(), isPlanar420(params.inType), variant};
+  return {params,
+          context.xTable,
+          context.yTable,
+          currentMatrix(),
+          isPlanar420(params.inType),
+          variant,
+          params.inStride - skippedBytes};
 }
 
 /// V comes before U in these; the caller's own record is put right, so converting with the same record twice
@@ -51,32 +57,32 @@ ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &par
   return turned;
 }
 
-void run(ConvertContext &context, ConvertParams &params, const Route &route) {
+void run(ConvertContext &context, ConvertParams &params, const Route &route, int64_t skippedBytes) {
   switch (route.prePass) {
   case PrePass::SplitChroma: {
     const ConvertParams planar = splitChroma(context, params);
-    route.routine(jobFor(context, planar));
+    route.routine(jobFor(context, planar, skippedBytes));
     break;
   }
   case PrePass::TurnPlanes: {
     const ConvertParams turned = turnPlanes(context, params);
-    route.routine(jobFor(context, turned));
+    route.routine(jobFor(context, turned, 0));
     break;
   }
   case PrePass::None:
-    route.routine(jobFor(context, params));
+    route.routine(jobFor(context, params, skippedBytes));
     break;
   }
 }
 
 } // namespace
 
-uint32_t dispatchFrame(ConvertContext &context, ConvertParams &params) {
+uint32_t dispatchFrame(ConvertContext &context, ConvertParams &params, int64_t skippedBytes) {
   const Route route = routeOf(params);
   if (route.code != CC_OK || route.routine == nullptr) {
     return route.code;
   }
-  const bool empty = isEmptyPicture(params);
+  const bool empty = isEmptyPicture(params, route);
   if (!empty && !frameCanRun(context, params, route)) {
     return CC_ERR_ARGUMENT;
   }
@@ -84,7 +90,7 @@ uint32_t dispatchFrame(ConvertContext &context, ConvertParams &params) {
     exchangeChroma(params);
   }
   if (!empty) {
-    run(context, params, route);
+    run(context, params, route, skippedBytes);
   }
   return CC_OK;
 }

@@ -9,6 +9,11 @@ constexpr int64_t kLargestFactor = 1024;
 /// Run-length tables hold source positions in 16 bits.
 constexpr int32_t kRunLengthLimit = 65536;
 
+struct Size {
+  int32_t width;
+  int32_t height;
+};
+
 bool enlargesTooMuch(int32_t in, int32_t out) {
   return out > in * kLargestFactor;
 }
@@ -30,25 +35,56 @@ bool planesAreThere(const Planes &planes, int count) {
   return true;
 }
 
-/// A copy of a single line moves luma only; everything else needs a sample in every plane.
-bool needsChroma(const ConvertParams &p, const Route &route) {
-  return !route.copies || p.outHeight >= 2;
+/// The description that the routine sees: that of the turned planes where a pre-pass turns them.
+ConvertParams seenByRoutine(const ConvertParams &p, const Route &route) {
+  return route.prePass == PrePass::TurnPlanes ? turnedDescription(p) : p;
 }
 
-bool hasSamples(int32_t type, int32_t width, int32_t height) {
+/// A copy of a single line moves luma only; everything else needs a sample in every plane.
+bool movesChroma(const ConvertParams &seen, const Route &route) {
+  return !route.copies || seen.outHeight >= 2;
+}
+
+/// Pre-passes go by the input fields and read what chroma the input has, whatever the routine needs of it.
+bool prePassReadsChroma(const ConvertParams &p, const Route &route) {
+  return route.prePass == PrePass::TurnPlanes || (route.prePass == PrePass::SplitChroma && p.inHeight >= 2);
+}
+
+bool hasSamples(int32_t type, const Size &size) {
   if (!isPlanar(type) && !isSemiPlanar(type)) {
     return true;
   }
-  const ChromaShape chroma = chromaShape(type, width, height, 0);
+  const ChromaShape chroma = chromaShape(type, size.width, size.height, 0);
   return chroma.columns > 0 && chroma.lines > 0;
 }
 
-/// No chroma plane is so small that it holds no sample. A routine that keeps the size takes the source picture's from
-/// the output fields.
-bool chromaIsThere(const ConvertParams &p, const Route &route) {
-  const bool resizes = p.isResize == 1 && route.scales;
-  return hasSamples(p.inType, resizes ? p.inWidth : p.outWidth, resizes ? p.inHeight : p.outHeight) &&
-         hasSamples(p.outType, p.outWidth, p.outHeight);
+Size inputSize(const ConvertParams &p) {
+  return {p.inWidth, p.inHeight};
+}
+Size outputSize(const ConvertParams &p) {
+  return {p.outWidth, p.outHeight};
+}
+
+/// The source picture's size: a routine that keeps the size takes it from the output fields.
+Size sourceSize(const ConvertParams &seen, const Route &route) {
+  const bool resizes = seen.isResize == 1 && route.scales;
+  return resizes || route.sizedByInput ? inputSize(seen) : outputSize(seen);
+}
+
+/// Every plane that is read or written is there, and no chroma plane is so small that it holds no sample.
+bool planesSuffice(const ConvertParams &p, const Route &route) {
+  const ConvertParams seen = seenByRoutine(p, route);
+  const bool chroma = movesChroma(seen, route);
+  const bool prePass = prePassReadsChroma(p, route);
+  if (!planesAreThere(p.inBuf, chroma || prePass ? planesOfType(p.inType) : 1) ||
+      !planesAreThere(p.outBuf, chroma ? planesOfType(p.outType) : 1)) {
+    return false;
+  }
+  if (prePass && !hasSamples(p.inType, inputSize(p))) {
+    return false;
+  }
+  const Size written = p.isResize == 0 && route.sizedByInput ? inputSize(p) : outputSize(seen);
+  return !chroma || (hasSamples(seen.inType, sourceSize(seen, route)) && hasSamples(p.outType, written));
 }
 
 bool sameDescription(const ConvertParams &a, const ConvertParams &b) {
@@ -61,7 +97,7 @@ bool sameDescription(const ConvertParams &a, const ConvertParams &b) {
 /// scratch planes being there.
 bool isPrepared(const ConvertContext &context, const ConvertParams &p, const Route &route) {
   const bool turns = route.prePass == PrePass::TurnPlanes;
-  ConvertParams seen = turns ? turnedDescription(p) : p;
+  ConvertParams seen = seenByRoutine(p, route);
   seen.rotation = p.rotation;
   return turns == (context.rotBuf[0] != nullptr) && sameDescription(context.params, seen);
 }
@@ -79,13 +115,18 @@ bool splitScratchFits(const ConvertContext &context, const ConvertParams &p, con
   if (route.prePass != PrePass::SplitChroma) {
     return true;
   }
-  if (context.uvBuf[0] == nullptr || p.inStride < 0) {
+  if (context.uvBuf[0] == nullptr) {
     return false;
   }
   if ((p.isResize == 0 || !route.scales) && (p.outWidth > p.inWidth || p.outHeight > p.inHeight)) {
     return false;
   }
   return chromaPlaneBytes(p.inType, p.inWidth, p.inHeight, p.inStride) <= splitChromaBytes(context.params);
+}
+
+bool sizesAreThere(const ConvertParams &p, const Route &route) {
+  const Size size = sourceSize(p, route);
+  return size.width > 0 && size.height > 0;
 }
 
 bool sizesSuitRoute(const ConvertParams &p, const Route &route) {
@@ -98,8 +139,12 @@ bool sizesSuitRoute(const ConvertParams &p, const Route &route) {
   return route.tables != TableFormat::RunLength || (p.inWidth <= kRunLengthLimit && p.inHeight <= kRunLengthLimit);
 }
 
-/// With a stride shorter than a line, a picture placed from the stride's end would begin in front of its buffer.
-bool beginsInBuffer(const ConvertParams &p, const Route &route) {
+/// Lines follow one another upwards in memory. With a stride shorter than a line, a picture placed from the stride's
+/// end would begin in front of its buffer.
+bool stridesArePossible(const ConvertParams &p, const Route &route) {
+  if (p.inStride < 0 || p.outStride < 0) {
+    return false;
+  }
   if (!route.fromStrideEnd) {
     return true;
   }
@@ -124,8 +169,9 @@ bool sizesArePossible(const ConvertParams &p) {
          !enlargesTooMuch(p.inWidth, p.outWidth) && !enlargesTooMuch(p.inHeight, p.outHeight);
 }
 
-bool isEmptyPicture(const ConvertParams &params) {
-  return params.isResize == 0 && (params.outWidth <= 0 || params.outHeight <= 0);
+bool isEmptyPicture(const ConvertParams &params, const Route &route) {
+  const Size size = sourceSize(params, route);
+  return params.isResize == 0 && (size.width == 0 || size.height == 0) && size.width >= 0 && size.height >= 0;
 }
 
 int64_t splitChromaBytes(const ConvertParams &params) {
@@ -133,11 +179,9 @@ int64_t splitChromaBytes(const ConvertParams &params) {
 }
 
 bool frameCanRun(const ConvertContext &context, const ConvertParams &params, const Route &route) {
-  const bool chroma = needsChroma(params, route);
-  return planesAreThere(params.inBuf, chroma ? planesOfType(params.inType) : 1) &&
-         planesAreThere(params.outBuf, chroma ? planesOfType(params.outType) : 1) && sizesArePossible(params) &&
-         sizesSuitRoute(params, route) && (!chroma || chromaIsThere(params, route)) && beginsInBuffer(params, route) &&
-         tablesFit(context, params, route) && splitScratchFits(context, params, route);
+  return sizesArePossible(params) && sizesAreThere(params, route) && sizesSuitRoute(params, route) &&
+         stridesArePossible(params, route) && planesSuffice(params, route) && tablesFit(context, params, route) &&
+         splitScratchFits(context, params, route);
 }
 
 } // namespace zqcc

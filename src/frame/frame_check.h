@@ -15,14 +15,14 @@ bool modesAreValid(const ConvertParams &params);
 /// semi-planar chroma can be split only with a stride and a height that are not negative.
 bool sizesArePossible(const ConvertParams &params);
 
-/// A frame that is not resized and has no lines or no columns: there is nothing to convert.
-bool isEmptyPicture(const ConvertParams &params);
+/// A frame that is not resized and has no lines or no columns: there is nothing to convert. Sizes below 0 are none.
+bool isEmptyPicture(const ConvertParams &params, const Route &route);
 
 /// Bytes of each plane that takes split semi-planar chroma.
 int64_t splitChromaBytes(const ConvertParams &params);
 
-/// Whether a routed frame can run: planes there, no plane without samples, tables and scratch as this description needs
-/// them.
+/// Whether a routed frame that is not empty can run: sizes and strides that can be, planes there and none without
+/// samples, tables and scratch as this description needs them.
 bool frameCanRun(const ConvertContext &context, const ConvertParams &params, const Route &route);
 
 } // namespace zqcc

@@ -125,11 +125,12 @@ public:
     return code;
   }
 
-  uint32_t convert(ConvertParams &p) {
+  /// `skippedBytes` of each input line are cropped away at its start.
+  uint32_t convert(ConvertParams &p, int64_t skippedBytes = 0) {
     if (p.inStride == kNoStride || p.outStride == kNoStride) {
       return CC_ERR_ARGUMENT;
     }
-    return zqcc::dispatchFrame(*context_, p);
+    return zqcc::dispatchFrame(*context_, p, skippedBytes);
   }
 
 private:
@@ -153,13 +154,14 @@ uint32_t processSameFormat(ConvertParams &p, const uint8_t *input, uint8_t *outp
   if (p.inType == COLOR_YUV420_PLANAR || (acceptsYvu420 && isPlanar420(p.inType))) {
     placeInput420(p, input, crop.pictureWidth, crop);
     placeOutput420(p, output, outLineLength, outLines);
-  } else if (hasTwoBytesPerPixel(p.inType)) {
-    placeInputTwoBytes(p, input, crop);
-    placeOutput(p, output, 2, outLineLength);
-  } else {
+    return call.convert(p);
+  }
+  if (!hasTwoBytesPerPixel(p.inType)) {
     return CC_ERR_IN_TYPE;
   }
-  return call.convert(p);
+  placeInputTwoBytes(p, input, crop);
+  placeOutput(p, output, 2, outLineLength);
+  return call.convert(p, 2 * int64_t{crop.left});
 }
 
 /// Conversions to RGB565 at a place in a larger picture, turned.

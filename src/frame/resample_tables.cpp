@@ -17,6 +17,12 @@ int32_t fractionOf(float position, int32_t whole) {
   return static_cast<int32_t>((position - static_cast<float>(whole)) * 1024.0F);
 }
 
+/// Truncated towards zero. A single-precision position near the end of the largest lines rounds up to 2^31.
+int32_t wholeOf(float position) {
+  constexpr float kBeyond = 2147483648.0F;
+  return position < kBeyond ? static_cast<int32_t>(position) : INT32_MAX;
+}
+
 /// Source position of output i: a double product, narrowed.
 float positionOf(int32_t i, double factor) {
   return static_cast<float>(static_cast<double>(i) * factor);
@@ -31,7 +37,7 @@ void writeTriple(int32_t *triple, int32_t index, int32_t next) {
 /// At the end of the line the last two samples count equally. A position between -1 and 0 truncates to 0 and has a
 /// negative weight.
 void writeBilinear(int32_t *triple, float position, int32_t source) {
-  const auto index = static_cast<int32_t>(position);
+  const int32_t index = wholeOf(position);
   if (index < source - 1) {
     writeTriple(triple, index, fractionOf(position, index));
   } else {
@@ -41,19 +47,19 @@ void writeBilinear(int32_t *triple, float position, int32_t source) {
 
 } // namespace
 
-std::size_t tableWords(TableFormat format, const Axis &axis, uint32_t antiAlias) {
-  const auto n = static_cast<std::size_t>(axis.positions);
+uint64_t tableWords(TableFormat format, const Axis &axis, uint32_t antiAlias) {
+  const auto n = static_cast<uint64_t>(axis.positions);
   switch (format) {
   case TableFormat::Nearest:
   case TableFormat::RunLength:
-    return (antiAlias != 0 ? 15 : 3) * n + kSpare;
+    return (antiAlias != 0 ? 15U : 3U) * n + kSpare;
   case TableFormat::Bilinear:
     return 3 * n + kSpare;
   case TableFormat::Filtered:
   case TableFormat::Box:
     return 15 * n + kSpare;
   case TableFormat::Grouped:
-    return 3 * n + static_cast<std::size_t>(axis.source / kBlock) + 2;
+    return 3 * n + static_cast<uint64_t>(axis.source / kBlock) + 2;
   case TableFormat::None:
     break;
   }
@@ -92,7 +98,7 @@ void buildFiltered(int32_t *table, const Axis &axis, Direction direction, uint32
     const float p = positionOf(i, factor);
     for (int t = 0; t < kTaps; ++t) {
       const float q = p + offsets[t];
-      writeBilinear(table + 3 * t, static_cast<int32_t>(q) < 0 ? p : q, axis.source);
+      writeBilinear(table + 3 * t, wholeOf(q) < 0 ? p : q, axis.source);
     }
   }
 }
@@ -130,7 +136,7 @@ void buildGrouped(int32_t *table, const Axis &axis) {
   *count = 0;
   for (int32_t i = 0; i < axis.positions; ++i) {
     const float p = static_cast<float>(i) * factor;
-    const auto whole = static_cast<int32_t>(p);
+    const int32_t whole = wholeOf(p);
     const int32_t index = whole < axis.source - 1 ? whole : axis.source - 2;
     // Groups close behind an odd output, so that the outputs stay in pairs.
     const bool closes = groupsLeft > 0 && index >= limit;

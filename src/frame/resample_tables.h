@@ -27,8 +27,9 @@ struct Axis {
   int32_t positions;
 };
 
-/// Words to allocate for a table, spare ones included; all of them are zero before it is built.
-std::size_t tableWords(TableFormat format, const Axis &axis, uint32_t antiAlias);
+/// Words to allocate for a table, spare ones included; all of them are zero before it is built. May be more than memory
+/// can be addressed by.
+uint64_t tableWords(TableFormat format, const Axis &axis, uint32_t antiAlias);
 
 /// Fixed-point step between output positions: trunc(source / positions * 1024).
 int64_t stepOf(const Axis &axis);

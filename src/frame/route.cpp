@@ -59,6 +59,7 @@ Route samePlanar420(const ConvertParams &p) {
       p.rotation == ROTATION_180 ? SAME_HALF : (isQuarterTurn(p.rotation) ? SAME_QUARTER : SAME_UPRIGHT);
   const TableFormat plain = isTurn(p.rotation) ? TableFormat::Nearest : TableFormat::Bilinear;
   Route route = served(SAME_PLANAR420[3 * row + column], byQuality(p.antiAlias, plain));
+  route.sizedByInput = p.isResize == 1 || column != SAME_UPRIGHT;
   route.fromStrideEnd = p.isResize == 1 && column == SAME_HALF;
   return route;
 }

@@ -31,6 +31,7 @@ struct Route {
   PrePass prePass = PrePass::None;
   bool scales = true;         ///< false: the routine keeps the size whatever isResize says
   bool copies = false;        ///< samples go over as they are, upright: a single line has no chroma to move
+  bool sizedByInput = false;  ///< without resizing, too, the picture's size is that of the input fields
   bool fromStrideEnd = false; ///< the picture, or a part of it, is placed from the end of each output line's stride
 };
 

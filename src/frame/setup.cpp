@@ -23,13 +23,13 @@ bool allocateBytes(uint8_t *&buffer, int64_t bytes) {
 }
 
 bool allocateTable(int32_t *&table, TableFormat format, const Axis &axis, uint32_t antiAlias) {
-  const std::size_t words = tableWords(format, axis, antiAlias);
-  if (words > SIZE_MAX / sizeof(int32_t)) {
+  const uint64_t bytes = tableWords(format, axis, antiAlias) * sizeof(int32_t);
+  if (bytes > SIZE_MAX) {
     return false;
   }
-  table = static_cast<int32_t *>(aligned_alloc64(words * sizeof(int32_t)));
+  table = static_cast<int32_t *>(aligned_alloc64(static_cast<std::size_t>(bytes)));
   if (table != nullptr) {
-    std::memset(table, 0, words * sizeof(int32_t));
+    std::memset(table, 0, static_cast<std::size_t>(bytes));
   }
   return table != nullptr;
 }

@@ -115,8 +115,9 @@ private:
   Line lines_[kEntryWords];
 };
 
-/// Planes of a frame. Luma's columns end at the stride, not at the width. Chroma's end at its samples, except that
-/// 4:2:2 is read at the pitch of two lines and its columns end there.
+/// Planes of a frame. Luma's columns end at the stride, not at the width, and so do those of planes as large as luma's.
+/// Subsampled chroma's end at its samples, or at the pitch if that is less; but 4:2:2 is read at the pitch of two lines
+/// and its columns end there.
 struct FilterPlanes {
   FilterPlane planes[3];
 
@@ -125,7 +126,8 @@ struct FilterPlanes {
     const std::ptrdiff_t lumaLast = std::ptrdiff_t{p.inHeight - 1} * p.inStride + p.inWidth - 1;
     planes[0] = {p.inBuf[0], p.inStride, p.inStride, p.inHeight, lumaLast};
     const ChromaShape shape = chromaShape(p.inType, p.inWidth, p.inHeight, p.inStride);
-    FilterPlane chroma{nullptr, shape.pitch, shape.columns, shape.lines,
+    const bool isFullSize = shape.columns == p.inWidth && shape.lines == p.inHeight;
+    FilterPlane chroma{nullptr, shape.pitch, isFullSize ? p.inStride : smaller(shape.columns, shape.pitch), shape.lines,
                        std::ptrdiff_t{shape.lines - 1} * shape.pitch + shape.columns - 1};
     if (isPlanar422(p.inType)) {
       chroma.stride = std::ptrdiff_t{shape.pitch} * 2;

@@ -12,9 +12,10 @@ namespace {
 template <std::size_t taps, int luma, bool swapped>
 class LineResizer {
 public:
-  LineResizer(const ConvertParams &p, const int32_t *xTable)
-      : xTable_(xTable), chromaTap_{p.inWidth / 2},
-        lastSlot_(isCut(p.inWidth, p.inStride) ? p.inWidth - 1 : groupsOf(p.inWidth) * 2 - 1) {}
+  explicit LineResizer(const Job &job)
+      : xTable_(job.xTable), chromaTap_{job.params.inWidth / 2},
+        lastSlot_(isCut(job.params.inWidth, job.inRoom) ? job.params.inWidth - 1
+                                                        : groupsOf(job.params.inWidth) * 2 - 1) {}
 
   /// Group k of the line: output pixels 2k and 2k + 1.
   void makeGroup(const SourceLines (&lines)[taps], std::ptrdiff_t k, uint8_t (&bytes)[kGroupBytes]) const {
@@ -62,7 +63,7 @@ private:
 template <std::size_t taps, int luma, bool swapped>
 void resizeLines(const Job &job) {
   const ConvertParams &p = job.params;
-  const LineResizer<taps, luma, swapped> resizer(p, job.xTable);
+  const LineResizer<taps, luma, swapped> resizer(job);
   const std::ptrdiff_t outPitch = p.outStride;
   const std::ptrdiff_t pairs = p.outWidth / 2;
   const auto tail = static_cast<std::size_t>(lineBytes(p.outWidth, outPitch) - pairs * kGroupBytes);
@@ -183,7 +184,7 @@ TurnTarget turnTarget(const ConvertParams &p, uint32_t mask) {
 /// Calls `run` with the reader that fits lines of `width` pixels.
 template <class Run>
 void withReader(const Job &job, int32_t width, Run run) {
-  if (isCut(width, job.params.inStride)) {
+  if (isCut(width, job.inRoom)) {
     run(CutLine{width / 2, packedOrder(job.packedVariant).chroma == 1 ? 0xFF00FF00U : 0x00FF00FFU});
   } else {
     run(WholeLine{});
@@ -198,7 +199,7 @@ bool isEmpty(const ConvertParams &p) {
 
 void copyPacked422(const Job &job) {
   const ConvertParams &p = job.params;
-  const std::ptrdiff_t tighter = p.inStride < p.outStride ? p.inStride : p.outStride;
+  const int64_t tighter = job.inRoom < p.outStride ? job.inRoom : p.outStride;
   copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, lineBytes(p.outWidth, tighter), p.outHeight);
 }
 

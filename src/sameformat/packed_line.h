@@ -1,7 +1,7 @@
 // Lines of packed 4:2:2 pictures: groups of four bytes, two pixels each.
 //
 // A line of odd width ends with a group of which only one pixel belongs to the picture. The whole group is there when
-// the line's pitch has room for it; a tighter pitch cuts the line after the lone pixel's two bytes.
+// the line's stride has room for it; where the stride ends earlier, the line is cut after the lone pixel's two bytes.
 #pragma once
 
 #include "sameformat/words.h"
@@ -20,13 +20,13 @@ constexpr int32_t groupsOf(int32_t width) {
 }
 
 /// The lone pixel's group has lost its second half.
-constexpr bool isCut(int32_t width, std::ptrdiff_t pitch) {
-  return width % 2 != 0 && pitch < groupsOf(width) * kGroupBytes;
+constexpr bool isCut(int32_t width, int64_t room) {
+  return width % 2 != 0 && room < groupsOf(width) * kGroupBytes;
 }
 
 /// Bytes that a line holds.
-constexpr std::ptrdiff_t lineBytes(int32_t width, std::ptrdiff_t pitch) {
-  return isCut(width, pitch) ? std::ptrdiff_t{width} * 2 : groupsOf(width) * kGroupBytes;
+constexpr std::ptrdiff_t lineBytes(int32_t width, int64_t room) {
+  return isCut(width, room) ? std::ptrdiff_t{width} * 2 : groupsOf(width) * kGroupBytes;
 }
 
 /// Byte order as far as resampling and turning see it: which of the two chroma samples is U does not matter.

@@ -59,11 +59,14 @@ View lumaView(const Frame &frame, std::size_t index) {
 
 View chromaView(const Frame &frame, std::size_t index) {
   const Plane &plane = frame.planes[index];
-  if (frame.layout == 1) {
+  if (frame.layout == COLOR_YUV444_PLANAR || frame.layout == COLOR_RGB888_PLANAR) {
+    return lumaView(frame, index); // the bounds of luma hold for all three
+  }
+  if (frame.layout == COLOR_YUV422_PLANAR) {
     // Two chroma lines count as one, as wide as both pitches together.
     return {plane.data, 2 * plane.pitch, 2 * plane.pitch, frame.height / 2, plane.end()};
   }
-  return {plane.data, plane.pitch, plane.columns, plane.lines, plane.end()};
+  return {plane.data, plane.pitch, std::min(plane.columns, plane.pitch), plane.lines, plane.end()};
 }
 
 /// Number of the table entry that serves the chroma of an output column or line: entry >> shift.
@@ -117,8 +120,8 @@ void resizeFiltered(const Frame &frame) {
   const Means means(frame);
   const bool isRgb = frame.layout == COLOR_RGB888_PLANAR;
   const View first = lumaView(frame, 0);
-  const View second = isRgb ? lumaView(frame, 1) : chromaView(frame, 1);
-  const View third = isRgb ? lumaView(frame, 2) : chromaView(frame, 2);
+  const View second = chromaView(frame, 1);
+  const View third = chromaView(frame, 2);
   const Shifts shifts = chromaShifts(frame.layout);
   for (int y = 0; y < frame.outHeight; ++y) {
     for (int x = 0; x < frame.outWidth; ++x) {
