@@ -2,6 +2,7 @@
 #include "frame/context.h"
 #include "frame/dispatch.h"
 #include "frame/picture_shape.h"
+#include "frame/route.h"
 #include "frame/setup.h"
 #include "tables/color_matrix.h"
 #include "zqColorConversion.h"
@@ -128,7 +129,8 @@ public:
   /// `skippedBytes` of each input line are cropped away at its start.
   uint32_t convert(ConvertParams &p, int64_t skippedBytes = 0) {
     if (p.inStride == kNoStride || p.outStride == kNoStride) {
-      return CC_ERR_ARGUMENT;
+      const uint32_t code = zqcc::routeOf(p).code; // types are judged first
+      return code != CC_OK ? code : CC_ERR_ARGUMENT;
     }
     return zqcc::dispatchFrame(*context_, p, skippedBytes);
   }

@@ -1,4 +1,4 @@
-// What a frame is expected to give: its code, the size of the picture written, and the reference models' bytes.
+// What an accepted frame is expected to give: the size of the picture written, and the reference models' bytes.
 #pragma once
 
 #include "reference/colour.h"
@@ -18,14 +18,8 @@ reference::Size writtenSize(const ConvertParams &p);
 /// every chroma layout for 4:2:0 or 4:2:2.
 bool readsPadding(const ConvertParams &p);
 
-/// The code of a frame after a successful set-up with `setup`. A converter that keeps the size although it is asked to
-/// scale takes the source picture's size from the output fields, and refuses a picture of that size whose chroma would
-/// hold no sample; if it turns the planes first, set-up must have made planes for that; on its way to planar 4:2:0 a
-/// single line has no chroma to move. Where a picture is placed from the end of each line's stride, the stride must hold
-/// a line.
-uint32_t expectedCode(const ConvertParams &setup, const ConvertParams &frame);
-
 /// Writes what an accepted frame has to write.
-void convertByReference(const ConvertParams &p, const reference::Colour &colour);
+/// `cropped` bytes of the input lines lie in front of the frame's.
+void convertByReference(const ConvertParams &p, const reference::Colour &colour, int cropped = 0);
 
 } // namespace containment

@@ -218,7 +218,7 @@ Outcome Bench::run(const GuardedCase &c) {
       // Planes of the output do not matter to the code, so long as they are there.
       std::fill(std::begin(params.outBuf), std::end(params.outBuf), in_[0]->write());
       outcome.code = reference::setupCode(params);
-      outcome.code = outcome.code == CC_OK ? expectedCode(params, params) : outcome.code;
+      outcome.code = outcome.code == CC_OK ? reference::resultCode(params, params) : outcome.code;
       makeExpected(c, params, outcome.code);
     }
     placeOutputs(params, against);

@@ -74,7 +74,7 @@ void expectLike(Single &buffers, OneShot expected, uint32_t code, const Colour *
     return;
   }
   if (colour == nullptr) {
-    reference::convertSameFormat(expected.params);
+    reference::convertSameFormat(expected.params, expected.cropped);
   } else {
     reference::convertDirect(expected.params, *colour);
   }
@@ -124,6 +124,34 @@ TEST(OneShotScale, Crops) {
             zqScaleCroppedFrame(buffers.input(), buffers.output(), picture.width, picture.height, crop.left, crop.top,
                                 crop.part.width, crop.part.height, out.width, out.height, type, 0);
         expectLike(buffers, reference::scaleCroppedFrame(buffers.expected(), crop, out, type, 0), code);
+      }
+    }
+  }
+}
+
+/// A packed group that the picture's edge cuts is not read any further, whatever the stride holds behind the edge: the
+/// next line, or nothing.
+TEST(OneShotScale, OddPackedCropsEndAtTheRightEdge) {
+  for (const int type : kPacked) {
+    for (const Crop &crop : {Crop{{13, 9}, 2, 2, {11, 7}}, Crop{{12, 9}, 5, 0, {7, 9}}, Crop{{13, 9}, 0, 0, {13, 9}}}) {
+      for (const Size out : {Size{12, 20}, Size{21, 9}, Size{11, 7}}) {
+        SCOPED_TRACE(testing::Message() << "type " << type << ", crop at " << crop.left << ", to " << out.width);
+        const int lines = crop.picture.height;
+        Single buffers(2 * crop.picture.width * lines, 2 * out.width * out.height);
+        const uint32_t code =
+            zqScaleCroppedFrame(buffers.input(), buffers.output(), crop.picture.width, lines, crop.left, crop.top,
+                                crop.part.width, crop.part.height, out.width, out.height, type, 0);
+        expectLike(buffers, reference::scaleCroppedFrame(buffers.expected(), crop, out, type, 0), code);
+      }
+      for (const int rotation : {2, 3, 4}) {
+        SCOPED_TRACE(testing::Message() << "type " << type << ", crop at " << crop.left << ", rotation " << rotation);
+        const Size part = crop.part;
+        const int line = part.width + part.height + 1;
+        Single buffers(2 * crop.picture.width * crop.picture.height, 2 * line * line);
+        const uint32_t code =
+            zqRotateCroppedFrame(buffers.input(), buffers.output(), crop.picture.width, crop.picture.height, crop.left,
+                                 crop.top, part.width, part.height, line, line, type, rotation);
+        expectLike(buffers, reference::rotateCroppedFrame(buffers.expected(), crop, line, line, type, rotation), code);
       }
     }
   }

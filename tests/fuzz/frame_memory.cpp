@@ -67,16 +67,17 @@ bool isTight(const ConvertParams &p) {
   return p.inType == p.outType && (p.inType == 3 || p.inType == 12) && p.isResize == 0 && isTurn(p);
 }
 
-/// Same-format lines of odd packed width are cut where the stride has no room for the whole group.
-Extent cut(Extent extent, const ConvertParams &p, int64_t width) {
+/// Same-format lines of odd packed width are cut where what the crop leaves of the stride has no room for the whole
+/// group.
+Extent cut(Extent extent, const ConvertParams &p, int64_t width, int64_t cropped = 0) {
   const bool packed = p.inType == p.outType && support::isPacked422(p.inType);
-  if (packed && width % 2 != 0 && extent.stride < extent.lineBytes) {
+  if (packed && width % 2 != 0 && extent.stride - cropped < extent.lineBytes) {
     extent.lineBytes -= 2;
   }
   return extent;
 }
 
-int64_t inputBytes(const ConvertParams &p, int plane) {
+int64_t inputBytes(const ConvertParams &p, int plane, int64_t cropped) {
   // Converters that keep the size take it from the output fields, a pre-pass from the input's.
   const bool larger = p.isResize == 0;
   const int64_t width = larger ? std::max(p.inWidth, p.outWidth) : p.inWidth;
@@ -85,7 +86,7 @@ int64_t inputBytes(const ConvertParams &p, int plane) {
   if (isTight(p)) {
     extent.stride = extent.lineBytes;
   }
-  return cut(extent, p, width).bytes();
+  return cut(extent, p, width, cropped).bytes();
 }
 
 int64_t outputBytes(const ConvertParams &p, int plane) {
@@ -141,10 +142,10 @@ int64_t FrameBytes::total() const {
   return sum;
 }
 
-FrameBytes bytesOf(const ConvertParams &frame) {
+FrameBytes bytesOf(const ConvertParams &frame, int64_t cropped) {
   FrameBytes bytes;
   for (int i = 0; i < 3; ++i) {
-    bytes.in[static_cast<std::size_t>(i)] = inputBytes(frame, i);
+    bytes.in[static_cast<std::size_t>(i)] = inputBytes(frame, i, cropped);
     bytes.out[static_cast<std::size_t>(i)] = outputBytes(frame, i);
   }
   return bytes;

@@ -24,8 +24,8 @@ struct FrameBytes {
   [[nodiscard]] int64_t total() const;
 };
 
-/// Sizes, strides and types must not be negative.
-FrameBytes bytesOf(const ConvertParams &frame);
+/// Sizes, strides and types must not be negative. `cropped` bytes of the input's lines lie in front of the frame's.
+FrameBytes bytesOf(const ConvertParams &frame, int64_t cropped = 0);
 
 /// Whether every line of the output has a place of its own; else lines overlap and the order of stores decides.
 bool linesAreApart(const ConvertParams &frame);

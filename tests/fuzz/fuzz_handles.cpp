@@ -31,7 +31,7 @@ public:
   void run() {
     for (int step = 0; step < 24 && !script_.done(); ++step) {
       const uint8_t op = script_.byte();
-      one(op % 12, slots_[op >> 7]);
+      one(op % 13, slots_[op >> 7]);
     }
   }
 
@@ -67,6 +67,9 @@ private:
       break;
     case 10:
       selectCustom(slot);
+      break;
+    case 11:
+      convert(slot, slot.setup, script_.byte() % 6);
       break;
     default:
       misuse(slot);
@@ -129,10 +132,8 @@ private:
     if (slot.handle == nullptr) {
       return {CC_ERR_ARGUMENT, true};
     }
-    const bool negative = hasNegativeSize(p);
-    const bool cropped = p.isResize == 0 && (p.inWidth != p.outWidth || p.inHeight != p.outHeight);
-    const bool certain = !negative && !cropped && !fuzz::isSemiPlanarConversion(p);
-    return {containment::expectedCode(slot.setup, p), certain};
+    const bool certain = !fuzz::isSemiPlanarConversion(p);
+    return {reference::resultCode(slot.setup, p), certain};
   }
 
   /// Planes are given to the rules as being there; nothing is read through them.
@@ -142,8 +143,20 @@ private:
     std::fill(std::begin(p.outBuf), std::end(p.outBuf), &somewhere);
   }
 
-  void convert(Slot &slot, ConvertParams p) {
+  static constexpr int kAllPlanes = -1;
+
+  /// The planes of the input are 0, 1, 2, those of the output 3, 4, 5.
+  static void takeAway(ConvertParams &p, int plane) {
+    if (plane >= 3) {
+      p.outBuf[plane - 3] = nullptr;
+    } else if (plane >= 0) {
+      p.inBuf[plane] = nullptr;
+    }
+  }
+
+  void convert(Slot &slot, ConvertParams p, int missing = kAllPlanes) {
     pretendPlanes(p);
+    takeAway(p, missing);
     const Forecast expected = forecast(slot, p);
     const bool negative = hasNegativeSize(p);
     const bool mayRun = (expected.code == CC_OK || !expected.certain) && !negative;
@@ -156,6 +169,7 @@ private:
     }
     fuzz::FrameMemory memory(bytes, 7);
     memory.attach(p);
+    takeAway(p, missing);
     const ConvertParams before = p;
     fuzz::announce(p);
     const uint32_t code = zqCCProcess(slot.handle, &p);

@@ -55,7 +55,7 @@ void handles(const fs::path &directory) {
       fuzz::writeStrides(writer, 3, 2);
       writer.byte(6);
       writer.byte(static_cast<uint8_t>(number % 9));
-      writer.byte(17);
+      writer.byte(16);
       fuzz::writeStrides(writer, 1, 1);
       save(directory, number++, writer);
     }

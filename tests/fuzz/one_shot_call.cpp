@@ -71,7 +71,7 @@ bool hasFilter(int type) {
 int32_t strideOf(Call &call, int32_t bytesPerPixel, int32_t pixels) {
   const int64_t stride = int64_t{bytesPerPixel} * pixels;
   if (stride > std::numeric_limits<int32_t>::max() || stride <= std::numeric_limits<int32_t>::min()) {
-    call.code = call.code == CC_OK ? CC_ERR_ARGUMENT : call.code;
+    call.strideTooLong = true;
     return 0;
   }
   return static_cast<int32_t>(stride);
@@ -128,12 +128,10 @@ void sameFormat(Call &call, const Crop &crop, int32_t outLine, int32_t outLines,
     placeInput420(call, crop.lineLength, crop);
     placeOutput420(call, outLine, outLines);
   } else if (hasTwoBytes(p.inType)) {
-    // Modes and types come before sizes, and no mode of these is wrong once set-up has passed but quality 3.
-    const uint32_t tooLong = p.antiAlias > 2 ? CC_ERR_ARGUMENT : CC_OK;
-    refuse(call, tooLong);
     p.inStride = strideOf(call, 2, crop.lineLength);
     p.outStride = strideOf(call, 2, outLine);
     call.in[0] = int64_t{p.inStride} * crop.top + 2 * int64_t{crop.left};
+    call.cropped = 2 * int64_t{crop.left};
   } else {
     refuse(call, CC_ERR_IN_TYPE);
   }

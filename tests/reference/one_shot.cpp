@@ -84,6 +84,7 @@ OneShot scale(Buffers buffers, const Crop &crop, Size out, int type, int antiAli
   ConvertParams &p = result.params;
   p.isResize = 1;
   p.antiAlias = static_cast<uint32_t>(antiAlias);
+  result.cropped = 2 * crop.left;
   if (type == 3 || (type == 12 && yvuToo)) {
     inputPlanes420(p, crop);
     outputPlanes420(p, out.width, out.height);
@@ -99,6 +100,7 @@ OneShot scale(Buffers buffers, const Crop &crop, Size out, int type, int antiAli
 OneShot rotate(Buffers buffers, const Crop &crop, int dimensionA, int dimensionB, int type, int rotation) {
   OneShot result = describe(buffers, type, type, crop.part, crop.part, static_cast<uint32_t>(rotation));
   ConvertParams &p = result.params;
+  result.cropped = 2 * crop.left;
   const int line = rotation == ROTATION_NONE ? dimensionA : dimensionB;
   const int lines = rotation == ROTATION_NONE ? dimensionB : dimensionA;
   if (type == 3) {

@@ -10,6 +10,7 @@ namespace reference {
 struct OneShot {
   uint32_t code = CC_OK;
   ConvertParams params{};
+  int cropped = 0; ///< bytes of each input line in front of the picture's, where types stay equal
 };
 
 struct Buffers {

@@ -87,12 +87,6 @@ bool doesNothing(const ConvertParams &p) {
   return p.inType == 32 && p.outType != 30;
 }
 
-/// Upright copies of a single line have no chroma to move.
-bool needsChroma(const ConvertParams &p) {
-  return !(isSame(p) && p.isResize == 0 && !isQuarterTurn(p) && !(p.rotation == 5 && isPlanar420(p.inType)) &&
-           p.outHeight < 2);
-}
-
 struct Divisors {
   int across = 1;
   int down = 1;
@@ -120,9 +114,14 @@ Divisors chromaOf(int type) {
   }
 }
 
-bool emptyChroma(int type, int width, int height) {
+struct Dimensions {
+  int width;
+  int height;
+};
+
+bool lacksChroma(int type, Dimensions size) {
   const Divisors chroma = chromaOf(type);
-  return width / chroma.across < 1 || height / chroma.down < 1;
+  return size.width / chroma.across < 1 || size.height / chroma.down < 1;
 }
 
 int planesOf(int type) {
@@ -133,23 +132,116 @@ int planesOf(int type) {
   return family == Family::SemiPlanar ? 2 : 1;
 }
 
+/// Scaling conversions of these turn the planes first, into planes that set-up made for this very description.
+bool turnsFirst(const ConvertParams &p) {
+  const bool other = p.inType == 0 || p.inType == 2 || p.inType == 4 || p.inType == 37;
+  return !isSame(p) && p.isResize == 1 && isQuarterTurn(p) && other;
+}
+
+bool splitsFirst(const ConvertParams &p) {
+  return !isSame(p) && familyOf(p.inType) == Family::SemiPlanar;
+}
+
+/// The copies of planar 4:2:0 that turn go by the input's size.
+bool isTurningCopy(const ConvertParams &p) {
+  return isSame(p) && isPlanar420(p.inType) && p.isResize == 0 && (isQuarterTurn(p) || p.rotation == 5);
+}
+
+/// What the converter behind the turning of the planes is told.
+struct Told {
+  int type;
+  Dimensions in;
+  Dimensions out;
+};
+
+Told toldOf(const ConvertParams &p) {
+  if (!turnsFirst(p)) {
+    return {p.inType, {p.inWidth, p.inHeight}, {p.outWidth, p.outHeight}};
+  }
+  const int turnedType = p.inType == 2 ? 1 : p.inType == 4 ? 37 : p.inType == 37 ? 4 : 0;
+  return {turnedType, {p.inHeight, p.inWidth}, {p.outHeight, p.outWidth}};
+}
+
+/// Upright copies, and conversions to planar 4:2:0, of a single line.
+bool movesLumaOnly(const ConvertParams &p) {
+  if (toldOf(p).out.height >= 2) {
+    return false;
+  }
+  if (!isSame(p)) {
+    return isPlanar420(p.outType);
+  }
+  return p.isResize == 0 && !isQuarterTurn(p) && !isTurningCopy(p);
+}
+
+/// Chroma is touched by the conversion, or already by what goes before it.
+bool readsChroma(const ConvertParams &p) {
+  return !movesLumaOnly(p) || turnsFirst(p) || (splitsFirst(p) && p.inHeight >= 2);
+}
+
 bool missingPlane(const ConvertParams &p) {
   for (int i = 0; i < planesOf(p.inType); ++i) {
-    if (p.inBuf[i] == nullptr && (i == 0 || needsChroma(p))) {
+    if (p.inBuf[i] == nullptr && (i == 0 || readsChroma(p))) {
       return true;
     }
   }
   for (int i = 0; i < planesOf(p.outType); ++i) {
-    if (p.outBuf[i] == nullptr && (i == 0 || needsChroma(p))) {
+    if (p.outBuf[i] == nullptr && (i == 0 || !movesLumaOnly(p))) {
       return true;
     }
   }
   return false;
 }
 
+Dimensions convertedSize(const ConvertParams &p) {
+  const Told told = toldOf(p);
+  return scales(p) || isTurningCopy(p) ? told.in : told.out;
+}
+
+bool emptyPlane(const ConvertParams &p) {
+  const bool before = turnsFirst(p) || (splitsFirst(p) && p.inHeight >= 2);
+  if (before && lacksChroma(p.inType, {p.inWidth, p.inHeight})) {
+    return true;
+  }
+  const Told told = toldOf(p);
+  const Dimensions written = isTurningCopy(p) ? told.in : told.out;
+  return !movesLumaOnly(p) && (lacksChroma(told.type, convertedSize(p)) || lacksChroma(p.outType, written));
+}
+
+/// Placed from the end of each line's stride: half turns, and the right strip of the right turn of a planar picture.
+bool isPlacedFromStrideEnd(const ConvertParams &p) {
+  const bool half = p.rotation == 5;
+  if (isSame(p)) {
+    return half && p.isResize == 1 && isPlanar420(p.inType);
+  }
+  const Family family = familyOf(p.inType);
+  if (!isRgb16(p.outType) || family == Family::Rgb24) {
+    return false;
+  }
+  if (family == Family::Packed) {
+    return half && p.isResize == 0;
+  }
+  const bool upright = p.inType == 0 || p.inType == 2 || p.inType == 4 || p.inType == 37;
+  return half ? p.isResize == 0 || !upright : p.rotation == 4 && p.isResize == 0;
+}
+
+bool badStride(const ConvertParams &p) {
+  if (p.inStride < 0 || p.outStride < 0) {
+    return true;
+  }
+  const int64_t pixels = p.rotation == 4 ? p.outHeight : p.outWidth;
+  return isPlacedFromStrideEnd(p) && p.outStride < (isRgb16(p.outType) ? 2 * pixels : pixels);
+}
+
 bool impossibleScale(const ConvertParams &p) {
   return p.inWidth < 2 || p.inHeight < 2 || p.outWidth < 1 || p.outHeight < 1 ||
          p.outWidth > int64_t{1024} * p.inWidth || p.outHeight > int64_t{1024} * p.inHeight;
+}
+
+/// The tables of resizing to RGB24 hold positions in 16 bits.
+bool tooLargeForRuns(const ConvertParams &p) {
+  const Family family = familyOf(p.inType);
+  const bool byRuns = p.isResize == 1 && p.outType == 32 && (family == Family::Planar || family == Family::SemiPlanar);
+  return byRuns && (p.inWidth > 65536 || p.inHeight > 65536);
 }
 
 bool lacksRoutine(const ConvertParams &p) {
@@ -180,19 +272,23 @@ bool lacksScratch(const ConvertParams &setup, const ConvertParams &frame) {
 }
 
 uint32_t argumentCode(const ConvertParams &setup, const ConvertParams &frame) {
-  const bool empty = frame.outWidth == 0 || frame.outHeight == 0;
-  if (doesNothing(frame) || (frame.isResize == 0 && empty && !lacksRoutine(frame))) {
+  const Dimensions size = convertedSize(frame);
+  const bool negative = size.width < 0 || size.height < 0;
+  const bool empty = size.width == 0 || size.height == 0;
+  if (doesNothing(frame) || (frame.isResize == 0 && empty && !negative && !lacksRoutine(frame))) {
     return CC_OK;
   }
   const bool grows = frame.outWidth > frame.inWidth || frame.outHeight > frame.inHeight;
-  const std::array<bool, 7> reasons{missingPlane(frame),
-                                    frame.isResize == 1 && impossibleScale(frame),
-                                    needsChroma(frame) && (emptyChroma(frame.inType, frame.inWidth, frame.inHeight) ||
-                                                           emptyChroma(frame.outType, frame.outWidth, frame.outHeight)),
-                                    lacksRoutine(frame),
-                                    frame.isResize == 1 && !scales(frame) && grows,
-                                    scales(frame) && !agrees(setup, frame),
-                                    lacksScratch(setup, frame)};
+  const std::array<bool, 10> reasons{negative,
+                                     tooLargeForRuns(frame),
+                                     badStride(frame),
+                                     missingPlane(frame),
+                                     frame.isResize == 1 && impossibleScale(frame),
+                                     emptyPlane(frame),
+                                     lacksRoutine(frame),
+                                     (frame.isResize == 1 || splitsFirst(frame)) && !scales(frame) && grows,
+                                     (scales(frame) || turnsFirst(frame)) && !agrees(setup, frame),
+                                     lacksScratch(setup, frame)};
   for (const bool reason : reasons) {
     if (reason) {
       return CC_ERR_ARGUMENT;

@@ -4,7 +4,7 @@
 
 namespace reference {
 
-void convertSameFormat(const ConvertParams &p) {
+void convertSameFormat(const ConvertParams &p, int cropped) {
   if (p.outWidth <= 0 || p.outHeight <= 0) {
     return;
   }
@@ -22,7 +22,7 @@ void convertSameFormat(const ConvertParams &p) {
     detail::convertRgb16(p);
     break;
   default:
-    detail::convertPacked(p);
+    detail::convertPacked(p, p.inStride - cropped);
     break;
   }
 }

@@ -5,7 +5,8 @@
 
 namespace reference {
 
-/// Converts one frame of an accepted description with inType == outType.
-void convertSameFormat(const ConvertParams &p);
+/// Converts one frame of an accepted description with inType == outType. The frame's lines start `cropped` bytes into
+/// the lines of the input stride, which matters to where packed lines end.
+void convertSameFormat(const ConvertParams &p, int cropped = 0);
 
 } // namespace reference

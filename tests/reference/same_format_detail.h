@@ -61,6 +61,7 @@ inline uint8_t *placeTurned(const Target &target, uint32_t rotation, int x, int 
 void convertPlanar(const ConvertParams &p);
 void convertSemiPlanar(const ConvertParams &p);
 void convertRgb16(const ConvertParams &p);
-void convertPacked(const ConvertParams &p);
+/// Input lines end `room` bytes behind their start.
+void convertPacked(const ConvertParams &p, int room);
 
 } // namespace reference::detail

@@ -9,10 +9,10 @@ namespace {
 
 using Group = std::array<uint8_t, 4>;
 
-/// Bytes of a line that belong to the picture: a lone last pixel has a whole group where the stride leaves room for it.
-int lineBytes(int width, int stride) {
+/// Bytes of a line that belong to the picture: a lone last pixel has a whole group where there is room for it.
+int lineBytes(int width, int room) {
   const int whole = (width + 1) / 2 * 4;
-  return stride >= whole ? whole : 2 * width;
+  return room >= whole ? whole : 2 * width;
 }
 
 struct Layout {
@@ -40,21 +40,25 @@ int lumaByte(const Layout &layout, int pixel) {
   return 2 * (layout.swapped ? pixel ^ 1 : pixel) + 1 - layout.chroma;
 }
 
-const uint8_t *inputLine(const ConvertParams &p, int y) {
+struct Frame : ConvertParams {
+  int room; ///< bytes from the start of an input line to where it ends
+};
+
+const uint8_t *inputLine(const Frame &p, int y) {
   return p.inBuf[0] + static_cast<std::ptrdiff_t>(y) * p.inStride;
 }
 
 /// Byte of an input line. Where a cut line lacks the second half of its last group, the last sample of the kind that
 /// the line does hold stands in: the group's own luma, the chroma of the group before.
-int byteOf(const ConvertParams &p, int y, int at) {
-  if (at < lineBytes(p.inWidth, p.inStride)) {
+int byteOf(const Frame &p, int y, int at) {
+  if (at < lineBytes(p.inWidth, p.room)) {
     return inputLine(p, y)[at];
   }
   const bool isLuma = at % 2 != layoutOf(p.inType).chroma;
   return inputLine(p, y)[at - (isLuma || at < 4 ? 2 : 4)];
 }
 
-Group groupOf(const ConvertParams &p, int y, int index) {
+Group groupOf(const Frame &p, int y, int index) {
   Group group{};
   for (int i = 0; i < 4; ++i) {
     group[slot(i)] = static_cast<uint8_t>(byteOf(p, y, 4 * index + i));
@@ -63,15 +67,15 @@ Group groupOf(const ConvertParams &p, int y, int index) {
 }
 
 /// Stores the bytes of a group that lie inside an output line of `width` pixels.
-void storeGroup(const ConvertParams &p, int width, int line, int index, const Group &group) {
+void storeGroup(const Frame &p, int width, int line, int index, const Group &group) {
   const int end = lineBytes(width, p.outStride);
   for (int i = 0; i < 4 && 4 * index + i < end; ++i) {
     p.outBuf[0][static_cast<std::ptrdiff_t>(line) * p.outStride + std::ptrdiff_t{4} * index + i] = group[slot(i)];
   }
 }
 
-void copy(const ConvertParams &p) {
-  const int bytes = std::min(lineBytes(p.outWidth, p.inStride), lineBytes(p.outWidth, p.outStride));
+void copy(const Frame &p) {
+  const int bytes = std::min(lineBytes(p.outWidth, p.room), lineBytes(p.outWidth, p.outStride));
   for (int y = 0; y < p.outHeight; ++y) {
     for (int i = 0; i < bytes; ++i) {
       p.outBuf[0][static_cast<std::ptrdiff_t>(y) * p.outStride + i] = inputLine(p, y)[i];
@@ -91,7 +95,7 @@ Group turnedGroup(const Group &a, const Group &b, std::size_t half, bool repair,
 
 /// `lineAt(i)` is the input line of output column i, `groupAt(k)` the group of source step k.
 template <typename LineAt, typename GroupAt>
-void turn(const ConvertParams &p, bool repair, const LineAt &lineAt, const GroupAt &groupAt) {
+void turn(const Frame &p, bool repair, const LineAt &lineAt, const GroupAt &groupAt) {
   const int chroma = layoutOf(p.inType).chroma;
   for (int column = 0; column < p.outHeight; column += 2) {
     const int lineA = lineAt(column);
@@ -105,13 +109,13 @@ void turn(const ConvertParams &p, bool repair, const LineAt &lineAt, const Group
   }
 }
 
-void turnPlain(const ConvertParams &p) {
+void turnPlain(const Frame &p) {
   const bool left = p.rotation == ROTATION_90_LEFT;
   turn(
       p, !layoutOf(p.inType).swapped, [&](int i) { return left ? i : p.inHeight - 1 - i; }, [](int k) { return k; });
 }
 
-void resizeTurned(const ConvertParams &p) {
+void resizeTurned(const Frame &p) {
   const auto xs = nearestPositions(p.inWidth, p.outWidth);
   const auto ys = nearestPositions(p.inHeight, p.outHeight);
   const bool left = p.rotation == ROTATION_90_LEFT;
@@ -126,7 +130,7 @@ Tap insideGroups(const Tap &tap, int groups) {
 
 /// Fills the upright picture: `mean(byteAt, column entry, line, isChroma)` gives a byte from the taps of its entries.
 template <typename Mean>
-void resizeUpright(const ConvertParams &p, const Mean &mean) {
+void resizeUpright(const Frame &p, const Mean &mean) {
   const Layout layout = layoutOf(p.inType);
   const auto luma = [&](int x, int y) { return byteOf(p, y, lumaByte(layout, x)); };
   const auto chroma = [&](int second) {
@@ -147,7 +151,7 @@ void resizeUpright(const ConvertParams &p, const Mean &mean) {
   }
 }
 
-void resizeBilinear(const ConvertParams &p) {
+void resizeBilinear(const Frame &p) {
   const auto xs = bilinearPositions(p.inWidth, p.outWidth);
   const auto ys = bilinearPositions(p.inHeight, p.outHeight);
   resizeUpright(p, [&](const auto &at, int entry, int y, bool isChroma) {
@@ -156,7 +160,7 @@ void resizeBilinear(const ConvertParams &p) {
   });
 }
 
-void resizeFiltered(const ConvertParams &p) {
+void resizeFiltered(const Frame &p) {
   const auto xs = filteredPositions(p.inWidth, p.outWidth, p.antiAlias, Axis::Horizontal);
   const auto ys = filteredPositions(p.inHeight, p.outHeight, p.antiAlias, Axis::Vertical);
   resizeUpright(p, [&](const auto &at, int entry, int y, bool isChroma) {
@@ -171,7 +175,8 @@ void resizeFiltered(const ConvertParams &p) {
 
 } // namespace
 
-void convertPacked(const ConvertParams &p) {
+void convertPacked(const ConvertParams &params, int room) {
+  const Frame p{params, room};
   if (p.isResize == 0) {
     quarterTurn(p) ? turnPlain(p) : copy(p);
   } else if (quarterTurn(p)) {
