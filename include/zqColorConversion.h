@@ -122,13 +122,13 @@ typedef struct ConvertParams {
   int32_t inType;          /**< ColorType of the input. */
   int32_t inWidth;         /**< Input width in pixels. */
   int32_t inHeight;        /**< Input height in lines. */
-  int32_t inStride;        /**< Bytes from one line of the first input plane to the next. */
+  int32_t inStride;        /**< Bytes from one line of the first input plane to the next; not negative. */
   const uint8_t *inBuf[3]; /**< Input planes; Y and chroma pairs for semi-planar; only [0] for packed and RGB. */
   int32_t outType;         /**< ColorType of the output. */
   int32_t outWidth;        /**< Output width in pixels, counted in the input's orientation: after a quarter turn the
                                 written picture is outHeight pixels wide and outWidth lines high. */
   int32_t outHeight;       /**< Output height in lines, same convention. */
-  int32_t outStride;       /**< Bytes from one line of the first output plane to the next. */
+  int32_t outStride;       /**< Bytes from one line of the first output plane to the next; not negative. */
   uint8_t *outBuf[3];      /**< Output planes, arranged as the input's. */
   uint32_t isResize;       /**< 0: no scaling; 1: scale from the input size to the output size. */
   uint32_t rotation;       /**< RotationType, 0..7. */
@@ -189,6 +189,10 @@ ZQ_API uint32_t zqCCUninit(ConvertContext *handle);
  * U at Y + h*s and V at U + (h*s)/2 for 4:2:2 planar, the chroma pairs at Y + h*s for semi-planar. Lines are tight
  * (stride = width in bytes) unless an argument says otherwise. All return the codes above; on an error nothing is
  * written.
+ *
+ * A packed 4:2:2 line of odd width ends with a whole group of four bytes when it is converted to another type: behind
+ * the last line the buffer then holds two bytes more than its lines. Without a change of type tight lines end behind
+ * the lone pixel's two bytes.
  * @{ */
 
 /**
@@ -232,7 +236,8 @@ ZQ_API uint32_t zqColorConvert(const uint8_t *input, uint8_t *output, int32_t in
 /**
  * @brief Converts a part of a planar 4:2:0 picture (type 3) to a place in an RGB565 picture, turned.
  * @param inStride bytes per input line; @param pictureHeight lines of the whole input picture.
- * @param outStridePixels output line length in pixels; @param outLeft,outTop place of the result, in pixels.
+ * @param outStridePixels output line length in pixels; @param outLeft,outTop place of the result, in pixels. Rotation
+ *   5, and parts of rotation 4, are placed from the end of a whole line counted from there: give them outLeft 0.
  * @param ignored never read.
  */
 ZQ_API uint32_t zqYUV420PlanartoRGB16Rotate(const uint8_t *input, uint8_t *output, int32_t inStride,

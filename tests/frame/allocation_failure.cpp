@@ -266,6 +266,14 @@ void hugeSizes() {
   p.inWidth = p.inHeight = p.outWidth = p.outHeight = INT32_MAX;
   check(zqCCSetParameter(handle, PARAM_CONVERT_DESC, &p) == CC_ERR_NO_MEMORY, "no memory for tables", name, 0);
   finish(name, 0);
+  // 15 words a position: 4294967310, which is 14 where sizes have 32 bits.
+  begin(0);
+  check(zqCCInit(&handle) == CC_OK, "zqCCInit", name, 0);
+  p = description(3, 30, 1, 2, 1);
+  p.inWidth = 2097152;
+  p.outWidth = 286331154;
+  check(zqCCSetParameter(handle, PARAM_CONVERT_DESC, &p) == CC_ERR_NO_MEMORY, "no memory for filters", name, 0);
+  finish(name, 0);
 }
 
 using Call = std::function<uint32_t()>;

@@ -102,6 +102,11 @@ protected:
   int converted_ = 0;
 };
 
+/// Pairs of types that stand for every kind of input and output.
+inline constexpr std::array<std::array<int, 2>, 22> kRoutes{
+    {{3, 3},   {12, 12}, {30, 30}, {31, 31}, {11, 11}, {35, 35}, {6, 6},   {17, 17}, {3, 30}, {12, 31}, {1, 30},
+     {13, 32}, {0, 30},  {2, 32},  {4, 3},   {37, 12}, {34, 31}, {11, 30}, {35, 3},  {9, 30}, {16, 3},  {32, 30}}};
+
 inline void shrink(ConvertParams &p) {
   p.outWidth = 12;
   p.outHeight = 8;
