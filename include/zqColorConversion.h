@@ -188,7 +188,7 @@ ZQ_API uint32_t zqCCUninit(ConvertContext *handle);
  * follow one another in a single buffer without gaps: with stride s, U at Y + h*s and V at U + (h*s)/4 for 4:2:0,
  * U at Y + h*s and V at U + (h*s)/2 for 4:2:2 planar, the chroma pairs at Y + h*s for semi-planar. Lines are tight
  * (stride = width in bytes) unless an argument says otherwise. All return the codes above; on an error nothing is
- * written.
+ * written. A part that leaves its picture is CC_ERR_ARGUMENT.
  *
  * A packed 4:2:2 line of odd width ends with a whole group of four bytes when it is converted to another type: behind
  * the last line the buffer then holds two bytes more than its lines. Without a change of type tight lines end behind

@@ -83,6 +83,9 @@ bool planesSuffice(const ConvertParams &p, const Route &route) {
   if (prePass && !hasSamples(p.inType, inputSize(p))) {
     return false;
   }
+  if (route.fromLastInputLine && !hasSamples(p.inType, {sourceSize(seen, route).width, p.inHeight})) {
+    return false;
+  }
   const Size written = p.isResize == 0 && route.sizedByInput ? inputSize(p) : outputSize(seen);
   return !chroma || (hasSamples(seen.inType, sourceSize(seen, route)) && hasSamples(p.outType, written));
 }
@@ -126,7 +129,7 @@ bool splitScratchFits(const ConvertContext &context, const ConvertParams &p, con
 
 bool sizesAreThere(const ConvertParams &p, const Route &route) {
   const Size size = sourceSize(p, route);
-  return size.width > 0 && size.height > 0;
+  return size.width > 0 && size.height > 0 && (!route.fromLastInputLine || p.inHeight > 0);
 }
 
 bool sizesSuitRoute(const ConvertParams &p, const Route &route) {

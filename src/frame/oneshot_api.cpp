@@ -17,13 +17,22 @@ using zqcc::isPlanar420;
 using zqcc::isRgb16;
 using zqcc::isSemiPlanar;
 
-/// A part of a picture: the picture's line length in pixels and its lines, and where the part starts.
+/// A part of a picture: the picture's line length and lines, and where the part starts. Columns are pixels, or bytes
+/// where the function counts those.
 struct Crop {
   int32_t pictureWidth;
   int32_t pictureHeight;
   int32_t left;
   int32_t top;
 };
+
+/// Only the function knows the whole picture, so only it can tell that a part leaves it. What sizes below 1 mean is
+/// dispatch's to say.
+bool isInside(const Crop &crop, int64_t width, int64_t height) {
+  const bool starts = crop.left >= 0 && crop.top >= 0;
+  const bool ends = crop.left + width <= crop.pictureWidth && crop.top + height <= crop.pictureHeight;
+  return width < 1 || height < 1 || (starts && ends);
+}
 
 bool hasTwoBytesPerPixel(int32_t type) {
   return isPacked422(type) || isRgb16(type);
@@ -127,8 +136,8 @@ public:
   }
 
   /// `skippedBytes` of each input line are cropped away at its start.
-  uint32_t convert(ConvertParams &p, int64_t skippedBytes = 0) {
-    if (p.inStride == kNoStride || p.outStride == kNoStride) {
+  uint32_t convert(ConvertParams &p, bool isPossible = true, int64_t skippedBytes = 0) {
+    if (!isPossible || p.inStride == kNoStride || p.outStride == kNoStride) {
       const uint32_t code = zqcc::routeOf(p).code; // types are judged first
       return code != CC_OK ? code : CC_ERR_ARGUMENT;
     }
@@ -153,17 +162,18 @@ uint32_t processSameFormat(ConvertParams &p, const uint8_t *input, uint8_t *outp
   if (code != CC_OK) {
     return code;
   }
+  const bool isPossible = isInside(crop, p.inWidth, p.inHeight);
   if (p.inType == COLOR_YUV420_PLANAR || (acceptsYvu420 && isPlanar420(p.inType))) {
     placeInput420(p, input, crop.pictureWidth, crop);
     placeOutput420(p, output, outLineLength, outLines);
-    return call.convert(p);
+    return call.convert(p, isPossible);
   }
   if (!hasTwoBytesPerPixel(p.inType)) {
     return CC_ERR_IN_TYPE;
   }
   placeInputTwoBytes(p, input, crop);
   placeOutput(p, output, 2, outLineLength);
-  return call.convert(p, 2 * int64_t{crop.left});
+  return call.convert(p, isPossible, 2 * int64_t{crop.left});
 }
 
 /// Conversions to RGB565 at a place in a larger picture, turned.
@@ -179,9 +189,9 @@ void placeRgb565(ConvertParams &p, uint8_t *output, int32_t stridePixels, int32_
   p.outBuf[0] = moved(output, area(p.outStride, top) + 2 * int64_t{left});
 }
 
-uint32_t setUpAndConvert(OneShot &call, ConvertParams &p) {
+uint32_t setUpAndConvert(OneShot &call, ConvertParams &p, bool isPossible) {
   const uint32_t code = call.setUp(p);
-  return code == CC_OK ? call.convert(p) : code;
+  return code == CC_OK ? call.convert(p, isPossible) : code;
 }
 
 uint32_t convertSemiPlanar(int32_t type, const uint8_t *input, uint8_t *output, int32_t inStride, const Crop &crop,
@@ -195,7 +205,7 @@ uint32_t convertSemiPlanar(int32_t type, const uint8_t *input, uint8_t *output, 
   p.inBuf[0] = moved(input, area(inStride, crop.top) + crop.left);
   p.inBuf[1] = moved(input, area(inStride, crop.pictureHeight) + area(inStride, crop.top) / 2 + crop.left);
   placeRgb565(p, output, outStridePixels, outLeft, outTop);
-  return setUpAndConvert(call, p);
+  return setUpAndConvert(call, p, isInside(crop, width, height));
 }
 
 /// Planes of zqColorConvert's input; false for a type that it cannot lay out. The stride is set already.
@@ -300,9 +310,10 @@ uint32_t zqYUV420PlanartoRGB16Rotate(const uint8_t *input, uint8_t *output, int3
     return CC_ERR_NO_MEMORY_ONESHOT;
   }
   ConvertParams p = turnedToRgb565(COLOR_YUV420_PLANAR, width, height, inStride, rotation);
-  placeInput420(p, input, inStride, {inStride, pictureHeight, cropLeft, cropTop});
+  const Crop crop{inStride, pictureHeight, cropLeft, cropTop};
+  placeInput420(p, input, inStride, crop);
   placeRgb565(p, output, outStridePixels, outLeft, outTop);
-  return setUpAndConvert(call, p);
+  return setUpAndConvert(call, p, isInside(crop, width, height));
 }
 
 uint32_t zqYUV422PacktoRGB16Rotate(int32_t inType, const uint8_t *input, uint8_t *output, int32_t inStridePixels,
@@ -319,7 +330,9 @@ uint32_t zqYUV422PacktoRGB16Rotate(int32_t inType, const uint8_t *input, uint8_t
   ConvertParams p = turnedToRgb565(inType, width, height, strideOf(2, inStridePixels), rotation);
   p.inBuf[0] = moved(input, area(p.inStride, cropTop) + cropLeft);
   placeRgb565(p, output, outStridePixels, outLeft, outTop);
-  return setUpAndConvert(call, p);
+  // How many lines the picture has, nobody says.
+  const Crop crop{p.inStride, std::numeric_limits<int32_t>::max(), cropLeft, cropTop};
+  return setUpAndConvert(call, p, isInside(crop, 2 * int64_t{width}, height));
 }
 
 uint32_t zqYUV420PacktoRGB16Rotate(const uint8_t *input, uint8_t *output, int32_t inStride, int32_t pictureHeight,

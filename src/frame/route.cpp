@@ -98,6 +98,7 @@ Route sameFormatRoute(const ConvertParams &p) {
   } else {
     return refused(CC_ERR_IN_TYPE);
   }
+  route.fromLastInputLine = p.rotation == ROTATION_90_RIGHT && (isSemiPlanar(p.inType) || isPacked422(p.inType));
   route.copies = p.isResize == 0 && !isQuarterTurn(p.rotation) && !(isPlanar420(p.inType) && isTurn(p.rotation));
   return route;
 }

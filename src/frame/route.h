@@ -29,10 +29,11 @@ struct Route {
   Routine routine = nullptr; ///< null with CC_OK: the frame succeeds and nothing is written
   TableFormat tables = TableFormat::None;
   PrePass prePass = PrePass::None;
-  bool scales = true;         ///< false: the routine keeps the size whatever isResize says
-  bool copies = false;        ///< samples go over as they are, upright: a single line has no chroma to move
-  bool sizedByInput = false;  ///< without resizing, too, the picture's size is that of the input fields
-  bool fromStrideEnd = false; ///< the picture, or a part of it, is placed from the end of each output line's stride
+  bool scales = true;             ///< false: the routine keeps the size whatever isResize says
+  bool copies = false;            ///< samples go over as they are, upright: a single line has no chroma to move
+  bool sizedByInput = false;      ///< without resizing, too, the picture's size is that of the input fields
+  bool fromLastInputLine = false; ///< starts at the last line that inHeight tells of, with or without resizing
+  bool fromStrideEnd = false;     ///< the picture, or a part of it, is placed from the end of each output line's stride
 };
 
 /// Mode fields, types and quality decide; sizes only choose between resizing routines. Types 12 and 13 count as 3 and

@@ -19,8 +19,20 @@ using support::Against;
 using support::GuardedPages;
 
 constexpr std::size_t kCapacity = std::size_t{16} << 10;
-constexpr std::array<Sizes, 5> kSizes{
-    {{24, 20, 17, 15}, {17, 15, 24, 20}, {16, 16, 16, 18}, {40, 8, 12, 30}, {9, 33, 33, 9}}};
+constexpr std::array<Sizes, 14> kSizes{{{24, 20, 17, 15},
+                                        {17, 15, 24, 20},
+                                        {16, 16, 16, 18},
+                                        {40, 8, 12, 30},
+                                        {9, 33, 33, 9},
+                                        {16, 1, 16, 16},
+                                        {1, 16, 16, 16},
+                                        {3, 3, 17, 20},
+                                        {16, 16, 1, 1},
+                                        {0, 16, 16, 16},
+                                        {16, 0, 16, 16},
+                                        {16, -3, 16, 16},
+                                        {-3, 16, 16, 16},
+                                        {-1, -1, 20, 18}}};
 
 struct Planes {
   explicit Planes(GuardedPages::Access access) {

@@ -139,4 +139,33 @@ TEST_F(OneShotCodes, SizesThatCannotBe) {
   EXPECT_EQ(zqYUV420PlanartoRGB16Rotate(in(), out(), 16, 16, 0, 0, 8, 1, 0, 16, 0, 0, 2), CC_ERR_ARGUMENT);
 }
 
+TEST_F(OneShotCodes, PartsThatLeaveTheirPicture) {
+  struct Part {
+    int left, top, width, height;
+  };
+  for (const Part &part : {Part{-2, 0, 8, 8},
+                           {0, -2, 8, 8},
+                           {10, 0, 8, 8},
+                           {0, 10, 8, 8},
+                           {2, 0, 16, 8},
+                           {0, 2, 8, 16},
+                           {INT32_MAX, 0, 8, 8},
+                           {0, INT32_MAX, 8, 8},
+                           {INT32_MIN, INT32_MIN, 8, 8}}) {
+    const auto [left, top, width, height] = part;
+    SCOPED_TRACE(testing::Message() << left << ", " << top << ", " << width << " x " << height);
+    for (const int type : {3, 6, 17, 30, 31}) {
+      EXPECT_EQ(zqScaleCroppedFrame(in(), out(), 16, 16, left, top, width, height, 8, 8, type, 0), CC_ERR_ARGUMENT);
+      EXPECT_EQ(zqRotateCroppedFrame(in(), out(), 16, 16, left, top, width, height, 16, 16, type, 3), CC_ERR_ARGUMENT);
+    }
+    for (const auto convert : {zqYUV420PlanartoRGB16Rotate, zqYUV420PacktoRGB16Rotate, zqYUV420Pack2toRGB16Rotate}) {
+      EXPECT_EQ(convert(in(), out(), 16, 16, left, top, width, height, 0, 16, 0, 0, 2), CC_ERR_ARGUMENT);
+    }
+  }
+  // Columns of the packed one are bytes, and its lines are not counted.
+  for (const auto &[left, top] : {std::array<int, 2>{-4, 0}, {20, 0}, {0, -2}}) {
+    EXPECT_EQ(zqYUV422PacktoRGB16Rotate(6, in(), out(), 16, 0, left, top, 8, 8, 0, 16, 0, 0, 2), CC_ERR_ARGUMENT);
+  }
+}
+
 } // namespace

@@ -158,7 +158,7 @@ private:
     pretendPlanes(p);
     takeAway(p, missing);
     const Forecast expected = forecast(slot, p);
-    const bool negative = hasNegativeSize(p);
+    const bool negative = !expected.certain && hasNegativeSize(p);
     const bool mayRun = (expected.code == CC_OK || !expected.certain) && !negative;
     fuzz::FrameBytes bytes;
     if (mayRun) {
@@ -199,7 +199,8 @@ private:
   void comparePictures(fuzz::FrameMemory &memory, ConvertParams p) {
     const bool sameSize = p.isResize != 0 || (p.inWidth == p.outWidth && p.inHeight == p.outHeight);
     const bool empty = p.outWidth == 0 || p.outHeight == 0;
-    if (!sameSize || empty || !fuzz::linesAreApart(p) || fuzz::inputLinesOverlap(p)) {
+    if (!sameSize || empty || fuzz::pixelsOf(p) > fuzz::kLargestCompared || !fuzz::linesAreApart(p) ||
+        fuzz::inputLinesOverlap(p)) {
       return;
     }
     memory.attach(p, true);

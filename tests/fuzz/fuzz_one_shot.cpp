@@ -62,7 +62,7 @@ uint32_t codeOf(const Call &call) {
   std::fill(std::begin(p.inBuf), std::end(p.inBuf), &somewhere);
   std::fill(std::begin(p.outBuf), std::end(p.outBuf), &somewhere);
   const uint32_t code = reference::resultCode(p, p);
-  return code == CC_OK && call.strideTooLong ? CC_ERR_ARGUMENT : code;
+  return code == CC_OK && call.impossible ? CC_ERR_ARGUMENT : code;
 }
 
 /// Calls that cannot convert anything get buffers of no size.
@@ -89,7 +89,8 @@ void accepted(const Call &call) {
   if (code != CC_OK) {
     fail("unexpected code of an accepted call", call.params);
   }
-  if (!need.comparable || call.params.outWidth == 0 || call.params.outHeight == 0) {
+  if (!need.comparable || fuzz::pixelsOf(call.params) > fuzz::kLargestCompared || call.params.outWidth == 0 ||
+      call.params.outHeight == 0) {
     return;
   }
   ConvertParams p = call.params;

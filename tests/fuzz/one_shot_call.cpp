@@ -71,7 +71,7 @@ bool hasFilter(int type) {
 int32_t strideOf(Call &call, int32_t bytesPerPixel, int32_t pixels) {
   const int64_t stride = int64_t{bytesPerPixel} * pixels;
   if (stride > std::numeric_limits<int32_t>::max() || stride <= std::numeric_limits<int32_t>::min()) {
-    call.strideTooLong = true;
+    call.impossible = true;
     return 0;
   }
   return static_cast<int32_t>(stride);
@@ -80,6 +80,14 @@ int32_t strideOf(Call &call, int32_t bytesPerPixel, int32_t pixels) {
 struct Crop {
   int32_t lineLength, lines, left, top;
 };
+
+/// Parts that leave their picture, on whichever side.
+void requireInside(Call &call, const Crop &crop, int64_t width, int64_t height) {
+  const bool empty = width <= 0 || height <= 0;
+  const bool before = crop.left < 0 || crop.top < 0;
+  const bool behind = crop.left > crop.lineLength - width || crop.top > crop.lines - height;
+  call.impossible = call.impossible || (!empty && (before || behind));
+}
 
 void describe(Call &call, int32_t inType, int32_t outType, int32_t width, int32_t height) {
   ConvertParams &p = call.params;
@@ -124,6 +132,7 @@ void sameFormat(Call &call, const Crop &crop, int32_t outLine, int32_t outLines,
     refuse(call, CC_ERR_IN_TYPE);
   }
   setUp(call);
+  requireInside(call, crop, p.inWidth, p.inHeight);
   if (p.inType == 3 || (yvuToo && isPlanar420(p.inType))) {
     placeInput420(call, crop.lineLength, crop);
     placeOutput420(call, outLine, outLines);
@@ -194,6 +203,7 @@ void toRgb16(Call &call, int32_t inType, const int32_t *a) {
     refuse(call, CC_ERR_ARGUMENT);
   }
   setUp(call);
+  requireInside(call, {a[0], a[1], a[2], a[3]}, a[4], a[5]);
   placeInput420(call, a[0], {a[0], a[1], a[2], a[3]});
   if (support::isSemiPlanar(inType)) {
     call.in[1] = int64_t{a[0]} * a[1] + int64_t{a[0]} * a[3] / 2 + a[2];
@@ -211,6 +221,7 @@ void packedToRgb16(Call &call, const int32_t *a) {
   setUp(call);
   call.params.inStride = strideOf(call, 2, a[1]);
   call.in[0] = int64_t{call.params.inStride} * a[4] + a[3];
+  requireInside(call, {call.params.inStride, INT32_MAX, a[3], a[4]}, 2 * int64_t{a[5]}, a[6]);
   placeRgb16(call, a[8], a[9], a[10]);
 }
 

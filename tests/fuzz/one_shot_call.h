@@ -33,8 +33,8 @@ struct Call {
   ConvertParams params{};      ///< sizes, types, modes and strides of the picture
   std::array<int64_t, 3> in{}; ///< where the planes begin in the buffers
   std::array<int64_t, 3> out{};
-  int64_t cropped = 0;        ///< bytes of each input line in front of the picture's
-  bool strideTooLong = false; ///< 32 bits do not hold a line
+  int64_t cropped = 0;     ///< bytes of each input line in front of the picture's
+  bool impossible = false; ///< 32 bits do not hold a line, or a crop leaves its picture
   reference::Colour colour;
 };
 

@@ -30,7 +30,8 @@ int64_t pixelsOf(const ConvertParams &record);
 /// Bytes that set-up needs for tables and scratch planes, roughly.
 int64_t setUpBytes(const ConvertParams &record);
 
-inline constexpr int64_t kLargest = int64_t{4} << 20;       ///< of all planes of a frame that is converted
+inline constexpr int64_t kLargest = int64_t{1} << 20;       ///< of all planes of a frame that is converted
+inline constexpr int64_t kLargestCompared = 40000;          ///< pixels of a picture that the slow models make as well
 inline constexpr int64_t kLargestSetUp = int64_t{16} << 20; ///< of what set-up allocates
 
 } // namespace fuzz

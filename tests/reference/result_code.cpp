@@ -197,6 +197,12 @@ Dimensions convertedSize(const ConvertParams &p) {
   return scales(p) || isTurningCopy(p) ? told.in : told.out;
 }
 
+/// Right turns of these begin with the input's last line, whatever the output fields say.
+bool startsAtTheInputsEnd(const ConvertParams &p) {
+  const Family family = familyOf(p.inType);
+  return isSame(p) && p.rotation == 4 && (family == Family::SemiPlanar || family == Family::Packed);
+}
+
 bool emptyPlane(const ConvertParams &p) {
   const bool before = turnsFirst(p) || (splitsFirst(p) && p.inHeight >= 2);
   if (before && lacksChroma(p.inType, {p.inWidth, p.inHeight})) {
@@ -204,6 +210,9 @@ bool emptyPlane(const ConvertParams &p) {
   }
   const Told told = toldOf(p);
   const Dimensions written = isTurningCopy(p) ? told.in : told.out;
+  if (startsAtTheInputsEnd(p) && lacksChroma(p.inType, {convertedSize(p).width, p.inHeight})) {
+    return true;
+  }
   return !movesLumaOnly(p) && (lacksChroma(told.type, convertedSize(p)) || lacksChroma(p.outType, written));
 }
 
@@ -278,8 +287,10 @@ uint32_t argumentCode(const ConvertParams &setup, const ConvertParams &frame) {
   if (doesNothing(frame) || (frame.isResize == 0 && empty && !negative && !lacksRoutine(frame))) {
     return CC_OK;
   }
+  const bool noLastLine = startsAtTheInputsEnd(frame) && frame.inHeight < 1;
   const bool grows = frame.outWidth > frame.inWidth || frame.outHeight > frame.inHeight;
-  const std::array<bool, 10> reasons{negative,
+  const std::array<bool, 11> reasons{negative,
+                                     noLastLine,
                                      tooLargeForRuns(frame),
                                      badStride(frame),
                                      missingPlane(frame),
