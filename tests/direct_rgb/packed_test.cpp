@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <string>
 
@@ -34,6 +35,31 @@ TEST(Packed, GreyIsDitheredTwoByTwo) {
         ASSERT_EQ(x % 2 == 1 ? 0x7BEF : y % 2 == 0 ? 0x8410 : 0x83F0, result.word(x, y)) << type << ": " << i;
       }
     }
+  }
+}
+
+TEST(Packed, TheSecondWordCodeAndTheLastByteOrder) {
+  // The left luma is 100, the right 160, Cb 64 and Cr 192: red adds 64 * 1471152 >> 20 = 89, green takes away
+  // (64 * 748683 - 64 * 360710) >> 20 = 23, blue adds -64 * 1859125 >> 20 = -114.
+  const struct {
+    int type, outType;
+    std::array<uint8_t, 4> group;
+  } cases[] = {{6, 31, {100, 64, 160, 192}}, {17, 30, {192, 160, 64, 100}}};
+  // With the dither of its place in the 2x2 cell every channel of the four pixels comes to:
+  constexpr int upperLeft = 23 << 11 | 19 << 5 | 0;  // 190 >> 3, 77 >> 2, -12
+  constexpr int upperRight = 29 << 11 | 33 << 5 | 5; // 246 >> 3 is 30, which the table makes 29; 134 >> 2, 45 >> 3
+  constexpr int lowerLeft = 23 << 11 | 18 << 5 | 0;  // 191 >> 3, 75 >> 2, -13
+  constexpr int lowerRight = 30 << 11 | 34 << 5 | 5; // 248 >> 3 is 31, which the table makes 30; 136 >> 2, 43 >> 3
+  for (const auto &each : cases) {
+    Picture picture(each.type, 2, 2, 4, Fill::Flat, 0);
+    std::memcpy(picture.plane(0), each.group.data(), 4);
+    std::memcpy(picture.plane(0) + 4, each.group.data(), 4);
+    Converted result = convertPicture(picture, each.outType);
+    ASSERT_EQ(CC_OK, result.code);
+    EXPECT_EQ(upperLeft, result.word(0, 0)) << each.type;
+    EXPECT_EQ(upperRight, result.word(1, 0)) << each.type;
+    EXPECT_EQ(lowerLeft, result.word(0, 1)) << each.type;
+    EXPECT_EQ(lowerRight, result.word(1, 1)) << each.type;
   }
 }
 

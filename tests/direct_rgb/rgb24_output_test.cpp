@@ -107,6 +107,30 @@ TEST(Rgb24Output, PackedLinesKeepTheirOwnChroma) {
   }
 }
 
+TEST(Rgb24Output, TheZeroMatrixLeavesClampedLuma) {
+  // Every luma level against five pairs of chroma, a line each. Nothing is added to luma, so all three bytes are luma
+  // in 16..235.
+  constexpr std::array<std::array<uint8_t, 2>, 5> kChroma{{{128, 128}, {0, 255}, {255, 0}, {1, 127}, {200, 60}}};
+  Picture picture(6, 256, 5, 512, Fill::Flat, 0);
+  for (int line = 0; line < 5; ++line) {
+    uint8_t *group = lineOf(picture, 0, line, 512);
+    for (int y = 0; y < 256; y += 2, group += 4) {
+      group[0] = static_cast<uint8_t>(y);
+      group[1] = kChroma.at(static_cast<std::size_t>(line))[0];
+      group[2] = static_cast<uint8_t>(y + 1);
+      group[3] = kChroma.at(static_cast<std::size_t>(line))[1];
+    }
+  }
+  Converted result = convertPicture(picture, COLOR_RGB24, ROTATION_NONE, 0, MatrixChoice::entryOf(MATRIX_GREY));
+  ASSERT_EQ(CC_OK, result.code);
+  for (int line = 0; line < 5; ++line) {
+    for (int y = 0; y < 256; ++y) {
+      const int level = y < 16 ? 16 : y > 235 ? 235 : y;
+      ASSERT_EQ((Bytes{level, level, level}), result.bgr(y, line)) << "chroma " << line;
+    }
+  }
+}
+
 TEST(Rgb24Output, PackedTurns) {
   Picture picture = flatPicture(8, 5, 3, 20, 128, 128);
   picture.plane(0)[1 * 12 + 4 + 3] = 200; // column 3 of line 1; a line of five pixels holds three groups

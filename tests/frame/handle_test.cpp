@@ -1,5 +1,6 @@
 // The life of a handle: null arguments, set-ups one after another, parameters, the matrix that all handles share, and
 // what a frame does to the caller's record.
+#include "frame/context.h"
 #include "reference/same_format.h"
 #include "support/picture.h"
 
@@ -128,6 +129,34 @@ TEST_F(Handle, MatrixIndexAboveThreeIsRefused) {
     EXPECT_EQ(setMatrix(handle_, index), CC_ERR_ARGUMENT);
   }
   EXPECT_EQ(reddish(), kBt709);
+}
+
+TEST_F(Handle, RecordsTheMatrixThatWasSelectedByIndex) {
+  EXPECT_EQ(handle_->matrix, nullptr);
+  ASSERT_EQ(setMatrix(handle_, MATRIX_BT709), CC_OK);
+  const zqcc::ColorMatrix *const bt709 = handle_->matrix;
+  ASSERT_NE(bt709, nullptr);
+  EXPECT_EQ(bt709->crToR, 1646369);
+  EXPECT_EQ(bt709->crToG, 489055);
+  EXPECT_EQ(bt709->cbToB, 1945737);
+  EXPECT_EQ(bt709->cbToG, 196083);
+  // A custom matrix is in force for everybody and recorded by nobody.
+  ASSERT_EQ(setCustom(handle_, kCustomValues), CC_OK);
+  EXPECT_EQ(reddish(), kCustom);
+  EXPECT_EQ(handle_->matrix, bt709);
+  // Neither a refused index nor the choice of another handle is recorded.
+  EXPECT_EQ(setMatrix(handle_, 4), CC_ERR_ARGUMENT);
+  ConvertContext *other = nullptr;
+  ASSERT_EQ(zqCCInit(&other), CC_OK);
+  ASSERT_EQ(setMatrix(other, MATRIX_GREY), CC_OK);
+  EXPECT_EQ(other->matrix->crToR, 0);
+  EXPECT_EQ(zqCCUninit(other), CC_OK);
+  EXPECT_EQ(handle_->matrix, bt709);
+  // The entries stand in a row: BT.601, BT.709, grey, custom.
+  for (const uint32_t index : {0U, 1U, 2U, 3U}) {
+    ASSERT_EQ(setMatrix(handle_, index), CC_OK);
+    EXPECT_EQ(handle_->matrix - bt709, static_cast<std::ptrdiff_t>(index) - 1);
+  }
 }
 
 TEST_F(Handle, CustomCoefficientsTruncateSaturateAndIgnoreNoNumbers) {

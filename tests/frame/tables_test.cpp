@@ -2,6 +2,7 @@
 // builder; here the builder itself is held against the arithmetic it stands for.
 #include "frame/resample_tables.h"
 
+#include "frame/context.h"
 #include "reference/tables.h"
 #include "support/picture.h"
 
@@ -297,6 +298,41 @@ TEST(LibraryTables, AgreeWithTheReferenceAtPictureSizes) {
   }
 }
 
+/// 32 samples to 32 positions. Position 15 is the first to reach sample 15 and, being odd, closes the first group;
+/// position 31 reaches sample 31, closes the second and leaves a third one open, whose count is 0. Sample 31 has no
+/// right neighbour, so its index steps back to 30 and its weights stay those of a whole position.
+Words sameSizeOf32() {
+  Words words{16};
+  for (int i = 0; i < 32; ++i) {
+    if (i == 16) {
+      words.push_back(16);
+    }
+    words.insert(words.end(), {i < 31 ? i : 30, 0, 1024});
+  }
+  words.push_back(0);
+  return words;
+}
+
+TEST(LibraryTables, GroupsCloseAtTheLastSampleOfABlock) {
+  // 1.5 samples a position. Position 10 stands at sample 15, the limit, and being even opens the second group. Position
+  // 21 stands at 31.5, reaches 31 and being odd closes it. Position 31 stands at 46.5, below 47. Two words are spare.
+  EXPECT_THAT(groupCounts(built(TableFormat::Grouped, 48, 32, 0, zqcc::buildGrouped)), ElementsAre(10, 12, 10, 0, 0));
+}
+
+TEST(LibraryTables, GroupedSameSizeOf32WordByWord) {
+  const Words words = built(TableFormat::Grouped, 32, 32, 0, zqcc::buildGrouped);
+  // 3 * 32 + 32 / 16 + 2 words: the last one is spare.
+  ASSERT_THAT(words, SizeIs(100));
+  const Words expected = sameSizeOf32();
+  ASSERT_THAT(expected, SizeIs(99));
+  EXPECT_EQ(Words(words.begin(), words.end() - 1), expected);
+  EXPECT_EQ(words.back(), 0);
+  // The places that matter, by number.
+  EXPECT_EQ(words[0], 16);
+  EXPECT_THAT(Words(words.begin() + 46, words.begin() + 53), ElementsAre(15, 0, 1024, 16, 16, 0, 1024));
+  EXPECT_THAT(Words(words.begin() + 92, words.begin() + 99), ElementsAre(30, 0, 1024, 30, 0, 1024, 0));
+}
+
 class PreparedHandle : public testing::Test {
 protected:
   void SetUp() override { ASSERT_EQ(zqCCInit(&handle_), CC_OK); }
@@ -339,6 +375,19 @@ TEST_F(PreparedHandle, TablesOfAnotherSizeDoNotServe) {
   EXPECT_EQ(prepare(other), CC_OK);
   EXPECT_EQ(process(record(1)), CC_ERR_ARGUMENT);
   EXPECT_EQ(canvas_.touched(), "");
+}
+
+TEST_F(PreparedHandle, SetUpKeepsTheGroupedTablesOfBothDirections) {
+  ConvertParams description = record(1);
+  description.inType = COLOR_YUV420_PLANAR;
+  description.inWidth = description.inStride = description.outWidth = 32;
+  description.inHeight = description.outHeight = 32;
+  ASSERT_EQ(prepare(description), CC_OK);
+  const Words expected = sameSizeOf32();
+  ASSERT_NE(handle_->xTable, nullptr);
+  ASSERT_NE(handle_->yTable, nullptr);
+  EXPECT_EQ(Words(handle_->xTable, handle_->xTable + expected.size()), expected);
+  EXPECT_EQ(Words(handle_->yTable, handle_->yTable + expected.size()), expected);
 }
 
 TEST_F(PreparedHandle, TheOutputStrideMayDifferFromFrameToFrame) {

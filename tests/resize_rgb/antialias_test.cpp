@@ -1,4 +1,6 @@
 // Resizing to 16-bit RGB by means of five weighted samples (quality 1 and 2) and of boxes (quality 3).
+#include "resize_rgb/antialias.h"
+
 #include "reference/resize_check.h"
 
 #include <gmock/gmock.h>
@@ -121,6 +123,148 @@ TEST(ResizeAntiAlias, FourTwoTwoBoxesReachIntoTheOddChromaLine) {
   for (std::size_t y = 0; y < 6; ++y) {
     for (std::size_t x = 0; x < 7; ++x) {
       EXPECT_EQ(words[8 * y + x], x == 6 && y < 2 ? red : 0x8410) << x << ", " << y;
+    }
+  }
+}
+
+TEST(ResizeAntiAlias, AnEmptyLumaBoxIsBlackBesideFilledChroma) {
+  // The last column's luma box is empty: luma 0. Its chroma box 3 holds column 4, the first sample of the odd line, in
+  // rows (y >> 1) + 1 of the doubled pitch, of which the fourth is missing. Grey chroma: -16 * 1220542 is below zero.
+  const ResizeCase c{.inType = 1, .width = 8, .height = 8, .outWidth = 8, .outHeight = 8, .quality = 3};
+  Picture picture = greyPicture(c, 128);
+  auto words = convertedWords(c, picture);
+  ASSERT_THAT(words, SizeIs(64));
+  for (std::size_t y = 0; y < 8; ++y) {
+    EXPECT_EQ(words[8 * y + 7], y < 6 ? 0x0000 : 0x0420) << y;
+  }
+  // Cr 200 in the second row's odd line, of lines 2 and 3: red (-19528672 + 72 * 1673527) >> 22 = 24, green below zero.
+  picture.plane(2)[5 * 4] = 200;
+  words = convertedWords(c, picture);
+  for (std::size_t y = 0; y < 6; ++y) {
+    EXPECT_EQ(words[8 * y + 7], y == 2 || y == 3 ? 12 << 11 : 0x0000) << y;
+  }
+}
+
+TEST(ResizeAntiAlias, ChromaTapsStopBeforeTheLastColumn) {
+  // 16 columns at the same size: chroma column 7 of 8 has taps at 7, 5.6, 7.9, 8.4 and 6.1. Samples 7 and 8 step back
+  // to 6 with their weights. With Cr 128 up to column 6 and 228 in column 7:
+  // (128 + 128 + (128 * 103 + 228 * 921 >> 10) + (128 * 615 + 228 * 409 >> 10) + (128 * 922 + 228 * 102 >> 10)) / 5
+  // = (128 + 128 + 217 + 167 + 137) / 5 = 155: red (136700704 + 27 * 1673527) >> 22 = 43, green
+  // (136700704 - 27 * 852492) >> 22 = 27.
+  const ResizeCase c{.width = 16, .height = 16, .outWidth = 16, .outHeight = 16, .quality = 1};
+  Picture picture = greyPicture(c, 128);
+  for (int line = 0; line < 8; ++line) {
+    picture.plane(2)[8 * line + 7] = 228;
+  }
+  const auto words = convertedWords(c, picture);
+  ASSERT_THAT(words, SizeIs(256));
+  for (std::size_t y = 0; y < 16; ++y) {
+    EXPECT_EQ(words[16 * y + 14], 21 << 11 | 27 << 5 | 16) << y;
+    EXPECT_EQ(words[16 * y + 15], 21 << 11 | 27 << 5 | 16) << y;
+    EXPECT_EQ(words[16 * y], 0x8410) << y;
+  }
+}
+
+TEST(ResizeAntiAlias, LumaTapsStopBeforeTheLastColumnAndLineForBothSettings) {
+  // Tables by hand, 8 x 4 to 2 x 2. Entry 0 of the columns mixes samples 0; 7, which steps back to 6 and gives all to
+  // its neighbour 7; 6 and 7 evenly; 2; and 7 again, which gives all to 6. Entry 1 is that last tap five times. Line
+  // entry 0 is line 0, line entry 1 is line 3, which steps back to line 2.
+  const std::vector<int32_t> x{0, 0, 1024, 7, 1024, 0,    6, 512, 512,  2, 0, 1024, 7, 0, 1024,
+                               7, 0, 1024, 7, 0,    1024, 7, 0,   1024, 7, 0, 1024, 7, 0, 1024};
+  const std::vector<int32_t> y{0, 0, 1024, 0, 0, 1024, 0, 0, 1024, 0, 0, 1024, 0, 0, 1024,
+                               3, 0, 1024, 3, 0, 1024, 3, 0, 1024, 3, 0, 1024, 3, 0, 1024};
+  const ResizeCase c{.width = 8, .height = 4, .outWidth = 2, .outHeight = 2};
+  Picture picture = greyPicture(c, 16);
+  const std::array<std::array<uint8_t, 8>, 3> lines{
+      {{20, 16, 40, 16, 16, 16, 100, 235}, {16, 16, 16, 16, 16, 16, 16, 16}, {200, 16, 200, 16, 16, 16, 200, 200}}};
+  std::memcpy(picture.plane(0), lines.data(), sizeof lines);
+  for (const uint32_t quality : {1U, 2U}) {
+    std::array<uint8_t, 8> out{};
+    ConvertParams p = reference::recordFor(c);
+    picture.describe(p);
+    p.outStride = 4;
+    p.outBuf[0] = out.data();
+    p.antiAlias = quality;
+    zqcc::resizeYuvToRgb565AntiAlias(zqcc::Job{p, x.data(), y.data(), nullptr, true, 0, 8});
+    // (20 + 235 + 167 + 40 + 100) / 5 = 112, level 27; 100 is level 24, 200 level 53.
+    const std::array<int, 4> levels{27, 24, 53, 53};
+    for (std::size_t i = 0; i < 4; ++i) {
+      EXPECT_EQ(out.at(2 * i) | out.at(2 * i + 1) << 8, grey(levels.at(i))) << "quality " << quality << ", " << i;
+    }
+  }
+}
+
+TEST(ResizeAntiAlias, BoxesEndAtAStrideShorterThanTheLine) {
+  // Eight columns, 6 bytes from line to line: at the same size box i holds column i + 1 as far as that is below 6, in
+  // full-size planes of all kinds. Box y holds line y + 1 of four.
+  ResizeCase c{.inType = 34, .width = 8, .height = 4, .outWidth = 8, .outHeight = 4, .quality = 3, .inPadding = -2};
+  Picture picture = greyPicture(c, 0);
+  for (int plane = 0; plane < 3; ++plane) {
+    for (int at = 0; at < 3 * 6 + 8; ++at) {
+      picture.plane(plane)[at] = static_cast<uint8_t>(8 * at);
+    }
+  }
+  auto words = convertedWords(c, picture);
+  ASSERT_THAT(words, SizeIs(32));
+  for (int i = 0; i < 32; ++i) {
+    const int level = i % 8 < 5 && i / 8 < 3 ? 8 * (6 * (i / 8 + 1) + i % 8 + 1) : 0;
+    EXPECT_EQ(words[static_cast<std::size_t>(i)], (level & 0xF8) << 8 | (level & 0xFC) << 3 | level >> 3) << i;
+  }
+  // Chroma boxes are empty where luma's are: 0, not 128, and therefore green.
+  c.inType = 0;
+  words = convertedWords(c, greyPicture(c, 128));
+  ASSERT_THAT(words, SizeIs(32));
+  for (std::size_t i = 0; i < 32; ++i) {
+    EXPECT_EQ(words[i], i % 8 < 5 && i / 8 < 3 ? 0x8410 : 0x0420) << i;
+  }
+}
+
+TEST(ResizeAntiAlias, TapsEndAtAStrideShorterThanTheLine) {
+  // Lines 6 bytes apart whose samples repeat every 6. Column 7 has taps at 7, 5.6, 7.9, 8.4 and 6.1; all step back to
+  // column 4 and keep the weights of 512 (positions behind sample 6), 614, 512, 512 and 102 for column 5.
+  ResizeCase c{.inType = 34, .width = 8, .height = 4, .outWidth = 8, .outHeight = 4, .quality = 1, .inPadding = -2};
+  Picture picture = greyPicture(c, 0);
+  for (int at = 0; at < 3 * 6 + 8; ++at) {
+    for (int plane = 0; plane < 3; ++plane) {
+      picture.plane(plane)[at] = at % 6 == 4 ? 40 : at % 6 == 5 ? 240 : 0;
+    }
+  }
+  // 40 and 240: (140 + 159 + 140 + 140 + 59) / 5 = 127.
+  auto words = convertedWords(c, picture);
+  ASSERT_THAT(words, SizeIs(32));
+  for (std::size_t line = 0; line < 4; ++line) {
+    EXPECT_EQ(words[8 * line + 7], 15 << 11 | 31 << 5 | 15) << line;
+  }
+  // Cr 128 and 228: (178 + 187 + 178 + 178 + 137) / 5 = 171: red (136700704 + 43 * 1673527) >> 22 = 49, green
+  // (136700704 - 43 * 852492) >> 22 = 23.
+  c.inType = 0;
+  picture = greyPicture(c, 128);
+  for (int at = 5; at < 3 * 6 + 8; at += 6) {
+    picture.plane(2)[at] = 228;
+  }
+  words = convertedWords(c, picture);
+  ASSERT_THAT(words, SizeIs(32));
+  for (std::size_t line = 0; line < 4; ++line) {
+    EXPECT_EQ(words[8 * line + 7], 24 << 11 | 23 << 5 | 16) << line;
+  }
+}
+
+TEST(ResizeAntiAlias, IdenticalPlanesOfRgbStayGreyWhateverTheStride) {
+  for (const uint32_t quality : {1U, 2U, 3U}) {
+    for (const int padding : {-5, -1, 0, 3}) {
+      ResizeCase c{.inType = 34, .width = 20, .height = 18, .outWidth = 13, .outHeight = 9, .quality = quality};
+      c.inPadding = padding;
+      Picture picture = reference::pictureFor(c);
+      const std::size_t bytes = support::planeShape(34, 20, 18, picture.stride, 0).bytes();
+      std::memcpy(picture.plane(1), picture.plane(0), bytes);
+      std::memcpy(picture.plane(2), picture.plane(0), bytes);
+      const auto words = convertedWords(c, picture);
+      ASSERT_THAT(words, SizeIs(117));
+      for (const uint16_t word : words) {
+        ASSERT_EQ(word >> 11, word & 31) << "quality " << quality << ", padding " << padding;
+        ASSERT_EQ(word >> 11, word >> 6 & 31) << "quality " << quality << ", padding " << padding;
+      }
+      EXPECT_NE(words.front(), words.back());
     }
   }
 }

@@ -63,6 +63,21 @@ TEST(ResizeGeneral, BlocksWithoutOutputPixelsAreSkipped) {
   EXPECT_THAT(convertedWords(c, picture), ElementsAre(0x630C, 0xD6BA, 0x630C, 0xD6BA, 0x630C, 0xD6BA, 0x630C, 0xD6BA));
 }
 
+TEST(ResizeGeneral, BlocksWithoutOutputPixelsBetweenOthersAreSkipped) {
+  // 64 to 4 columns: 0, 16, 32, 48. Position 1 closes the first group, position 2 opens the third: counts 2, 0, 2, 0.
+  // 80 to 4 lines: 0, 20, 40, 60 in groups of 2, 0, 2, 0, 0. Luma 100 is 24 of 63, 200 is 53.
+  const ResizeCase c{.width = 64, .height = 80, .outWidth = 4, .outHeight = 4};
+  Picture picture = greyPicture(c, 180);
+  const std::array<uint8_t, 4> levels{16, 100, 200, 235};
+  for (std::size_t j = 0; j < 4; ++j) {
+    for (std::size_t i = 0; i < 4; ++i) {
+      picture.plane(0)[20 * j * 64 + 16 * i] = levels.at((i + j) % 4);
+    }
+  }
+  EXPECT_THAT(convertedWords(c, picture), ElementsAre(0x0000, 0x630C, 0xD6BA, 0xFFFF, 0x630C, 0xD6BA, 0xFFFF, 0x0000,
+                                                      0xD6BA, 0xFFFF, 0x0000, 0x630C, 0xFFFF, 0x0000, 0x630C, 0xD6BA));
+}
+
 TEST(ResizeGeneral, PairsShareTheChromaBetweenTheirTaps) {
   // 14 to 5 columns is 2.8 a pixel: taps 0, 2 | 5, 8 | 11. Taps 5 and 8 use chroma column (5 + 8 + 1) >> 2 = 3.
   // Luma 128 and Cr 72: red (136700704 + 120493944) >> 22 = 61, green (136700704 - 61379424) >> 22 = 17, blue 32.

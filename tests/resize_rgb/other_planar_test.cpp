@@ -167,6 +167,44 @@ TEST(ResizeOtherPlanar, TurnedChromaFollowsItsOwnGeometry) {
   EXPECT_THAT(placesOf(convertedWords(c, picture), kRed), ElementsAre(2 * 16 + 6, 2 * 16 + 7, 3 * 16 + 6, 3 * 16 + 7));
 }
 
+/// The picture turned left, plane by plane: sample (x, y) of a plane W wide goes to column y of line W - 1 - x.
+Picture turnedLeft(const Picture &from, int type) {
+  Picture to(type, from.height, from.width, from.height, support::Fill::Flat, 0);
+  for (int plane = 0; plane < 3; ++plane) {
+    const support::PlaneShape a = support::planeShape(from.type, from.width, from.height, from.stride, plane);
+    const support::PlaneShape b = support::planeShape(to.type, to.width, to.height, to.stride, plane);
+    EXPECT_EQ(a.lineBytes, b.lines);
+    EXPECT_EQ(a.lines, b.lineBytes);
+    for (int y = 0; y < a.lines; ++y) {
+      for (int x = 0; x < a.lineBytes; ++x) {
+        to.plane(plane)[(a.lineBytes - 1 - x) * b.stride + y] = from.plane(plane)[y * a.stride + x];
+      }
+    }
+  }
+  return to;
+}
+
+TEST(ResizeOtherPlanar, HalfHeightChromaTurnedIsHalfWidthChroma) {
+  // Full columns and half the lines become half the columns and full lines: planar 4:2:2, resized upright to the size
+  // with its sides exchanged.
+  for (const uint32_t quality : {0U, 1U, 2U, 3U}) {
+    const ResizeCase turned{.inType = 2,
+                            .width = 40,
+                            .height = 24,
+                            .outWidth = 26,
+                            .outHeight = 34,
+                            .rotation = ROTATION_90_LEFT,
+                            .quality = quality,
+                            .inPadding = 5};
+    const ResizeCase upright{
+        .inType = 1, .width = 24, .height = 40, .outWidth = 34, .outHeight = 26, .quality = quality};
+    const Picture picture = reference::pictureFor(turned);
+    const auto words = convertedWords(turned, picture);
+    ASSERT_THAT(words, SizeIs(26 * 34));
+    EXPECT_EQ(words, convertedWords(upright, turnedLeft(picture, COLOR_YUV422_PLANAR))) << "quality " << quality;
+  }
+}
+
 TEST(ResizeOtherPlanar, EnlargedMultiplesOf16AreWrittenWhole) {
   for (const int type : kTypes) {
     for (const int factor : {2, 3, 5}) {

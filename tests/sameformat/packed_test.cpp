@@ -120,6 +120,68 @@ TEST(SameFormatPacked, WidthOfOneWritesAWholeGroup) {
   }
 }
 
+TEST(SameFormatPacked, WidthOfOneWritesAWholeGroupInEveryByteOrder) {
+  // Position 0 is the first group's left pixel and the first group's chroma. Position 1 lies behind the table's last
+  // entry, where all words are 0, and weights of 0 leave no luma. The second of two lines is the mean of both: 5 more.
+  ConvertParams p = sameFormatParams(COLOR_YUV422_UYVY, 4, 2, 1, 2, 8, 4);
+  p.isResize = 1;
+  const Bytes in{1, 2, 3, 4, 5, 6, 7, 8, 11, 12, 13, 14, 15, 16, 17, 18};
+  for (const int type : {COLOR_YUV422_YUYV, COLOR_YUV422_YVYU}) {
+    expectBytes(p, type, in, {1, 2, 0, 4, 6, 7, 0, 9});
+  }
+  for (const int type : {COLOR_YUV422_UYVY, COLOR_YUV422_VYUY}) {
+    expectBytes(p, type, in, {1, 2, 3, 0, 6, 7, 8, 0});
+  }
+  // With exchanged luma the left pixel's is the second one, on both sides.
+  for (const int type : {COLOR_YUV422_YUYV2, COLOR_YUV422_YVYU2}) {
+    expectBytes(p, type, in, {0, 2, 3, 4, 0, 7, 8, 9});
+  }
+  for (const int type : {COLOR_YUV422_UYVY2, COLOR_YUV422_VYUY2}) {
+    expectBytes(p, type, in, {1, 0, 3, 4, 6, 0, 8, 9});
+  }
+}
+
+TEST(SameFormatPacked, FilteredWidthOfOneWritesAWholeGroup) {
+  // Eight pixels to one: the taps stand at 0, 0 (in place of -1.4), 0.9, 1.4 and -0.9 (weights 1945 and -921), for
+  // luma in pixels, for chroma in groups. Both lines are alike.
+  //   luma 100, 140, 180:    (100 + 100 + 135 + 155 + 64) / 5 = 110
+  //   chroma 50, 90, 130:    (50 + 50 + 85 + 105 + 14) / 5 = 60
+  //   chroma 10, 30, 50:     (10 + 10 + 27 + 37 - 8) / 5 = 15
+  constexpr std::array<uint8_t, 8> kLuma{100, 140, 180, 220, 1, 2, 3, 4};
+  constexpr std::array<uint8_t, 4> kFirst{50, 90, 130, 170};
+  constexpr std::array<uint8_t, 4> kSecond{10, 30, 50, 70};
+  for (const int type : {COLOR_YUV422_YUYV, COLOR_YUV422_YVYU, COLOR_YUV422_UYVY, COLOR_YUV422_VYUY}) {
+    const bool chromaFirst = type == COLOR_YUV422_UYVY || type == COLOR_YUV422_VYUY;
+    Bytes in;
+    for (std::size_t g = 0; g < 8; ++g) {
+      const std::size_t k = g % 4;
+      const uint8_t left = kLuma.at(2 * k);
+      const uint8_t right = kLuma.at(2 * k + 1);
+      if (chromaFirst) {
+        in.insert(in.end(), {kFirst.at(k), left, kSecond.at(k), right});
+      } else {
+        in.insert(in.end(), {left, kFirst.at(k), right, kSecond.at(k)});
+      }
+    }
+    ConvertParams p = sameFormatParams(type, 8, 2, 1, 2, 16, 4);
+    p.isResize = 1;
+    p.antiAlias = 1;
+    // There is no second pixel to sample: its luma is written as 0.
+    expectBytes(p, type, in,
+                chromaFirst ? Bytes{60, 110, 15, 0, 60, 110, 15, 0} : Bytes{110, 60, 0, 15, 110, 60, 0, 15});
+  }
+}
+
+TEST(SameFormatPacked, RightTurnStartsAtTheLastLineOfTheInput) {
+  // Of four lines the turn takes two, upwards from the last; chroma is that of the line read first.
+  ConvertParams p = sameFormatParams(COLOR_YUV422_YUYV, 2, 4, 2, 2, 4, 4);
+  p.rotation = ROTATION_90_RIGHT;
+  const Bytes in{1, 2, 3, 4, 11, 12, 13, 14, 21, 22, 23, 24, 31, 32, 33, 34};
+  expectBytes(p, COLOR_YUV422_YUYV, in, {31, 32, 21, 34, 33, 32, 23, 34});
+  expectBytes(p, COLOR_YUV422_VYUY, in, {31, 32, 33, 22, 31, 34, 33, 24});
+  expectBytes(p, COLOR_YUV422_YVYU2, in, {31, 32, 21, 22, 33, 34, 23, 24});
+}
+
 /// Lines of eight pixels whose groups hold luma 10 apart and chroma 40 apart, two of them.
 Bytes steps(int luma, int chroma, bool chromaFirst) {
   Bytes line;

@@ -108,6 +108,41 @@ TEST(SameFormatPlanar, TurnsIgnoreTheStrides) {
   expectBoth(outcome, 1, chroma);
 }
 
+TEST(SameFormatPlanar, HalfTurnIgnoresTheStrides) {
+  // 16 x 4 samples are the first 64 bytes of their plane, although the stride says 20, and are written to the first 64
+  // of theirs, although that stride says 24. Chroma: 8 x 2, the first 16 bytes.
+  ConvertParams p = sameFormatParams(COLOR_YUV420_PLANAR, 16, 4, 16, 4, 20, 24);
+  p.rotation = ROTATION_180;
+  Planes in{counted(3 * 20 + 16), counted(10 + 8), counted(10 + 8)};
+  for (uint8_t &sample : in[2]) {
+    sample = static_cast<uint8_t>(sample + 200);
+  }
+  const Outcome outcome = convertBoth(p, in, {3 * 24 + 16, 12 + 8, 12 + 8});
+  Bytes luma;
+  for (uint8_t sample = 64; sample-- > 0;) {
+    luma.push_back(sample); // 63, 62, ..., 0
+  }
+  luma.resize(88, kUntouched);
+  expectBoth(outcome, 0, luma);
+  Bytes chroma{15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0};
+  chroma.resize(20, kUntouched);
+  expectBoth(outcome, 1, chroma);
+  chroma = {215, 214, 213, 212, 211, 210, 209, 208, 207, 206, 205, 204, 203, 202, 201, 200};
+  chroma.resize(20, kUntouched);
+  expectBoth(outcome, 2, chroma);
+}
+
+TEST(SameFormatPlanar, LeftTurnIgnoresTheStrides) {
+  ConvertParams p = sameFormatParams(COLOR_YUV420_PLANAR, 4, 4, 4, 4, 6, 7);
+  p.rotation = ROTATION_90_LEFT;
+  const Outcome outcome = convertBoth(p, {counted(22), Bytes{0, 1, 2, 3, 90}, Bytes{5, 6, 7, 8, 90}}, {25, 5, 5});
+  Bytes luma{3, 7, 11, 15, 2, 6, 10, 14, 1, 5, 9, 13, 0, 4, 8, 12};
+  luma.resize(25, kUntouched);
+  expectBoth(outcome, 0, luma);
+  expectBoth(outcome, 1, {1, 3, 0, 2, kUntouched});
+  expectBoth(outcome, 2, {6, 8, 5, 7, kUntouched});
+}
+
 TEST(SameFormatPlanar, LateChromaColumnsAverageTheLastTwoSamples) {
   ConvertParams p = sameFormatParams(COLOR_YUV420_PLANAR, 8, 4, 16, 4, 8, 16);
   p.isResize = 1;

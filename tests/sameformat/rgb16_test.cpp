@@ -1,4 +1,6 @@
 // 16-bit RGB to 16-bit RGB: copies, quarter turns and resizing.
+#include "sameformat/rgb16.h"
+
 #include "reference/same_format_check.h"
 
 #include <gtest/gtest.h>
@@ -76,6 +78,58 @@ TEST(SameFormatRgb16, BlocksWithoutPositionsAreSkipped) {
   ConvertParams p = sameFormatParams(COLOR_RGB565, 64, 2, 2, 2, 128, 4);
   p.isResize = 1;
   expectWords(p, in, {0, 32 * 33, 0, 32 * 33});
+}
+
+TEST(SameFormatRgb16, ABlockWithoutPositionsBetweenOthersIsSkipped) {
+  // Sixty-four to four: the positions stand at 0, 16, 32, 48. Position 1 closes the first group and position 2 opens
+  // the third, so the counts are 2, 0, 2, 0, in both directions. Every word tells its line in green and half its column
+  // in blue: 16 * 32 = 512 a line, 8 a column.
+  Words in;
+  for (int y = 0; y < 64; ++y) {
+    for (int x = 0; x < 64; ++x) {
+      in.push_back(static_cast<uint16_t>((x & 1) * 0xF800 | y << 5 | x >> 1));
+    }
+  }
+  ConvertParams p = sameFormatParams(COLOR_RGB565, 64, 64, 4, 4, 128, 8);
+  p.isResize = 1;
+  expectWords(p, in, {0, 8, 16, 24, 512, 520, 528, 536, 1024, 1032, 1040, 1048, 1536, 1544, 1552, 1560});
+  p.rotation = ROTATION_90_LEFT;
+  expectWords(p, in, {24, 536, 1048, 1560, 16, 528, 1040, 1552, 8, 520, 1032, 1544, 0, 512, 1024, 1536});
+  p.rotation = ROTATION_90_RIGHT;
+  expectWords(p, in, {1536, 1024, 512, 0, 1544, 1032, 520, 8, 1552, 1040, 528, 16, 1560, 1048, 536, 24});
+}
+
+/// Runs a routine on a 2 x 2 picture to 2 x 2 with tables that set-up would never build.
+Words withTables(zqcc::Routine routine, const Words &in, const std::vector<int32_t> &x, const std::vector<int32_t> &y) {
+  const std::vector<uint8_t> source = bytesOf(in);
+  std::vector<uint8_t> out(8, reference::kUntouched);
+  ConvertParams p = sameFormatParams(COLOR_RGB565, 2, 2, 2, 2, 4, 4);
+  p.isResize = 1;
+  p.rotation = ROTATION_90_LEFT; // of consequence to the turning routine only
+  p.inBuf[0] = source.data();
+  p.outBuf[0] = out.data();
+  routine(zqcc::Job{p, x.data(), y.data(), nullptr, false, 0, 4});
+  Words words;
+  for (std::size_t i = 0; i < out.size(); i += 2) {
+    words.push_back(static_cast<uint16_t>(out[i] | out[i + 1] << 8));
+  }
+  return words;
+}
+
+TEST(SameFormatRgb16, WeightsOfLessThanAWholeDarken) {
+  // Columns weigh 1000 and 256 + 512 = 768, lines 1000 and 300 + 600 = 900, where 1024 would be the whole. Of red and
+  // blue 31 and green 63 there remain, over 2^20 and truncated:
+  //   31 * 1000 * 1000 = 29.56, 63 * 1000 * 1000 = 60.08    31 * 768 * 1000 = 22.70, 63 * 768 * 1000 = 46.14
+  //   31 * 1000 *  900 = 26.61, 63 * 1000 *  900 = 54.07    31 * 768 *  900 = 20.43, 63 * 768 *  900 = 41.53
+  const auto grey = [](int redBlue, int green) { return static_cast<uint16_t>(redBlue << 11 | green << 5 | redBlue); };
+  const Words white(4, 0xFFFF);
+  const std::vector<int32_t> x{2, 0, 0, 1000, 0, 256, 512};
+  const std::vector<int32_t> y{2, 0, 0, 1000, 0, 300, 600};
+  EXPECT_EQ(withTables(zqcc::resizeRgb16, white, x, y),
+            (Words{grey(29, 60), grey(22, 46), grey(26, 54), grey(20, 41)}));
+  // Turned left the second column comes first, and its two lines share the first one's 1000.
+  EXPECT_EQ(withTables(zqcc::resizeRotateRgb16, white, x, y),
+            (Words{grey(22, 46), grey(22, 46), grey(29, 60), grey(29, 60)}));
 }
 
 TEST(SameFormatRgb16, BilinearWeighsEachChannel) {

@@ -78,6 +78,51 @@ TEST(SameFormatSemiPlanar, ChromaFollowsTheEvenEntriesHalved) {
                {0, 1, 3, 4, 10, 11, 13, 14}, {100, 200, 101, 201});
 }
 
+TEST(SameFormatSemiPlanar, ChromaLinesFollowTheEvenEntriesHalved) {
+  // Ten lines to six: the step is 1706 / 1024, the positions 0, 1, 3, 4, 6, 8. Entries 0, 2 and 4 are 0, 3 and 6;
+  // halved they are chroma lines 0, 1 and 3. (The odd entries would give 0, 2 and 4.)
+  ConvertParams p = sameFormatParams(COLOR_YUV420_PACK, 2, 10, 2, 6, 2, 2);
+  p.isResize = 1;
+  Bytes luma;
+  for (int line = 0; line < 10; ++line) {
+    luma.insert(luma.end(), {static_cast<uint8_t>(10 * line), static_cast<uint8_t>(10 * line + 1)});
+  }
+  const Bytes pairs{100, 200, 101, 201, 102, 202, 103, 203, 104, 204};
+  expectPlanes(p, luma, pairs, {0, 1, 10, 11, 30, 31, 40, 41, 60, 61, 80, 81}, {100, 200, 101, 201, 103, 203});
+  // Four lines to twelve: entries 0, 2, 4, ... stand at lines 0, 0, 1, 2, 2, 3 (the step is 341, and 6 * 341 = 2046 is
+  // not yet 2), so entry 6 is still line 1.
+  p = sameFormatParams(COLOR_YUV420_PACK, 2, 4, 2, 12, 2, 2);
+  p.isResize = 1;
+  const Bytes tall{0, 1, 0, 1, 0, 1, 0, 1, 10, 11, 10, 11, 10, 11, 20, 21, 20, 21, 20, 21, 30, 31, 30, 31};
+  expectPlanes(p, {0, 1, 10, 11, 20, 21, 30, 31}, {100, 200, 101, 201}, tall,
+               {100, 200, 100, 200, 100, 200, 100, 200, 101, 201, 101, 201});
+}
+
+TEST(SameFormatSemiPlanar, RightTurnStartsAtTheLastLineOfTheInput) {
+  // Eight lines, of which the turn takes four: upwards from line 7 turned right, downwards from line 0 turned left; of
+  // the four chroma lines two. The luma of line l and column x is 10 * l + x, pair k of chroma line l is 100 + 10 * l +
+  // k and 200 + 10 * l + k.
+  ConvertParams p = sameFormatParams(COLOR_YUV420_PACK, 4, 8, 4, 4, 4, 4);
+  Bytes luma;
+  Bytes pairs;
+  for (int line = 0; line < 8; ++line) {
+    for (int x = 0; x < 4; ++x) {
+      luma.push_back(static_cast<uint8_t>(10 * line + x));
+    }
+  }
+  for (int line = 0; line < 4; ++line) {
+    for (int k = 0; k < 2; ++k) {
+      pairs.insert(pairs.end(), {static_cast<uint8_t>(100 + 10 * line + k), static_cast<uint8_t>(200 + 10 * line + k)});
+    }
+  }
+  p.rotation = ROTATION_90_RIGHT;
+  expectPlanes(p, luma, pairs, {70, 60, 50, 40, 71, 61, 51, 41, 72, 62, 52, 42, 73, 63, 53, 43},
+               {130, 230, 120, 220, 131, 231, 121, 221});
+  p.rotation = ROTATION_90_LEFT;
+  expectPlanes(p, luma, pairs, {3, 13, 23, 33, 2, 12, 22, 32, 1, 11, 21, 31, 0, 10, 20, 30},
+               {101, 201, 111, 211, 100, 200, 110, 210});
+}
+
 TEST(SameFormatSemiPlanar, ResizedTurnsUseTheFirstHalfOfTheTables) {
   // Four columns to eight give entries 0, 0, 1, 1 for the four pair columns.
   ConvertParams p = sameFormatParams(COLOR_YUV420_PACK, 4, 4, 8, 4, 4, 4);

@@ -1,8 +1,12 @@
 // Planar, semi-planar and packed pictures to planar 4:2:0.
+#include "yuv/yuv_to_yuv.h"
+
+#include "frame/context.h"
 #include "reference/direct_expect.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <vector>
 
@@ -37,6 +41,71 @@ TEST(YuvToYuv, SemiPlanarChromaIsSplit) {
       EXPECT_EQ((std::vector<int>{10, 11}), bytesOf(result, type == 11 ? 1 : 2, 2)) << type;
       EXPECT_EQ((std::vector<int>{20, 21}), bytesOf(result, type == 11 ? 2 : 1, 2)) << type;
     }
+  }
+}
+
+/// What the splitter makes of `pairs`: two planes of twelve bytes that hold 7 where nothing was written.
+std::array<std::vector<uint8_t>, 2> split(int width, int height, int stride, const std::vector<uint8_t> &pairs) {
+  ConvertParams params = support::blankParams();
+  params.inType = COLOR_YUV420_PACK;
+  params.inWidth = width;
+  params.inHeight = height;
+  params.inStride = stride;
+  params.inBuf[1] = pairs.data();
+  std::array<std::vector<uint8_t>, 2> planes{std::vector<uint8_t>(12, 7), std::vector<uint8_t>(12, 7)};
+  zqcc::deinterleaveChroma(params, planes[0].data(), planes[1].data());
+  return planes;
+}
+
+TEST(YuvToYuv, SplitterSendsThePairsFirstSamplesToTheFirstPlane) {
+  // Two chroma lines of two pairs, 8 bytes apart, go to lines 4 bytes apart; what stands behind the pairs stays.
+  const std::vector<uint8_t> pairs{10, 20, 11, 21, 90, 91, 92, 93, 12, 22, 13, 23, 94, 95, 96, 97};
+  const auto planes = split(4, 4, 8, pairs);
+  EXPECT_EQ((std::vector<uint8_t>{10, 11, 7, 7, 12, 13, 7, 7, 7, 7, 7, 7}), planes[0]);
+  EXPECT_EQ((std::vector<uint8_t>{20, 21, 7, 7, 22, 23, 7, 7, 7, 7, 7, 7}), planes[1]);
+  // An odd fifth line has no chroma of its own.
+  EXPECT_EQ(planes, split(4, 5, 8, pairs));
+}
+
+TEST(YuvToYuv, SplitterNeedsTwoLinesAndOneColumn) {
+  const std::vector<uint8_t> pairs{10, 20, 11, 21, 12, 22, 13, 23};
+  const std::vector<uint8_t> untouched(12, 7);
+  for (const int height : {-2, 0, 1}) {
+    EXPECT_EQ(untouched, split(4, height, 4, pairs)[0]) << height;
+    EXPECT_EQ(untouched, split(4, height, 4, pairs)[1]) << height;
+  }
+  EXPECT_EQ(untouched, split(0, 4, 4, pairs)[0]);
+  EXPECT_EQ(untouched, split(-4, 4, 4, pairs)[1]);
+  // A single column still has one pair a line.
+  const auto column = split(1, 4, 4, pairs);
+  EXPECT_EQ((std::vector<uint8_t>{10, 7, 12, 7, 7, 7, 7, 7, 7, 7, 7, 7}), column[0]);
+  EXPECT_EQ((std::vector<uint8_t>{20, 7, 22, 7, 7, 7, 7, 7, 7, 7, 7, 7}), column[1]);
+}
+
+TEST(YuvToYuv, SplitPlanesOfAHandle) {
+  // Type 11 has the samples of its second plane first in each pair, type 35 those of the third.
+  for (const int type : {COLOR_YUV420_PACK, COLOR_YUV420_PACK2}) {
+    Picture picture(type, 6, 2, 6, Fill::Flat, 0);
+    const uint8_t pairs[] = {10, 20, 11, 21, 12, 22};
+    std::memcpy(picture.plane(1), pairs, sizeof pairs);
+    ConvertContext *handle = nullptr;
+    ASSERT_EQ(CC_OK, zqCCInit(&handle));
+    ConvertParams params = support::blankParams();
+    picture.describe(params);
+    params.outType = COLOR_RGB565;
+    params.outWidth = 6;
+    params.outHeight = 2;
+    Canvas canvas = Canvas::forPicture(COLOR_RGB565, 6, 2, 12);
+    canvas.describe(params);
+    ASSERT_EQ(CC_OK, zqCCSetParameter(handle, PARAM_CONVERT_DESC, &params));
+    ASSERT_EQ(CC_OK, zqCCProcess(handle, &params));
+    const uint8_t *u = handle->uvBuf[0];
+    const uint8_t *v = handle->uvBuf[1];
+    const std::vector<uint8_t> tens{10, 11, 12};
+    const std::vector<uint8_t> twenties{20, 21, 22};
+    EXPECT_EQ(type == COLOR_YUV420_PACK ? tens : twenties, std::vector<uint8_t>(u, u + 3)) << type;
+    EXPECT_EQ(type == COLOR_YUV420_PACK ? twenties : tens, std::vector<uint8_t>(v, v + 3)) << type;
+    EXPECT_EQ(CC_OK, zqCCUninit(handle));
   }
 }
 
