@@ -1,6 +1,7 @@
 #include "fuzz/frame_memory.h"
 
 #include "containment/expectation.h"
+#include "fuzz/records.h"
 #include "support/picture.h"
 
 #include <algorithm>
@@ -137,7 +138,7 @@ void announce(const ConvertParams &frame) {
 int64_t FrameBytes::total() const {
   int64_t sum = 0;
   for (std::size_t i = 0; i < 3; ++i) {
-    sum += in[i] + out[i];
+    sum += bounded(in[i]) + bounded(out[i]);
   }
   return sum;
 }

@@ -39,12 +39,12 @@ Need needOf(const Call &call) {
   for (std::size_t i = 0; i < 3; ++i) {
     if (bytes.in[i] > 0) {
       need.possible = need.possible && call.in[i] >= 0;
-      need.in = std::max(need.in, call.in[i] + bytes.in[i]);
+      need.in = std::max(need.in, fuzz::bounded(call.in[i] + bytes.in[i]));
     }
     if (bytes.out[i] > 0) {
       need.possible = need.possible && call.out[i] >= 0;
       need.comparable = need.comparable && call.out[i] >= end;
-      end = call.out[i] + bytes.out[i];
+      end = fuzz::bounded(call.out[i] + bytes.out[i]);
       need.out = std::max(need.out, end);
     }
   }

@@ -127,11 +127,13 @@ int64_t pixelsOf(const ConvertParams &p) {
 }
 
 int64_t setUpBytes(const ConvertParams &p) {
-  int64_t bytes = p.isResize != 0 ? (int64_t{std::max(p.outWidth, 0)} + std::max(p.outHeight, 0)) * 60 : 0;
-  if (support::isSemiPlanar(p.inType)) {
-    bytes += int64_t{std::max(p.inStride, 0)} * std::max(p.inHeight, 0) / 2;
+  const auto area = [](int32_t a, int32_t b) { return bounded(int64_t{std::max(a, 0)} * std::max(b, 0)); };
+  const int64_t chroma = support::isSemiPlanar(p.inType) ? area(p.inStride, p.inHeight) / 2 : 0;
+  if (p.isResize == 0) {
+    return chroma;
   }
-  return bytes + (p.isResize != 0 ? int64_t{std::max(p.inWidth, 0)} * std::max(p.inHeight, 0) * 3 : 0);
+  const int64_t tables = (int64_t{std::max(p.outWidth, 0)} + std::max(p.outHeight, 0)) * 60;
+  return chroma + tables + area(p.inWidth, p.inHeight) * 3;
 }
 
 } // namespace fuzz

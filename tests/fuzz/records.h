@@ -25,6 +25,10 @@ bool isSemiPlanarConversion(const ConvertParams &record);
 /// The stride is shorter than a line. The library reads no byte outside such planes, but what a picture made of them
 /// would be, nobody says.
 bool inputLinesOverlap(const ConvertParams &record);
+/// More bytes than anything here is given, few enough that such figures can be added up.
+constexpr int64_t bounded(int64_t bytes) {
+  return bytes < int64_t{1} << 50 ? bytes : int64_t{1} << 50;
+}
 /// Pixels of the output; many more than its bytes where the stride is short.
 int64_t pixelsOf(const ConvertParams &record);
 /// Bytes that set-up needs for tables and scratch planes, roughly.
