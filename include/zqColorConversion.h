@@ -89,7 +89,8 @@ typedef enum ColorType {
   COLOR_YUV422_UYVY = 8,        /**< Packed 4:2:2, bytes U Y0 V Y1. */
   COLOR_YUV422_VYUY = 9,        /**< Packed 4:2:2, bytes V Y0 U Y1. */
   COLOR_YUV420_PACK = 11,       /**< Semi-planar 4:2:0: Y, then h/2 lines of U V pairs, both with stride s. */
-  COLOR_YVU420_PLANAR = 12,     /**< As 3 with V as the second and U as the third plane. */
+  COLOR_YVU420_PLANAR = 12,     /**< As 3 with V as the second and U as the third plane. Conversions from another
+                                     type put U into outBuf[1] and V into outBuf[2] all the same. */
   COLOR_YVU422_PLANAR = 13,     /**< As 1 with V as the second and U as the third plane. Input only. */
   COLOR_YUV422_YUYV2 = 14,      /**< Packed 4:2:2, bytes Y1 U Y0 V. */
   COLOR_YUV422_YVYU2 = 15,      /**< Packed 4:2:2, bytes Y1 V Y0 U. */
@@ -133,7 +134,8 @@ typedef struct ConvertParams {
   uint32_t isResize;       /**< 0: no scaling; 1: scale from the input size to the output size. */
   uint32_t rotation;       /**< RotationType, 0..7. */
   uint32_t antiAlias;      /**< Quality of resampling: 0 plain; 1 and 2 five weighted taps, narrower and wider; 3 the
-                                mean of a box (conversions only). */
+                                mean of a box, for reducing only: those of an enlarged side are empty and count as 0
+                                (conversions only). */
 } ConvertParams;
 
 /** @brief The object behind a handle; made by zqCCInit, released by zqCCUninit. */
