@@ -15,5 +15,21 @@ install(FILES ${PROJECT_BINARY_DIR}/zqColorConversionConfig.cmake
   ${PROJECT_BINARY_DIR}/zqColorConversionConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/zqColorConversion)
 
+# The pkg-config file finds its prefix from where it lies, so that an installation may stand anywhere. A library
+# directory given as an absolute path is outside the prefix, and then the configured prefix is the one to name.
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+  set(ZQCC_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
+  set(ZQCC_PC_LIBDIR "${CMAKE_INSTALL_LIBDIR}")
+else()
+  file(RELATIVE_PATH ZQCC_PC_UP "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
+  string(REGEX REPLACE "/$" "" ZQCC_PC_UP "${ZQCC_PC_UP}")
+  set(ZQCC_PC_PREFIX "\${pcfiledir}/${ZQCC_PC_UP}")
+  set(ZQCC_PC_LIBDIR "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
+endif()
+if(IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
+  set(ZQCC_PC_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}")
+else()
+  set(ZQCC_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
+endif()
 configure_file(cmake/zqColorConversion.pc.in zqColorConversion.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zqColorConversion.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -38,7 +38,6 @@ const std::array kNames{Named{"i444", 0},
                         Named{"rgb565", 30},
                         Named{"rgb16alt", 31},
                         Named{"bgr24", 32},
-                        Named{"rgb24", 32},
                         Named{"rgbp", 34},
                         Named{"nv21", 35},
                         Named{"yuv-quarter-height", 37},
@@ -73,8 +72,10 @@ TEST(ColorTypes, EveryCodeIsKnownAndNoOther) {
   }
 }
 
+// "rgb24" among them: elsewhere it means bytes R, G, B, and this library has B, G, R.
 TEST(ColorTypes, WhatIsNoTypeIsRefused) {
-  for (const char *text : {"", " ", "i42", "i4200", "3 ", " 3", "0x3", "3.0", "99999999999", "yuv444p10", "COLOR_"}) {
+  for (const char *text :
+       {"", " ", "i42", "i4200", "3 ", " 3", "0x3", "3.0", "99999999999", "yuv444p10", "COLOR_", "rgb24"}) {
     EXPECT_THROW(parseColorType(text), Error) << "'" << text << "'";
   }
 }

@@ -222,6 +222,117 @@ TEST(Converter, VFirstPlanesMeanTheSamePicture) {
   EXPECT_TRUE(convert(uFirst, Request()).planes[0] == convert(pairs, Request()).planes[0]);
 }
 
+constexpr uint8_t kU = 50;
+constexpr uint8_t kV = 200;
+
+/// Every U sample is kU and every V sample kV, in the order that the type has them.
+Frame evenlyColoured(int type) {
+  Frame frame = workspace::noiseFrame(type, 16, 8, 4);
+  const bool vFirst = type == COLOR_YVU420_PLANAR || type == COLOR_YVU422_PLANAR || type == COLOR_YUV420_PACK2;
+  const uint8_t first = vFirst ? kV : kU;
+  const uint8_t second = vFirst ? kU : kV;
+  if (planeCount(type) == 3) {
+    std::ranges::fill(frame.planes[1], first);
+    std::ranges::fill(frame.planes[2], second);
+    return frame;
+  }
+  for (std::size_t i = 0; i < frame.planes[1].size(); ++i) {
+    frame.planes[1][i] = i % 2 == 0 ? first : second;
+  }
+  return frame;
+}
+
+bool isAll(const std::vector<uint8_t> &plane, uint8_t value) {
+  return !plane.empty() && std::ranges::all_of(plane, [value](uint8_t sample) { return sample == value; });
+}
+
+// The second plane of yv12 holds V, of i420 U, whatever the picture came from.
+TEST(Converter, PlanarOutputHasItsPlanesInItsOrder) {
+  for (const int from :
+       {COLOR_YUV420_PLANAR, COLOR_YVU420_PLANAR, COLOR_YUV422_PLANAR, COLOR_YVU422_PLANAR, COLOR_YUV444_PLANAR,
+        COLOR_YUV440_PLANAR, COLOR_YUV411_PLANAR, COLOR_YUV_QUARTER_HEIGHT, COLOR_YUV420_PACK, COLOR_YUV420_PACK2}) {
+    for (const int to : {COLOR_YUV420_PLANAR, COLOR_YVU420_PLANAR}) {
+      Request request;
+      request.outType = to;
+      const Frame in = evenlyColoured(from);
+      const Frame out = convert(in, request);
+      const bool vFirst = to == COLOR_YVU420_PLANAR;
+      EXPECT_TRUE(out.planes[0] == in.planes[0]) << from << " to " << to;
+      EXPECT_TRUE(isAll(out.planes[1], vFirst ? kV : kU)) << from << " to " << to;
+      EXPECT_TRUE(isAll(out.planes[2], vFirst ? kU : kV)) << from << " to " << to;
+    }
+  }
+}
+
+TEST(Converter, SameTypeKeepsTheOrderOfPlanesTurnedAndScaledToo) {
+  for (const int type : {COLOR_YUV420_PLANAR, COLOR_YVU420_PLANAR}) {
+    const Frame in = evenlyColoured(type);
+    for (const uint32_t rotation : {ROTATION_NONE, ROTATION_90_LEFT, ROTATION_180}) {
+      for (const bool scaled : {false, true}) {
+        Request request;
+        request.outType = type;
+        request.rotation = rotation;
+        request.scale = scaled ? std::optional(Size{8, 4}) : std::nullopt;
+        const Frame out = convert(in, request);
+        EXPECT_TRUE(isAll(out.planes[1], in.planes[1][0])) << type << " rotation " << rotation << " " << scaled;
+        EXPECT_TRUE(isAll(out.planes[2], in.planes[2][0])) << type << " rotation " << rotation << " " << scaled;
+      }
+    }
+  }
+}
+
+/// Whether a picture of one grey comes out as one grey.
+bool staysEven(int type, Size size, uint32_t rotation) {
+  Frame in = makeFrame(type, 32, 32);
+  for (std::vector<uint8_t> &plane : in.planes) {
+    std::ranges::fill(plane, uint8_t{128});
+  }
+  Request request;
+  request.scale = size;
+  request.quality = 3;
+  request.rotation = rotation;
+  const std::vector<uint8_t> out = convert(in, request).planes[0];
+  for (std::size_t i = 2; i < out.size(); ++i) {
+    if (out[i] != out[i % 2]) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// The boxes of a side that does not shrink are empty, and the library would paint black or green there.
+TEST(Converter, TheMeanOfABoxOnlyReduces) {
+  for (const int type : {COLOR_YUV420_PLANAR, COLOR_YVU420_PLANAR, COLOR_YUV422_PLANAR, COLOR_YUV420_PACK,
+                         COLOR_RGB888_PLANAR, COLOR_YUV444_PLANAR}) {
+    for (const uint32_t rotation : {ROTATION_NONE, ROTATION_90_LEFT}) {
+      for (const Size size : {Size{33, 24}, Size{24, 33}, Size{32, 24}, Size{24, 32}, Size{32, 32}, Size{64, 64}}) {
+        const bool filtered = rotation == ROTATION_NONE || type == COLOR_YUV444_PLANAR;
+        if (filtered) {
+          EXPECT_THROW(staysEven(type, size, rotation), Error) << type << " " << toText(size) << " " << rotation;
+        } else {
+          EXPECT_TRUE(staysEven(type, size, rotation)) << type << " " << toText(size) << " " << rotation;
+        }
+      }
+      EXPECT_TRUE(staysEven(type, {24, 16}, rotation)) << type << " " << rotation;
+    }
+  }
+}
+
+// What counts is the size of the part that is converted.
+TEST(Converter, TheMeanOfABoxOnlyReducesParts) {
+  Request request;
+  request.crop = Rectangle{0, 0, 16, 16};
+  request.quality = 3;
+  const StreamInfo whole{COLOR_YUV420_PLANAR, 32, 32, "", ""};
+  for (const Size size : {Size{24, 8}, Size{8, 24}}) {
+    request.scale = size;
+    EXPECT_THROW(Converter(whole, request), Error) << toText(size);
+    Request uncut = request;
+    uncut.crop.reset();
+    EXPECT_NO_THROW(Converter(whole, uncut)) << toText(size);
+  }
+}
+
 TEST(Converter, MatricesAreSelected) {
   const Frame in = workspace::noiseFrame(COLOR_YUV422_YUYV, 32, 32, 8);
   Request request;

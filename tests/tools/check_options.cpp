@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 using namespace zqconvert;
 using testing::HasSubstr;
 
@@ -83,6 +85,33 @@ TEST(Options, InformationNeedsNoFiles) {
   EXPECT_EQ(parseOptions({"-h"}).message, help);
   EXPECT_THAT(parseOptions({"--version"}).message, testing::MatchesRegex("zqconvert [0-9]+.[0-9]+.[0-9]+\n"));
   EXPECT_THAT(parseOptions({"--list-types"}).message, HasSubstr("COLOR_YUV_QUARTER_HEIGHT"));
+}
+
+TEST(Options, HelpSaysWhatIsNeededAndFitsTheTerminal) {
+  const std::string help = parseOptions({"--help"}).message;
+  EXPECT_THAT(help, HasSubstr("\nUsage: zqconvert [OPTIONS] INPUT OUTPUT\n"));
+  EXPECT_THAT(help, HasSubstr("for reducing only"));
+  std::istringstream lines(help);
+  for (std::string line; std::getline(lines, line);) {
+    EXPECT_LE(line.size(), 100U) << line;
+  }
+}
+
+TEST(Options, RefusalsAreInPlainWords) {
+  const auto refusal = [](const std::vector<std::string> &arguments) -> std::string {
+    try {
+      parseOptions(arguments);
+    } catch (const Error &error) {
+      return error.what();
+    }
+    return {};
+  };
+  EXPECT_THAT(refusal({"--quality", "x", "a", "b"}), HasSubstr("--quality takes 0, 1, 2 or 3, not 'x'"));
+  EXPECT_THAT(refusal({"--quality", "", "a", "b"}), HasSubstr("--quality takes 0, 1, 2 or 3, not ''"));
+  EXPECT_THAT(refusal({"--to", "i420", "--to", "nv12", "a", "b"}), HasSubstr("--to is given more than once"));
+  EXPECT_THAT(refusal({"a", "b", "--scale"}), HasSubstr("--scale needs a value"));
+  EXPECT_THAT(refusal({"--flip=much", "a", "b"}), HasSubstr("take no value"));
+  EXPECT_EQ(refusal({"--flip", "--flip", "--stats", "--stats", "a", "b"}), "");
 }
 
 TEST(Options, WhatMakesNoSenseIsRefusedInOneLine) {

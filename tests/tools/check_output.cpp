@@ -1,14 +1,17 @@
 // Files that appear whole or not at all.
 #include "error.h"
 #include "output.h"
+#include "temporary.h"
 #include "workspace.h"
 #include "zqColorConversion.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 using namespace zqconvert;
 using testing::ElementsAre;
@@ -98,6 +101,70 @@ TEST(Output, LinksKeepPointing) {
   output.commit();
   EXPECT_TRUE(fs::is_symlink(folder.path("link.raw")));
   EXPECT_EQ(workspace::readFile(target), frameText());
+}
+
+TEST(Output, AReplacedFilePassesItsPermissionsOn) {
+  const workspace::Folder folder;
+  for (const auto mode : {fs::perms{0600}, fs::perms{0640}, fs::perms{0755}, fs::perms{0444}}) {
+    const std::string old = folder.file("a.raw", "old");
+    fs::permissions(old, mode);
+    Output output(old, Format::Raw, kInfo);
+    output.write(frame(), 1);
+    // Nor is the file open to others while it grows.
+    for (const std::string &name : folder.names()) {
+      EXPECT_EQ(fs::status(folder.path(name)).permissions(), mode) << name;
+    }
+    output.commit();
+    EXPECT_EQ(fs::status(old).permissions(), mode);
+    EXPECT_EQ(workspace::readFile(old), frameText());
+    fs::remove(old);
+  }
+}
+
+TEST(Output, NewFilesHaveThePermissionsThatEveryNewFileHas) {
+  const workspace::Folder folder;
+  Output output(folder.path("a.raw"), Format::Raw, kInfo);
+  output.write(frame(), 1);
+  output.commit();
+  EXPECT_EQ(fs::status(folder.path("a.raw")).permissions(), fs::status(folder.file("b", "")).permissions());
+}
+
+// What a signal handler does when it must end the program.
+TEST(Temporaries, AllThatAreKnownAreRemovedAndNoOthers) {
+  const workspace::Folder folder;
+  const std::vector<std::string> names{"1", "2", "3", "4"};
+  // Short names lie in the objects themselves, so that one that is still in the list is seen and not just undefined.
+  const fs::path before = fs::current_path();
+  fs::current_path(folder.path(""));
+  std::array<std::optional<TemporaryName>, 4> known;
+  for (std::size_t i = 0; i < known.size(); ++i) {
+    known.at(i).emplace(names[i]);
+  }
+  // One is forgotten after the other: from the middle of the list, from beside it, from both ends.
+  std::vector<std::string> forgotten;
+  for (const std::size_t gone : {1U, 2U, 0U, 3U}) {
+    known.at(gone).reset();
+    forgotten.push_back(names[gone]);
+    for (const std::string &name : names) {
+      static_cast<void>(folder.file(name, ""));
+    }
+    removeTemporaries();
+    EXPECT_THAT(folder.names(), testing::UnorderedElementsAreArray(forgotten));
+  }
+  fs::current_path(before);
+}
+
+TEST(Output, PendingFilesAreKnownUntilTheyAreInPlace) {
+  const workspace::Folder folder;
+  Output placed(folder.path("a.raw"), Format::Raw, kInfo);
+  placed.write(frame(), 1);
+  placed.commit();
+  Output pending(folder.path("b-%d.raw"), Format::Raw, kInfo);
+  pending.write(frame(), 1);
+  pending.write(frame(), 2);
+  EXPECT_EQ(folder.names().size(), 3U);
+  removeTemporaries();
+  EXPECT_THAT(folder.names(), ElementsAre("a.raw"));
 }
 
 TEST(Output, DevicesAreWrittenNotReplaced) {

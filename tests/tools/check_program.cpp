@@ -6,10 +6,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
+#include <optional>
 
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::StartsWith;
 using workspace::Folder;
 using workspace::Outcome;
@@ -78,6 +82,53 @@ TEST(Program, Y4mStaysY4m) {
   EXPECT_TRUE(copy.substr(copy.find('\n')) == stream.substr(stream.find('\n')));
   EXPECT_THAT(copy, StartsWith("YUV4MPEG2 W16 H16 F30:1 "));
   EXPECT_THAT(copy.substr(0, copy.find('\n')), HasSubstr(" C420jpeg"));
+}
+
+/// 16 x 8 4:2:0 in which every U sample is 'u' and every V sample 'v'.
+std::string colouredY4m() {
+  return "YUV4MPEG2 W16 H8 F25:1 Ip A0:0 C420jpeg\nFRAME\n" + workspace::bytes(128, 1) + std::string(32, 'u') +
+         std::string(32, 'v');
+}
+
+TEST(Program, Yv12KeepsTheColoursOfAStream) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", colouredY4m());
+  const Outcome stream = workspace::run({"--to", "yv12", "--format", "y4m", clip, "-"});
+  EXPECT_EQ(stream.status, 0) << stream.err;
+  EXPECT_TRUE(stream.out == colouredY4m());
+  const Outcome raw = workspace::run({"--to", "yv12", clip, "-"});
+  EXPECT_EQ(raw.status, 0) << raw.err;
+  EXPECT_TRUE(raw.out == workspace::bytes(128, 1) + std::string(32, 'v') + std::string(32, 'u'));
+  // And back: raw yv12 is read V first.
+  const Outcome back = workspace::run(
+      {"--size", "16x8", "--type", "yv12", "--to", "i420", "--format", "y4m", folder.file("v.raw", raw.out), "-"});
+  EXPECT_EQ(back.status, 0) << back.err;
+  EXPECT_TRUE(back.out == colouredY4m());
+}
+
+TEST(Program, AQualityThatChangesNothingIsSaid) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", y4m420(32, 16, 1));
+  const auto run = [&](std::vector<std::string> options) {
+    options.insert(options.end(), {clip, "-"});
+    return workspace::run(options);
+  };
+  for (const std::vector<std::string> &options : std::vector<std::vector<std::string>>{
+           {},
+           {"--scale", "16x8", "--rotate", "left"},
+           {"--scale", "64x32", "--rotate", "180"},
+           {"--scale", "16x8", "--to", "bgr24"},
+       }) {
+    std::vector<std::string> asked = options;
+    asked.insert(asked.end(), {"--quality", "3"});
+    const Outcome outcome = run(asked);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.err, StartsWith("zqconvert: note: --quality changes nothing "));
+    EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+    EXPECT_TRUE(outcome.out == run(options).out) << outcome.err;
+  }
+  EXPECT_EQ(run({"--scale", "16x8", "--quality", "3"}).err, "");
+  EXPECT_EQ(run({"--scale", "16x8", "--rotate", "left", "--quality", "0"}).err, "");
 }
 
 TEST(Program, InputMayBeItsOwnOutput) {
@@ -152,7 +203,11 @@ TEST(Program, BadInputIsRefusedInOneLine) {
       {{"--frames", "1", "--to", "i420", good, out}, "holds no i420"},
       {{"--frames", "1", "--to", "rgb565", good, folder.path("out.y4m")}, "y4m"},
       {{"--to", "nv12", good, raw}, "no conversion"},
-      {{"--frames", "3", good, out}, "has 2 frames"},
+      {{"--frames", "3", good, out}, "has 2 frames,"},
+      {{"--frames", "2", folder.file("one.y4m", y4m420(16, 16, 1)), out}, "has 1 frame,"},
+      {{"--scale", "17x8", "--quality", "3", good, raw}, "--quality 3 is for reducing"},
+      {{"--scale", "8x16", "--quality", "3", good, raw}, "--quality 3 is for reducing"},
+      {{folder.file("text.y4m", "YUV4MPEG2 W16 H16\r\nFRAME\r\n"), raw}, "CR LF"},
       {{"--frames", "2:3", good, raw}, "has 2 frames"},
       {{"--frames", "5:", good, raw}, "has 2 frames"},
       {{"--crop", "1,0,8,8", good, raw}, "multiple of 2"},
@@ -179,6 +234,63 @@ TEST(Program, FullDisk) {
   }
   const Folder folder;
   expectRefusal(workspace::run({folder.file("clip.y4m", y4m420(64, 64, 4)), "/dev/full"}), "written");
+}
+
+/// A program that has written its first frame to a temporary file and waits for the second one.
+class WaitingProgram : public testing::Test {
+protected:
+  void start(const workspace::Process::Setup &setup = {}) {
+    stream_ = y4m420(32, 16, 2);
+    const std::size_t second = stream_.rfind("FRAME\n");
+    process_.emplace(std::vector<std::string>{"-", folder_.path("out.raw")}, setup);
+    process_->feed(stream_.substr(0, second));
+    rest_ = stream_.substr(second);
+    ASSERT_TRUE(workspace::within10Seconds([this] { return !folder_.names().empty(); }));
+    ASSERT_THAT(folder_.names(), ElementsAre(StartsWith(".zqconvert-")));
+  }
+  Folder folder_;
+  std::string stream_, rest_;
+  std::optional<workspace::Process> process_;
+};
+
+TEST_F(WaitingProgram, OneSignalEndsItAtTheNextFrame) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    start();
+    process_->kill(number);
+    process_->feed(rest_);
+    const Outcome outcome = process_->wait();
+    EXPECT_EQ(outcome.status, 128 + number);
+    EXPECT_EQ(outcome.err, "zqconvert: interrupted\n");
+    EXPECT_THAT(folder_.names(), IsEmpty());
+  }
+}
+
+TEST_F(WaitingProgram, TheSecondSignalEndsItAtOnceAndLeavesNothing) {
+  for (const auto &[first, second] : {std::pair{SIGINT, SIGTERM}, std::pair{SIGTERM, SIGHUP}, {SIGHUP, SIGINT}}) {
+    start();
+    process_->kill(first);
+    process_->kill(second);
+    // Its input stays open and brings nothing more. Which of the two is handled last is the system's choice.
+    EXPECT_THAT(process_->wait().status, AnyOf(128 + first, 128 + second));
+    EXPECT_THAT(folder_.names(), IsEmpty());
+  }
+}
+
+TEST_F(WaitingProgram, HangUpsThatAreSwitchedOffStayIgnored) {
+  start({.ignoreHangUp = true});
+  process_->kill(SIGHUP);
+  process_->feed(rest_);
+  process_->closeInput();
+  EXPECT_EQ(process_->wait().status, 0);
+  EXPECT_THAT(folder_.names(), ElementsAre("out.raw"));
+}
+
+TEST(Program, ALimitOnFileSizesIsAnErrorLikeAFullDisk) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", y4m420(64, 64, 4));
+  workspace::Process process({clip, folder.path("out.raw")}, {.fileLimit = 4096});
+  expectRefusal(process.wait(), "cannot be written completely");
+  EXPECT_THAT(folder.names(), ElementsAre("clip.y4m"));
 }
 
 TEST(Program, InformationGoesToStandardOutput) {

@@ -129,6 +129,29 @@ TEST(Y4mReader, MessagesShowNoControlBytes) {
   }
 }
 
+// Copied as text, every line feed among the samples has a carriage return too: the picture would be rubbish.
+TEST(Y4mReader, StreamsThatWereTreatedAsTextAreRefusedWithTheReason) {
+  const auto message = [](const std::string &text) -> std::string {
+    std::istringstream stream(text);
+    try {
+      Y4mReader reader(stream, "clip.y4m");
+      Frame frame;
+      reader.next(frame);
+    } catch (const Error &error) {
+      return error.what();
+    }
+    return {};
+  };
+  const std::string samples = bytes(24, 1);
+  EXPECT_EQ(message("YUV4MPEG2 W4 H4\nFRAME\n" + samples), "");
+  for (const char *header : {"YUV4MPEG2 W4 H4\r\nFRAME\r\n", "YUV4MPEG2 W4 H4 C420jpeg\r\nFRAME\n",
+                             "YUV4MPEG2 W4 H4\nFRAME\r\n", "YUV4MPEG2 W4 H4\nFRAME Ip\r\n"}) {
+    EXPECT_THAT(message(header + samples), testing::HasSubstr("CR LF")) << header;
+  }
+  // Samples where a frame should begin are no such line.
+  EXPECT_THAT(message("YUV4MPEG2 W4 H4\nxyz\r\n" + samples), testing::HasSubstr("no FRAME line"));
+}
+
 TEST(Y4mReader, EveryTruncationIsNoticed) {
   const std::string whole = workspace::y4m420(6, 4, 2);
   const std::size_t header = whole.find('\n') + 1;

@@ -145,4 +145,37 @@ TEST(Routes, QualitiesAreOfferedWhereTheLibraryTakesThem) {
   EXPECT_GT(offered, 200);
 }
 
+// Where the program says that the quality changes nothing it changes nothing, and only there.
+TEST(Routes, QualitiesAreIdleWhereTheLibraryTakesNoNotice) {
+  int idle = 0;
+  int effective = 0;
+  forEachPair([&](Route route) {
+    for (const uint32_t rotation : {uint32_t{ROTATION_NONE}, kTurns[0], kTurns[1], kTurns[2]}) {
+      route.rotation = rotation;
+      route.quality = 0;
+      if (!route.scaled || !whyNot(route).empty()) {
+        continue;
+      }
+      EXPECT_EQ(whyQualityIsIdle(route), "") << describe(route);
+      const Result plain = viaLibrary(route);
+      for (route.quality = 1; route.quality <= 3; ++route.quality) {
+        if (whyNot(route).empty()) {
+          const bool same = viaLibrary(route).bytes == plain.bytes;
+          EXPECT_EQ(!whyQualityIsIdle(route).empty(), same) << describe(route);
+          ++(same ? idle : effective);
+        }
+      }
+    }
+  });
+  EXPECT_GT(idle, 100);
+  EXPECT_GT(effective, 40);
+}
+
+TEST(Routes, QualitiesAreIdleWithoutScaling) {
+  Route route{COLOR_YUV420_PLANAR, COLOR_RGB565, false, ROTATION_NONE, 2};
+  EXPECT_NE(whyQualityIsIdle(route).find("--scale"), std::string::npos);
+  route.quality = 0;
+  EXPECT_EQ(whyQualityIsIdle(route), "");
+}
+
 } // namespace

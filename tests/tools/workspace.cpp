@@ -2,12 +2,18 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <sys/resource.h>
 #include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 
 namespace workspace {
 
@@ -109,6 +115,95 @@ Outcome run(const std::vector<std::string> &arguments, const std::string &input)
   outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   outcome.err = readFile(folder.path("err"));
   return outcome;
+}
+
+namespace {
+
+/// In the child: becomes the program. Nothing here may return to the test.
+[[noreturn]] void become(std::vector<char *> &words, const Process::Setup &setup, int input, const std::string &err) {
+  for (const int number : {SIGINT, SIGTERM, SIGXFSZ}) {
+    std::signal(number, SIG_DFL); // shells switch some off for what runs in the background, such as these tests
+  }
+  std::signal(SIGHUP, setup.ignoreHangUp ? SIG_IGN : SIG_DFL);
+  if (setup.fileLimit > 0) {
+    const rlimit limit{setup.fileLimit, setup.fileLimit};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  const int log = open(err.c_str(), O_WRONLY | O_CREAT, 0600);
+  dup2(input, STDIN_FILENO);
+  dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+  dup2(log, STDERR_FILENO);
+  execv(words[0], words.data());
+  _exit(127);
+}
+
+} // namespace
+
+Process::Process(const std::vector<std::string> &arguments, const Setup &setup) {
+  std::vector<std::string> texts{ZQCONVERT_PROGRAM};
+  texts.insert(texts.end(), arguments.begin(), arguments.end());
+  std::vector<char *> words;
+  std::ranges::transform(texts, std::back_inserter(words), [](std::string &text) { return text.data(); });
+  words.push_back(nullptr);
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+    throw std::runtime_error("no pipe");
+  }
+  const std::string err = folder_.path("err");
+  pid_ = fork();
+  if (pid_ == 0) {
+    become(words, setup, ends[0], err);
+  }
+  close(ends[0]);
+  input_ = ends[1];
+}
+
+Process::~Process() {
+  closeInput();
+  if (pid_ > 0) {
+    ::kill(pid_, SIGKILL);
+    waitpid(pid_, nullptr, 0);
+  }
+}
+
+void Process::feed(const std::string &bytes) const {
+  if (write(input_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
+    throw std::runtime_error("the program does not take its input");
+  }
+}
+
+void Process::closeInput() {
+  if (input_ >= 0) {
+    close(input_);
+    input_ = -1;
+  }
+}
+
+void Process::kill(int signalNumber) const {
+  ::kill(pid_, signalNumber);
+}
+
+Outcome Process::wait() {
+  Outcome outcome;
+  int status = 0;
+  if (!within10Seconds([&] { return waitpid(pid_, &status, WNOHANG) == pid_; })) {
+    return outcome;
+  }
+  pid_ = -1;
+  outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  outcome.err = readFile(folder_.path("err"));
+  return outcome;
+}
+
+bool within10Seconds(const std::function<bool()> &isSo) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!isSo()) {
+    if (std::chrono::steady_clock::now() > end) {
+      return false;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return true;
 }
 
 } // namespace workspace

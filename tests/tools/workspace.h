@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -51,5 +52,34 @@ struct Outcome {
 
 /// Runs the program through the shell. `input` names the file that becomes standard input.
 Outcome run(const std::vector<std::string> &arguments, const std::string &input = "/dev/null");
+
+/// The program as a child whose standard input the test holds. Ended by the destructor if it still runs.
+class Process {
+public:
+  struct Setup {
+    bool ignoreHangUp = false;
+    unsigned long fileLimit = 0; ///< Bytes that a file may have; 0: no limit.
+  };
+  explicit Process(const std::vector<std::string> &arguments, const Setup &setup);
+  Process(const Process &) = delete;
+  Process &operator=(const Process &) = delete;
+  ~Process();
+
+  /// Not more than a pipe holds, for the program may not be reading.
+  void feed(const std::string &bytes) const;
+  void closeInput();
+  void kill(int signalNumber) const;
+  /// Its status (as the shell counts: 128 and the number when a signal ended it) and standard error; gives up, with
+  /// status -1, after ten seconds.
+  Outcome wait();
+
+private:
+  Folder folder_;
+  int pid_ = -1;
+  int input_ = -1;
+};
+
+/// Asks again and again until it is so.
+bool within10Seconds(const std::function<bool()> &isSo);
 
 } // namespace workspace

@@ -35,7 +35,7 @@ constexpr auto kTypes = std::to_array<ColorTypeInfo>({
     {COLOR_YUV422_VYUY2, Family::Packed422, 1, 0, "COLOR_YUV422_VYUY2", "vyuy2", "bytes V Y1 U Y0"},
     {COLOR_RGB565, Family::Rgb16, 0, 0, "COLOR_RGB565", "rgb565 rgb565le rgb16", "16-bit words, red in the top bits"},
     {COLOR_RGB16_ALT, Family::Rgb16, 0, 0, "COLOR_RGB16_ALT", "rgb16alt", "a second code for the same words"},
-    {COLOR_RGB24, Family::Rgb24, 0, 0, "COLOR_RGB24", "bgr24 rgb24", "bytes B, G, R"},
+    {COLOR_RGB24, Family::Rgb24, 0, 0, "COLOR_RGB24", "bgr24", "bytes B, G, R"},
     {COLOR_RGB888_PLANAR, Family::Planar, 0, 0, "COLOR_RGB888_PLANAR", "rgbp rgb888p", "red, green and blue planes"},
     {COLOR_YUV420_PACK2, Family::SemiPlanar, 1, 1, "COLOR_YUV420_PACK2", "nv21", "as nv12 with V before U"},
     {COLOR_YUV_QUARTER_HEIGHT, Family::Planar, 0, 2, "COLOR_YUV_QUARTER_HEIGHT", "yuv-quarter-height",

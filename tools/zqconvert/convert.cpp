@@ -70,14 +70,8 @@ Converter::Converter(const StreamInfo &input, const Request &request)
     part_ = *request_.crop;
   }
   requireSamples(input_.type, part_.width, part_.height, "input");
-  if (!request_.scale) {
-    request_.quality = 0; // samples keep their places: there is nothing to filter
-  }
-  const Route route{input_.type, request_.outType, request_.scale.has_value(), request_.rotation, request_.quality};
-  if (const std::string reason = whyNot(route); !reason.empty()) {
-    throw Error(reason);
-  }
   const Size upright = request_.scale.value_or(Size{part_.width, part_.height});
+  requireRoute(upright);
   requirePlausible(upright, "--scale");
   const bool quarter = request_.rotation == ROTATION_90_LEFT || request_.rotation == ROTATION_90_RIGHT;
   output_.type = request_.outType;
@@ -108,6 +102,18 @@ void Converter::requireCrop() const {
   }
 }
 
+void Converter::requireRoute(Size upright) {
+  Route route{input_.type, request_.outType, request_.scale.has_value(), request_.rotation, request_.quality};
+  route.reduced = upright.width < part_.width && upright.height < part_.height;
+  if (const std::string reason = whyNot(route); !reason.empty()) {
+    throw Error(reason);
+  }
+  note_ = whyQualityIsIdle(route);
+  if (!note_.empty()) {
+    request_.quality = 0;
+  }
+}
+
 void Converter::requireOk(uint32_t code) const {
   if (code != CC_OK) {
     throw Error(shortName(input_.type) + " " + toText({part_.width, part_.height}) + " to " + shortName(output_.type) +
@@ -131,6 +137,10 @@ ConvertParams Converter::describe(const Frame &in, Frame &out) const {
   params.outStride = out.stride;
   for (int i = 0; i < planeCount(out.type); ++i) {
     params.outBuf[i] = out.planes[static_cast<std::size_t>(i)].data();
+  }
+  if (out.type == COLOR_YVU420_PLANAR && in.type != out.type) {
+    // Conversions give U before V whatever the type says; only copies of yv12 keep its order.
+    std::swap(params.outBuf[1], params.outBuf[2]);
   }
   params.isResize = request_.scale ? 1 : 0;
   params.rotation = request_.rotation;

@@ -45,6 +45,8 @@ public:
 
   /// What convert() gives.
   [[nodiscard]] const StreamInfo &output() const { return output_; }
+  /// What the user should hear about a request that is fulfilled all the same; empty for most.
+  [[nodiscard]] const std::string &note() const { return note_; }
   /// Converts `in` into `out`, whose buffers are made on the first call.
   void convert(const Frame &in, Frame &out);
   /// Seconds spent inside the library's frame calls so far.
@@ -52,6 +54,7 @@ public:
 
 private:
   void requireCrop() const;
+  void requireRoute(Size upright);
   void setUp(ConvertParams &params);
   void selectMatrix();
   [[nodiscard]] ConvertParams describe(const Frame &in, Frame &out) const;
@@ -61,6 +64,7 @@ private:
   Request request_;
   Rectangle part_; ///< The part of the input that is converted.
   StreamInfo output_;
+  std::string note_;
   ConvertContext *handle_ = nullptr;
   bool ready_ = false;
   double seconds_ = 0;

@@ -74,7 +74,7 @@ std::string endsEarly(const std::string &name, int read, const FrameRange &range
   if (read == 0) {
     return name + ": holds no frame";
   }
-  return name + ": has " + std::to_string(read) + " frames, so --frames cannot reach " +
+  return name + ": has " + std::to_string(read) + (read == 1 ? " frame" : " frames") + ", so --frames cannot reach " +
          std::to_string(range.last > 0 ? range.last : range.first);
 }
 
@@ -99,6 +99,9 @@ void run(const Options &options) {
   request.outType = options.outType.value_or(defaultOutType(options.format, info.type));
   requireHolds(options.format, request.outType);
   Converter converter(info, request);
+  if (!converter.note().empty()) {
+    std::cerr << "zqconvert: note: " + converter.note() + "\n";
+  }
   Output output(options.output, options.format, converter.output());
   Progress progress(expectedFrames(input, options.frames));
 

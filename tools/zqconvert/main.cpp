@@ -2,8 +2,11 @@
 
 #include "error.h"
 #include "job.h"
+#include "temporary.h"
 
+#include <array>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -14,10 +17,32 @@ namespace {
 
 constexpr int kFailure = 2;
 
-/// The first signal lets the job clean up at its next frame, the second one ends the program at once.
+#ifdef SIGHUP
+constexpr std::array kStopping{SIGINT, SIGTERM, SIGHUP};
+#else
+constexpr std::array kStopping{SIGINT, SIGTERM};
+#endif
+
+/// The first signal lets the job clean up at its next frame. If that does not come (input may be slow), the second one,
+/// whichever it is, ends the program at once.
 void stop(int number) {
-  zqconvert::stopSignal = number;
-  std::signal(number, SIG_DFL);
+  std::signal(number, stop); // some systems forget the handler once it is called
+  if (zqconvert::stopSignal.exchange(number) != 0) {
+    zqconvert::removeTemporaries();
+    std::_Exit(128 + number);
+  }
+}
+
+void handleSignals() {
+  for (const int number : kStopping) {
+    // nohup and shells start programs with signals switched off that shall not reach them.
+    if (std::signal(number, stop) == SIG_IGN) {
+      std::signal(number, SIG_IGN);
+    }
+  }
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN); // writing beyond the limit fails instead, and the failure is reported and cleaned up
+#endif
 }
 
 int fail(const std::string &line) {
@@ -31,8 +56,7 @@ int convert(const std::vector<std::string> &arguments) {
     std::cout << options.message << std::flush;
     return std::cout ? 0 : fail("standard output cannot be written");
   }
-  std::signal(SIGINT, stop);
-  std::signal(SIGTERM, stop);
+  handleSignals();
   zqconvert::run(options);
   return 0;
 }

@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <memory>
 
 namespace zqconvert {
 
@@ -12,9 +13,10 @@ namespace {
 
 constexpr const char *kDescription =
     "Converts pictures between YUV and RGB layouts, scaled, turned, flipped or cut out as asked.\n\n"
-    "INPUT is a YUV4MPEG2 stream (8-bit 420, 422, 444, 440 or 411), raw frames with --size and --type, or - for\n"
-    "standard input. OUTPUT is written as its extension says: .bmp, .png, .ppm, .y4m, raw frames otherwise, or - for\n"
-    "standard output. A number in OUTPUT (out-%04d.png) gives one file a frame, numbered as in the input from 1.";
+    "INPUT is a YUV4MPEG2 stream (8-bit 420, 422, 444, 440 or 411), raw frames with --size and --type,\n"
+    "or - for standard input. OUTPUT is written as its extension says: .bmp, .png, .ppm, .y4m, raw\n"
+    "frames otherwise, or - for standard output. A number in OUTPUT (out-%04d.png) gives one file a\n"
+    "frame, numbered as in the input from 1.";
 
 constexpr const char *kExamples =
     "Examples:\n"
@@ -26,12 +28,21 @@ constexpr const char *kExamples =
     "  zqconvert --size 640x480 --type yuyv camera.raw camera-%03d.png\n"
     "  zqconvert --to i420 --scale 1280x720 clip.y4m - | ffplay -f rawvideo -video_size 1280x720 -\n"
     "  zqconvert --frames 10:20 clip.y4m frame-%04d.png\n\n"
-    "A job that cannot be done ends with one line on standard error and status 2 and leaves no file behind.";
+    "A job that cannot be done ends with one line on standard error and status 2 and leaves no file\n"
+    "behind.";
 
 struct Words {
   std::string size, type, to, format, matrix = "bt601", scale, rotate, crop, frames;
+  std::string quality = "0";
   bool flip = false, help = false, version = false, listTypes = false;
-  int quality = 0;
+};
+
+/// INPUT and OUTPUT are needed, but not with --help and the like, so that the parser knows them as optional.
+class HelpText : public CLI::Formatter {
+public:
+  std::string make_usage(const CLI::App * /*app*/, std::string name) const override {
+    return "\nUsage: " + name + " [OPTIONS] INPUT OUTPUT\n";
+  }
 };
 
 Size sizeOption(const std::string &name, const std::string &text) {
@@ -86,6 +97,14 @@ uint32_t parseRotation(const std::string &text, bool flip) {
   throw Error("--rotate takes left, right or 180, not '" + text + "'");
 }
 
+uint32_t parseQuality(const std::string &text) {
+  const std::optional<int> quality = parseCount(text, 3);
+  if (!quality) {
+    throw Error("--quality takes 0, 1, 2 or 3, not '" + text + "'");
+  }
+  return static_cast<uint32_t>(*quality);
+}
+
 Rectangle parseCrop(const std::string &text) {
   const std::vector<std::string> parts = split(text, ',');
   std::array<int, 4> values{};
@@ -116,9 +135,12 @@ FrameRange parseFrames(const std::string &text) {
 
 void describe(CLI::App &app, Options &options, Words &words) {
   app.set_help_flag();
+  app.formatter(std::make_shared<HelpText>());
+  // Whoever gives an option twice hears so from requireSingle(), in plainer words than the parser's.
+  app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   app.footer(kExamples);
-  app.add_option("INPUT", options.input, "What to convert");
-  app.add_option("OUTPUT", options.output, "Where to put the result");
+  app.add_option("INPUT", options.input, "What to convert")->type_name("");
+  app.add_option("OUTPUT", options.output, "Where to put the result")->type_name("");
   app.add_option("--size", words.size, "Size of raw input frames")->type_name("WxH")->group("Input");
   app.add_option("--type", words.type, "Colour type of raw input frames, by name or code")
       ->type_name("TYPE")
@@ -126,23 +148,25 @@ void describe(CLI::App &app, Options &options, Words &words) {
   app.add_option("--frames", words.frames, "Frames to convert, counted from 1, both ends included")
       ->type_name("A:B")
       ->group("Input");
-  app.add_option("--crop", words.crop, "Convert this part of the input only; X and Y must lie on chroma samples")
+  app.add_option("--crop", words.crop, "Convert this part of the input only; X and Y must lie on chroma\nsamples")
       ->type_name("X,Y,W,H")
       ->group("Conversion");
   app.add_option("--to", words.to, "Colour type of the result (rgb565; for .y4m i420)")
       ->type_name("TYPE")
       ->group("Conversion");
   app.add_option("--matrix", words.matrix,
-                 "bt601 (the default), bt709, grey, or the four coefficients Cr to R, Cr to G, Cb to B, Cb to G, "
-                 "each times 512. Conversions with arithmetic of their own take no notice")
+                 "bt601 (the default), bt709, grey, or the four coefficients\n"
+                 "Cr to R, Cr to G, Cb to B, Cb to G, each times 512. Conversions\n"
+                 "with arithmetic of their own take no notice")
       ->type_name("NAME|a,b,c,d")
       ->group("Conversion");
   app.add_option("--scale", words.scale, "Size of the result before it is turned")
       ->type_name("WxH")
       ->group("Conversion");
   app.add_option("--quality", words.quality,
-                 "Resampling with --scale: 0 plain, 1 and 2 five taps (narrower, wider), 3 the mean of a box. Routes "
-                 "without a filter resample plainly")
+                 "Resampling with --scale: 0 plain, 1 and 2 five taps (narrower,\n"
+                 "wider), 3 the mean of a box, for reducing only. Where a\n"
+                 "conversion has no filters, a note says so")
       ->type_name("0..3")
       ->group("Conversion");
   app.add_option("--rotate", words.rotate, "Turn: left or right by a quarter, or 180")
@@ -180,10 +204,7 @@ void interpret(const Words &words, Options &options) {
   options.format = words.format.empty() ? formatOfName(options.output) : parseFormat(words.format);
   options.request.matrix = parseMatrix(words.matrix);
   options.request.rotation = parseRotation(words.rotate, words.flip);
-  if (words.quality < 0 || words.quality > 3) {
-    throw Error("--quality takes 0, 1, 2 or 3");
-  }
-  options.request.quality = static_cast<uint32_t>(words.quality);
+  options.request.quality = parseQuality(words.quality);
   if (!words.scale.empty()) {
     options.request.scale = sizeOption("--scale", words.scale);
   }
@@ -193,6 +214,28 @@ void interpret(const Words &words, Options &options) {
   if (!words.frames.empty()) {
     options.frames = parseFrames(words.frames);
   }
+}
+
+void requireSingle(const CLI::App &app) {
+  for (const CLI::Option *option : app.get_options()) {
+    const bool flag = option->get_items_expected_max() == 0;
+    if (!flag && option->count() > 1) {
+      throw Error(option->get_name() + " is given more than once");
+    }
+  }
+}
+
+/// The parser's words, or plainer ones where it has riddles.
+std::string explain(const CLI::ParseError &error) {
+  std::string line = error.what();
+  std::replace(line.begin(), line.end(), '\n', ' ');
+  if (dynamic_cast<const CLI::ArgumentMismatch *>(&error) != nullptr) {
+    return line.substr(0, line.find(':')) + " needs a value"; // it is "--size: 1 required WxH missing"
+  }
+  if (dynamic_cast<const CLI::ConversionError *>(&error) != nullptr) {
+    return "options that take no value, such as --flip, cannot be given one"; // all others take any text
+  }
+  return line;
 }
 
 } // namespace
@@ -207,10 +250,9 @@ Options parseOptions(const std::vector<std::string> &arguments) {
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
     app.parse(reversed);
   } catch (const CLI::ParseError &error) {
-    std::string line = error.what();
-    std::replace(line.begin(), line.end(), '\n', ' ');
-    throw Error(line + " (--help explains)");
+    throw Error(explain(error) + " (--help explains)");
   }
+  requireSingle(app);
   if (words.help) {
     options.message = app.help();
   } else if (words.version) {

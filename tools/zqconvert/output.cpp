@@ -13,27 +13,26 @@ namespace zqconvert {
 
 namespace fs = std::filesystem;
 
-namespace {
-
 /// Makes an empty file of a name that no one else has, beside the target so that renaming cannot cross file systems.
-fs::path makeTemporary(const fs::path &target, const std::string &name) {
+void PendingFile::makeTemporary() {
   std::random_device random;
   for (int attempt = 0; attempt < 16; ++attempt) {
-    // The name is short whatever the target is called, and hidden while it is incomplete.
-    fs::path candidate = target.parent_path() / (".zqconvert-" + std::to_string(random()) + ".part");
+    // The name is short whatever the target is called, and hidden while it is incomplete. It is announced before the
+    // file exists, so that no signal can come in between.
+    temporary_.emplace((target_.parent_path() / (".zqconvert-" + std::to_string(random()) + ".part")).string());
     // "x": fails rather than opening a file that is there already.
-    if (std::FILE *file = std::fopen(candidate.string().c_str(), "wbx"); file != nullptr) {
+    if (std::FILE *file = std::fopen(temporary_->path().c_str(), "wbx"); file != nullptr) {
       std::fclose(file);
-      return candidate;
+      return;
     }
-    if (errno != EEXIST) {
-      throw Error(name + ": cannot be written: " + std::strerror(errno));
+    const int reason = errno;
+    temporary_.reset();
+    if (reason != EEXIST) {
+      throw Error(name_ + ": cannot be written: " + std::strerror(reason));
     }
   }
-  throw Error(name + ": cannot be written: no free temporary name");
+  throw Error(name_ + ": cannot be written: no free temporary name");
 }
-
-} // namespace
 
 PendingFile::PendingFile(const std::string &path) : name_(path), target_(path) {
   std::error_code ignored;
@@ -46,21 +45,29 @@ PendingFile::PendingFile(const std::string &path) : name_(path), target_(path) {
     throw Error(name_ + ": is a directory");
   }
   if (!fs::exists(status) || fs::is_regular_file(status)) {
-    temporary_ = makeTemporary(target_, name_);
+    makeTemporary();
   }
-  stream_.open(temporary_.empty() ? target_ : temporary_, std::ios::binary);
+  const fs::path written = temporary_ ? fs::path(temporary_->path()) : target_;
+  stream_.open(written, std::ios::binary);
   if (!stream_) {
     const std::string reason = std::strerror(errno);
-    fs::remove(temporary_, ignored);
+    if (temporary_) {
+      fs::remove(written, ignored);
+    }
     throw Error(name_ + ": cannot be written: " + reason);
+  }
+  if (temporary_ && fs::exists(status)) {
+    // Now and not at the end: a private file's successor is never open to others. The stream is open already, so that
+    // even a file that must not be written passes its permissions on.
+    fs::permissions(written, status.permissions() & fs::perms::all, ignored);
   }
 }
 
 PendingFile::~PendingFile() {
-  if (!temporary_.empty()) {
+  if (temporary_) {
     stream_.close();
     std::error_code ignored;
-    fs::remove(temporary_, ignored);
+    fs::remove(temporary_->path(), ignored);
   }
 }
 
@@ -72,15 +79,15 @@ void PendingFile::close() {
 }
 
 void PendingFile::commit() {
-  if (temporary_.empty()) {
+  if (!temporary_) {
     return;
   }
   std::error_code error;
-  fs::rename(temporary_, target_, error);
+  fs::rename(temporary_->path(), target_, error);
   if (error) {
     throw Error(name_ + ": cannot be put in place: " + error.message());
   }
-  temporary_.clear();
+  temporary_.reset();
 }
 
 NamePattern::NamePattern(const std::string &name) : before_(name) {

@@ -2,18 +2,21 @@
 #pragma once
 
 #include "frame.h"
+#include "temporary.h"
 #include "writers.h"
 
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace zqconvert {
 
 /// A file written under a temporary name in the directory where it will stand. It is renamed by commit() and removed by
-/// the destructor otherwise. Devices and pipes, which cannot be replaced, are written directly.
+/// the destructor otherwise. A file that is replaced passes its permissions on. Devices and pipes, which cannot be
+/// replaced, are written directly.
 class PendingFile {
 public:
   explicit PendingFile(const std::string &path);
@@ -27,9 +30,11 @@ public:
   void commit();
 
 private:
+  void makeTemporary();
+
   std::string name_;
   std::filesystem::path target_;
-  std::filesystem::path temporary_; ///< Empty when the target itself is being written.
+  std::optional<TemporaryName> temporary_; ///< Empty when the target itself is being written.
   std::ofstream stream_;
 };
 

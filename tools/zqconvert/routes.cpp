@@ -77,9 +77,30 @@ const char *optionName(uint32_t rotation) {
   }
 }
 
+/// Whether the library resamples otherwise for another quality.
+bool hasFilters(const Route &route) {
+  const Family in = colorType(route.inType).family;
+  const bool upright = route.rotation == ROTATION_NONE;
+  if (!route.scaled) {
+    return false;
+  }
+  if (route.inType == route.outType) {
+    const bool lumaInOrder = in == Family::Packed422 && route.inType < COLOR_YUV422_YUYV2;
+    return upright && (isPlanar420(route.inType) || in == Family::Rgb16 || lumaInOrder);
+  }
+  const bool planes = in == Family::Planar || in == Family::SemiPlanar;
+  return planes && colorType(route.outType).family == Family::Rgb16 && (upright || isTurnedBeforehand(route.inType));
+}
+
 std::string whyNotQuality(const Route &route) {
-  if (!route.scaled || route.quality == 0 || route.inType != route.outType) {
+  if (!route.scaled || route.quality == 0) {
     return {};
+  }
+  if (route.inType != route.outType) {
+    // The boxes of a side that does not shrink hold no sample, and the picture would come out black or green there.
+    return route.quality == 3 && !route.reduced && hasFilters(route)
+               ? "--quality 3 is for reducing: both sides must become smaller (qualities 0 to 2 enlarge)"
+               : "";
   }
   if (route.quality > 2) {
     return "--quality 3 is for conversions; without one (" + shortName(route.inType) + " stays) it goes up to 2";
@@ -111,6 +132,18 @@ std::string whyNot(const Route &route) {
     }
   }
   return whyNotQuality(route);
+}
+
+std::string whyQualityIsIdle(const Route &route) {
+  if (route.quality == 0 || hasFilters(route)) {
+    return {};
+  }
+  if (!route.scaled) {
+    return "--quality changes nothing without --scale";
+  }
+  const std::string pair = shortName(route.inType) + " to " + shortName(route.outType);
+  return "--quality changes nothing from " + pair +
+         (route.rotation == ROTATION_NONE ? "" : " with " + std::string(optionName(route.rotation)));
 }
 
 } // namespace zqconvert

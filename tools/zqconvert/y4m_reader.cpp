@@ -54,6 +54,16 @@ bool isRate(std::string_view text) {
   return colon != std::string_view::npos && parseCount(text.substr(0, colon)) && parseCount(text.substr(colon + 1));
 }
 
+/// A carriage return at a header line's end tells of a stream that was sent or saved as text: the samples are damaged
+/// as well. `begin` is how such a line begins; samples that stand where a line should are another matter.
+void requireBinary(const std::optional<std::string> &line, std::string_view begin, const std::string &name) {
+  if (line && line->starts_with(begin) && line->ends_with('\r')) {
+    throw Error(name +
+                ": a header line ends with CR LF, so that the stream was copied or written as text, which damages "
+                "pictures; make it again in binary mode");
+  }
+}
+
 /// Header bytes for a message: damaged files must not write control codes to the user's terminal.
 std::string printable(std::string_view text) {
   std::string clean(text.substr(0, 40));
@@ -73,6 +83,7 @@ int roundedUp(int value, int shift) {
 
 Y4mReader::Y4mReader(std::istream &stream, std::string name) : stream_(stream), name_(std::move(name)) {
   const std::optional<std::string> line = readLine(stream_);
+  requireBinary(line, kMagic, name_);
   if (!line || !line->starts_with(kMagic) || (line->size() > kMagic.size() && (*line)[kMagic.size()] != ' ')) {
     throw Error(name_ + ": not a YUV4MPEG2 stream (raw frames need --size and --type)");
   }
@@ -163,6 +174,7 @@ bool Y4mReader::next(Frame &frame) {
   ++frames_;
   const std::string where = "frame " + std::to_string(frames_);
   const std::optional<std::string> line = readLine(stream_);
+  requireBinary(line, kFrame, name_);
   if (!line || !line->starts_with(kFrame) || (line->size() > kFrame.size() && (*line)[kFrame.size()] != ' ')) {
     throw Error(
         name_ + ": " +
