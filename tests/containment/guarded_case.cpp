@@ -32,26 +32,6 @@ int pixelBytesOf(int type) {
   return type == COLOR_RGB24 ? 3 : 1;
 }
 
-uint32_t convertByLibrary(ConvertParams &p, const reference::MatrixChoice &matrix) {
-  ConvertContext *handle = nullptr;
-  uint32_t code = zqCCInit(&handle);
-  if (code != CC_OK) {
-    return code;
-  }
-  code = matrix.select(handle);
-  if (code == CC_OK) {
-    code = zqCCSetParameter(handle, PARAM_CONVERT_DESC, &p);
-  }
-  if (code == CC_ERR_NO_MEMORY) {
-    return code;
-  }
-  if (code == CC_OK) {
-    code = zqCCProcess(handle, &p);
-  }
-  zqCCUninit(handle);
-  return code;
-}
-
 std::string hex(uint32_t code) {
   std::ostringstream text;
   text << "0x" << std::hex << code;
@@ -189,7 +169,7 @@ std::string Bench::faultReport(const support::Fault &fault) const {
 std::string Bench::convertAndCompare(const GuardedCase &c, ConvertParams &params, uint32_t code) {
   uint32_t answer = CC_OK;
   const std::optional<support::Fault> fault = support::catchFault([&] {
-    answer = convertByLibrary(params, c.matrix);
+    answer = reference::convertWith(params, c.matrix);
     if (sabotage_) {
       sabotage_(inputs_, outputs_);
     }

@@ -14,49 +14,10 @@ namespace {
 
 constexpr uint8_t kGround = 0xA5;
 
-struct Extent {
-  int64_t lineBytes = 0;
-  int64_t lines = 0;
-  int64_t stride = 0;
-  [[nodiscard]] int64_t bytes() const { return lines > 0 && lineBytes > 0 ? (lines - 1) * stride + lineBytes : 0; }
-};
+using Extent = support::BasicPlaneShape<int64_t>;
 
-int64_t lineBytesOf(int type, int64_t width) {
-  if (support::isPacked422(type)) {
-    return (width + 1) / 2 * 4;
-  }
-  if (support::isRgb16(type)) {
-    return 2 * width;
-  }
-  return type == COLOR_RGB24 ? 3 * width : width;
-}
-
-Extent extentOf(int type, int64_t width, int64_t height, int64_t stride, int plane) {
-  if (plane == 0) {
-    return {lineBytesOf(type, width), height, stride};
-  }
-  if (plane >= support::planeCount(type)) {
-    return {};
-  }
-  switch (type) {
-  case 1:
-  case 13:
-    return {width / 2, height, stride >> 1};
-  case 2:
-    return {width, height / 2, stride};
-  case 3:
-  case 12:
-    return {width / 2, height / 2, stride >> 1};
-  case 4:
-    return {width / 4, height, stride >> 2};
-  case 11:
-  case 35:
-    return {width / 2 * 2, height / 2, stride};
-  case 37:
-    return {width, height / 4, stride};
-  default:
-    return {width, height, stride};
-  }
+int64_t bytesOf(const Extent &extent) {
+  return static_cast<int64_t>(extent.bytes());
 }
 
 bool isTurn(const ConvertParams &p) {
@@ -83,11 +44,11 @@ int64_t inputBytes(const ConvertParams &p, int plane, int64_t cropped) {
   const bool larger = p.isResize == 0;
   const int64_t width = larger ? std::max(p.inWidth, p.outWidth) : p.inWidth;
   const int64_t height = larger ? std::max(p.inHeight, p.outHeight) : p.inHeight;
-  Extent extent = extentOf(p.inType, width, height, p.inStride, plane);
+  Extent extent = support::planeShape<int64_t>(p.inType, width, height, p.inStride, plane);
   if (isTight(p)) {
     extent.stride = extent.lineBytes;
   }
-  return cut(extent, p, width, cropped).bytes();
+  return bytesOf(cut(extent, p, width, cropped));
 }
 
 int64_t outputBytes(const ConvertParams &p, int plane) {
@@ -97,7 +58,7 @@ int64_t outputBytes(const ConvertParams &p, int plane) {
     const bool half = p.rotation == ROTATION_180;
     written = half ? reference::Size{p.inWidth, p.inHeight} : reference::Size{p.inHeight, p.inWidth};
   }
-  Extent extent = extentOf(p.outType, written.width, written.height, p.outStride, plane);
+  Extent extent = support::planeShape<int64_t>(p.outType, written.width, written.height, p.outStride, plane);
   if (isTight(p)) {
     extent.stride = extent.lineBytes;
   }
@@ -105,7 +66,7 @@ int64_t outputBytes(const ConvertParams &p, int plane) {
   const bool resizedHalf = p.inType == p.outType && p.isResize == 1 && p.rotation == ROTATION_180;
   const bool toRgb16 = p.inType != p.outType && support::isRgb16(p.outType) && isTurn(p) && plane == 0;
   const int64_t whole = resizedHalf || toRgb16 ? extent.lines * extent.stride : 0;
-  return std::max(cut(extent, p, written.width).bytes(), whole);
+  return std::max(bytesOf(cut(extent, p, written.width)), whole);
 }
 
 /// The frame that is being converted, for reports of the address sanitizer.
@@ -155,7 +116,8 @@ FrameBytes bytesOf(const ConvertParams &frame, int64_t cropped) {
 bool linesAreApart(const ConvertParams &frame) {
   const reference::Size written = containment::writtenSize(frame);
   const Extent extent =
-      cut(extentOf(frame.outType, written.width, written.height, frame.outStride, 0), frame, written.width);
+      cut(support::planeShape<int64_t>(frame.outType, written.width, written.height, frame.outStride, 0), frame,
+          written.width);
   return isTight(frame) || extent.stride >= extent.lineBytes;
 }
 

@@ -4,6 +4,7 @@
  * library serves read rotated words instead. With an access reported, or none seen at all, the run counts as failed:
  * the file named by the argument then says "failed", otherwise "aligned" and the number of accesses.
  */
+#include "plugin_report.h"
 #include "qemu_plugin_interface.h"
 
 #include <inttypes.h>
@@ -13,7 +14,6 @@
 int qemu_plugin_version = 1;
 
 enum { SHOWN = 20 };
-static char outputName[4096];
 static uint64_t accesses, unaligned;
 
 static void onAccess(unsigned cpu, uint32_t access, uint64_t address, void *instruction) {
@@ -45,13 +45,11 @@ static void onTranslation(uint64_t id, struct qemu_plugin_tb *block) {
 }
 
 static void onExit(uint64_t id, void *data) {
-  FILE *file = fopen(outputName, "w");
+  FILE *file = openReport();
   (void)id;
   (void)data;
-  if (file == NULL) {
-    perror(outputName);
+  if (file == NULL)
     return;
-  }
   if (accesses == 0 || unaligned != 0)
     fprintf(file, "failed: %" PRIu64 " of %" PRIu64 " accesses are not aligned\n", unaligned, accesses);
   else
@@ -61,11 +59,8 @@ static void onExit(uint64_t id, void *data) {
 
 int qemu_plugin_install(uint64_t id, const struct qemu_info_t *info, int argc, char **argv) {
   (void)info;
-  if (argc != 1 || strncmp(argv[0], "out=", 4) != 0 || strlen(argv[0] + 4) >= sizeof outputName) {
-    fputs("usage: -plugin check_alignment.so,out=FILE\n", stderr);
+  if (!takeReportName("check_alignment", argc, argv))
     return 1;
-  }
-  strcpy(outputName, argv[0] + 4);
   qemu_plugin_register_vcpu_tb_trans_cb(id, onTranslation);
   qemu_plugin_register_atexit_cb(id, onExit, NULL);
   return 0;

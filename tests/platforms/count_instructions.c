@@ -2,12 +2,12 @@
  * A plugin for qemu's user-mode emulators: counts the guest instructions of a program and says which of them ran how
  * often. On exit it writes one line "address count" for every instruction to the file named by its argument.
  */
+#include "plugin_report.h"
 #include "qemu_plugin_interface.h"
 
 #include <inttypes.h>
 #include <stdio.h>
 #include <stdlib.h>
-#include <string.h>
 
 int qemu_plugin_version = 1;
 
@@ -17,7 +17,6 @@ typedef struct Counter {
   uint64_t address, count;
 } Counter;
 static Counter *counters;
-static char outputName[4096];
 
 static Counter *counterOf(uint64_t address) {
   size_t slot = (size_t)((address >> 1) * UINT64_C(0x9E3779B97F4A7C15) >> 46);
@@ -45,14 +44,12 @@ static void onTranslation(uint64_t id, struct qemu_plugin_tb *block) {
 }
 
 static void onExit(uint64_t id, void *data) {
-  FILE *file = fopen(outputName, "w");
+  FILE *file = openReport();
   size_t slot;
   (void)id;
   (void)data;
-  if (file == NULL) {
-    perror(outputName);
+  if (file == NULL)
     return;
-  }
   for (slot = 0; slot < SLOTS; ++slot) {
     if (counters[slot].count != 0)
       fprintf(file, "%" PRIx64 " %" PRIu64 "\n", counters[slot].address, counters[slot].count);
@@ -62,11 +59,8 @@ static void onExit(uint64_t id, void *data) {
 
 int qemu_plugin_install(uint64_t id, const struct qemu_info_t *info, int argc, char **argv) {
   (void)info;
-  if (argc != 1 || strncmp(argv[0], "out=", 4) != 0 || strlen(argv[0] + 4) >= sizeof outputName) {
-    fputs("usage: -plugin count_instructions.so,out=FILE\n", stderr);
+  if (!takeReportName("count_instructions", argc, argv))
     return 1;
-  }
-  strcpy(outputName, argv[0] + 4);
   counters = calloc(SLOTS, sizeof *counters);
   if (counters == NULL)
     return 1;

@@ -25,27 +25,6 @@ int32_t fixedPoint(double value) {
   return scaled <= -2147483648.0 ? std::numeric_limits<int32_t>::min() : static_cast<int32_t>(scaled);
 }
 
-/// Sets a handle up, selects the matrix (making a handle resets it) and converts.
-uint32_t run(ConvertParams &params, const MatrixChoice &matrix) {
-  ConvertContext *handle = nullptr;
-  uint32_t code = zqCCInit(&handle);
-  if (code != CC_OK) {
-    return code;
-  }
-  code = matrix.select(handle);
-  if (code == CC_OK) {
-    code = zqCCSetParameter(handle, PARAM_CONVERT_DESC, &params);
-  }
-  if (code == CC_ERR_NO_MEMORY) {
-    return code;
-  }
-  if (code == CC_OK) {
-    code = zqCCProcess(handle, &params);
-  }
-  zqCCUninit(handle);
-  return code;
-}
-
 ConvertParams recordFor(const Picture &picture, int outType, int rotation) {
   ConvertParams params = support::blankParams();
   picture.describe(params);
@@ -92,6 +71,26 @@ uint32_t MatrixChoice::select(ConvertContext *handle) const {
   default:
     return CC_OK;
   }
+}
+
+uint32_t convertWith(ConvertParams &params, const MatrixChoice &matrix) {
+  ConvertContext *handle = nullptr;
+  uint32_t code = zqCCInit(&handle);
+  if (code != CC_OK) {
+    return code;
+  }
+  code = matrix.select(handle);
+  if (code == CC_OK) {
+    code = zqCCSetParameter(handle, PARAM_CONVERT_DESC, &params);
+  }
+  if (code == CC_ERR_NO_MEMORY) {
+    return code;
+  }
+  if (code == CC_OK) {
+    code = zqCCProcess(handle, &params);
+  }
+  zqCCUninit(handle);
+  return code;
 }
 
 DitherRestorer::~DitherRestorer() {
@@ -153,7 +152,7 @@ Converted convertPicture(const Picture &picture, int outType, int rotation, int 
   Converted result{CC_OK, canvasFor(params, outExtra, 0), 0};
   result.canvas.describe(params);
   result.stride = params.outStride;
-  result.code = run(params, matrix);
+  result.code = convertWith(params, matrix);
   return result;
 }
 
@@ -173,7 +172,7 @@ Comparison compareDirect(const DirectCase &c, const Picture &picture) {
   convertDirect(params, c.matrix.colour());
   got.describe(params);
   Comparison result;
-  result.code = run(params, c.matrix);
+  result.code = convertWith(params, c.matrix);
   result.difference = got.difference(expected);
   return result;
 }

@@ -27,6 +27,9 @@ struct MatrixChoice {
   uint32_t select(ConvertContext *handle) const;
 };
 
+/// Sets a handle up, selects the matrix (making a handle resets it), converts one frame and releases the handle.
+uint32_t convertWith(ConvertParams &params, const MatrixChoice &matrix);
+
 /// Writes the initial dither words back. A custom matrix overwrites them for the rest of the process; every test that
 /// selects one holds one of these.
 class DitherRestorer {

@@ -6,13 +6,6 @@
 
 namespace support {
 
-std::size_t PlaneShape::bytes() const {
-  if (lines <= 0 || lineBytes <= 0) {
-    return 0;
-  }
-  return static_cast<std::size_t>(lines - 1) * static_cast<std::size_t>(stride) + static_cast<std::size_t>(lineBytes);
-}
-
 bool isSemiPlanar(int type) {
   return type == 11 || type == 35;
 }
@@ -30,7 +23,8 @@ int planeCount(int type) {
   return isPacked422(type) || isRgb16(type) || type == 32 ? 1 : 3;
 }
 
-int tightStride(int type, int width) {
+template <class Number>
+Number tightStride(int type, Number width) {
   if (isPacked422(type)) {
     return (width + 1) / 2 * 4;
   }
@@ -40,7 +34,8 @@ int tightStride(int type, int width) {
   return type == 32 ? 3 * width : width;
 }
 
-PlaneShape planeShape(int type, int width, int height, int stride, int index) {
+template <class Number>
+BasicPlaneShape<Number> planeShape(int type, Number width, Number height, Number stride, int index) {
   if (index == 0) {
     return {tightStride(type, width), height, stride};
   }
@@ -57,7 +52,7 @@ PlaneShape planeShape(int type, int width, int height, int stride, int index) {
     return {width / 4, height, stride >> 2};
   case 11:
   case 35:
-    return index == 1 ? PlaneShape{width / 2 * 2, height / 2, stride} : PlaneShape{};
+    return index == 1 ? BasicPlaneShape<Number>{width / 2 * 2, height / 2, stride} : BasicPlaneShape<Number>{};
   case 37:
     return {width, height / 4, stride};
   case 0:
@@ -67,6 +62,11 @@ PlaneShape planeShape(int type, int width, int height, int stride, int index) {
     return {};
   }
 }
+
+template int tightStride(int, int);
+template int64_t tightStride(int, int64_t);
+template BasicPlaneShape<int> planeShape(int, int, int, int, int);
+template BasicPlaneShape<int64_t> planeShape(int, int64_t, int64_t, int64_t, int);
 
 Block::Block(std::size_t bytes, unsigned misalign) : store_(misalign + bytes), offset_(misalign), size_(bytes) {}
 

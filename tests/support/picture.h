@@ -14,14 +14,21 @@ namespace support {
 
 enum class Fill { Noise, Ramp, Extremes, Flat };
 
-/// Bytes of one line and number of lines of a plane.
-struct PlaneShape {
-  int lineBytes = 0;
-  int lines = 0;
-  int stride = 0;
+/// Bytes of one line and number of lines of a plane. Sizes that nobody has memory for are counted in 64 bits.
+template <class Number>
+struct BasicPlaneShape {
+  Number lineBytes = 0;
+  Number lines = 0;
+  Number stride = 0;
   /// Bytes from the first to the last sample; the padding behind the last line does not belong to the plane.
-  [[nodiscard]] std::size_t bytes() const;
+  [[nodiscard]] std::size_t bytes() const {
+    const bool empty = lines <= 0 || lineBytes <= 0;
+    return empty ? 0
+                 : static_cast<std::size_t>(lines - 1) * static_cast<std::size_t>(stride) +
+                       static_cast<std::size_t>(lineBytes);
+  }
 };
+using PlaneShape = BasicPlaneShape<int>;
 
 bool isSemiPlanar(int type);
 bool isPacked422(int type);
@@ -29,10 +36,12 @@ bool isRgb16(int type);
 int planeCount(int type);
 
 /// Smallest stride of the first plane: the bytes of one line (packed lines of odd width hold whole groups).
-int tightStride(int type, int width);
+template <class Number>
+Number tightStride(int type, Number width);
 
 /// Shape of plane `index` of a w x h picture whose first plane has the given stride.
-PlaneShape planeShape(int type, int width, int height, int stride, int index);
+template <class Number>
+BasicPlaneShape<Number> planeShape(int type, Number width, Number height, Number stride, int index);
 
 /// Heap block of exactly `bytes` bytes, starting `misalign` bytes (0..15) past the allocator's
 /// boundary and ending with its allocation, so that the address sanitizer sees the first byte read or

@@ -20,7 +20,8 @@ namespace workspace {
 namespace fs = std::filesystem;
 
 Folder::Folder() {
-  std::string name = (fs::temp_directory_path() / "zqconvert-test-XXXXXX").string();
+  // mkdtemp puts letters of its own in the place of the six at the end.
+  std::string name = (fs::temp_directory_path() / ("zqconvert-test-" + std::string(6, 'X'))).string();
   if (mkdtemp(name.data()) == nullptr) {
     throw std::runtime_error("no temporary directory");
   }
