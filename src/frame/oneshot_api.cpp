@@ -1,6 +1,7 @@
 // The one-shot functions: lay out a record from one buffer pointer a side, set up, convert, release.
 #include "frame/context.h"
 #include "frame/dispatch.h"
+#include "frame/oneshot_layout.h"
 #include "frame/picture_shape.h"
 #include "frame/route.h"
 #include "frame/setup.h"
@@ -12,27 +13,13 @@
 
 namespace {
 
+using zqcc::Crop;
+using zqcc::isInside;
 using zqcc::isPacked422;
 using zqcc::isPlanar420;
 using zqcc::isRgb16;
-using zqcc::isSemiPlanar;
-
-/// A part of a picture: the picture's line length and lines, and where the part starts. Columns are pixels, or bytes
-/// where the function counts those.
-struct Crop {
-  int32_t pictureWidth;
-  int32_t pictureHeight;
-  int32_t left;
-  int32_t top;
-};
-
-/// Only the function knows the whole picture, so only it can tell that a part leaves it. What sizes below 1 mean is
-/// dispatch's to say.
-bool isInside(const Crop &crop, int64_t width, int64_t height) {
-  const bool starts = crop.left >= 0 && crop.top >= 0;
-  const bool ends = crop.left + width <= crop.pictureWidth && crop.top + height <= crop.pictureHeight;
-  return width < 1 || height < 1 || (starts && ends);
-}
+using zqcc::kNoStride;
+using zqcc::strideOf;
 
 bool hasTwoBytesPerPixel(int32_t type) {
   return isPacked422(type) || isRgb16(type);
@@ -51,66 +38,6 @@ ConvertParams description(int32_t inType, int32_t outType, int32_t width, int32_
   p.inHeight = p.outHeight = height;
   p.rotation = ROTATION_NONE;
   return p;
-}
-
-/// Samples of a plane; the products of two sizes never overflow in 64 bits.
-int64_t area(int32_t a, int32_t b) {
-  return int64_t{a} * b;
-}
-
-/// A place in the caller's buffer; nothing is derived from a missing buffer. Computed on the address, since arguments
-/// that make no sense may lead anywhere before they are refused.
-template <class Byte>
-Byte *moved(Byte *p, int64_t bytes) {
-  if (p == nullptr) {
-    return nullptr;
-  }
-  // NOLINTNEXTLINE(performance-no-int-to-ptr): pointer arithmetic must not overflow before the arguments are refused
-  return reinterpret_cast<Byte *>(reinterpret_cast<std::uintptr_t>(p) + static_cast<std::uintptr_t>(bytes));
-}
-
-/// Marks a line that is too long for a stride.
-constexpr int32_t kNoStride = std::numeric_limits<int32_t>::min();
-
-int32_t strideOf(int32_t bytesPerPixel, int32_t pixels) {
-  const int64_t bytes = area(bytesPerPixel, pixels);
-  const bool fits = bytes > kNoStride && bytes <= std::numeric_limits<int32_t>::max();
-  return fits ? static_cast<int32_t>(bytes) : kNoStride;
-}
-
-/// Planes that follow one another: chroma behind `luma` samples, the third plane a `share`-th of that further on; both
-/// moved by `offset`.
-template <class Byte>
-void placeChroma(Byte *planes[3], Byte *base, int64_t luma, int64_t share, int64_t offset) {
-  planes[1] = moved(base, luma + offset);
-  planes[2] = moved(base, luma + luma / share + offset);
-}
-
-/// Chroma offset of a crop in 4:2:0 planes, on the full product: exact for even tops only.
-int64_t chromaCropOffset(int32_t stride, const Crop &crop) {
-  return area(stride, crop.top) / 4 + crop.left / 2;
-}
-
-void placeInput420(ConvertParams &p, const uint8_t *input, int32_t stride, const Crop &crop) {
-  p.inStride = stride;
-  p.inBuf[0] = moved(input, area(stride, crop.top) + crop.left);
-  placeChroma(p.inBuf, input, area(stride, crop.pictureHeight), 4, chromaCropOffset(stride, crop));
-}
-
-void placeInputTwoBytes(ConvertParams &p, const uint8_t *input, const Crop &crop) {
-  p.inStride = strideOf(2, crop.pictureWidth);
-  p.inBuf[0] = moved(input, area(p.inStride, crop.top) + 2 * int64_t{crop.left});
-}
-
-void placeOutput420(ConvertParams &p, uint8_t *output, int32_t lineLength, int32_t lines) {
-  p.outStride = lineLength;
-  p.outBuf[0] = output;
-  placeChroma(p.outBuf, output, area(lineLength, lines), 4, 0);
-}
-
-void placeOutput(ConvertParams &p, uint8_t *output, int32_t bytesPerPixel, int32_t lineLength) {
-  p.outStride = strideOf(bytesPerPixel, lineLength);
-  p.outBuf[0] = output;
 }
 
 /// The temporary context of a one-shot call, released on every path. Set-up releases it itself when memory runs out.
@@ -164,29 +91,23 @@ uint32_t processSameFormat(ConvertParams &p, const uint8_t *input, uint8_t *outp
   }
   const bool isPossible = isInside(crop, p.inWidth, p.inHeight);
   if (p.inType == COLOR_YUV420_PLANAR || (acceptsYvu420 && isPlanar420(p.inType))) {
-    placeInput420(p, input, crop.pictureWidth, crop);
-    placeOutput420(p, output, outLineLength, outLines);
+    zqcc::placeInput420(p, input, crop.pictureWidth, crop);
+    zqcc::placeOutput420(p, output, outLineLength, outLines);
     return call.convert(p, isPossible);
   }
   if (!hasTwoBytesPerPixel(p.inType)) {
     return CC_ERR_IN_TYPE;
   }
-  placeInputTwoBytes(p, input, crop);
-  placeOutput(p, output, 2, outLineLength);
+  zqcc::placeInputTwoBytes(p, input, crop);
+  zqcc::placeOutput(p, output, 2, outLineLength);
   return call.convert(p, isPossible, 2 * int64_t{crop.left});
 }
 
 /// Conversions to RGB565 at a place in a larger picture, turned.
-ConvertParams turnedToRgb565(int32_t inType, int32_t width, int32_t height, int32_t inStride, int32_t rotation) {
+ConvertParams turnedToRgb565(int32_t inType, int32_t width, int32_t height, int32_t rotation) {
   ConvertParams p = description(inType, COLOR_RGB565, width, height);
-  p.inStride = inStride;
   p.rotation = static_cast<uint32_t>(rotation);
   return p;
-}
-
-void placeRgb565(ConvertParams &p, uint8_t *output, int32_t stridePixels, int32_t left, int32_t top) {
-  p.outStride = strideOf(2, stridePixels);
-  p.outBuf[0] = moved(output, area(p.outStride, top) + 2 * int64_t{left});
 }
 
 uint32_t setUpAndConvert(OneShot &call, ConvertParams &p, bool isPossible) {
@@ -201,40 +122,10 @@ uint32_t convertSemiPlanar(int32_t type, const uint8_t *input, uint8_t *output, 
   if (!call.hasContext()) {
     return CC_ERR_NO_MEMORY_ONESHOT;
   }
-  ConvertParams p = turnedToRgb565(type, width, height, inStride, rotation);
-  p.inBuf[0] = moved(input, area(inStride, crop.top) + crop.left);
-  p.inBuf[1] = moved(input, area(inStride, crop.pictureHeight) + area(inStride, crop.top) / 2 + crop.left);
-  placeRgb565(p, output, outStridePixels, outLeft, outTop);
+  ConvertParams p = turnedToRgb565(type, width, height, rotation);
+  zqcc::placeInputSemiPlanar(p, input, inStride, crop);
+  zqcc::placeOutputRgb565(p, output, outStridePixels, outLeft, outTop);
   return setUpAndConvert(call, p, isInside(crop, width, height));
-}
-
-/// Planes of zqColorConvert's input; false for a type that it cannot lay out. The stride is set already.
-bool placeConvertInput(ConvertParams &p, const uint8_t *input) {
-  const int64_t luma = area(p.inHeight, p.inStride);
-  p.inBuf[0] = input;
-  if (p.inType == COLOR_YUV420_PLANAR) {
-    placeChroma(p.inBuf, input, luma, 4, 0);
-  } else if (p.inType == COLOR_YUV422_PLANAR) {
-    placeChroma(p.inBuf, input, luma, 2, 0);
-  } else if (isSemiPlanar(p.inType)) {
-    p.inBuf[1] = moved(input, luma);
-  } else {
-    return isPacked422(p.inType);
-  }
-  return true;
-}
-
-bool placeConvertOutput(ConvertParams &p, uint8_t *output) {
-  if (isPlanar420(p.outType)) {
-    placeOutput420(p, output, p.outWidth, p.outHeight);
-  } else if (isRgb16(p.outType)) {
-    placeOutput(p, output, 2, p.outWidth);
-  } else if (p.outType == COLOR_RGB24) {
-    placeOutput(p, output, 3, p.outWidth);
-  } else {
-    return false;
-  }
-  return true;
 }
 
 } // namespace
@@ -295,7 +186,7 @@ uint32_t zqColorConvert(const uint8_t *input, uint8_t *output, int32_t inType, i
   if (code != CC_OK) {
     return code;
   }
-  if (!placeConvertInput(p, input) || !placeConvertOutput(p, output)) {
+  if (!zqcc::placeConvertInput(p, input) || !zqcc::placeConvertOutput(p, output)) {
     return CC_ERR_IN_TYPE;
   }
   return call.convert(p);
@@ -309,10 +200,10 @@ uint32_t zqYUV420PlanartoRGB16Rotate(const uint8_t *input, uint8_t *output, int3
   if (!call.hasContext()) {
     return CC_ERR_NO_MEMORY_ONESHOT;
   }
-  ConvertParams p = turnedToRgb565(COLOR_YUV420_PLANAR, width, height, inStride, rotation);
+  ConvertParams p = turnedToRgb565(COLOR_YUV420_PLANAR, width, height, rotation);
   const Crop crop{inStride, pictureHeight, cropLeft, cropTop};
-  placeInput420(p, input, inStride, crop);
-  placeRgb565(p, output, outStridePixels, outLeft, outTop);
+  zqcc::placeInput420(p, input, inStride, crop);
+  zqcc::placeOutputRgb565(p, output, outStridePixels, outLeft, outTop);
   return setUpAndConvert(call, p, isInside(crop, width, height));
 }
 
@@ -327,11 +218,11 @@ uint32_t zqYUV422PacktoRGB16Rotate(int32_t inType, const uint8_t *input, uint8_t
   if (!isPacked422(inType)) {
     return CC_ERR_SAME_TYPE;
   }
-  ConvertParams p = turnedToRgb565(inType, width, height, strideOf(2, inStridePixels), rotation);
-  p.inBuf[0] = moved(input, area(p.inStride, cropTop) + cropLeft);
-  placeRgb565(p, output, outStridePixels, outLeft, outTop);
+  ConvertParams p = turnedToRgb565(inType, width, height, rotation);
   // How many lines the picture has, nobody says.
-  const Crop crop{p.inStride, std::numeric_limits<int32_t>::max(), cropLeft, cropTop};
+  const Crop crop{strideOf(2, inStridePixels), std::numeric_limits<int32_t>::max(), cropLeft, cropTop};
+  zqcc::placeInputBytes(p, input, crop);
+  zqcc::placeOutputRgb565(p, output, outStridePixels, outLeft, outTop);
   return setUpAndConvert(call, p, isInside(crop, 2 * int64_t{width}, height));
 }
 
