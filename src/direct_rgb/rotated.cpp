@@ -1,6 +1,7 @@
 #include "direct_rgb/rotated.h"
 
 #include "direct_rgb/macroblock.h"
+#include "frame/picture_shape.h"
 #include "kernels/tile.h"
 
 namespace zqcc {
@@ -82,8 +83,9 @@ void convertFlipped(const Job &job) {
   if (p.outWidth <= 0 || p.outHeight <= 0) {
     return;
   }
+  const PictureSize planes = planesSize(p);
   convertTile<typename Source::Layout, Arithmetic, Turn::Flip>(
-      Source::view(p, p.outWidth, p.outHeight),
+      Source::view(p, planes.width, planes.height),
       targetOf<Turn::Flip, 2>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
       *job.matrix);
 }

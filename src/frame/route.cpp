@@ -93,6 +93,7 @@ Route sameFormatRoute(const ConvertParams &p) {
     route = sameRgb16(p, quarter);
   } else if (isSemiPlanar(p.inType)) {
     route = served(SAME_SEMI_PLANAR[quarter + 2 * p.isResize], TableFormat::Nearest);
+    route.ownPairs = quarter == SAME_UPRIGHT;
   } else if (isPacked422(p.inType)) {
     route = samePacked422(p, quarter);
   } else {

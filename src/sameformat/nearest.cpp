@@ -1,5 +1,6 @@
 #include "sameformat/nearest.h"
 
+#include "sameformat/chroma_pairs.h"
 #include "zqColorConversion.h"
 
 #include <cstring>
@@ -14,6 +15,15 @@ constexpr int32_t smaller(int32_t a, int32_t b) {
 
 const uint8_t *pickLine(const NearestSource &src, int32_t position) {
   return src.samples + smaller(src.yTable[position], src.lastLine) * src.pitch;
+}
+
+template <class Unit>
+Unit pickUnit(const NearestSource &src, const uint8_t *line, int32_t column) {
+  if constexpr (sizeof(Unit) == 1) {
+    return line[column];
+  } else {
+    return chromaPair(line, column, src.lastSecond);
+  }
 }
 
 /// Columns [left, right) of the strip that a walk over all lines covers.
@@ -34,7 +44,7 @@ void turnLines(const NearestSource &src, const uint8_t *const (&lines)[count], u
     if (wanted != column) {
       column = wanted;
       for (std::size_t k = 0; k < count; ++k) {
-        std::memcpy(&units[k], lines[k] + column * static_cast<std::ptrdiff_t>(sizeof(Unit)), sizeof(Unit));
+        units[k] = pickUnit<Unit>(src, lines[k], column);
       }
     }
     std::memcpy(dst + i * step, units, sizeof units);

@@ -19,6 +19,7 @@ struct NearestSource {
   int32_t lastLine;
   const int32_t *xTable;
   const int32_t *yTable;
+  int32_t lastSecond = 0; ///< chroma pairs: the last one that has its second byte
 };
 
 /// Quarter turn: left for rotation 3, right for any other code.

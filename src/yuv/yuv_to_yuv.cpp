@@ -17,7 +17,8 @@ void copyLines(const uint8_t *from, std::ptrdiff_t fromStride, uint8_t *to, std:
 
 void copyChroma(const ConvertParams &p, int plane) {
   const int32_t columns = p.outWidth / 2;
-  const ChromaLimits limits = halfPitchLimits(p.inType, p.outWidth, p.outHeight, p.inStride);
+  const PictureSize planes = planesSize(p);
+  const ChromaLimits limits = halfPitchLimits(p.inType, planes.width, planes.height, p.inStride);
   const auto whole = static_cast<std::size_t>(smaller(columns, limits.column + 1));
   const auto missing = static_cast<std::size_t>(columns) - whole;
   const std::ptrdiff_t inPitch = p.inStride >> 1;
