@@ -211,7 +211,7 @@ void planarToYuv420(const ConvertParams &p) {
   for (int plane = 1; plane <= 2; ++plane) {
     for (int k = 0; k < f.H / 2; ++k) {
       for (int i = 0; i < samples; ++i) {
-        p.outBuf[plane][k * (f.S >> 1) + i] = static_cast<uint8_t>(source.halfPitch(plane, i, 2 * k, samples));
+        p.outBuf[plane][k * (f.S >> 1) + i] = static_cast<uint8_t>(source.halfPitch(plane, i, 2 * k));
       }
     }
   }

@@ -17,11 +17,8 @@ std::ptrdiff_t Plane::bytes() const {
 }
 
 namespace {
-/// Width, lines and pitch of the second and third plane. The picture's size is that of the output fields: converters
-/// that do not scale never look at the input's.
-Plane chromaShape(const ConvertParams &p) {
-  const int w = p.outWidth;
-  const int h = p.outHeight;
+/// Width, lines and pitch of the second and third plane of a w x h picture.
+Plane chromaShape(const ConvertParams &p, int w, int h) {
   const int s = p.inStride;
   switch (p.inType) {
   case COLOR_YUV420_PLANAR:
@@ -45,9 +42,11 @@ Plane chromaShape(const ConvertParams &p) {
 }
 } // namespace
 
-PlanarSource::PlanarSource(const ConvertParams &p) : type_(p.inType), width_(p.outWidth), stride_(p.inStride) {
-  planes_[0] = {p.inBuf[0], p.outWidth, p.outHeight, p.inStride, 1};
-  planes_[1] = chromaShape(p);
+PlanarSource::PlanarSource(const ConvertParams &p)
+    : type_(p.inType), width_(p.isResize == 1 ? p.inWidth : p.outWidth), stride_(p.inStride) {
+  const int height = p.isResize == 1 ? p.inHeight : p.outHeight;
+  planes_[0] = {p.inBuf[0], width_, height, p.inStride, 1};
+  planes_[1] = chromaShape(p, width_, height);
   planes_[2] = planes_[1];
   planes_[1].base = p.inBuf[1];
   planes_[2].base = p.inBuf[2];
@@ -93,15 +92,16 @@ Chroma PlanarSource::chroma(int x, int y, ChromaLines lines) const {
   return {planes_[1].at(column, line), planes_[2].at(column, line)};
 }
 
-int PlanarSource::halfPitch(int plane, int column, int line, int samples) const {
+int PlanarSource::halfPitch(int plane, int column, int line) const {
   const Plane &source = planes_[static_cast<std::size_t>(plane)];
   if (type_ == COLOR_YUV420_PLANAR || type_ == COLOR_YUV422_PLANAR) {
     return source.at(column, line);
   }
   const std::ptrdiff_t bytes = source.bytes();
   const std::ptrdiff_t half = stride_ >> 1;
+  const std::ptrdiff_t samples = std::max(width_ / 2, 1);
   std::ptrdiff_t start = line * half;
-  while (start > 0 && half > 0 && start + std::max(samples, 1) > bytes) {
+  while (start > 0 && half > 0 && start + samples > bytes) {
     start -= half;
   }
   return source.base[std::min(start + column, bytes - 1)];
@@ -111,9 +111,8 @@ Chroma PlanarSource::chromaAsHalfWidth(int x, int y) const {
   if (is420()) {
     return chroma(x, y, ChromaLines::FirstOfPair);
   }
-  const int samples = width_ / 2;
-  const int column = std::clamp(x / 2, 0, std::max(samples - 1, 0));
-  return {halfPitch(1, column, y / 2 * 2, samples), halfPitch(2, column, y / 2 * 2, samples)};
+  const int column = std::clamp(x / 2, 0, std::max(width_ / 2 - 1, 0));
+  return {halfPitch(1, column, y / 2 * 2), halfPitch(2, column, y / 2 * 2)};
 }
 
 uint16_t PlanarSource::rgb565(int x, int y) const {

@@ -27,7 +27,9 @@ struct Plane {
   [[nodiscard]] std::ptrdiff_t bytes() const;
 };
 
-/// The planes of a planar or semi-planar picture in the order Y, U, V (or red, green, blue).
+/// The planes of a planar or semi-planar picture in the order Y, U, V (or red, green, blue). With isResize 0 the
+/// picture is as large as the output fields say. With isResize 1 it is the input's, from which the output's size is cut
+/// out: the planes, their last samples and their last lines do not depend on what is cut out of them.
 class PlanarSource {
 public:
   explicit PlanarSource(const ConvertParams &p);
@@ -35,8 +37,9 @@ public:
   [[nodiscard]] int luma(int x, int y) const { return planes_[0].at(x, y); }
   /// The chroma sample of the type's own layout.
   [[nodiscard]] Chroma chroma(int x, int y, ChromaLines lines) const;
-  /// Sample `column` of line `line` of a chroma plane read at half the luma pitch, whatever the layout.
-  [[nodiscard]] int halfPitch(int plane, int column, int line, int samples) const;
+  /// Sample `column` of line `line` of a chroma plane read at half the luma pitch, whatever the layout. A line that
+  /// does not lie in the plane with half of the picture's width gives way to the last one that does.
+  [[nodiscard]] int halfPitch(int plane, int column, int line) const;
   /// Chroma of the 24-bit converters, which know only half-width planes.
   [[nodiscard]] Chroma chromaAsHalfWidth(int x, int y) const;
   /// Planar RGB, truncated.

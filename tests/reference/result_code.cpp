@@ -192,9 +192,10 @@ bool missingPlane(const ConvertParams &p) {
   return false;
 }
 
+/// The picture that the input planes hold: with isResize 1 the input's, also where it is cut out rather than scaled.
 Dimensions convertedSize(const ConvertParams &p) {
   const Told told = toldOf(p);
-  return scales(p) || isTurningCopy(p) ? told.in : told.out;
+  return p.isResize == 1 || isTurningCopy(p) ? told.in : told.out;
 }
 
 /// Right turns of these begin with the input's last line, whatever the output fields say.
@@ -203,17 +204,27 @@ bool startsAtTheInputsEnd(const ConvertParams &p) {
   return isSame(p) && p.rotation == 4 && (family == Family::SemiPlanar || family == Family::Packed);
 }
 
+/// Upright semi-planar pictures that keep their type have a chroma pair for a lone column.
+bool keepsLonePair(const ConvertParams &p) {
+  return isSame(p) && familyOf(p.inType) == Family::SemiPlanar && !isQuarterTurn(p);
+}
+
 bool emptyPlane(const ConvertParams &p) {
   const bool before = turnsFirst(p) || (splitsFirst(p) && p.inHeight >= 2);
   if (before && lacksChroma(p.inType, {p.inWidth, p.inHeight})) {
     return true;
   }
   const Told told = toldOf(p);
-  const Dimensions written = isTurningCopy(p) ? told.in : told.out;
+  Dimensions read = convertedSize(p);
+  Dimensions written = isTurningCopy(p) ? told.in : told.out;
+  if (keepsLonePair(p)) {
+    ++read.width;
+    ++written.width;
+  }
   if (startsAtTheInputsEnd(p) && lacksChroma(p.inType, {convertedSize(p).width, p.inHeight})) {
     return true;
   }
-  return !movesLumaOnly(p) && (lacksChroma(told.type, convertedSize(p)) || lacksChroma(p.outType, written));
+  return !movesLumaOnly(p) && (lacksChroma(told.type, read) || lacksChroma(p.outType, written));
 }
 
 /// Placed from the end of each line's stride: half turns, and the right strip of the right turn of a planar picture.
