@@ -1,7 +1,7 @@
 #include "direct_rgb/rotated.h"
 
 #include "direct_rgb/macroblock.h"
-#include "kernels/tile.h"
+#include "kernels/convert_rect.h"
 
 namespace zqcc {
 namespace {

@@ -1,8 +1,8 @@
 #include "resize_rgb/antialias.h"
 
-#include "frame/picture_shape.h"
+#include "base/picture_shape.h"
 #include "kernels/arithmetic.h"
-#include "kernels/planes.h"
+#include "kernels/layouts.h"
 #include "kernels/stores.h"
 #include "resize_rgb/samplers.h"
 

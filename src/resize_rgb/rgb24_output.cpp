@@ -8,9 +8,9 @@
 // repeat a line behind a single one take what the output buffer holds there.
 #include "resize_rgb/rgb24_output.h"
 
-#include "frame/picture_shape.h"
+#include "base/picture_shape.h"
 #include "kernels/arithmetic.h"
-#include "kernels/planes.h"
+#include "kernels/layouts.h"
 #include "kernels/writers.h"
 
 #include <cstring>

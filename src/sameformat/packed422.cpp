@@ -1,7 +1,7 @@
 #include "sameformat/packed422.h"
 
+#include "kernels/copy_lines.h"
 #include "sameformat/bilinear.h"
-#include "sameformat/copy_lines.h"
 #include "sameformat/packed_line.h"
 
 namespace zqcc {

@@ -1,8 +1,8 @@
 #include "sameformat/rgb16.h"
 
+#include "kernels/copy_lines.h"
 #include "kernels/stores.h"
 #include "sameformat/bilinear.h"
-#include "sameformat/copy_lines.h"
 #include "sameformat/table_groups.h"
 #include "sameformat/transpose.h"
 

@@ -1,6 +1,6 @@
 #include "sameformat/semi_planar.h"
 
-#include "sameformat/copy_lines.h"
+#include "kernels/copy_lines.h"
 #include "sameformat/nearest.h"
 #include "sameformat/transpose.h"
 

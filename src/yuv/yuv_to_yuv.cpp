@@ -1,7 +1,7 @@
 #include "yuv/yuv_to_yuv.h"
 
-#include "frame/picture_shape.h"
-#include "kernels/planes.h"
+#include "base/picture_shape.h"
+#include "kernels/layouts.h"
 
 #include <cstring>
 
