@@ -6,8 +6,6 @@ namespace zqcc {
 namespace {
 
 constexpr int64_t kLargestFactor = 1024;
-/// Run-length tables hold source positions in 16 bits.
-constexpr int32_t kRunLengthLimit = 65536;
 
 struct Size {
   int32_t width;

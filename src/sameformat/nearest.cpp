@@ -1,5 +1,6 @@
 #include "sameformat/nearest.h"
 
+#include "base/limits.h"
 #include "zqColorConversion.h"
 
 #include <cstring>
@@ -7,10 +8,6 @@
 namespace zqcc {
 
 namespace {
-
-constexpr int32_t smaller(int32_t a, int32_t b) {
-  return a < b ? a : b;
-}
 
 const uint8_t *pickLine(const NearestSource &src, int32_t position) {
   return src.samples + smaller(src.yTable[position], src.lastLine) * src.pitch;
