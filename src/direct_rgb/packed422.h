@@ -1,8 +1,8 @@
 // Packed 4:2:2 to 16-bit RGB at the same size, upright or turned.
 #pragma once
 
-#include "frame/routine.h"
-#include "kernels/tile.h"
+#include "base/job.h"
+#include "kernels/convert_rect.h"
 
 namespace zqcc {
 

@@ -1,8 +1,8 @@
 #include "direct_rgb/rgb24_output.h"
 
+#include "base/picture_shape.h"
 #include "direct_rgb/macroblock.h"
-#include "frame/picture_shape.h"
-#include "kernels/tile.h"
+#include "kernels/convert_rect.h"
 
 namespace zqcc {
 namespace {

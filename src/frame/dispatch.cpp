@@ -1,7 +1,7 @@
 #include "frame/dispatch.h"
 
+#include "base/picture_shape.h"
 #include "frame/frame_check.h"
-#include "frame/picture_shape.h"
 #include "frame/route.h"
 #include "sameformat/plane_rotation.h"
 #include "yuv/yuv_to_yuv.h"

@@ -1,13 +1,11 @@
 #include "frame/frame_check.h"
 
-#include "frame/picture_shape.h"
+#include "base/picture_shape.h"
 
 namespace zqcc {
 namespace {
 
 constexpr int64_t kLargestFactor = 1024;
-/// Run-length tables hold source positions in 16 bits.
-constexpr int32_t kRunLengthLimit = 65536;
 
 bool enlargesTooMuch(int32_t in, int32_t out) {
   return out > in * kLargestFactor;

@@ -1,6 +1,6 @@
 #include "frame/route.h"
 
-#include "frame/picture_shape.h"
+#include "base/picture_shape.h"
 #include "frame/routine_tables.h"
 #include "yuv/yuv_to_yuv.h"
 

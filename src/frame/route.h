@@ -2,8 +2,8 @@
 // dispatch both ask here, so they cannot disagree.
 #pragma once
 
+#include "base/job.h"
 #include "frame/resample_tables.h"
-#include "frame/routine.h"
 
 #include <cstdint>
 

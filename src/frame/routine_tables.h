@@ -1,8 +1,8 @@
 // The static tables of routine pointers: the only place where modes are named.
 #pragma once
 
+#include "base/job.h"
 #include "frame/route.h"
-#include "frame/routine.h"
 
 #include <cstdint>
 

@@ -1,8 +1,8 @@
 #include "resize_rgb/packed422.h"
 
 #include "kernels/arithmetic.h"
+#include "kernels/layouts.h"
 #include "kernels/placement.h"
-#include "kernels/planes.h"
 #include "kernels/writers.h"
 
 namespace zqcc {

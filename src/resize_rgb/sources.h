@@ -4,7 +4,7 @@
 #pragma once
 
 #include "kernels/arithmetic.h"
-#include "kernels/planes.h"
+#include "kernels/layouts.h"
 #include "kernels/writers.h"
 #include "resize_rgb/samplers.h"
 #include "resize_rgb/taps.h"

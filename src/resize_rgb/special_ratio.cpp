@@ -1,6 +1,6 @@
 #include "resize_rgb/special_ratio.h"
 
-#include "resize_rgb/tile.h"
+#include "resize_rgb/resize_picture.h"
 
 namespace zqcc {
 namespace {

@@ -1,5 +1,6 @@
 #include "sameformat/nearest.h"
 
+#include "base/limits.h"
 #include "sameformat/chroma_pairs.h"
 #include "zqColorConversion.h"
 
@@ -8,10 +9,6 @@
 namespace zqcc {
 
 namespace {
-
-constexpr int32_t smaller(int32_t a, int32_t b) {
-  return a < b ? a : b;
-}
 
 const uint8_t *pickLine(const NearestSource &src, int32_t position) {
   return src.samples + smaller(src.yTable[position], src.lastLine) * src.pitch;

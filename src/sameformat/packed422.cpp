@@ -1,7 +1,8 @@
 #include "sameformat/packed422.h"
 
+#include "base/limits.h"
+#include "kernels/copy_lines.h"
 #include "sameformat/bilinear.h"
-#include "sameformat/copy_lines.h"
 #include "sameformat/packed_line.h"
 
 namespace zqcc {
@@ -48,8 +49,7 @@ private:
   /// Place of a pixel's luma among the line's luma bytes. The lone pixel of a cut line is not exchanged with anything.
   [[nodiscard]] std::ptrdiff_t slotOf(std::ptrdiff_t pixel) const {
     if constexpr (swapped) {
-      const std::ptrdiff_t slot = pixel ^ 1;
-      return slot < lastSlot_ ? slot : lastSlot_;
+      return smaller(pixel ^ 1, lastSlot_);
     } else {
       return pixel;
     }
@@ -105,7 +105,7 @@ struct PlainGroups {
   std::ptrdiff_t step;
   int32_t lines; ///< the right turn's way up ends at the picture's first line, which then stands for what is missing
 
-  [[nodiscard]] const uint8_t *line(int32_t t) const { return first + (t < lines ? t : lines - 1) * step; }
+  [[nodiscard]] const uint8_t *line(int32_t t) const { return first + smaller(t, lines - 1) * step; }
   [[nodiscard]] uint32_t group(const uint8_t *line, int32_t s) const { return reader.group(line, s); }
 };
 
@@ -158,7 +158,7 @@ void turnGroups(const Groups &groups, const TurnTarget &target, int32_t lines, b
   constexpr int32_t kStrip = 32;
   const int32_t all = groupsOf(target.columns);
   for (int32_t begin = 0; begin < all; begin += kStrip) {
-    const int32_t end = all - begin < kStrip ? all : begin + kStrip;
+    const int32_t end = begin + smaller(kStrip, all - begin);
     uint8_t *column = target.origin;
     for (int32_t t = 0; t < lines; t += 2, column += kGroupBytes) {
       const bool lone = t == lines - 1;
@@ -199,8 +199,8 @@ bool isEmpty(const ConvertParams &p) {
 
 void copyPacked422(const Job &job) {
   const ConvertParams &p = job.params;
-  const int64_t tighter = job.inRoom < p.outStride ? job.inRoom : p.outStride;
-  copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, lineBytes(p.outWidth, tighter), p.outHeight);
+  const int64_t room = smaller<int64_t>(job.inRoom, p.outStride);
+  copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, lineBytes(p.outWidth, room), p.outHeight);
 }
 
 void rotatePacked422(const Job &job) {

@@ -5,7 +5,7 @@
 // and outWidth lines high.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

@@ -1,7 +1,7 @@
 #include "sameformat/planar420.h"
 
+#include "kernels/copy_lines.h"
 #include "sameformat/bilinear.h"
-#include "sameformat/copy_lines.h"
 #include "sameformat/nearest.h"
 #include "sameformat/plane_rotation.h"
 

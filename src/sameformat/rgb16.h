@@ -4,7 +4,7 @@
 // Turned pictures are outHeight pixels wide and outWidth lines high.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

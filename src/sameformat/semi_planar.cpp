@@ -1,7 +1,8 @@
 #include "sameformat/semi_planar.h"
 
+#include "base/limits.h"
+#include "kernels/copy_lines.h"
 #include "sameformat/chroma_pairs.h"
-#include "sameformat/copy_lines.h"
 #include "sameformat/nearest.h"
 #include "sameformat/transpose.h"
 
@@ -10,10 +11,6 @@
 namespace zqcc {
 
 namespace {
-
-constexpr int32_t smaller(int32_t a, int32_t b) {
-  return a < b ? a : b;
-}
 
 /// Turns `lines` lines of `width` units. The left turn reads them from line 0 down, the right turn from line
 /// srcLines - 1 up; when that runs out of lines, the first one fills what remains.

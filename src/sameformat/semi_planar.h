@@ -6,7 +6,7 @@
 // lines. Turned pictures are outHeight samples wide and outWidth lines high.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

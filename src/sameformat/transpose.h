@@ -6,6 +6,7 @@
 // log2(64 / b) rounds exchange the off-diagonal halves, quarters, ... of every pair of words.
 #pragma once
 
+#include "base/limits.h"
 #include "sameformat/words.h"
 
 #include <cstddef>
@@ -72,7 +73,7 @@ void transposeLines(const uint8_t *src, std::ptrdiff_t srcStep, uint8_t *dst, st
   const int32_t blockLines = lines > 0 ? lines - lines % kBlock : 0;
 
   for (int32_t left = 0; left < blockWidth; left += kStrip) {
-    const int32_t right = blockWidth - left < kStrip ? blockWidth : left + kStrip;
+    const int32_t right = left + smaller(kStrip, blockWidth - left);
     for (int32_t line = 0; line < blockLines; line += kBlock) {
       for (int32_t x = left; x < right; x += kBlock) {
         transposeBlock<Unit>(src + line * srcStep + x * kBytes, srcStep, dst + x * dstStep + line * kBytes, dstStep);

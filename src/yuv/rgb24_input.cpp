@@ -1,6 +1,6 @@
 #include "yuv/rgb24_input.h"
 
-#include "kernels/tile.h"
+#include "kernels/convert_rect.h"
 
 namespace zqcc {
 namespace {

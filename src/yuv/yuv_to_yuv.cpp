@@ -1,19 +1,14 @@
 #include "yuv/yuv_to_yuv.h"
 
-#include "frame/picture_shape.h"
-#include "kernels/planes.h"
+#include "base/limits.h"
+#include "base/picture_shape.h"
+#include "kernels/copy_lines.h"
+#include "tables/packed_layout.h"
 
 #include <cstring>
 
 namespace zqcc {
 namespace {
-
-void copyLines(const uint8_t *from, std::ptrdiff_t fromStride, uint8_t *to, std::ptrdiff_t toStride, int32_t bytes,
-               int32_t lines) {
-  for (int32_t j = 0; j < lines; ++j) {
-    std::memcpy(to + j * toStride, from + j * fromStride, static_cast<std::size_t>(bytes));
-  }
-}
 
 void copyChroma(const ConvertParams &p, int plane) {
   const int32_t columns = p.outWidth / 2;

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "kernels/arithmetic.h"
+#include "kernels/layouts.h"
 #include "kernels/placement.h"
-#include "kernels/planes.h"
 #include "kernels/scratch.h"
 #include "kernels/writers.h"
 

@@ -3,7 +3,7 @@
 // lets every source line be interpolated once.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 #include "kernels/placement.h"
 #include "kernels/scratch.h"
 #include "kernels/writers.h"

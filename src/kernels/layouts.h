@@ -2,6 +2,7 @@
 // compile time; a view says where this picture's planes are and where they end.
 #pragma once
 
+#include "base/limits.h"
 #include "tables/packed_layout.h"
 #include "zqColorConversion.h"
 
@@ -32,10 +33,6 @@ struct PlaneView {
   int32_t lineStep;   ///< chroma lines from one that is read to the next: 2 where every second one is skipped
   LayoutValues layout;
 };
-
-constexpr int32_t smaller(int32_t a, int32_t b) {
-  return a < b ? a : b;
-}
 
 /// Offset of the chroma line of picture line y.
 inline std::ptrdiff_t chromaLineOffset(const PlaneView &view, int32_t y) {

@@ -1,12 +1,13 @@
 // What every conversion routine is given, and the shape of the routines in the static tables.
 #pragma once
 
-#include "tables/color_matrix.h"
 #include "zqColorConversion.h"
 
 #include <cstdint>
 
 namespace zqcc {
+
+struct ColorMatrix;
 
 /// One frame on its way through a routine, after the pre-passes. Routines validate nothing and never fail: dispatch has
 /// seen to it that the planes they read and write are there and that the tables fit the sizes.
