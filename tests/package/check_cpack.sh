@@ -43,7 +43,7 @@ if command -v dpkg-deb >/dev/null; then
   done
   case $(field Depends) in *libc6*) ;; *) fail "the package depends on: $(field Depends)" ;; esac
   if [ -e "$build/src/libzqColorConversion.so" ]; then
-    dpkg-deb --ctrl-tarfile "$package" | tar -xO | grep -q ldconfig || fail "ldconfig is not called"
+    dpkg-deb --ctrl-tarfile "$package" | tar -xO | grep ldconfig >/dev/null || fail "ldconfig is not called"
   fi
   dpkg-deb -x "$package" "$work/unpacked"
   if find "$work/unpacked" -type f -exec readelf -d {} + 2>/dev/null | grep -E 'R(UN)?PATH'; then
