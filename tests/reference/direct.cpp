@@ -1,7 +1,8 @@
 #include "reference/direct.h"
 
-#include "reference/direct_arith.h"
+#include "reference/colour_arith.h"
 #include "reference/direct_source.h"
+#include "support/picture.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,10 +22,7 @@ struct Frame {
   uint8_t *out;
   int rotation;
 
-  void word(Offset at, uint16_t pixel) const {
-    out[at] = static_cast<uint8_t>(pixel & 0xFF);
-    out[at + 1] = static_cast<uint8_t>(pixel >> 8);
-  }
+  void word(Offset at, uint16_t pixel) const { storeWord(out + at, pixel); }
   void bytes(Offset at, Components c) const {
     out[at] = static_cast<uint8_t>(c.blue);
     out[at + 1] = static_cast<uint8_t>(c.green);
@@ -46,9 +44,6 @@ void forEachPixel(const Frame &f, F &&body) {
   }
 }
 
-bool isPacked(int type) {
-  return (type >= 6 && type <= 9) || (type >= 14 && type <= 17);
-}
 bool isTurn(int rotation) {
   return rotation >= 3 && rotation <= 5;
 }
@@ -298,7 +293,7 @@ void convertDirect(const ConvertParams &p, const Colour &colour) {
     if (p.outType == COLOR_RGB565) {
       rgb24ToRgb565(Frame(p), p);
     }
-  } else if (!isPacked(p.inType)) {
+  } else if (!support::isPacked422(p.inType)) {
     convertPlanar(p, colour);
   } else if (p.outType == COLOR_RGB565 || p.outType == COLOR_RGB16_ALT) {
     packedToRgb565(Frame(p), p, colour);

@@ -1,7 +1,7 @@
 // Where the samples of a source pixel lie, for every planar, semi-planar and packed type.
 #pragma once
 
-#include "reference/direct_arith.h"
+#include "reference/colour_arith.h"
 #include "zqColorConversion.h"
 
 #include <array>

@@ -128,9 +128,8 @@ void resizeFiltered(const Frame &frame) {
       const int a = means.of(first, x, y);
       const int b = means.of(second, x >> shifts.column, y >> shifts.line);
       const int c = means.of(third, x >> shifts.column, y >> shifts.line);
-      const uint16_t pixel =
-          isRgb ? static_cast<uint16_t>(((a & 0xF8) << 8) | ((b & 0xFC) << 3) | (c >> 3)) : fixedPixel(a, b, c);
-      putWord(frame.out + y * frame.outStride + 2 * x, pixel);
+      const uint16_t pixel = isRgb ? pack888(a, b, c) : studioFull(a, {b, c});
+      storeWord(frame.out + y * frame.outStride + 2 * x, pixel);
     }
   }
 }

@@ -1,8 +1,8 @@
 // What the reference conversions with resizing share: a frame whose planes have been put in order, the place of an
-// output pixel, and the colour arithmetic. Internal to tests/reference.
+// output pixel, and what the pixels are made of. Internal to tests/reference.
 #pragma once
 
-#include "reference/colour.h"
+#include "reference/colour_arith.h"
 #include "zqColorConversion.h"
 
 #include <algorithm>
@@ -52,31 +52,6 @@ struct Tap {
   int pairSecond = 0;
 };
 std::vector<Tap> expandGroups(int source, int positions);
-
-inline int32_t wrap(int64_t v) {
-  return static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint64_t>(v)));
-}
-inline int32_t multiply(int32_t a, int32_t b) {
-  return wrap(static_cast<int64_t>(a) * b);
-}
-
-int clip8(int i);
-int clip6(int i);
-int clip5(int i);
-
-/// Fixed BT.601 with luma 16..235, no matrix and no dither.
-uint16_t fixedPixel(int luma, int u, int v);
-
-/// Terms that the current matrix adds to (red, blue) or takes from (green) the luma; u and v are the samples.
-struct Terms {
-  int red = 0, green = 0, blue = 0;
-};
-Terms matrixTerms(const Colour &colour, int u, int v);
-
-inline void putWord(uint8_t *at, uint16_t word) {
-  at[0] = static_cast<uint8_t>(word & 0xFF);
-  at[1] = static_cast<uint8_t>(word >> 8);
-}
 
 void resizeBlocks(const Frame &frame);                           ///< planar to 16-bit RGB, plain
 void resizeFiltered(const Frame &frame);                         ///< planar to 16-bit RGB, quality 1..3
