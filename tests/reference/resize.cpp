@@ -13,23 +13,6 @@ bool turnsBeforehand(int type) {
   return type == 0 || type == 2 || type == 4 || type == 37;
 }
 
-Plane chromaPlane(int type, const uint8_t *data, int width, int height, int stride) {
-  switch (type) {
-  case 1:
-    return {data, stride >> 1, width / 2, height};
-  case 2:
-    return {data, stride, width, height / 2};
-  case 3:
-    return {data, stride >> 1, width / 2, height / 2};
-  case 4:
-    return {data, stride >> 2, width / 4, height};
-  case 37:
-    return {data, stride, width, height / 4};
-  default: // 0 and 34
-    return {data, stride, width, height};
-  }
-}
-
 /// Every second byte of the pairs' plane, from `first` on, as a plane with half the pitch.
 std::vector<uint8_t> everySecond(const ConvertParams &p, int first) {
   const int pitch = p.inStride >> 1;
@@ -42,33 +25,11 @@ std::vector<uint8_t> everySecond(const ConvertParams &p, int first) {
   return samples;
 }
 
-void turn(Plane &plane, std::vector<uint8_t> &store, bool left) {
-  const Plane source = plane;
-  plane = {nullptr, source.lines, source.lines, source.columns};
-  store.resize(static_cast<std::size_t>(source.lines) * static_cast<std::size_t>(source.columns));
-  for (int y = 0; y < source.lines; ++y) {
-    for (int x = 0; x < source.columns; ++x) {
-      const int line = left ? source.columns - 1 - x : x;
-      const int column = left ? y : source.lines - 1 - y;
-      store[static_cast<std::size_t>(line * plane.pitch + column)] = source.data[y * source.pitch + x];
-    }
-  }
-  plane.data = store.data();
-}
-
-int turnedLayout(int type) {
-  if (type == 2) {
-    return 1;
-  }
-  if (type == 4) {
-    return 37;
-  }
-  return type == 37 ? 4 : type;
-}
-
 void turnFrame(Frame &frame) {
   for (std::size_t i = 0; i < 3; ++i) {
-    turn(frame.planes[i], frame.scratch[i], frame.rotation == ROTATION_90_LEFT);
+    Plane &plane = frame.planes[i];
+    frame.scratch[i] = turnedSamples(plane, frame.rotation == ROTATION_90_LEFT);
+    plane = {frame.scratch[i].data(), plane.lines, plane.lines, plane.columns};
   }
   std::swap(frame.width, frame.height);
   std::swap(frame.outWidth, frame.outHeight);

@@ -12,8 +12,10 @@ constexpr int kEntryWords = 15;
 struct View {
   const uint8_t *data;
   int pitch, columns, lines;
-  int end;
-  [[nodiscard]] int at(int column, int line) const { return data[std::min(line * pitch + column, end - 1)]; }
+  std::ptrdiff_t end;
+  [[nodiscard]] int at(int column, int line) const {
+    return data[std::min(static_cast<std::ptrdiff_t>(line) * pitch + column, end - 1)];
+  }
 };
 
 int boxMean(const View &view, const int32_t *columns, const int32_t *lines) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "reference/colour_arith.h"
+#include "reference/plane.h"
 #include "zqColorConversion.h"
 
 #include <algorithm>
@@ -12,21 +13,6 @@
 #include <vector>
 
 namespace reference::resize {
-
-/// A plane of single samples; pitch in bytes.
-struct Plane {
-  const uint8_t *data = nullptr;
-  int pitch = 0;
-  int columns = 0;
-  int lines = 0;
-
-  /// Offset just behind the last sample.
-  [[nodiscard]] int end() const { return (lines - 1) * pitch + columns; }
-  /// An index past the last sample takes the last.
-  [[nodiscard]] int at(int column, int line) const {
-    return data[std::min(line, lines - 1) * pitch + std::min(column, columns - 1)];
-  }
-};
 
 /// Layout is the type whose arrangement the planes have after semi-planar chroma has been separated, the planes of
 /// types 12 and 13 exchanged and turned input turned. planes[1] is always U (or green), planes[2] V (or blue).

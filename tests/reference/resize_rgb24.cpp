@@ -96,15 +96,6 @@ private:
   std::vector<Origin> lines_;
 };
 
-/// Chroma is read at half the luma pitch and half the width whatever the type; a line that is not wholly inside the
-/// plane at that pitch gives way to the last one that is.
-int chromaSample(const Frame &frame, const Plane &plane, int column, int line) {
-  const int pitch = frame.stride >> 1;
-  const int half = frame.width / 2;
-  const int lastLine = std::max((plane.end() - half) / pitch, 0);
-  return plane.data[std::min(std::min(line, lastLine) * pitch + std::min(column, half - 1), plane.end() - 1)];
-}
-
 /// Bytes of a repeated line that are copied. Their number and their place suit pixels of two bytes: twice the width,
 /// beginning as many bytes into the line as it has pixels in whole groups of four. The picture's edge cuts them off.
 bool isRepeated(const Frame &frame, int byte) {
@@ -128,16 +119,20 @@ public:
       return std::nullopt;
     }
     const Origin &repeated = lines_.of(origin.line);
-    return repeated.kind == Origin::Kind::Converted ? convertedByte(x, repeated, byte)
-                                                    : frame_.out[origin.line * frame_.outStride + 3 * x + byte];
+    return repeated.kind == Origin::Kind::Converted ? convertedByte(x, repeated, byte) : *place(x, origin.line, byte);
+  }
+  [[nodiscard]] uint8_t *place(int x, int y, int byte) const {
+    return frame_.out + static_cast<std::ptrdiff_t>(y) * frame_.outStride + 3 * static_cast<std::ptrdiff_t>(x) + byte;
   }
 
 private:
   /// Columns by nearest index, and for chroma half of it.
   [[nodiscard]] uint8_t convertedByte(int x, const Origin &origin, int byte) const {
     const int column = columns_[static_cast<std::size_t>(x)];
-    const Chroma chroma{chromaSample(frame_, frame_.planes[1], column / 2, origin.chroma),
-                        chromaSample(frame_, frame_.planes[2], column / 2, origin.chroma)};
+    const auto sample = [&](const Plane &plane) {
+      return atHalfPitch(plane, frame_.stride, frame_.width, column / 2, origin.chroma);
+    };
+    const Chroma chroma{sample(frame_.planes[1]), sample(frame_.planes[2])};
     const Components pixel = matrix24(frame_.planes[0].at(column, origin.line), chroma, colour_);
     const std::array<int, 3> bgr{pixel.blue, pixel.green, pixel.red};
     return static_cast<uint8_t>(bgr.at(static_cast<std::size_t>(byte)));
@@ -157,7 +152,7 @@ void resizeRunLength(const Frame &frame, const Colour &colour) {
     for (int x = 0; x < frame.outWidth; ++x) {
       for (int byte = 0; byte < 3; ++byte) {
         if (const std::optional<uint8_t> value = picture.byteAt(x, y, byte)) {
-          frame.out[y * frame.outStride + 3 * x + byte] = *value;
+          *picture.place(x, y, byte) = *value;
         }
       }
     }
