@@ -86,9 +86,9 @@ void expectFlip(const Picture &picture, int outType, const std::vector<int> &sam
 
 /// 0, ..., 0, 1, ..., 1, ...: each number `times` times, `count` in all.
 std::vector<int> steps(int count, int times) {
-  std::vector<int> numbers;
-  for (int i = 0; i < count; ++i) {
-    numbers.push_back(i / times);
+  std::vector<int> numbers(static_cast<std::size_t>(count));
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    numbers[i] = static_cast<int>(i) / times;
   }
   return numbers;
 }

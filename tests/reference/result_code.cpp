@@ -1,5 +1,7 @@
 #include "reference/result_code.h"
 
+#include "support/picture.h"
+
 #include <array>
 #include <cstdint>
 
@@ -10,6 +12,15 @@ namespace {
 enum class Family { Planar, SemiPlanar, Packed, Rgb16, Rgb24, None };
 
 Family familyOf(int type) {
+  if (support::isPacked422(type)) {
+    return Family::Packed;
+  }
+  if (support::isSemiPlanar(type)) {
+    return Family::SemiPlanar;
+  }
+  if (support::isRgb16(type)) {
+    return Family::Rgb16;
+  }
   switch (type) {
   case 0:
   case 1:
@@ -21,21 +32,6 @@ Family familyOf(int type) {
   case 34:
   case 37:
     return Family::Planar;
-  case 11:
-  case 35:
-    return Family::SemiPlanar;
-  case 6:
-  case 7:
-  case 8:
-  case 9:
-  case 14:
-  case 15:
-  case 16:
-  case 17:
-    return Family::Packed;
-  case 30:
-  case 31:
-    return Family::Rgb16;
   case 32:
     return Family::Rgb24;
   default:
@@ -43,11 +39,10 @@ Family familyOf(int type) {
   }
 }
 
+using support::isRgb16;
+
 bool isPlanar420(int type) {
   return type == 3 || type == 12;
-}
-bool isRgb16(int type) {
-  return type == 30 || type == 31;
 }
 bool isSame(const ConvertParams &p) {
   return p.inType == p.outType;
