@@ -28,6 +28,11 @@ c++ -x c++ "$consumer/consumer.c" -o "$work/cpp" "${flags[@]}" -Wl,-rpath,"$libd
 runpath() { readelf -d "$1" | sed -n 's/.*R.*PATH.*\[\(.*\)\]/\1/p'; }
 if [ -x "$prefix/bin/zqconvert" ]; then
   "$prefix/bin/zqconvert" --version >/dev/null || fail "the installed zqconvert does not run"
+  source=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$build/CMakeCache.txt")
+  for pair in docs/zqconvert.1:man/man1/zqconvert.1 \
+    tools/zqconvert/zqconvert.bash:bash-completion/completions/zqconvert; do
+    [ ! -f "$source/${pair%:*}" ] || cmp "$source/${pair%:*}" "$prefix/share/${pair#*:}" || fail "${pair%:*} is missing"
+  done
   [ ! -e "$libdir/libzqColorConversion.so" ] ||
     equal "the run path below a prefix of its own" "$(runpath "$prefix/bin/zqconvert")" '$ORIGIN/../lib'
   DESTDIR=$work/root cmake --install "$build" --prefix /usr >/dev/null
