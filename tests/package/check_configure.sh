@@ -5,6 +5,7 @@
 # usage: check_configure.sh SOURCE_DIR GENERATOR
 source=$1
 export CMAKE_GENERATOR=$2
+# shellcheck source=tests/package/lib.sh
 . "$(dirname "$0")/lib.sh"
 configure() { # NAME OPTION...
   local name=$1
