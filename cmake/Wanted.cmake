@@ -1,13 +1,15 @@
-# zqcc_wanted(OPTION SUBJECT DEBIAN_PACKAGES PACKAGE...): settles an option that is ON, OFF or AUTO for this run. ON demands
-# the packages, AUTO becomes ON where all are found, and says what is left out where they are not.
+# zqcc_wanted(OPTION SUBJECT DEBIAN_PACKAGES TARGET...): settles an option that is ON, OFF or AUTO for this run. AUTO becomes
+# ON where packages provide all the targets, each named PACKAGE::NAME, and says what is left out where they do not. With
+# ON, it is an error further down that one is missing.
 function(zqcc_wanted option subject debian)
   string(TOUPPER "${${option}}" wish)
   if(wish STREQUAL "AUTO")
     set(missing "")
-    foreach(package IN LISTS ARGN)
+    foreach(target IN LISTS ARGN)
+      string(REGEX REPLACE "::.*" "" package ${target})
       find_package(${package} QUIET)
-      if(NOT ${package}_FOUND)
-        list(APPEND missing ${package})
+      if(NOT TARGET ${target})
+        list(APPEND missing ${target})
       endif()
     endforeach()
     if(missing)

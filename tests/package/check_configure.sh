@@ -5,6 +5,7 @@
 # usage: check_configure.sh SOURCE_DIR GENERATOR
 source=$1
 export CMAKE_GENERATOR=$2
+# shellcheck source=tests/package/lib.sh
 . "$(dirname "$0")/lib.sh"
 configure() { # NAME OPTION...
   local name=$1
@@ -44,8 +45,8 @@ equal "the number of those that do, in a preset" "$(compile_lines "$work/preset"
 without() { printf -- '-DCMAKE_DISABLE_FIND_PACKAGE_%s=ON\n' "$@"; }
 mapfile -t nothing < <(without CLI11 PNG GTest)
 configure alone "${nothing[@]}" || fail "the library alone cannot be configured: $(cat "$work/alone.txt")"
-grep -q 'zqconvert is left out: CLI11 and PNG not found' "$work/alone.txt" || fail "no word about zqconvert"
-grep -q 'The tests are left out: GTest not found' "$work/alone.txt" || fail "no word about the tests"
+grep -q 'zqconvert is left out: CLI11::CLI11 and PNG::PNG not found' "$work/alone.txt" || fail "no word about zqconvert"
+grep -q 'The tests are left out: GTest::gmock and GTest::gtest_main not found' "$work/alone.txt" || fail "no word about the tests"
 grep -q 'src/frame/dispatch\.cpp' "$work/alone/compile_commands.json" || fail "the library is missing"
 if grep -E 'zqconvert/|_test\.cpp' "$work/alone/compile_commands.json"; then fail "something is built all the same"; fi
 for package in CLI11 PNG; do
@@ -54,5 +55,15 @@ for package in CLI11 PNG; do
 done
 configure GTest "$(without GTest)" -DZQCC_BUILD_TESTS=ON -DZQCC_BUILD_TOOLS=OFF && fail "no GTest, no error"
 grep -q "find_package for module GTest" "$work/GTest.txt" || fail "an error, but not about GTest"
+# Half of GoogleTest, as Debian's libgtest-dev alone brings it.
+mkdir "$work/half"
+cat >"$work/half/GTestConfig.cmake" <<'CMAKE'
+if(NOT TARGET GTest::gtest)
+  add_library(GTest::gtest INTERFACE IMPORTED)
+  add_library(GTest::gtest_main INTERFACE IMPORTED)
+endif()
+CMAKE
+configure half_of_gtest -DGTest_DIR="$work/half" -DZQCC_BUILD_TOOLS=OFF || fail "half of GoogleTest stops everything"
+grep -q 'The tests are left out: GTest::gmock not found' "$work/half_of_gtest.txt" || fail "no word about GTest::gmock"
 
 verdict "build types, warnings, missing packages and pkg-config paths are as promised"

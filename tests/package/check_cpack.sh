@@ -2,6 +2,7 @@
 # Makes the packages of the build and looks into them; scripts/test-fresh installs them into a bare system.
 # usage: check_cpack.sh BUILD_DIR
 build=$1
+# shellcheck source=tests/package/lib.sh
 . "$(dirname "$0")/lib.sh"
 version=$(sed -n 's/^set(CPACK_PACKAGE_VERSION "\(.*\)")/\1/p' "$build/CPackConfig.cmake")
 make_package() { # GENERATOR SUFFIX: prints the file's name

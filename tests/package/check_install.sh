@@ -3,6 +3,7 @@
 # usage: check_install.sh BUILD_DIR CONSUMER_SOURCE_DIR GENERATOR
 build=$1 consumer=$2
 export CMAKE_GENERATOR=$3
+# shellcheck source=tests/package/lib.sh
 . "$(dirname "$0")/lib.sh"
 prefix=$work/prefix
 cmake --install "$build" --prefix "$prefix" >/dev/null
@@ -28,8 +29,13 @@ c++ -x c++ "$consumer/consumer.c" -o "$work/cpp" "${flags[@]}" -Wl,-rpath,"$libd
 runpath() { readelf -d "$1" | sed -n 's/.*R.*PATH.*\[\(.*\)\]/\1/p'; }
 if [ -x "$prefix/bin/zqconvert" ]; then
   "$prefix/bin/zqconvert" --version >/dev/null || fail "the installed zqconvert does not run"
+  source=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$build/CMakeCache.txt")
+  for pair in docs/zqconvert.1:man/man1/zqconvert.1 \
+    tools/zqconvert/zqconvert.bash:bash-completion/completions/zqconvert; do
+    [ ! -f "$source/${pair%:*}" ] || cmp "$source/${pair%:*}" "$prefix/share/${pair#*:}" || fail "${pair%:*} is missing"
+  done
   [ ! -e "$libdir/libzqColorConversion.so" ] ||
-    equal "the run path below a prefix of its own" "$(runpath "$prefix/bin/zqconvert")" '$ORIGIN/../lib'
+    equal "the run path below a prefix of its own" "$(runpath "$prefix/bin/zqconvert")" "\$ORIGIN/..${libdir#"$prefix"}"
   DESTDIR=$work/root cmake --install "$build" --prefix /usr >/dev/null
   equal "the run path below /usr" "$(runpath "$work/root/usr/bin/zqconvert")" ''
 fi

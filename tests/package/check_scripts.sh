@@ -3,6 +3,7 @@
 # call are replaced by stand-ins that write down how they were called.
 # usage: check_scripts.sh SOURCE_DIR
 source=$1
+# shellcheck source=tests/package/lib.sh
 . "$(dirname "$0")/lib.sh"
 mkdir "$work/bin"
 PATH=$work/bin:$PATH

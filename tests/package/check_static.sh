@@ -5,6 +5,7 @@
 # usage: check_static.sh SOURCE_DIR STATIC_LIBRARY CONSUMER_SOURCE_DIR GENERATOR
 source=$1 archive=$2 consumer=$3
 export CMAKE_GENERATOR=$4
+# shellcheck source=tests/package/lib.sh
 . "$(dirname "$0")/lib.sh"
 prefix=$work/prefix
 cmake -S "$source" -B "$work/build" -DBUILD_SHARED_LIBS=OFF -DZQCC_BUILD_TESTS=OFF -DZQCC_BUILD_TOOLS=OFF \

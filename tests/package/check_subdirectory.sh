@@ -4,6 +4,7 @@
 # usage: check_subdirectory.sh SOURCE_DIR GENERATOR
 source=$1
 export CMAKE_GENERATOR=$2
+# shellcheck source=tests/package/lib.sh
 . "$(dirname "$0")/lib.sh"
 
 mkdir "$work/parent"

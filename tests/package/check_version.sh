@@ -4,6 +4,7 @@
 # usage: check_version.sh SOURCE_DIR GENERATOR
 source=$1
 export CMAKE_GENERATOR=$2
+# shellcheck source=tests/package/lib.sh
 . "$(dirname "$0")/lib.sh"
 
 # compatible NAME WANTED: would find_package take the package of that build for this version?
