@@ -20,7 +20,7 @@ struct Rgb565Writer {
   static constexpr int kPixelBytes = 2;
 
   static void put(uint8_t *p, std::ptrdiff_t stride, const Quad<Pixel> &quad) {
-    if constexpr (pairsLines(turn)) {
+    if constexpr (isQuarterTurn(turn)) {
       pair(p, quad[0][0], quad[1][0]);
       pair(p + columnStep<turn, kPixelBytes>(stride), quad[0][1], quad[1][1]);
     } else {

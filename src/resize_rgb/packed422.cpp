@@ -15,24 +15,14 @@ struct PixelGrid {
   std::ptrdiff_t line;
 };
 
-template <Turn turn, int pixelBytes>
-PixelGrid gridOf(const ConvertParams &p) {
-  const Target target = targetOf<turn, pixelBytes>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
-  return {target.origin, columnStep<turn, pixelBytes>(target.stride), lineStep<turn, pixelBytes>(target.stride)};
-}
-
 template <int pixelBytes>
 PixelGrid gridFor(const ConvertParams &p) {
-  switch (p.rotation) {
-  case ROTATION_90_LEFT:
-    return gridOf<Turn::Left, pixelBytes>(p);
-  case ROTATION_90_RIGHT:
-    return gridOf<Turn::Right, pixelBytes>(p);
-  case ROTATION_180:
-    return gridOf<Turn::Half, pixelBytes>(p);
-  default:
-    return gridOf<Turn::Upright, pixelBytes>(p);
-  }
+  PixelGrid grid{};
+  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turnOf(p.rotation), [&]<Turn turn>() {
+    const Target target = targetOf<turn, pixelBytes>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
+    grid = {target.origin, columnStep<turn, pixelBytes>(target.stride), lineStep<turn, pixelBytes>(target.stride)};
+  });
+  return grid;
 }
 
 struct Store565 {

@@ -1,6 +1,7 @@
 #include "sameformat/packed422.h"
 
 #include "base/limits.h"
+#include "base/turn.h"
 #include "kernels/copy_lines.h"
 #include "sameformat/bilinear.h"
 #include "sameformat/packed_line.h"
@@ -175,7 +176,7 @@ void turnGroups(const Groups &groups, const TurnTarget &target, int32_t lines, b
 
 TurnTarget turnTarget(const ConvertParams &p, uint32_t mask) {
   const std::ptrdiff_t pitch = p.outStride;
-  if (p.rotation == ROTATION_90_LEFT) {
+  if (turnOf(p.rotation) == Turn::Left) {
     return {p.outBuf[0] + (p.outWidth - 1) * pitch, -pitch, p.outWidth, mask};
   }
   return {p.outBuf[0], pitch, p.outWidth, mask};
@@ -209,7 +210,7 @@ void rotatePacked422(const Job &job) {
     return;
   }
   const uint32_t mask = packedOrder(job.packedVariant).swapped ? 0 : chromaMask(job.packedVariant);
-  const bool left = p.rotation == ROTATION_90_LEFT;
+  const bool left = turnOf(p.rotation) == Turn::Left;
   const std::ptrdiff_t pitch = p.inStride;
   const uint8_t *const first = left ? p.inBuf[0] : p.inBuf[0] + (p.inHeight - 1) * pitch;
   withReader(job, p.outWidth, [&](auto reader) {
@@ -245,7 +246,7 @@ void resizeRotatePacked422(const Job &job) {
   if (isEmpty(p)) {
     return;
   }
-  const bool left = p.rotation == ROTATION_90_LEFT;
+  const bool left = turnOf(p.rotation) == Turn::Left;
   const int32_t *const yFirst = left ? job.yTable : job.yTable + (p.outHeight - 1);
   withReader(job, p.inWidth, [&](auto reader) {
     const PickedGroups<decltype(reader)> groups{reader, p.inBuf[0], p.inStride, job.xTable, yFirst, left ? 1 : -1};

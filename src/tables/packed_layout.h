@@ -18,6 +18,12 @@ struct PackedLayout {
   int32_t right;
   int32_t u;
   int32_t v;
+
+  /// The first luma byte in memory is the right pixel's.
+  [[nodiscard]] constexpr bool isSwapped() const { return left > right; }
+  /// Where the first luma byte and the first chroma byte stand; the second ones follow two bytes on.
+  [[nodiscard]] constexpr int32_t firstLuma() const { return isSwapped() ? right : left; }
+  [[nodiscard]] constexpr int32_t firstChroma() const { return 1 - firstLuma(); }
 };
 
 /// Variants 4..7 are 0..3 with the two luma bytes exchanged.
