@@ -1,5 +1,7 @@
 #include "direct_rgb/packed422.h"
 
+#include "kernels/layouts.h"
+
 namespace zqcc {
 namespace {
 

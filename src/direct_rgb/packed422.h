@@ -4,6 +4,7 @@
 #include "base/job.h"
 #include "base/turn.h"
 #include "kernels/convert_rect.h"
+#include "tables/packed_layout.h"
 
 namespace zqcc {
 

@@ -3,6 +3,7 @@
 #include "base/picture_shape.h"
 #include "direct_rgb/macroblock.h"
 #include "kernels/convert_rect.h"
+#include "kernels/layouts.h"
 
 namespace zqcc {
 namespace {

@@ -2,6 +2,7 @@
 
 #include "direct_rgb/macroblock.h"
 #include "kernels/convert_rect.h"
+#include "kernels/layouts.h"
 
 namespace zqcc {
 namespace {

@@ -12,6 +12,7 @@
 #include "resize_rgb/rgb24_output.h"
 #include "resize_rgb/special_ratio.h"
 #include "sameformat/packed422.h"
+#include "sameformat/packed422_resize.h"
 #include "sameformat/planar420.h"
 #include "sameformat/rgb16.h"
 #include "sameformat/semi_planar.h"

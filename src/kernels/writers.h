@@ -1,4 +1,5 @@
-// Writers put the 2 x 2 pixels of a source group at their places, whole words where two of them become neighbours.
+// Writers put the four pixels of a quad, 2 x 2 of the source, at their places: whole words where two of them become
+// neighbours.
 #pragma once
 
 #include "kernels/placement.h"
@@ -9,7 +10,7 @@
 
 namespace zqcc {
 
-/// Four pixels, [line][column] of the source group.
+/// Four pixels, [line][column] of the source.
 template <class Pixel>
 using Quad = Pixel[2][2];
 

@@ -4,7 +4,6 @@
 #include "base/picture_shape.h"
 #include "base/table_format.h"
 #include "kernels/arithmetic.h"
-#include "kernels/layouts.h"
 #include "kernels/stores.h"
 #include "kernels/taps.h"
 #include "resize_rgb/samplers.h"

@@ -1,18 +1,20 @@
-// Where the four bytes of a packed 4:2:2 group stand.
+// Where the bytes of a macropixel stand, the four bytes of packed 4:2:2 that hold two pixels and their common chroma.
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace zqcc {
 
 inline constexpr uint32_t kPackedVariants = 8;
+inline constexpr std::ptrdiff_t kMacropixelBytes = 4;
 
-/// Byte positions of the first chroma sample (U) and of the second one (V) in a group, by variant & 3.
+/// Byte positions of the first chroma sample (U) and of the second one (V) in a macropixel, by variant & 3.
 inline constexpr std::array<int32_t, 4> kPackedU{1, 3, 0, 2};
 inline constexpr std::array<int32_t, 4> kPackedV{3, 1, 2, 0};
 
-/// Byte positions within a group of two pixels: the left and the right pixel's luma, and the chroma they share.
+/// Byte positions within a macropixel: the left and the right pixel's luma, and the chroma they share.
 struct PackedLayout {
   int32_t left;
   int32_t right;

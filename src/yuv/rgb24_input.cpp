@@ -1,6 +1,7 @@
 #include "yuv/rgb24_input.h"
 
 #include "kernels/convert_rect.h"
+#include "kernels/layouts.h"
 
 namespace zqcc {
 namespace {
