@@ -63,9 +63,6 @@ void deinterleaveChroma(const ConvertParams &params, uint8_t *first, uint8_t *se
 
 void copyPlanarToYuv420Planar(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.outWidth <= 0) {
-    return;
-  }
   copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
   if (p.outHeight < 2) {
     return; // a single line has no chroma line
