@@ -1,6 +1,8 @@
 #include "frame/frame_check.h"
 
 #include "base/picture_shape.h"
+#include "base/table_format.h"
+#include "base/turn.h"
 
 namespace zqcc {
 namespace {
@@ -149,7 +151,7 @@ bool stridesArePossible(const ConvertParams &p, const Route &route) {
   if (!route.fromStrideEnd) {
     return true;
   }
-  const int64_t pixels = p.rotation == ROTATION_90_RIGHT ? p.outHeight : p.outWidth;
+  const int64_t pixels = turnOf(p.rotation) == Turn::Right ? p.outHeight : p.outWidth;
   return p.outStride >= (isRgb16(p.outType) ? 2 * pixels : pixels);
 }
 

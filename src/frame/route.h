@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/job.h"
-#include "frame/resample_tables.h"
+#include "base/table_format.h"
 
 #include <cstdint>
 

@@ -4,7 +4,6 @@
 #include "base/picture_shape.h"
 #include "base/table_format.h"
 #include "kernels/arithmetic.h"
-#include "kernels/layouts.h"
 #include "kernels/stores.h"
 #include "kernels/taps.h"
 #include "resize_rgb/samplers.h"
@@ -22,9 +21,9 @@ struct FilterPlane {
   std::ptrdiff_t last; ///< offset of the plane's last sample
 
   /// The last column that may be read of a line: that of its columns, or an earlier one where the plane ends.
-  [[nodiscard]] std::ptrdiff_t lastColumnOf(std::ptrdiff_t y) const {
+  [[nodiscard]] int32_t lastColumnOf(std::ptrdiff_t y) const {
     const std::ptrdiff_t column = smaller<std::ptrdiff_t>(last - y * stride, limitX - 1);
-    return column > 0 ? column : 0;
+    return column > 0 ? static_cast<int32_t>(column) : 0;
   }
 };
 
@@ -92,7 +91,7 @@ public:
     uint32_t sum = 0;
     for (int32_t l = 0; l < lineCount_; ++l) {
       for (int32_t c = 0; c < columns; ++c) {
-        sum += lines_[l].samples[smaller<std::ptrdiff_t>(x[c], lines_[l].last)];
+        sum += lines_[l].samples[smaller(x[c], lines_[l].last)];
       }
     }
     const auto count = static_cast<uint32_t>(lineCount_ * columns);
@@ -102,7 +101,7 @@ public:
 private:
   struct Line {
     const uint8_t *samples;
-    std::ptrdiff_t last;
+    int32_t last;
   };
 
   int32_t limit_;

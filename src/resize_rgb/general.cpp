@@ -7,7 +7,7 @@ namespace {
 
 template <Turn turn>
 void resizeGeneral(const Job &job) {
-  resizePicture<YuvSource<GroupChroma, Bilinear>, TableWeights, turn>(job, viewOf420Or422(job));
+  resizePicture<YuvSource<QuadChroma, Bilinear>, TableWeights, turn>(job, viewOf420Or422(job));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "resize_rgb/other_planar.h"
 
+#include "kernels/layouts.h"
 #include "resize_rgb/resize_picture.h"
 
 namespace zqcc {

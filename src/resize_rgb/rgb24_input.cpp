@@ -1,5 +1,6 @@
 #include "resize_rgb/rgb24_input.h"
 
+#include "kernels/layouts.h"
 #include "resize_rgb/resize_picture.h"
 
 namespace zqcc {

@@ -10,7 +10,6 @@
 #include "base/picture_shape.h"
 #include "base/table_format.h"
 #include "kernels/arithmetic.h"
-#include "kernels/layouts.h"
 #include "kernels/writers.h"
 
 #include <cstring>

@@ -2,6 +2,8 @@
 // as its stride goes: where the stride is the odd width itself, that pair has its first byte only.
 #pragma once
 
+#include "base/limits.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -28,7 +30,7 @@ constexpr PairLine pairLine(int32_t width, int32_t stride) {
 
 /// Pair `pair` of a line as one unit in memory order; `pair` is at most the line's last.
 inline uint16_t chromaPair(const uint8_t *line, int32_t pair, int32_t lastSecond) {
-  const std::ptrdiff_t second = pair < lastSecond ? pair : lastSecond;
+  const std::ptrdiff_t second = smaller(pair, lastSecond);
   const uint8_t bytes[kPairBytes] = {line[pair * kPairBytes], line[second * kPairBytes + 1]};
   uint16_t unit;
   std::memcpy(&unit, bytes, sizeof unit);

@@ -2,7 +2,6 @@
 
 #include "base/limits.h"
 #include "sameformat/chroma_pairs.h"
-#include "zqColorConversion.h"
 
 #include <cstring>
 
@@ -62,12 +61,12 @@ void turnColumns(bool left, const NearestSource &src, int32_t column, int32_t he
 }
 
 template <class Unit>
-void turnUnits(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
+void turnUnits(Turn turn, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
                std::ptrdiff_t dstPitch) {
   if (width <= 0 || height <= 0) {
     return;
   }
-  const bool left = rotation == ROTATION_90_LEFT;
+  const bool left = turn == Turn::Left;
   uint8_t *const origin = left ? dst + (width - 1) * dstPitch : dst;
   const std::ptrdiff_t step = left ? -dstPitch : dstPitch;
   // The destination lines of a strip stay in the cache until every source line has passed.
@@ -87,14 +86,14 @@ void turnUnits(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_
 
 } // namespace
 
-void resizeRotatePlane(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
+void resizeRotatePlane(Turn turn, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
                        std::ptrdiff_t dstPitch) {
-  turnUnits<uint8_t>(rotation, src, dst, width, height, dstPitch);
+  turnUnits<uint8_t>(turn, src, dst, width, height, dstPitch);
 }
 
-void resizeRotateChromaPairs(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
+void resizeRotateChromaPairs(Turn turn, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
                              std::ptrdiff_t dstPitch) {
-  turnUnits<uint16_t>(rotation, src, dst, width, height, dstPitch);
+  turnUnits<uint16_t>(turn, src, dst, width, height, dstPitch);
 }
 
 void resizeRotate180Plane(const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,

@@ -135,18 +135,7 @@ void copyRgb16(const Job &job) {
 
 void rotateRgb16(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.outWidth <= 0 || p.outHeight <= 0) {
-    return;
-  }
-  const std::ptrdiff_t srcPitch = p.inStride;
-  const std::ptrdiff_t dstPitch = p.outStride;
-  if (p.rotation == ROTATION_90_LEFT) {
-    transposeLines<uint16_t>(p.inBuf[0], srcPitch, p.outBuf[0] + (p.outWidth - 1) * dstPitch, -dstPitch, p.outWidth,
-                             p.outHeight);
-  } else {
-    transposeLines<uint16_t>(p.inBuf[0] + (p.outHeight - 1) * srcPitch, -srcPitch, p.outBuf[0], dstPitch, p.outWidth,
-                             p.outHeight);
-  }
+  quarterTurn<uint16_t>(turnOf(p.rotation), p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
 }
 
 void resizeRgb16(const Job &job) {
@@ -157,7 +146,7 @@ void resizeRgb16(const Job &job) {
 void resizeRotateRgb16(const Job &job) {
   const ConvertParams &p = job.params;
   const std::ptrdiff_t pitch = p.outStride;
-  if (p.rotation == ROTATION_90_LEFT) {
+  if (turnOf(p.rotation) == Turn::Left) {
     forEachTile(job, p.outBuf[0] + (p.outWidth - 1) * pitch, -pitch, kPixelBytes, -pitch, resizeRotateRgb16BlockLeft);
   } else {
     forEachTile(job, p.outBuf[0] + (p.outHeight - 1) * kPixelBytes, pitch, -kPixelBytes, pitch,

@@ -15,33 +15,21 @@ namespace {
 /// Turns `lines` lines of `width` units. The left turn reads them from line 0 down, the right turn from line
 /// srcLines - 1 up; when that runs out of lines, the first one fills what remains.
 template <class Unit>
-void quarterTurn(uint32_t rotation, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst,
-                 int32_t width, int32_t lines, std::ptrdiff_t dstPitch) {
-  if (width <= 0 || lines <= 0) {
+void turnLines(Turn turn, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst, int32_t width,
+               int32_t lines, std::ptrdiff_t dstPitch) {
+  if (turn == Turn::Left) {
+    quarterTurn<Unit>(turn, src, srcPitch, dst, dstPitch, width, lines);
     return;
   }
-  if (rotation == ROTATION_90_LEFT) {
-    transposeLines<Unit>(src, srcPitch, dst + (width - 1) * dstPitch, -dstPitch, width, lines);
-    return;
-  }
-  const int32_t there = smaller(lines, srcLines > 0 ? srcLines : 0);
-  transposeLines<Unit>(src + (srcLines - 1) * srcPitch, -srcPitch, dst, dstPitch, width, there);
-  if (there < lines) {
-    transposeLines<Unit>(src, 0, dst + there * static_cast<std::ptrdiff_t>(sizeof(Unit)), dstPitch, width,
-                         lines - there);
-  }
+  const int32_t there = smaller(lines, srcLines);
+  const uint8_t *const first = src + std::ptrdiff_t{srcLines - there} * srcPitch;
+  quarterTurn<Unit>(turn, first, srcPitch, dst, dstPitch, width, there);
+  quarterTurn<Unit>(turn, src, 0, dst + there * static_cast<std::ptrdiff_t>(sizeof(Unit)), dstPitch, width,
+                    lines - there);
 }
 
-void rotateLumaPlane(uint32_t rotation, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst,
-                     int32_t width, int32_t lines, std::ptrdiff_t dstPitch) {
-  quarterTurn<uint8_t>(rotation, src, srcLines, srcPitch, dst, width, lines, dstPitch);
-}
-
-/// Widths count pairs.
-void rotateChromaPairs(uint32_t rotation, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst,
-                       int32_t width, int32_t lines, std::ptrdiff_t dstPitch) {
-  quarterTurn<uint16_t>(rotation, src, srcLines, srcPitch, dst, width, lines, dstPitch);
-}
+constexpr auto rotateLumaPlane = turnLines<uint8_t>;
+constexpr auto rotateChromaPairs = turnLines<uint16_t>; ///< widths count pairs
 
 void resizeLuma(const Job &job) {
   const ConvertParams &p = job.params;
@@ -100,8 +88,9 @@ void copyYuv420SemiPlanar(const Job &job) {
 
 void rotateYuv420SemiPlanar(const Job &job) {
   const ConvertParams &p = job.params;
-  rotateLumaPlane(p.rotation, p.inBuf[0], p.inHeight, p.inStride, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
-  rotateChromaPairs(p.rotation, p.inBuf[1], p.inHeight / 2, p.inStride, p.outBuf[1], p.outWidth / 2, p.outHeight / 2,
+  const Turn turn = turnOf(p.rotation);
+  rotateLumaPlane(turn, p.inBuf[0], p.inHeight, p.inStride, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
+  rotateChromaPairs(turn, p.inBuf[1], p.inHeight / 2, p.inStride, p.outBuf[1], p.outWidth / 2, p.outHeight / 2,
                     p.outStride);
 }
 
@@ -112,12 +101,13 @@ void resizeYuv420SemiPlanar(const Job &job) {
 
 void resizeRotateYuv420SemiPlanar(const Job &job) {
   const ConvertParams &p = job.params;
+  const Turn turn = turnOf(p.rotation);
   const NearestSource luma{p.inBuf[0], p.inStride, p.inWidth - 1, p.inHeight - 1, job.xTable, job.yTable};
   const PairLine pairs = pairLine(p.inWidth, p.inStride);
   const NearestSource chroma{p.inBuf[1], p.inStride, pairs.lastFirst, p.inHeight / 2 - 1,
                              job.xTable, job.yTable, pairs.lastSecond};
-  resizeRotatePlane(p.rotation, luma, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
-  resizeRotateChromaPairs(p.rotation, chroma, p.outBuf[1], p.outWidth / 2, p.outHeight / 2, p.outStride);
+  resizeRotatePlane(turn, luma, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
+  resizeRotateChromaPairs(turn, chroma, p.outBuf[1], p.outWidth / 2, p.outHeight / 2, p.outStride);
 }
 
 } // namespace zqcc

@@ -26,10 +26,10 @@ void copyChroma(const ConvertParams &p, int plane) {
   }
 }
 
-/// One line's luma, pixel pairs first, a lone last pixel from its own group.
+/// One line's luma, pixel pairs first, a lone last pixel from its own macropixel.
 void unpackLuma(const uint8_t *from, uint8_t *to, int32_t width, const PackedLayout &layout) {
   int32_t x = 0;
-  for (; x + 1 < width; x += 2, from += 4) {
+  for (; x + 1 < width; x += 2, from += kMacropixelBytes) {
     to[x] = from[layout.left];
     to[x + 1] = from[layout.right];
   }
@@ -39,7 +39,7 @@ void unpackLuma(const uint8_t *from, uint8_t *to, int32_t width, const PackedLay
 }
 
 void unpackChroma(const uint8_t *from, uint8_t *u, uint8_t *v, int32_t columns, const PackedLayout &layout) {
-  for (int32_t i = 0; i < columns; ++i, from += 4) {
+  for (int32_t i = 0; i < columns; ++i, from += kMacropixelBytes) {
     u[i] = from[layout.u];
     v[i] = from[layout.v];
   }
@@ -64,9 +64,6 @@ void deinterleaveChroma(const ConvertParams &params, uint8_t *first, uint8_t *se
 
 void copyPlanarToYuv420Planar(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.outWidth <= 0) {
-    return;
-  }
   copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
   if (p.outHeight < 2) {
     return; // a single line has no chroma line
