@@ -222,7 +222,8 @@ typedef struct ConvertParams {
                                 (conversions only). It counts when resizing planar and semi-planar input to 16-bit RGB
                                 without a turn or flip (0, 2, 4 and 37: without a flip), and 3, 12, 30, 31 and 6 to 9
                                 in their own type without a quarter turn. Elsewhere 1 to 3 change nothing, or are
-                                refused: turns of 3 and 12, quarter turns of 30 and 31 in their own type. */
+                                refused: in their own type, turns of 3 and 12, quarter turns of 30 and 31, and these
+                                four not resized; 3 without a change of type. */
 } ConvertParams;
 
 /** @brief The object behind a handle; made by zqCCInit, released by zqCCUninit. */

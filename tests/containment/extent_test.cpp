@@ -146,7 +146,7 @@ bool reachesBothEnds(const ConvertParams &p, int plane) {
     return p.outHeight % 16 == 0; // the first line is the bottom strip's otherwise, which lies at the stride's end
   }
   if (support::isSemiPlanar(p.outType) && plane == 1) {
-    return p.outWidth % 2 == 0; // the lone last column's pair
+    return p.outWidth % 2 == 0; // a lone last column's pair goes as far as both strides reach
   }
   if (support::isRgb16(p.inType) && p.antiAlias != 0 && p.isResize == 1) {
     return p.outStride % 2 == 0; // the filters step by whole pixels
