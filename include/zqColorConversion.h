@@ -323,6 +323,7 @@ ZQ_API uint32_t zqRotateCroppedFrame(const uint8_t *input, uint8_t *output, int3
  * @param inType 1, 3, 11, 35 or packed 4:2:2; @param outType 3, 12, 30, 31 or 32.
  * @param inStride bytes per input line (ignored for packed 4:2:2, whose lines are tight).
  * @param coefficients null, or four doubles as for PARAM_CUSTOM_MATRIX; the custom matrix stays selected afterwards.
+ *   Only packed 4:2:2 to RGB heeds it; the other input types are converted by BT.601 all the same.
  */
 ZQ_API uint32_t zqColorConvert(const uint8_t *input, uint8_t *output, int32_t inType, int32_t outType, int32_t width,
                                int32_t height, int32_t inStride, const double *coefficients);

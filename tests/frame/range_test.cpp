@@ -95,6 +95,24 @@ TEST(Range, QualityCountsWhereTheHeaderSaysSo) {
   EXPECT_GT(accepted, 4000);
 }
 
+TEST(Range, OneShotConversionsHeedCoefficientsFromPacked422Alone) {
+  constexpr int kSide = 32;
+  constexpr std::array<double, 4> kCoefficients{900, 100, 700, 300};
+  const reference::DitherRestorer restorer;
+  const support::Picture from = noise(COLOR_YUV422_YUYV, kSide, kSide * 2); // bytes enough for every type
+  for (const int inType : {1, 3, 11, 35, 6, 7, 8, 9, 14, 15, 16, 17}) {
+    for (const int outType : {COLOR_RGB565, COLOR_RGB16_ALT, COLOR_RGB24}) {
+      std::vector<uint8_t> plain(std::size_t{3} * kSide * kSide);
+      std::vector<uint8_t> custom(plain.size());
+      ASSERT_EQ(zqColorConvert(from.plane(0), plain.data(), inType, outType, kSide, kSide, kSide, nullptr), CC_OK);
+      ASSERT_EQ(
+          zqColorConvert(from.plane(0), custom.data(), inType, outType, kSide, kSide, kSide, kCoefficients.data()),
+          CC_OK);
+      EXPECT_EQ(plain != custom, isPacked422(inType)) << inType << " to " << outType;
+    }
+  }
+}
+
 // --- Levels: pictures of one grey, its chroma neutral.
 
 using Values = std::set<uint32_t>;
