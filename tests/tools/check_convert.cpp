@@ -97,6 +97,29 @@ TEST(Converter, ScalesBeforeItTurns) {
   EXPECT_EQ(findBright(out), (Bright{12, 0, 4, 8, true}));
 }
 
+TEST(Converter, AnOpenSideOfTheScaleKeepsTheShape) {
+  struct Case {
+    Size in, scale, want;
+  };
+  for (const Case &c : {Case{{64, 32}, {32, -1}, {32, 16}}, Case{{64, 32}, {-1, 8}, {16, 8}},
+                        Case{{64, 32}, {31, -1}, {31, 16}}, // 15.5 to the nearest
+                        Case{{64, 32}, {29, -2}, {29, 14}}, // 14.5 to the nearest even
+                        Case{{64, 32}, {31, -2}, {31, 16}}, Case{{64, 32}, {-4, 11}, {24, 11}},
+                        Case{{64, 32}, {1, -1}, {1, 1}}, Case{{1920, 1080}, {854, -1}, {854, 480}},
+                        Case{{1920, 1080}, {-2, 480}, {854, 480}}, Case{{1920, 1080}, {-1, 480}, {853, 480}}}) {
+    Request request;
+    request.scale = c.scale;
+    const Converter converter({COLOR_YUV420_PLANAR, c.in.width, c.in.height, "25:1", "420jpeg"}, request);
+    EXPECT_EQ((Size{converter.output().width, converter.output().height}), c.want) << toText(c.scale);
+  }
+  Request part;
+  part.crop = Rectangle{0, 0, 16, 32};
+  part.scale = Size{8, -1};
+  part.rotation = ROTATION_90_LEFT;
+  const Converter converter({COLOR_YUV420_PLANAR, 64, 32, "25:1", "420jpeg"}, part);
+  EXPECT_EQ((Size{converter.output().width, converter.output().height}), (Size{16, 8}));
+}
+
 TEST(Converter, CutsOutWhatWasAskedFor) {
   Request request;
   request.crop = Rectangle{8, 4, 24, 20};

@@ -1,19 +1,16 @@
 // The built program from the outside: files, streams, status and the one line of an error.
 #include "color_types.h"
+#include "text.h"
 #include "workspace.h"
 #include "zqColorConversion.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <filesystem>
-#include <optional>
 
-using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::StartsWith;
 using workspace::Folder;
 using workspace::Outcome;
@@ -163,17 +160,99 @@ TEST(Program, EveryTypeComesInByNameAndByCode) {
   }
 }
 
-TEST(Program, TruncatedInputLeavesNothingBehind) {
+/// A clip of `whole` frames and all but the last byte of another one.
+std::string cutClip(int whole) {
+  std::string stream = y4m420(32, 16, whole + 1);
+  stream.pop_back();
+  return stream;
+}
+
+TEST(Program, WholeFramesOfACutClipAreDelivered) {
   const Folder folder;
-  std::string stream = y4m420(32, 16, 2);
-  stream.resize(stream.size() - 1);
-  const std::string clip = folder.file("clip.y4m", stream);
+  const std::string clip = folder.file("clip.y4m", cutClip(2));
+  const std::string uncut = folder.file("uncut.y4m", y4m420(32, 16, 2));
+  EXPECT_EQ(workspace::run({uncut, folder.path("want.raw")}).status, 0);
+  expectRefusal(workspace::run({clip, folder.path("got.raw")}), "ends in the middle of frame 3");
+  EXPECT_TRUE(workspace::readFile(folder.path("got.raw")) == workspace::readFile(folder.path("want.raw")));
+  expectRefusal(workspace::run({clip, folder.path("f%d.png")}), "ends in the middle of frame 3");
+  EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "f1.png", "f2.png", "got.raw", "uncut.y4m", "want.raw"));
+
+  const Outcome piped = workspace::run({clip, "-"});
+  EXPECT_EQ(piped.status, 2);
+  EXPECT_TRUE(piped.out == workspace::readFile(folder.path("want.raw")));
+  // The header of a frame may be cut as well.
+  const std::string header = folder.file("header.y4m", y4m420(32, 16, 1) + "FRA");
+  expectRefusal(workspace::run({header, folder.path("one.png")}), "ends in the header of frame 2");
+  EXPECT_TRUE(std::filesystem::exists(folder.path("one.png")));
+}
+
+TEST(Program, OfACutClipOnlyWhatWasAskedForIsDelivered) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", cutClip(2));
+  expectRefusal(workspace::run({"--frames", "2:", clip, folder.path("f%d.png")}), "ends in the middle of frame 3");
+  EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "f2.png"));
+  expectRefusal(workspace::run({"--frames", "3:", clip, folder.path("g%d.png")}), "ends in the middle of frame 3");
+  EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "f2.png"));
+  EXPECT_EQ(workspace::run({"--frames", ":2", clip, folder.path("h%d.png")}).status, 0);
+}
+
+TEST(Program, DamageInsideAClipAndClipsWithoutAWholeFrameLeaveNothingBehind) {
+  const Folder folder;
   const std::string old = folder.file("old.raw", "precious");
+  const std::string damaged = folder.file("a.y4m", y4m420(32, 16, 1) + "FROM" + y4m420(32, 16, 1));
+  const std::string cut = folder.file("b.y4m", cutClip(0));
   for (const char *name : {"new.raw", "new.y4m", "new-%d.png", "new-%d.bmp", "old.raw"}) {
-    expectRefusal(workspace::run({clip, folder.path(name)}), "frame 2");
-    EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "old.raw")) << name;
+    expectRefusal(workspace::run({damaged, folder.path(name)}), "frame 2");
+    expectRefusal(workspace::run({cut, folder.path(name)}), "frame 1");
+    EXPECT_THAT(folder.names(), ElementsAre("a.y4m", "b.y4m", "old.raw")) << name;
   }
   EXPECT_EQ(workspace::readFile(old), "precious");
+}
+
+TEST(Program, NotesAreSaidOnceOneLineEach) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", "YUV4MPEG2 W24 H16 XCOLORRANGE=FULL\nFRAME\n" +
+                                                       workspace::bytes(576, 1) + "FRAME\n" + workspace::bytes(576, 2));
+  const auto lines = [&](std::vector<std::string> options) {
+    options.insert(options.end(), {clip, "-"});
+    const Outcome outcome = workspace::run(options);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return zqconvert::split(outcome.err, '\n');
+  };
+  using testing::AllOf;
+  const auto note = [](const std::string &words) { return AllOf(StartsWith("zqconvert: note: "), HasSubstr(words)); };
+  EXPECT_THAT(lines({}), ElementsAre(note("of full range"), note("the last 8 columns"), ""));
+  EXPECT_THAT(lines({"--matrix", "bt709", "--rotate", "left"}),
+              ElementsAre(note("--matrix changes nothing"), note("of full range"), ""));
+  EXPECT_THAT(lines({"--matrix", "1,2,3,4", "--to", "i420"}), ElementsAre(note("--matrix changes nothing"), ""));
+  EXPECT_THAT(lines({"--to", "bgr24", "--scale", "24x32"}),
+              ElementsAre(note("of full range"), note("only parts of the lines"), ""));
+  EXPECT_THAT(lines({"--to", "yv12"}), ElementsAre(note("colours in wrong places"), ""));
+  EXPECT_THAT(lines({"--flip", "--matrix", "bt709"}), ElementsAre(""));
+  EXPECT_THAT(lines({"--crop", "0,0,16,16", "--rotate", "180", "--quality", "1"}),
+              ElementsAre(note("--quality"), note("of full range"), ""));
+}
+
+TEST(Program, RawFilesAreCalledByWhatTheyHold) {
+  const Folder folder;
+  const std::string clip = folder.file("clip.y4m", y4m420(32, 16, 1));
+  for (const auto &[name, bytes] : {std::pair{"a.raw", 1024U},
+                                    {"a.rgb565", 1024U},
+                                    {"a.bgr24", 1536U},
+                                    {"a.yuv", 768U},
+                                    {"a.i420", 768U},
+                                    {"a", 1024U}}) {
+    const Outcome outcome = workspace::run({clip, folder.path(name)});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(workspace::readFile(folder.path(name)).size(), bytes) << name;
+  }
+  EXPECT_EQ(workspace::run({"--to", "rgb565", clip, folder.path("b.yuv")}).status, 0);
+  EXPECT_EQ(workspace::readFile(folder.path("b.yuv")).size(), 1024U);
+  const std::vector<std::string> raw{"--size", "32x16", "--type", "nv12", clip, folder.path("c.yuv")};
+  EXPECT_EQ(workspace::run(raw).status, 2); // a .y4m is no raw file, whatever it is to become
+  const std::string nv12 = folder.file("in.nv12", workspace::bytes(768, 1));
+  EXPECT_EQ(workspace::run({"--size", "32x16", "--type", "nv12", nv12, folder.path("c.yuv")}).status, 0);
+  EXPECT_TRUE(workspace::readFile(folder.path("c.yuv")) == workspace::readFile(nv12));
 }
 
 TEST(Program, BadInputIsRefusedInOneLine) {
@@ -205,6 +284,7 @@ TEST(Program, BadInputIsRefusedInOneLine) {
       {{"--to", "nv12", good, raw}, "no conversion"},
       {{"--frames", "3", good, out}, "has 2 frames,"},
       {{"--frames", "2", folder.file("one.y4m", y4m420(16, 16, 1)), out}, "has 1 frame,"},
+      {{"--frames", "1:3", good, folder.path("f%d.png")}, "has 2 frames, so --frames cannot reach 3"},
       {{"--scale", "17x8", "--quality", "3", good, raw}, "--quality 3 is for reducing"},
       {{"--scale", "8x16", "--quality", "3", good, raw}, "--quality 3 is for reducing"},
       {{folder.file("text.y4m", "YUV4MPEG2 W16 H16\r\nFRAME\r\n"), raw}, "CR LF"},
@@ -215,6 +295,13 @@ TEST(Program, BadInputIsRefusedInOneLine) {
       {{"--to", "bgr24", "--rotate", "left", good, raw}, "--rotate left"},
       {{"--to", "i420", "--scale", "8x8", "--quality", "3", good, raw}, "--quality 3"},
       {{"--scale", "16385x16385", good, raw}, "out of range"},
+      {{"--scale", "60000x-1", good, raw}, "out of range"},
+      {{"--scale", "0x8", good, raw}, "--scale: a picture of 0x8 has no pixels"},
+      {{"--scale", "-1x0", good, raw}, "has no pixels"},
+      {{"--crop", "0,0,8,0", good, raw}, "--crop: a part of 8x0 has no pixels"},
+      {{"--size", "0x8", "--type", "i420", folder.path("text.raw"), raw}, "--size: a picture of 0x8 has no pixels"},
+      {{good, folder.path("out.jpg")}, ".png, .ppm, .y4m"},
+      {{good, folder.path("out.xyz")}, ".rgb565"},
       {{good, folder.path("no/such/folder.raw")}, "cannot be written"},
       {{good, folder.path("")}, "is a directory"},
       {{good}, "INPUT and OUTPUT"},
@@ -234,55 +321,6 @@ TEST(Program, FullDisk) {
   }
   const Folder folder;
   expectRefusal(workspace::run({folder.file("clip.y4m", y4m420(64, 64, 4)), "/dev/full"}), "written");
-}
-
-/// A program that has written its first frame to a temporary file and waits for the second one.
-class WaitingProgram : public testing::Test {
-protected:
-  void start(const workspace::Process::Setup &setup = {}) {
-    stream_ = y4m420(32, 16, 2);
-    const std::size_t second = stream_.rfind("FRAME\n");
-    process_.emplace(std::vector<std::string>{"-", folder_.path("out.raw")}, setup);
-    process_->feed(stream_.substr(0, second));
-    rest_ = stream_.substr(second);
-    ASSERT_TRUE(workspace::within10Seconds([this] { return !folder_.names().empty(); }));
-    ASSERT_THAT(folder_.names(), ElementsAre(StartsWith(".zqconvert-")));
-  }
-  Folder folder_;
-  std::string stream_, rest_;
-  std::optional<workspace::Process> process_;
-};
-
-TEST_F(WaitingProgram, OneSignalEndsItAtTheNextFrame) {
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-    start();
-    process_->kill(number);
-    process_->feed(rest_);
-    const Outcome outcome = process_->wait();
-    EXPECT_EQ(outcome.status, 128 + number);
-    EXPECT_EQ(outcome.err, "zqconvert: interrupted\n");
-    EXPECT_THAT(folder_.names(), IsEmpty());
-  }
-}
-
-TEST_F(WaitingProgram, TheSecondSignalEndsItAtOnceAndLeavesNothing) {
-  for (const auto &[first, second] : {std::pair{SIGINT, SIGTERM}, std::pair{SIGTERM, SIGHUP}, {SIGHUP, SIGINT}}) {
-    start();
-    process_->kill(first);
-    process_->kill(second);
-    // Its input stays open and brings nothing more. Which of the two is handled last is the system's choice.
-    EXPECT_THAT(process_->wait().status, AnyOf(128 + first, 128 + second));
-    EXPECT_THAT(folder_.names(), IsEmpty());
-  }
-}
-
-TEST_F(WaitingProgram, HangUpsThatAreSwitchedOffStayIgnored) {
-  start({.ignoreHangUp = true});
-  process_->kill(SIGHUP);
-  process_->feed(rest_);
-  process_->closeInput();
-  EXPECT_EQ(process_->wait().status, 0);
-  EXPECT_THAT(folder_.names(), ElementsAre("out.raw"));
 }
 
 TEST(Program, ALimitOnFileSizesIsAnErrorLikeAFullDisk) {

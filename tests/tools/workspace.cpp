@@ -132,7 +132,7 @@ namespace {
   }
   const int log = open(err.c_str(), O_WRONLY | O_CREAT, 0600);
   dup2(input, STDIN_FILENO);
-  dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+  dup2(setup.output >= 0 ? setup.output : open("/dev/null", O_WRONLY), STDOUT_FILENO);
   dup2(log, STDERR_FILENO);
   execv(words[0], words.data());
   _exit(127);
@@ -182,6 +182,12 @@ void Process::closeInput() {
 
 void Process::kill(int signalNumber) const {
   ::kill(pid_, signalNumber);
+}
+
+bool Process::sleeps() const {
+  std::ifstream stat("/proc/" + std::to_string(pid_) + "/stat");
+  const std::string line{std::istreambuf_iterator<char>(stat), {}};
+  return line.find("(zqconvert) S ") != std::string::npos;
 }
 
 Outcome Process::wait() {

@@ -59,16 +59,19 @@ public:
   struct Setup {
     bool ignoreHangUp = false;
     unsigned long fileLimit = 0; ///< Bytes that a file may have; 0: no limit.
+    int output = -1;             ///< What becomes standard output; -1: nothing that keeps it.
   };
   explicit Process(const std::vector<std::string> &arguments, const Setup &setup);
   Process(const Process &) = delete;
   Process &operator=(const Process &) = delete;
   ~Process();
 
-  /// Not more than a pipe holds, for the program may not be reading.
+  /// Not more than a pipe holds, for the program need not be reading.
   void feed(const std::string &bytes) const;
   void closeInput();
   void kill(int signalNumber) const;
+  /// Whether it runs and sleeps, which it does while it waits for a pipe.
+  [[nodiscard]] bool sleeps() const;
   /// Its status (as the shell counts: 128 and the number when a signal ended it) and standard error; gives up, with
   /// status -1, after ten seconds.
   Outcome wait();
