@@ -12,20 +12,12 @@
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
+using workspace::expectRefusal;
 using workspace::Folder;
 using workspace::Outcome;
 using workspace::y4m420;
 
 namespace {
-
-/// Status 2, one line on standard error in the program's name, nothing on standard output.
-void expectRefusal(const Outcome &outcome, const std::string &words) {
-  EXPECT_EQ(outcome.status, 2) << outcome.err;
-  EXPECT_EQ(outcome.out, "");
-  EXPECT_THAT(outcome.err, StartsWith("zqconvert: "));
-  EXPECT_THAT(outcome.err, HasSubstr(words));
-  EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
-}
 
 TEST(Program, ConvertsAStreamToABitmapOfTheLibrarysBytes) {
   const Folder folder;
@@ -160,55 +152,6 @@ TEST(Program, EveryTypeComesInByNameAndByCode) {
   }
 }
 
-/// A clip of `whole` frames and all but the last byte of another one.
-std::string cutClip(int whole) {
-  std::string stream = y4m420(32, 16, whole + 1);
-  stream.pop_back();
-  return stream;
-}
-
-TEST(Program, WholeFramesOfACutClipAreDelivered) {
-  const Folder folder;
-  const std::string clip = folder.file("clip.y4m", cutClip(2));
-  const std::string uncut = folder.file("uncut.y4m", y4m420(32, 16, 2));
-  EXPECT_EQ(workspace::run({uncut, folder.path("want.raw")}).status, 0);
-  expectRefusal(workspace::run({clip, folder.path("got.raw")}), "ends in the middle of frame 3");
-  EXPECT_TRUE(workspace::readFile(folder.path("got.raw")) == workspace::readFile(folder.path("want.raw")));
-  expectRefusal(workspace::run({clip, folder.path("f%d.png")}), "ends in the middle of frame 3");
-  EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "f1.png", "f2.png", "got.raw", "uncut.y4m", "want.raw"));
-
-  const Outcome piped = workspace::run({clip, "-"});
-  EXPECT_EQ(piped.status, 2);
-  EXPECT_TRUE(piped.out == workspace::readFile(folder.path("want.raw")));
-  // The header of a frame may be cut as well.
-  const std::string header = folder.file("header.y4m", y4m420(32, 16, 1) + "FRA");
-  expectRefusal(workspace::run({header, folder.path("one.png")}), "ends in the header of frame 2");
-  EXPECT_TRUE(std::filesystem::exists(folder.path("one.png")));
-}
-
-TEST(Program, OfACutClipOnlyWhatWasAskedForIsDelivered) {
-  const Folder folder;
-  const std::string clip = folder.file("clip.y4m", cutClip(2));
-  expectRefusal(workspace::run({"--frames", "2:", clip, folder.path("f%d.png")}), "ends in the middle of frame 3");
-  EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "f2.png"));
-  expectRefusal(workspace::run({"--frames", "3:", clip, folder.path("g%d.png")}), "ends in the middle of frame 3");
-  EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "f2.png"));
-  EXPECT_EQ(workspace::run({"--frames", ":2", clip, folder.path("h%d.png")}).status, 0);
-}
-
-TEST(Program, DamageInsideAClipAndClipsWithoutAWholeFrameLeaveNothingBehind) {
-  const Folder folder;
-  const std::string old = folder.file("old.raw", "precious");
-  const std::string damaged = folder.file("a.y4m", y4m420(32, 16, 1) + "FROM" + y4m420(32, 16, 1));
-  const std::string cut = folder.file("b.y4m", cutClip(0));
-  for (const char *name : {"new.raw", "new.y4m", "new-%d.png", "new-%d.bmp", "old.raw"}) {
-    expectRefusal(workspace::run({damaged, folder.path(name)}), "frame 2");
-    expectRefusal(workspace::run({cut, folder.path(name)}), "frame 1");
-    EXPECT_THAT(folder.names(), ElementsAre("a.y4m", "b.y4m", "old.raw")) << name;
-  }
-  EXPECT_EQ(workspace::readFile(old), "precious");
-}
-
 TEST(Program, NotesAreSaidOnceOneLineEach) {
   const Folder folder;
   const std::string clip = folder.file("clip.y4m", "YUV4MPEG2 W24 H16 XCOLORRANGE=FULL\nFRAME\n" +
@@ -231,28 +174,6 @@ TEST(Program, NotesAreSaidOnceOneLineEach) {
   EXPECT_THAT(lines({"--flip", "--matrix", "bt709"}), ElementsAre(""));
   EXPECT_THAT(lines({"--crop", "0,0,16,16", "--rotate", "180", "--quality", "1"}),
               ElementsAre(note("--quality"), note("of full range"), ""));
-}
-
-TEST(Program, RawFilesAreCalledByWhatTheyHold) {
-  const Folder folder;
-  const std::string clip = folder.file("clip.y4m", y4m420(32, 16, 1));
-  for (const auto &[name, bytes] : {std::pair{"a.raw", 1024U},
-                                    {"a.rgb565", 1024U},
-                                    {"a.bgr24", 1536U},
-                                    {"a.yuv", 768U},
-                                    {"a.i420", 768U},
-                                    {"a", 1024U}}) {
-    const Outcome outcome = workspace::run({clip, folder.path(name)});
-    EXPECT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(workspace::readFile(folder.path(name)).size(), bytes) << name;
-  }
-  EXPECT_EQ(workspace::run({"--to", "rgb565", clip, folder.path("b.yuv")}).status, 0);
-  EXPECT_EQ(workspace::readFile(folder.path("b.yuv")).size(), 1024U);
-  const std::vector<std::string> raw{"--size", "32x16", "--type", "nv12", clip, folder.path("c.yuv")};
-  EXPECT_EQ(workspace::run(raw).status, 2); // a .y4m is no raw file, whatever it is to become
-  const std::string nv12 = folder.file("in.nv12", workspace::bytes(768, 1));
-  EXPECT_EQ(workspace::run({"--size", "32x16", "--type", "nv12", nv12, folder.path("c.yuv")}).status, 0);
-  EXPECT_TRUE(workspace::readFile(folder.path("c.yuv")) == workspace::readFile(nv12));
 }
 
 TEST(Program, BadInputIsRefusedInOneLine) {

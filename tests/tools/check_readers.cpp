@@ -62,6 +62,8 @@ TEST(Y4mReader, EveryChromaKindOfAnOddPicture) {
     EXPECT_EQ(planeText(frame, 0, 5, 3, kind.stride), y) << kind.tag;
     EXPECT_EQ(planeText(frame, 1, kind.chromaWidth, kind.chromaHeight, kind.chromaStride), u) << kind.tag;
     EXPECT_EQ(planeText(frame, 2, kind.chromaWidth, kind.chromaHeight, kind.chromaStride), v) << kind.tag;
+    // What filters may touch behind the last sample is that sample.
+    EXPECT_EQ(frame.planes[0].at(static_cast<std::size_t>(kind.stride) - 1), frame.planes[0].at(4)) << kind.tag;
     ASSERT_TRUE(reader.next(frame));
     EXPECT_EQ(planeText(frame, 0, 5, 3, kind.stride), second.substr(0, 15)) << kind.tag;
     EXPECT_FALSE(reader.next(frame));

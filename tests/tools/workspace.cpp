@@ -1,5 +1,8 @@
 #include "workspace.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -116,6 +119,14 @@ Outcome run(const std::vector<std::string> &arguments, const std::string &input)
   outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   outcome.err = readFile(folder.path("err"));
   return outcome;
+}
+
+void expectRefusal(const Outcome &outcome, const std::string &words) {
+  EXPECT_EQ(outcome.status, 2) << outcome.err;
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_THAT(outcome.err, testing::StartsWith("zqconvert: "));
+  EXPECT_THAT(outcome.err, testing::HasSubstr(words));
+  EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
 }
 
 namespace {

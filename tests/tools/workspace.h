@@ -53,6 +53,9 @@ struct Outcome {
 /// Runs the program through the shell. `input` names the file that becomes standard input.
 Outcome run(const std::vector<std::string> &arguments, const std::string &input = "/dev/null");
 
+/// Status 2, one line on standard error in the program's name, nothing on standard output.
+void expectRefusal(const Outcome &outcome, const std::string &words);
+
 /// The program as a child whose standard input the test holds. Ended by the destructor if it still runs.
 class Process {
 public:

@@ -79,8 +79,7 @@ void extendPlane(std::vector<uint8_t> &plane, const PlaneShape &given, const Pla
       at[x] = at[x - step];
     }
   }
-  for (std::size_t line = static_cast<std::size_t>(given.lines); line < static_cast<std::size_t>(wanted.lines);
-       ++line) {
+  for (auto line = static_cast<std::size_t>(given.lines); line < static_cast<std::size_t>(wanted.lines); ++line) {
     std::copy_n(plane.data() + (line - 1) * pitch, pitch, plane.data() + line * pitch);
   }
 }
