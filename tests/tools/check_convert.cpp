@@ -281,58 +281,6 @@ TEST(Converter, SameTypeKeepsTheOrderOfPlanesTurnedAndScaledToo) {
   }
 }
 
-/// Whether a picture of one grey comes out as one grey.
-bool staysEven(int type, Size size, uint32_t rotation) {
-  Frame in = makeFrame(type, 32, 32);
-  for (std::vector<uint8_t> &plane : in.planes) {
-    std::ranges::fill(plane, uint8_t{128});
-  }
-  Request request;
-  request.scale = size;
-  request.quality = 3;
-  request.rotation = rotation;
-  const std::vector<uint8_t> out = convert(in, request).planes[0];
-  for (std::size_t i = 2; i < out.size(); ++i) {
-    if (out[i] != out[i % 2]) {
-      return false;
-    }
-  }
-  return true;
-}
-
-// The boxes of a side that does not shrink are empty, and the library would paint black or green there.
-TEST(Converter, TheMeanOfABoxOnlyReduces) {
-  for (const int type : {COLOR_YUV420_PLANAR, COLOR_YVU420_PLANAR, COLOR_YUV422_PLANAR, COLOR_YUV420_PACK,
-                         COLOR_RGB888_PLANAR, COLOR_YUV444_PLANAR}) {
-    for (const uint32_t rotation : {ROTATION_NONE, ROTATION_90_LEFT}) {
-      for (const Size size : {Size{33, 24}, Size{24, 33}, Size{32, 24}, Size{24, 32}, Size{32, 32}, Size{64, 64}}) {
-        const bool filtered = rotation == ROTATION_NONE || type == COLOR_YUV444_PLANAR;
-        if (filtered) {
-          EXPECT_THROW(staysEven(type, size, rotation), Error) << type << " " << toText(size) << " " << rotation;
-        } else {
-          EXPECT_TRUE(staysEven(type, size, rotation)) << type << " " << toText(size) << " " << rotation;
-        }
-      }
-      EXPECT_TRUE(staysEven(type, {24, 16}, rotation)) << type << " " << rotation;
-    }
-  }
-}
-
-// What counts is the size of the part that is converted.
-TEST(Converter, TheMeanOfABoxOnlyReducesParts) {
-  Request request;
-  request.crop = Rectangle{0, 0, 16, 16};
-  request.quality = 3;
-  const StreamInfo whole{COLOR_YUV420_PLANAR, 32, 32, "", ""};
-  for (const Size size : {Size{24, 8}, Size{8, 24}}) {
-    request.scale = size;
-    EXPECT_THROW(Converter(whole, request), Error) << toText(size);
-    Request uncut = request;
-    uncut.crop.reset();
-    EXPECT_NO_THROW(Converter(whole, uncut)) << toText(size);
-  }
-}
-
 TEST(Converter, MatricesAreSelected) {
   const Frame in = workspace::noiseFrame(COLOR_YUV422_YUYV, 32, 32, 8);
   Request request;

@@ -18,7 +18,8 @@ TEST(Options, Defaults) {
   EXPECT_EQ(options.input, "in.y4m");
   EXPECT_EQ(options.output, "out.png");
   EXPECT_EQ(options.format, Format::Png);
-  EXPECT_FALSE(options.rawSize || options.rawType || options.outType || options.request.scale || options.request.crop);
+  EXPECT_FALSE(options.rawSize || options.rawLayout || options.outType || options.request.scale ||
+               options.request.crop);
   EXPECT_EQ(options.request.rotation, uint32_t{ROTATION_NONE});
   EXPECT_EQ(options.request.quality, 0U);
   EXPECT_EQ(options.request.matrix.index, MATRIX_BT601);
@@ -32,7 +33,8 @@ TEST(Options, EverythingAtOnce) {
                     "--rotate", "left",    "--quality", "2",    "--crop",  "2,4,100,50", "--frames", "3:9",
                     "--matrix", "bt709",   "--format",  "bmp",  "--stats", "-",          "-"});
   EXPECT_EQ(options.rawSize, (Size{640, 480}));
-  EXPECT_EQ(options.rawType, COLOR_YUV422_YUYV);
+  ASSERT_TRUE(options.rawLayout);
+  EXPECT_EQ(options.rawLayout->type, COLOR_YUV422_YUYV);
   EXPECT_EQ(options.outType, COLOR_RGB24);
   EXPECT_EQ(options.request.scale, (Size{320, 200}));
   EXPECT_EQ(options.request.rotation, uint32_t{ROTATION_90_LEFT});
@@ -55,6 +57,28 @@ TEST(Options, Turns) {
   EXPECT_EQ(parseOptions({"--rotate", "right", "a", "b"}).request.rotation, uint32_t{ROTATION_90_RIGHT});
   EXPECT_EQ(parseOptions({"--rotate=180", "a", "b"}).request.rotation, uint32_t{ROTATION_180});
   EXPECT_EQ(parseOptions({"--flip", "a", "b"}).request.rotation, uint32_t{ROTATION_FLIP_V});
+  // Degrees go clockwise, as in the tools that people know.
+  EXPECT_EQ(parseOptions({"--rotate", "90", "a", "b"}).request.rotation, uint32_t{ROTATION_90_RIGHT});
+  EXPECT_EQ(parseOptions({"--rotate", "270", "a", "b"}).request.rotation, uint32_t{ROTATION_90_LEFT});
+  EXPECT_EQ(parseOptions({"--rotate", "Left", "a", "b"}).request.rotation, uint32_t{ROTATION_90_LEFT});
+}
+
+TEST(Options, OneSideOfTheScaleMayBeOpen) {
+  const auto scale = [](const char *text) { return parseOptions({"--scale", text, "a", "b"}).request.scale; };
+  EXPECT_EQ(scale("640x-1"), (Size{640, -1}));
+  EXPECT_EQ(scale("-1x480"), (Size{-1, 480}));
+  EXPECT_EQ(scale("640X-2"), (Size{640, -2}));
+  EXPECT_EQ(parseOptions({"--scale=-2x480", "a", "b"}).request.scale, (Size{-2, 480}));
+}
+
+TEST(Options, NamesOfRawLayouts) {
+  const auto layout = [](const char *text) {
+    return parseOptions({"--size", "8x8", "--type", text, "a", "b"}).rawLayout->type;
+  };
+  EXPECT_EQ(layout("gbrp"), COLOR_RGB888_PLANAR);
+  EXPECT_EQ(layout("yuvj420p"), COLOR_YUV420_PLANAR);
+  EXPECT_EQ(layout("37"), COLOR_YUV_QUARTER_HEIGHT);
+  EXPECT_THAT(parseOptions({"--list-types"}).message, HasSubstr("gbrp"));
 }
 
 TEST(Options, Matrices) {
@@ -90,7 +114,10 @@ TEST(Options, InformationNeedsNoFiles) {
 TEST(Options, HelpSaysWhatIsNeededAndFitsTheTerminal) {
   const std::string help = parseOptions({"--help"}).message;
   EXPECT_THAT(help, HasSubstr("\nUsage: zqconvert [OPTIONS] INPUT OUTPUT\n"));
-  EXPECT_THAT(help, HasSubstr("for reducing only"));
+  for (const char *words :
+       {"for reducing only", "--frames N|A:B|A:|:B ", "%%", "640x-1", "left|right|90|180|270", ".rgb565"}) {
+    EXPECT_THAT(help, HasSubstr(words));
+  }
   std::istringstream lines(help);
   for (std::string line; std::getline(lines, line);) {
     EXPECT_LE(line.size(), 100U) << line;
@@ -109,6 +136,12 @@ TEST(Options, RefusalsAreInPlainWords) {
   EXPECT_THAT(refusal({"--quality", "x", "a", "b"}), HasSubstr("--quality takes 0, 1, 2 or 3, not 'x'"));
   EXPECT_THAT(refusal({"--quality", "", "a", "b"}), HasSubstr("--quality takes 0, 1, 2 or 3, not ''"));
   EXPECT_THAT(refusal({"--to", "i420", "--to", "nv12", "a", "b"}), HasSubstr("--to is given more than once"));
+  EXPECT_THAT(refusal({"--rotate", "45", "a", "b"}), HasSubstr("90, 180 or 270 degrees clockwise, not '45'"));
+  EXPECT_THAT(refusal({"--scale", "-1x-1", "a", "b"}), HasSubstr("or -1 for one of them (640x-1), not '-1x-1'"));
+  EXPECT_THAT(refusal({"--scale", "64x0", "a", "b"}), HasSubstr("--scale: a picture of 64x0 has no pixels"));
+  EXPECT_THAT(refusal({"--size", "0x4", "--type", "i420", "a", "b"}), HasSubstr("a picture of 0x4 has no pixels"));
+  EXPECT_THAT(refusal({"a", "b.jpeg"}), HasSubstr("b.jpeg: nothing is known of .jpeg files; known are .bmp, .png"));
+  EXPECT_EQ(refusal({"--format", "raw", "a", "b.jpeg"}), "");
   EXPECT_THAT(refusal({"a", "b", "--scale"}), HasSubstr("--scale needs a value"));
   EXPECT_THAT(refusal({"--flip=much", "a", "b"}), HasSubstr("take no value"));
   EXPECT_EQ(refusal({"--flip", "--flip", "--stats", "--stats", "a", "b"}), "");
@@ -134,6 +167,14 @@ TEST(Options, WhatMakesNoSenseIsRefusedInOneLine) {
       {"--to", "", "--to", "i420", "a", "b"},
       {"--scale", "640 x 480", "a", "b"},
       {"--scale", "70000x2", "a", "b"},
+      {"--scale", "70000x-1", "a", "b"},
+      {"--scale", "-1x-2", "a", "b"},
+      {"--scale", "-0x4", "a", "b"},
+      {"--scale", "4x-99999999999", "a", "b"},
+      {"--scale", "4x-", "a", "b"},
+      {"--size", "640x-1", "--type", "i420", "a", "b"},
+      {"a", "b.jpg"},
+      {"a", "b.%04d"},
       {"--rotate", "45", "a", "b"},
       {"--rotate", "left", "--flip", "a", "b"},
       {"--quality", "4", "a", "b"},

@@ -208,6 +208,12 @@ TEST(NamePattern, NumbersAndPercentSigns) {
   EXPECT_FALSE(NamePattern("50%.png").numbered());
   EXPECT_EQ(NamePattern("%s%n.png").name(3), "%s%n.png");
   EXPECT_EQ(NamePattern("100%-%02d.png").name(3), "100%-03.png");
+  EXPECT_EQ(NamePattern("50%%.png").name(3), "50%.png");
+  EXPECT_EQ(NamePattern("100%%-%02d%%.png").name(3), "100%-03%.png");
+  EXPECT_EQ(NamePattern("%%d.png").name(3), "%d.png");
+  EXPECT_FALSE(NamePattern("%%d.png").numbered());
+  EXPECT_EQ(NamePattern("%%%d.png").name(3), "%3.png");
+  EXPECT_EQ(NamePattern("50%").name(3), "50%");
   EXPECT_THROW(NamePattern("%d-%d.png"), Error);
   EXPECT_THROW(NamePattern("%099999999999d.png"), Error);
 }

@@ -1,34 +1,23 @@
 // The built program from the outside: files, streams, status and the one line of an error.
 #include "color_types.h"
+#include "text.h"
 #include "workspace.h"
 #include "zqColorConversion.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <filesystem>
-#include <optional>
 
-using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::StartsWith;
+using workspace::expectRefusal;
 using workspace::Folder;
 using workspace::Outcome;
 using workspace::y4m420;
 
 namespace {
-
-/// Status 2, one line on standard error in the program's name, nothing on standard output.
-void expectRefusal(const Outcome &outcome, const std::string &words) {
-  EXPECT_EQ(outcome.status, 2) << outcome.err;
-  EXPECT_EQ(outcome.out, "");
-  EXPECT_THAT(outcome.err, StartsWith("zqconvert: "));
-  EXPECT_THAT(outcome.err, HasSubstr(words));
-  EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
-}
 
 TEST(Program, ConvertsAStreamToABitmapOfTheLibrarysBytes) {
   const Folder folder;
@@ -163,17 +152,28 @@ TEST(Program, EveryTypeComesInByNameAndByCode) {
   }
 }
 
-TEST(Program, TruncatedInputLeavesNothingBehind) {
+TEST(Program, NotesAreSaidOnceOneLineEach) {
   const Folder folder;
-  std::string stream = y4m420(32, 16, 2);
-  stream.resize(stream.size() - 1);
-  const std::string clip = folder.file("clip.y4m", stream);
-  const std::string old = folder.file("old.raw", "precious");
-  for (const char *name : {"new.raw", "new.y4m", "new-%d.png", "new-%d.bmp", "old.raw"}) {
-    expectRefusal(workspace::run({clip, folder.path(name)}), "frame 2");
-    EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "old.raw")) << name;
-  }
-  EXPECT_EQ(workspace::readFile(old), "precious");
+  const std::string clip = folder.file("clip.y4m", "YUV4MPEG2 W24 H16 XCOLORRANGE=FULL\nFRAME\n" +
+                                                       workspace::bytes(576, 1) + "FRAME\n" + workspace::bytes(576, 2));
+  const auto lines = [&](std::vector<std::string> options) {
+    options.insert(options.end(), {clip, "-"});
+    const Outcome outcome = workspace::run(options);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return zqconvert::split(outcome.err, '\n');
+  };
+  using testing::AllOf;
+  const auto note = [](const std::string &words) { return AllOf(StartsWith("zqconvert: note: "), HasSubstr(words)); };
+  EXPECT_THAT(lines({}), ElementsAre(note("of full range"), note("the last 8 columns"), ""));
+  EXPECT_THAT(lines({"--matrix", "bt709", "--rotate", "left"}),
+              ElementsAre(note("--matrix changes nothing"), note("of full range"), ""));
+  EXPECT_THAT(lines({"--matrix", "1,2,3,4", "--to", "i420"}), ElementsAre(note("--matrix changes nothing"), ""));
+  EXPECT_THAT(lines({"--to", "bgr24", "--scale", "24x32"}),
+              ElementsAre(note("of full range"), note("only parts of the lines"), ""));
+  EXPECT_THAT(lines({"--to", "yv12"}), ElementsAre(note("colours in wrong places"), ""));
+  EXPECT_THAT(lines({"--flip", "--matrix", "bt709"}), ElementsAre(""));
+  EXPECT_THAT(lines({"--crop", "0,0,16,16", "--rotate", "180", "--quality", "1"}),
+              ElementsAre(note("--quality"), note("of full range"), ""));
 }
 
 TEST(Program, BadInputIsRefusedInOneLine) {
@@ -205,6 +205,7 @@ TEST(Program, BadInputIsRefusedInOneLine) {
       {{"--to", "nv12", good, raw}, "no conversion"},
       {{"--frames", "3", good, out}, "has 2 frames,"},
       {{"--frames", "2", folder.file("one.y4m", y4m420(16, 16, 1)), out}, "has 1 frame,"},
+      {{"--frames", "1:3", good, folder.path("f%d.png")}, "has 2 frames, so --frames cannot reach 3"},
       {{"--scale", "17x8", "--quality", "3", good, raw}, "--quality 3 is for reducing"},
       {{"--scale", "8x16", "--quality", "3", good, raw}, "--quality 3 is for reducing"},
       {{folder.file("text.y4m", "YUV4MPEG2 W16 H16\r\nFRAME\r\n"), raw}, "CR LF"},
@@ -215,6 +216,13 @@ TEST(Program, BadInputIsRefusedInOneLine) {
       {{"--to", "bgr24", "--rotate", "left", good, raw}, "--rotate left"},
       {{"--to", "i420", "--scale", "8x8", "--quality", "3", good, raw}, "--quality 3"},
       {{"--scale", "16385x16385", good, raw}, "out of range"},
+      {{"--scale", "60000x-1", good, raw}, "out of range"},
+      {{"--scale", "0x8", good, raw}, "--scale: a picture of 0x8 has no pixels"},
+      {{"--scale", "-1x0", good, raw}, "has no pixels"},
+      {{"--crop", "0,0,8,0", good, raw}, "--crop: a part of 8x0 has no pixels"},
+      {{"--size", "0x8", "--type", "i420", folder.path("text.raw"), raw}, "--size: a picture of 0x8 has no pixels"},
+      {{good, folder.path("out.jpg")}, ".png, .ppm, .y4m"},
+      {{good, folder.path("out.xyz")}, ".rgb565"},
       {{good, folder.path("no/such/folder.raw")}, "cannot be written"},
       {{good, folder.path("")}, "is a directory"},
       {{good}, "INPUT and OUTPUT"},
@@ -234,55 +242,6 @@ TEST(Program, FullDisk) {
   }
   const Folder folder;
   expectRefusal(workspace::run({folder.file("clip.y4m", y4m420(64, 64, 4)), "/dev/full"}), "written");
-}
-
-/// A program that has written its first frame to a temporary file and waits for the second one.
-class WaitingProgram : public testing::Test {
-protected:
-  void start(const workspace::Process::Setup &setup = {}) {
-    stream_ = y4m420(32, 16, 2);
-    const std::size_t second = stream_.rfind("FRAME\n");
-    process_.emplace(std::vector<std::string>{"-", folder_.path("out.raw")}, setup);
-    process_->feed(stream_.substr(0, second));
-    rest_ = stream_.substr(second);
-    ASSERT_TRUE(workspace::within10Seconds([this] { return !folder_.names().empty(); }));
-    ASSERT_THAT(folder_.names(), ElementsAre(StartsWith(".zqconvert-")));
-  }
-  Folder folder_;
-  std::string stream_, rest_;
-  std::optional<workspace::Process> process_;
-};
-
-TEST_F(WaitingProgram, OneSignalEndsItAtTheNextFrame) {
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-    start();
-    process_->kill(number);
-    process_->feed(rest_);
-    const Outcome outcome = process_->wait();
-    EXPECT_EQ(outcome.status, 128 + number);
-    EXPECT_EQ(outcome.err, "zqconvert: interrupted\n");
-    EXPECT_THAT(folder_.names(), IsEmpty());
-  }
-}
-
-TEST_F(WaitingProgram, TheSecondSignalEndsItAtOnceAndLeavesNothing) {
-  for (const auto &[first, second] : {std::pair{SIGINT, SIGTERM}, std::pair{SIGTERM, SIGHUP}, {SIGHUP, SIGINT}}) {
-    start();
-    process_->kill(first);
-    process_->kill(second);
-    // Its input stays open and brings nothing more. Which of the two is handled last is the system's choice.
-    EXPECT_THAT(process_->wait().status, AnyOf(128 + first, 128 + second));
-    EXPECT_THAT(folder_.names(), IsEmpty());
-  }
-}
-
-TEST_F(WaitingProgram, HangUpsThatAreSwitchedOffStayIgnored) {
-  start({.ignoreHangUp = true});
-  process_->kill(SIGHUP);
-  process_->feed(rest_);
-  process_->closeInput();
-  EXPECT_EQ(process_->wait().status, 0);
-  EXPECT_THAT(folder_.names(), ElementsAre("out.raw"));
 }
 
 TEST(Program, ALimitOnFileSizesIsAnErrorLikeAFullDisk) {

@@ -167,6 +167,14 @@ TEST(Formats, NamesAndWhatTheyHold) {
   EXPECT_EQ(formatOfName("png"), Format::Raw);
   EXPECT_EQ(formatOfName("-"), Format::Raw);
   EXPECT_EQ(formatOfName("x.png.yuv"), Format::Raw);
+  for (const char *name : {"a.raw", "a.yuv", "a.RGB565", "a.rgb", "a.bgr", "a.bin", "a.nv12", "a.uyvy422", "a.d/b"}) {
+    EXPECT_EQ(formatOfName(name), Format::Raw) << name;
+  }
+  for (const char *name : {"a.jpg", "a.png.gz", "a.rgb24"}) {
+    EXPECT_THROW(formatOfName(name), Error) << name;
+  }
+  EXPECT_TRUE(isY4mName("a.Y4M"));
+  EXPECT_FALSE(isY4mName("y4m") || isY4mName("a.yuv") || isY4mName("a.jpg"));
   EXPECT_THROW(parseFormat("jpeg"), Error);
   EXPECT_EQ(parseFormat("Bmp"), Format::Bmp);
   for (const ColorTypeInfo &type : colorTypes()) {

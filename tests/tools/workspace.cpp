@@ -1,5 +1,8 @@
 #include "workspace.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -118,6 +121,14 @@ Outcome run(const std::vector<std::string> &arguments, const std::string &input)
   return outcome;
 }
 
+void expectRefusal(const Outcome &outcome, const std::string &words) {
+  EXPECT_EQ(outcome.status, 2) << outcome.err;
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_THAT(outcome.err, testing::StartsWith("zqconvert: "));
+  EXPECT_THAT(outcome.err, testing::HasSubstr(words));
+  EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+}
+
 namespace {
 
 /// In the child: becomes the program. Nothing here may return to the test.
@@ -132,7 +143,7 @@ namespace {
   }
   const int log = open(err.c_str(), O_WRONLY | O_CREAT, 0600);
   dup2(input, STDIN_FILENO);
-  dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+  dup2(setup.output >= 0 ? setup.output : open("/dev/null", O_WRONLY), STDOUT_FILENO);
   dup2(log, STDERR_FILENO);
   execv(words[0], words.data());
   _exit(127);
@@ -182,6 +193,12 @@ void Process::closeInput() {
 
 void Process::kill(int signalNumber) const {
   ::kill(pid_, signalNumber);
+}
+
+bool Process::sleeps() const {
+  std::ifstream stat("/proc/" + std::to_string(pid_) + "/stat");
+  const std::string line{std::istreambuf_iterator<char>(stat), {}};
+  return line.find("(zqconvert) S ") != std::string::npos;
 }
 
 Outcome Process::wait() {

@@ -53,22 +53,28 @@ struct Outcome {
 /// Runs the program through the shell. `input` names the file that becomes standard input.
 Outcome run(const std::vector<std::string> &arguments, const std::string &input = "/dev/null");
 
+/// Status 2, one line on standard error in the program's name, nothing on standard output.
+void expectRefusal(const Outcome &outcome, const std::string &words);
+
 /// The program as a child whose standard input the test holds. Ended by the destructor if it still runs.
 class Process {
 public:
   struct Setup {
     bool ignoreHangUp = false;
     unsigned long fileLimit = 0; ///< Bytes that a file may have; 0: no limit.
+    int output = -1;             ///< What becomes standard output; -1: nothing that keeps it.
   };
   explicit Process(const std::vector<std::string> &arguments, const Setup &setup);
   Process(const Process &) = delete;
   Process &operator=(const Process &) = delete;
   ~Process();
 
-  /// Not more than a pipe holds, for the program may not be reading.
+  /// Not more than a pipe holds, for the program need not be reading.
   void feed(const std::string &bytes) const;
   void closeInput();
   void kill(int signalNumber) const;
+  /// Whether it runs and sleeps, which it does while it waits for a pipe.
+  [[nodiscard]] bool sleeps() const;
   /// Its status (as the shell counts: 128 and the number when a signal ended it) and standard error; gives up, with
   /// status -1, after ten seconds.
   Outcome wait();

@@ -144,6 +144,29 @@ PlaneShape planeShape(int code, int width, int height, int stride, int index) {
   return {width >> type.chromaShiftX, height >> type.chromaShiftY, stride >> type.chromaShiftX};
 }
 
+int roundedUp(int value, int shift) {
+  return (value + (1 << shift) - 1) >> shift;
+}
+
+int roomyStride(int code, int width) {
+  const ColorTypeInfo &type = colorType(code);
+  const bool planes = type.family == Family::Planar || type.family == Family::SemiPlanar;
+  return planes ? roundedUp(width, type.chromaShiftX) << type.chromaShiftX : tightStride(code, width);
+}
+
+PlaneShape wholeShape(int code, int width, int height, int stride, int index) {
+  const ColorTypeInfo &type = colorType(code);
+  if (index == 0 || index >= planeCount(code)) {
+    return planeShape(code, width, height, stride, index);
+  }
+  const int samples = roundedUp(width, type.chromaShiftX);
+  const int lines = roundedUp(height, type.chromaShiftY);
+  if (type.family == Family::SemiPlanar) {
+    return {2 * samples, lines, stride};
+  }
+  return {samples, lines, stride >> type.chromaShiftX};
+}
+
 void requireSamples(int code, int width, int height, std::string_view what) {
   for (int i = 0; i < planeCount(code); ++i) {
     if (planeShape(code, width, height, tightStride(code, width), i).bytes() == 0) {

@@ -43,6 +43,11 @@ int planeCount(int code);
 int tightStride(int code, int width);
 /// Shape of plane `index` as the library reads and writes it, chroma sizes truncated.
 PlaneShape planeShape(int code, int width, int height, int stride, int index);
+int roundedUp(int value, int shift); ///< value / 2^shift, rounded up.
+/// Smallest stride of the first plane with which no chroma line is cut: the library divides it to get theirs.
+int roomyStride(int code, int width);
+/// Shape of plane `index` as files have it, chroma sizes rounded up. Fits into frames of roomyStride().
+PlaneShape wholeShape(int code, int width, int height, int stride, int index);
 /// Throws Error, naming the picture as `what`, if some plane would hold no sample at all.
 void requireSamples(int code, int width, int height, std::string_view what);
 

@@ -1,8 +1,10 @@
 #include "convert.h"
 
 #include "error.h"
-#include "routes.h"
+#include "notes.h"
+#include "stream_tags.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -70,6 +72,7 @@ Converter::Converter(const StreamInfo &input, const Request &request)
     part_ = *request_.crop;
   }
   requireSamples(input_.type, part_.width, part_.height, "input");
+  completeScale();
   const Size upright = request_.scale.value_or(Size{part_.width, part_.height});
   requireRoute(upright);
   requirePlausible(upright, "--scale");
@@ -78,6 +81,7 @@ Converter::Converter(const StreamInfo &input, const Request &request)
   output_.width = quarter ? upright.height : upright.width;
   output_.height = quarter ? upright.width : upright.height;
   requireSamples(output_.type, output_.width, output_.height, "output");
+  adaptTags(output_, {part_, upright, request_.rotation}, input_.type);
   requireOk(zqCCInit(&handle_));
 }
 
@@ -89,6 +93,9 @@ Converter::~Converter() {
 
 void Converter::requireCrop() const {
   const Rectangle &part = *request_.crop;
+  if (part.width == 0 || part.height == 0) {
+    throw Error("--crop: a part of " + toText({part.width, part.height}) + " has no pixels");
+  }
   if (part.width < 1 || part.height < 1 || part.x < 0 || part.y < 0 || part.width > input_.width - part.x ||
       part.height > input_.height - part.y) {
     throw Error("--crop reaches outside the picture of " + toText({input_.width, input_.height}));
@@ -102,16 +109,37 @@ void Converter::requireCrop() const {
   }
 }
 
+/// The side that was left open gets what keeps the shape of the part, rounded to the nearest multiple.
+void Converter::completeScale() {
+  if (!request_.scale) {
+    return;
+  }
+  const auto complete = [](int &open, int given, int openPart, int givenPart) {
+    if (open < 0) {
+      const int64_t step = -int64_t{open};
+      const int64_t unit = givenPart * step;
+      const int64_t steps = (int64_t{given} * openPart + unit / 2) / unit;
+      open = static_cast<int>(std::max<int64_t>(1, steps) * step);
+    }
+  };
+  complete(request_.scale->width, request_.scale->height, part_.width, part_.height);
+  complete(request_.scale->height, request_.scale->width, part_.height, part_.width);
+}
+
 void Converter::requireRoute(Size upright) {
   Route route{input_.type, request_.outType, request_.scale.has_value(), request_.rotation, request_.quality};
   route.reduced = upright.width < part_.width && upright.height < part_.height;
   if (const std::string reason = whyNot(route); !reason.empty()) {
     throw Error(reason);
   }
-  note_ = whyQualityIsIdle(route);
-  if (!note_.empty()) {
+  if (const std::string idle = whyQualityIsIdle(route); !idle.empty()) {
+    notes_.push_back(idle);
     request_.quality = 0;
   }
+  const Circumstances circumstances{
+      {part_.width, part_.height}, upright, request_.matrix.index != MATRIX_BT601, input_.range};
+  const std::vector<std::string> others = notesOn(route, circumstances);
+  notes_.insert(notes_.end(), others.begin(), others.end());
 }
 
 void Converter::requireOk(uint32_t code) const {
@@ -174,8 +202,9 @@ void Converter::convert(const Frame &in, Frame &out) {
     throw Error("the conversion is not ready");
   }
   if (out.type != output_.type || out.width != output_.width || out.height != output_.height) {
-    out = makeFrame(output_.type, output_.width, output_.height);
+    out = makeRoomyFrame(output_.type, output_.width, output_.height);
   }
+  out.tags = output_.frameTags ? in.tags : "";
   // Made anew for every frame: the library exchanges the chroma planes of yv12 and yv16 in the record.
   ConvertParams params = describe(in, out);
   if (!ready_) {

@@ -7,15 +7,9 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zqconvert {
-
-struct Rectangle {
-  int x = 0;
-  int y = 0;
-  int width = 0;
-  int height = 0;
-};
 
 struct Matrix {
   int index = MATRIX_BT601;
@@ -26,7 +20,8 @@ struct Matrix {
 struct Request {
   int outType = COLOR_RGB565;
   Matrix matrix;
-  std::optional<Size> scale; ///< In the input's orientation, before a turn.
+  /// In the input's orientation, before a turn. One side may be -N: as the other one asks for, a multiple of N.
+  std::optional<Size> scale;
   uint32_t rotation = ROTATION_NONE;
   uint32_t quality = 0;
   std::optional<Rectangle> crop;
@@ -45,8 +40,8 @@ public:
 
   /// What convert() gives.
   [[nodiscard]] const StreamInfo &output() const { return output_; }
-  /// What the user should hear about a request that is fulfilled all the same; empty for most.
-  [[nodiscard]] const std::string &note() const { return note_; }
+  /// What the user should hear about a request that is fulfilled all the same, a line each; none for most.
+  [[nodiscard]] const std::vector<std::string> &notes() const { return notes_; }
   /// Converts `in` into `out`, whose buffers are made on the first call.
   void convert(const Frame &in, Frame &out);
   /// Seconds spent inside the library's frame calls so far.
@@ -54,6 +49,7 @@ public:
 
 private:
   void requireCrop() const;
+  void completeScale();
   void requireRoute(Size upright);
   void setUp(ConvertParams &params);
   void selectMatrix();
@@ -64,7 +60,7 @@ private:
   Request request_;
   Rectangle part_; ///< The part of the input that is converted.
   StreamInfo output_;
-  std::string note_;
+  std::vector<std::string> notes_;
   ConvertContext *handle_ = nullptr;
   bool ready_ = false;
   double seconds_ = 0;

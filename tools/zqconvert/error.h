@@ -11,11 +11,10 @@ public:
   using std::runtime_error::runtime_error;
 };
 
-/// The user or the system asked the program to stop; carries the signal's number.
-class Interrupted : public std::runtime_error {
+/// The input ends inside a frame; those before it are whole.
+class Truncated : public Error {
 public:
-  explicit Interrupted(int signalNumber) : std::runtime_error("interrupted"), signal(signalNumber) {}
-  int signal;
+  using Error::Error;
 };
 
 } // namespace zqconvert

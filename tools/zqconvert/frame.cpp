@@ -13,12 +13,27 @@ bool readBytes(std::istream &stream, uint8_t *bytes, std::size_t count) {
   return static_cast<std::size_t>(stream.gcount()) == count;
 }
 
+/// Bytes that belong together: what a plane of pixels or pairs is extended by.
+int unitOf(const Frame &frame, int index) {
+  return colorType(frame.type).family == Family::SemiPlanar && index > 0 ? 2 : 1;
+}
+
 } // namespace
 
 Frame makeFrame(int type, int width, int height) {
-  Frame frame{type, width, height, tightStride(type, width), {}};
+  Frame frame{type, width, height, tightStride(type, width), {}, {}};
   for (int i = 0; i < planeCount(type); ++i) {
     frame.planes[static_cast<std::size_t>(i)].assign(frame.shape(i).bytes(), 0);
+  }
+  return frame;
+}
+
+Frame makeRoomyFrame(int type, int width, int height) {
+  Frame frame{type, width, height, roomyStride(type, width), {}, {}};
+  for (int i = 0; i < planeCount(type); ++i) {
+    const PlaneShape shape = frame.whole(i);
+    frame.planes[static_cast<std::size_t>(i)].assign(
+        static_cast<std::size_t>(shape.stride) * static_cast<std::size_t>(shape.lines), 0);
   }
   return frame;
 }
@@ -53,10 +68,35 @@ void writeBytes(std::ostream &stream, const uint8_t *bytes, std::size_t count) {
   stream.write(reinterpret_cast<const char *>(bytes), static_cast<std::streamsize>(count));
 }
 
-void writePlane(std::ostream &stream, const std::vector<uint8_t> &plane, const PlaneShape &shape) {
-  for (int line = 0; line < shape.lines; ++line) {
-    writeBytes(stream, plane.data() + static_cast<std::size_t>(line) * static_cast<std::size_t>(shape.stride),
-               static_cast<std::size_t>(shape.lineBytes));
+void extendPlane(std::vector<uint8_t> &plane, const PlaneShape &given, const PlaneShape &wanted, int unit) {
+  const auto pitch = static_cast<std::size_t>(wanted.stride);
+  const auto length = static_cast<std::size_t>(given.lineBytes);
+  const auto step = static_cast<std::size_t>(unit);
+  plane.resize(pitch * static_cast<std::size_t>(wanted.lines));
+  for (std::size_t line = 0; line < static_cast<std::size_t>(given.lines); ++line) {
+    uint8_t *at = plane.data() + line * pitch;
+    for (std::size_t x = length; x < pitch; ++x) {
+      at[x] = at[x - step];
+    }
+  }
+  for (auto line = static_cast<std::size_t>(given.lines); line < static_cast<std::size_t>(wanted.lines); ++line) {
+    std::copy_n(plane.data() + (line - 1) * pitch, pitch, plane.data() + line * pitch);
+  }
+}
+
+void writePlane(std::ostream &stream, const Frame &frame, int index) {
+  const PlaneShape given = frame.shape(index);
+  const PlaneShape wanted = frame.whole(index);
+  const auto length = static_cast<std::size_t>(given.lineBytes);
+  const auto unit = static_cast<std::size_t>(unitOf(frame, index));
+  for (int line = 0; line < wanted.lines; ++line) {
+    const auto from = static_cast<std::size_t>(std::min(line, given.lines - 1));
+    const uint8_t *at =
+        frame.planes[static_cast<std::size_t>(index)].data() + from * static_cast<std::size_t>(given.stride);
+    writeBytes(stream, at, length);
+    for (auto x = length; x < static_cast<std::size_t>(wanted.lineBytes); x += unit) {
+      writeBytes(stream, at + length - unit, unit);
+    }
   }
 }
 

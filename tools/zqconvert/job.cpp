@@ -4,6 +4,7 @@
 #include "output.h"
 #include "progress.h"
 #include "raw_reader.h"
+#include "routes.h"
 #include "y4m_reader.h"
 
 #include <cerrno>
@@ -13,50 +14,74 @@
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <sstream>
 
 namespace zqconvert {
-
-std::atomic<int> stopSignal{0};
 
 namespace {
 
 struct Input {
   std::ifstream file;
-  uint64_t bytes = 0; ///< 0: unknown
+  std::optional<uint64_t> bytes; ///< Of a file; nothing for pipes and devices.
   std::unique_ptr<FrameSource> source;
 };
 
+std::string nameOfInput(const Options &options) {
+  return options.input == "-" ? "standard input" : options.input;
+}
+
+void openFile(Input &input, const std::string &path) {
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) {
+    throw Error(path + ": is a directory");
+  }
+  input.file.open(path, std::ios::binary);
+  if (!input.file) {
+    throw Error(path + ": cannot be read: " + std::strerror(errno));
+  }
+  const auto bytes = std::filesystem::file_size(path, error);
+  if (!error) {
+    input.bytes = bytes;
+  }
+}
+
 void open(Input &input, const Options &options) {
   const bool standard = options.input == "-";
-  if (!standard) {
-    std::error_code error;
-    if (std::filesystem::is_directory(options.input, error)) {
-      throw Error(options.input + ": is a directory");
-    }
-    input.file.open(options.input, std::ios::binary);
-    if (!input.file) {
-      throw Error(options.input + ": cannot be read: " + std::strerror(errno));
-    }
-    const auto bytes = std::filesystem::file_size(options.input, error);
-    input.bytes = error ? 0 : bytes;
-  }
-  std::istream &stream = standard ? std::cin : input.file;
-  const std::string name = standard ? "standard input" : options.input;
-  if (options.rawSize && formatOfName(options.input) == Format::Y4m) {
+  const std::string name = nameOfInput(options);
+  if (options.rawSize && isY4mName(options.input)) {
     throw Error(name + ": a .y4m file says its own size and type; --size and --type are for raw frames");
   }
+  if (!standard) {
+    openFile(input, options.input);
+  }
+  std::istream &stream = standard ? std::cin : input.file;
   if (options.rawSize) {
-    input.source = std::make_unique<RawReader>(stream, name, *options.rawType, *options.rawSize);
+    input.source = std::make_unique<RawReader>(stream, name, *options.rawLayout, *options.rawSize, input.bytes);
   } else {
     input.source = std::make_unique<Y4mReader>(stream, name);
   }
 }
 
-/// What people expect who did not say: something to look at, or what the file format holds.
-int defaultOutType(Format format, int inType) {
-  if (format == Format::Y4m) {
+/// YUV that the library hands on as it is.
+bool isLastingYuv(int type) {
+  return colorType(type).family != Family::Rgb16 && whyNot({type, type, false, ROTATION_NONE}).empty();
+}
+
+/// What people expect who did not say: what the name of the file says, or what its format holds, or something to look
+/// at.
+int defaultOutType(const Options &options, int inType) {
+  if (options.format == Format::Y4m) {
     return inType == COLOR_YVU420_PLANAR ? COLOR_YVU420_PLANAR : COLOR_YUV420_PLANAR;
+  }
+  if (options.format == Format::Raw) {
+    const RawName name = rawName(options.output);
+    if (name.kind == RawName::OneType) {
+      return name.type;
+    }
+    if (name.kind == RawName::AnyYuv) {
+      return isLastingYuv(inType) ? inType : COLOR_YUV420_PLANAR;
+    }
   }
   return inType == COLOR_RGB16_ALT ? COLOR_RGB16_ALT : COLOR_RGB565;
 }
@@ -66,7 +91,7 @@ uint64_t expectedFrames(const Input &input, const FrameRange &range) {
   if (range.last > 0) {
     return static_cast<uint64_t>(range.last) - first + 1;
   }
-  const uint64_t present = input.bytes / input.source->bytesPerFrame();
+  const uint64_t present = input.bytes.value_or(0) / input.source->bytesPerFrame();
   return present >= first ? present - first + 1 : 0;
 }
 
@@ -89,6 +114,36 @@ void report(const Converter &converter, const StreamInfo &in, int frames) {
   std::cerr << text.str();
 }
 
+/// Converts frame after frame until the range or the input ends.
+class Delivery {
+public:
+  Delivery(FrameSource &source, Converter &converter, Output &output, const FrameRange &range)
+      : source_(source), converter_(converter), output_(output), range_(range) {}
+
+  void run(Progress &progress) {
+    while ((range_.last == 0 || read_ < range_.last) && source_.next(in_)) {
+      ++read_;
+      if (read_ >= range_.first) {
+        converter_.convert(in_, out_);
+        output_.write(out_, read_);
+        progress.show(static_cast<uint64_t>(++written_));
+      }
+    }
+  }
+  [[nodiscard]] int read() const { return read_; }
+  [[nodiscard]] int written() const { return written_; }
+
+private:
+  FrameSource &source_;
+  Converter &converter_;
+  Output &output_;
+  FrameRange range_;
+  Frame in_;
+  Frame out_;
+  int read_ = 0;
+  int written_ = 0;
+};
+
 } // namespace
 
 void run(const Options &options) {
@@ -96,38 +151,31 @@ void run(const Options &options) {
   open(input, options);
   Request request = options.request;
   const StreamInfo &info = input.source->info();
-  request.outType = options.outType.value_or(defaultOutType(options.format, info.type));
+  request.outType = options.outType.value_or(defaultOutType(options, info.type));
   requireHolds(options.format, request.outType);
   Converter converter(info, request);
-  if (!converter.note().empty()) {
-    std::cerr << "zqconvert: note: " + converter.note() + "\n";
+  for (const std::string &note : converter.notes()) {
+    std::cerr << "zqconvert: note: " + note + "\n";
   }
   Output output(options.output, options.format, converter.output());
   Progress progress(expectedFrames(input, options.frames));
 
-  Frame in;
-  Frame out;
-  int read = 0;
-  int written = 0;
   const FrameRange &range = options.frames;
-  while ((range.last == 0 || read < range.last) && input.source->next(in)) {
-    ++read;
-    if (stopSignal != 0) {
-      throw Interrupted(stopSignal);
+  Delivery delivery(*input.source, converter, output, range);
+  try {
+    delivery.run(progress);
+  } catch (const Truncated &) {
+    if (delivery.written() > 0) {
+      output.commit();
     }
-    if (read < range.first) {
-      continue;
-    }
-    converter.convert(in, out);
-    output.write(out, read);
-    progress.show(static_cast<uint64_t>(++written));
+    throw;
   }
-  if (written == 0 || read < range.last) {
-    throw Error(endsEarly(options.input == "-" ? "standard input" : options.input, read, range));
+  if (delivery.written() == 0 || delivery.read() < range.last) {
+    throw Error(endsEarly(nameOfInput(options), delivery.read(), range));
   }
   output.commit();
   if (options.stats) {
-    report(converter, info, written);
+    report(converter, info, delivery.written());
   }
 }
 

@@ -3,14 +3,10 @@
 
 #include "options.h"
 
-#include <atomic>
-
 namespace zqconvert {
 
-/// Set from outside (a signal) to make run() give up at the next frame; 0 while nobody asked.
-extern std::atomic<int> stopSignal;
-
-/// Throws Error or Interrupted; no file that the job began is left then.
+/// Throws Error. Frames before the damage are delivered if the error is that the input ends inside a frame; otherwise
+/// no file that the job began is left.
 void run(const Options &options);
 
 } // namespace zqconvert

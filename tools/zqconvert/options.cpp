@@ -14,22 +14,24 @@ namespace {
 constexpr const char *kDescription =
     "Converts pictures between YUV and RGB layouts, scaled, turned, flipped or cut out as asked.\n\n"
     "INPUT is a YUV4MPEG2 stream (8-bit 420, 422, 444, 440 or 411), raw frames with --size and --type,\n"
-    "or - for standard input. OUTPUT is written as its extension says: .bmp, .png, .ppm, .y4m, raw\n"
-    "frames otherwise, or - for standard output. A number in OUTPUT (out-%04d.png) gives one file a\n"
-    "frame, numbered as in the input from 1.";
+    "or - for standard input. OUTPUT is written as its extension says: .bmp, .png, .ppm, .y4m, or raw\n"
+    "frames (.raw, .yuv, .rgb565, .nv12 and the like); - is standard output, raw unless --format says\n"
+    "otherwise. A number in OUTPUT (out-%04d.png) gives one file a frame, numbered as in the input\n"
+    "from 1; %% is a percent sign.";
 
 constexpr const char *kExamples =
     "Examples:\n"
     "  ffmpeg -i photo.jpg -pix_fmt yuv420p photo.y4m      make something to convert\n"
     "  zqconvert photo.y4m photo.png                       look at it as RGB565\n"
     "  zqconvert --to bgr24 photo.y4m photo.bmp            the library's 24-bit bytes in a bitmap\n"
-    "  zqconvert --scale 320x200 --quality 3 photo.y4m small.png\n"
+    "  zqconvert --scale 320x-1 --quality 3 photo.y4m small.png\n"
     "  zqconvert --rotate left --crop 64,32,320,240 photo.y4m part.bmp\n"
     "  zqconvert --size 640x480 --type yuyv camera.raw camera-%03d.png\n"
     "  zqconvert --to i420 --scale 1280x720 clip.y4m - | ffplay -f rawvideo -video_size 1280x720 -\n"
     "  zqconvert --frames 10:20 clip.y4m frame-%04d.png\n\n"
     "A job that cannot be done ends with one line on standard error and status 2 and leaves no file\n"
-    "behind.";
+    "behind; of a clip that ends inside a frame, the frames before it are converted. Lines that begin\n"
+    "with \"note:\" say what a conversion is known to get wrong.";
 
 struct Words {
   std::string size, type, to, format, matrix = "bt601", scale, rotate, crop, frames;
@@ -45,97 +47,10 @@ public:
   }
 };
 
-Size sizeOption(const std::string &name, const std::string &text) {
-  const std::optional<Size> size = parseSize(text);
-  if (!size) {
-    throw Error(name + " takes WIDTHxHEIGHT, such as 640x480, not '" + text + "'");
-  }
-  requirePlausible(*size, name);
-  return *size;
-}
-
-Matrix parseMatrix(const std::string &text) {
-  const std::string lower = lowerCase(text);
-  if (lower == "bt601") {
-    return {MATRIX_BT601, {}};
-  }
-  if (lower == "bt709") {
-    return {MATRIX_BT709, {}};
-  }
-  if (lower == "grey" || lower == "gray") {
-    return {MATRIX_GREY, {}};
-  }
-  Matrix matrix{MATRIX_CUSTOM, {}};
-  const std::vector<std::string> parts = split(text, ',');
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    const std::optional<double> value = parseNumber(parts[i]);
-    if (parts.size() != matrix.custom.size() || !value) {
-      throw Error("--matrix takes bt601, bt709, grey or four numbers a,b,c,d, not '" + text + "'");
-    }
-    matrix.custom.at(i) = *value;
-  }
-  return matrix;
-}
-
-uint32_t parseRotation(const std::string &text, bool flip) {
-  if (text.empty()) {
-    return flip ? ROTATION_FLIP_V : ROTATION_NONE;
-  }
-  if (flip) {
-    throw Error("--rotate and --flip cannot be combined");
-  }
-  const std::string lower = lowerCase(text);
-  if (lower == "left") {
-    return ROTATION_90_LEFT;
-  }
-  if (lower == "right") {
-    return ROTATION_90_RIGHT;
-  }
-  if (lower == "180") {
-    return ROTATION_180;
-  }
-  throw Error("--rotate takes left, right or 180, not '" + text + "'");
-}
-
-uint32_t parseQuality(const std::string &text) {
-  const std::optional<int> quality = parseCount(text, 3);
-  if (!quality) {
-    throw Error("--quality takes 0, 1, 2 or 3, not '" + text + "'");
-  }
-  return static_cast<uint32_t>(*quality);
-}
-
-Rectangle parseCrop(const std::string &text) {
-  const std::vector<std::string> parts = split(text, ',');
-  std::array<int, 4> values{};
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    const std::optional<int> value = parseCount(parts[i], kMaxSide);
-    if (parts.size() != values.size() || !value) {
-      throw Error("--crop takes X,Y,WIDTH,HEIGHT in pixels, not '" + text + "'");
-    }
-    values.at(i) = *value;
-  }
-  return {values[0], values[1], values[2], values[3]};
-}
-
-FrameRange parseFrames(const std::string &text) {
-  const std::vector<std::string> parts = split(text, ':');
-  FrameRange range;
-  const bool open = parts.size() == 2 && parts[1].empty();
-  const std::optional<int> first = parts[0].empty() && parts.size() == 2 ? 1 : parseCount(parts[0]);
-  const std::optional<int> last = open ? 0 : parseCount(parts.back());
-  const bool ordered = first && last && *first >= 1 && (open || *last >= *first);
-  if (parts.size() > 2 || text == ":" || !ordered) {
-    throw Error("--frames takes FIRST:LAST, FIRST:, :LAST or one number, counted from 1, not '" + text + "'");
-  }
-  range.first = *first;
-  range.last = *last;
-  return range;
-}
-
 void describe(CLI::App &app, Options &options, Words &words) {
   app.set_help_flag();
   app.formatter(std::make_shared<HelpText>());
+  app.get_formatter()->column_width(34);
   // Whoever gives an option twice hears so from requireSingle(), in plainer words than the parser's.
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   app.footer(kExamples);
@@ -145,13 +60,14 @@ void describe(CLI::App &app, Options &options, Words &words) {
   app.add_option("--type", words.type, "Colour type of raw input frames, by name or code")
       ->type_name("TYPE")
       ->group("Input");
-  app.add_option("--frames", words.frames, "Frames to convert, counted from 1, both ends included")
-      ->type_name("A:B")
+  app.add_option("--frames", words.frames,
+                 "Convert frame N only, or frames A to B, from A on, or up to B,\ncounted from 1")
+      ->type_name("N|A:B|A:|:B")
       ->group("Input");
   app.add_option("--crop", words.crop, "Convert this part of the input only; X and Y must lie on chroma\nsamples")
       ->type_name("X,Y,W,H")
       ->group("Conversion");
-  app.add_option("--to", words.to, "Colour type of the result (rgb565; for .y4m i420)")
+  app.add_option("--to", words.to, "Colour type of the result (what OUTPUT is called, else rgb565)")
       ->type_name("TYPE")
       ->group("Conversion");
   app.add_option("--matrix", words.matrix,
@@ -160,7 +76,9 @@ void describe(CLI::App &app, Options &options, Words &words) {
                  "with arithmetic of their own take no notice")
       ->type_name("NAME|a,b,c,d")
       ->group("Conversion");
-  app.add_option("--scale", words.scale, "Size of the result before it is turned")
+  app.add_option("--scale", words.scale,
+                 "Size of the result before it is turned; -1 for a side keeps the\nshape (640x-1), -2 keeps it and "
+                 "makes the side even")
       ->type_name("WxH")
       ->group("Conversion");
   app.add_option("--quality", words.quality,
@@ -169,8 +87,8 @@ void describe(CLI::App &app, Options &options, Words &words) {
                  "conversion has no filters, a note says so")
       ->type_name("0..3")
       ->group("Conversion");
-  app.add_option("--rotate", words.rotate, "Turn: left or right by a quarter, or 180")
-      ->type_name("left|right|180")
+  app.add_option("--rotate", words.rotate, "Turn: a quarter left or right, or clockwise by degrees")
+      ->type_name("left|right|90|180|270")
       ->group("Conversion");
   app.add_flag("--flip", words.flip, "Exchange top and bottom")->group("Conversion");
   app.add_option("--format", words.format, "Format of OUTPUT, whatever its name: raw, bmp, png, ppm, y4m")
@@ -195,8 +113,8 @@ void interpret(const Words &words, Options &options) {
     throw Error("raw input needs both --size and --type");
   }
   if (!words.size.empty()) {
-    options.rawSize = sizeOption("--size", words.size);
-    options.rawType = parseColorType(words.type);
+    options.rawSize = parseSizeOption("--size", words.size);
+    options.rawLayout = parseRawLayout(words.type);
   }
   if (!words.to.empty()) {
     options.outType = parseColorType(words.to);
@@ -206,7 +124,7 @@ void interpret(const Words &words, Options &options) {
   options.request.rotation = parseRotation(words.rotate, words.flip);
   options.request.quality = parseQuality(words.quality);
   if (!words.scale.empty()) {
-    options.request.scale = sizeOption("--scale", words.scale);
+    options.request.scale = parseScale(words.scale);
   }
   if (!words.crop.empty()) {
     options.request.crop = parseCrop(words.crop);
@@ -258,7 +176,7 @@ Options parseOptions(const std::vector<std::string> &arguments) {
   } else if (words.version) {
     options.message = versionText();
   } else if (words.listTypes) {
-    options.message = describeColorTypes();
+    options.message = describeColorTypes() + describeRawLayouts();
   } else {
     interpret(words, options);
   }

@@ -90,24 +90,28 @@ void PendingFile::commit() {
   temporary_.reset();
 }
 
-NamePattern::NamePattern(const std::string &name) : before_(name) {
-  for (std::size_t percent = name.find('%'); percent != std::string::npos; percent = name.find('%', percent + 1)) {
-    const std::size_t end = name.find_first_not_of("0123456789", percent + 1);
+NamePattern::NamePattern(const std::string &name) {
+  std::string *part = &before_;
+  for (std::size_t at = 0; at < name.size(); ++at) {
+    const std::size_t end = name[at] == '%' ? name.find_first_not_of("0123456789", at + 1) : std::string::npos;
+    const bool doubled = end == at + 1 && name[end] == '%';
     if (end == std::string::npos || name[end] != 'd') {
+      *part += name[at];
+      at += doubled ? 1 : 0;
       continue;
     }
     if (numbered_) {
       throw Error(name + ": holds more than one frame number");
     }
-    const std::string width = name.substr(percent + 1, end - percent - 1);
+    const std::string width = name.substr(at + 1, end - at - 1);
     const std::optional<int> digits = width.empty() ? 0 : parseCount(width, 20);
     if (!digits) {
       throw Error(name + ": the frame number takes at most 20 digits");
     }
     numbered_ = true;
     digits_ = static_cast<std::size_t>(*digits);
-    before_ = name.substr(0, percent);
-    after_ = name.substr(end + 1);
+    part = &after_;
+    at = end;
   }
 }
 
@@ -183,6 +187,7 @@ void Output::commit() {
   if (!pattern_.numbered() && !files_.empty()) {
     files_.back()->close();
   }
+  const Placing placing;
   for (const auto &file : files_) {
     file->commit();
   }

@@ -38,7 +38,7 @@ private:
   std::ofstream stream_;
 };
 
-/// "out-%04d.png" and the like: a name with one %d or %0Nd. Other percent signs stand for themselves.
+/// "out-%04d.png" and the like: a name with one %d or %0Nd. "%%" is a percent sign, and so is one before anything else.
 class NamePattern {
 public:
   /// Throws Error if the name holds two numbers.

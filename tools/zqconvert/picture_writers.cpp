@@ -1,6 +1,5 @@
 #include "error.h"
 #include "writers.h"
-#include "zqColorConversion.h"
 
 #include <png.h>
 
@@ -11,19 +10,6 @@
 namespace zqconvert {
 
 namespace {
-
-struct FormatName {
-  const char *name;
-  Format format;
-};
-
-constexpr auto kFormats = std::to_array<FormatName>(
-    {{"raw", Format::Raw}, {"bmp", Format::Bmp}, {"png", Format::Png}, {"ppm", Format::Ppm}, {"y4m", Format::Y4m}});
-
-bool isRgb(int type) {
-  const Family family = colorType(type).family;
-  return family == Family::Rgb16 || family == Family::Rgb24;
-}
 
 void putLittle(std::vector<uint8_t> &bytes, std::initializer_list<uint32_t> values, int size) {
   for (const uint32_t value : values) {
@@ -106,38 +92,6 @@ private:
 
 } // namespace
 
-Format parseFormat(std::string_view text) {
-  for (const FormatName &known : kFormats) {
-    if (lowerCase(text) == known.name) {
-      return known.format;
-    }
-  }
-  throw Error("unknown format '" + std::string(text) + "' (raw, bmp, png, ppm and y4m are known)");
-}
-
-Format formatOfName(std::string_view name) {
-  const std::string lower = lowerCase(name);
-  for (const FormatName &known : kFormats) {
-    if (lower.ends_with(std::string(".") + known.name)) {
-      return known.format;
-    }
-  }
-  return Format::Raw;
-}
-
-bool isPictureFormat(Format format) {
-  return format == Format::Bmp || format == Format::Png || format == Format::Ppm;
-}
-
-void requireHolds(Format format, int type) {
-  if (isPictureFormat(format) && !isRgb(type)) {
-    throw Error("a picture file holds no " + shortName(type) + "; take --to rgb565 or --to bgr24, or a raw file");
-  }
-  if (format == Format::Y4m && type != COLOR_YUV420_PLANAR && type != COLOR_YVU420_PLANAR) {
-    throw Error("a y4m file is written from i420 and yv12 only, not from " + shortName(type));
-  }
-}
-
 void writeBmp(std::ostream &stream, const Frame &frame) {
   const bool bitFields = colorType(frame.type).family == Family::Rgb16;
   const uint32_t headerBytes = bitFields ? 66 : 54;
@@ -178,7 +132,7 @@ void writePpm(std::ostream &stream, const Frame &frame) {
 
 void writeRaw(std::ostream &stream, const Frame &frame) {
   for (int i = 0; i < planeCount(frame.type); ++i) {
-    writePlane(stream, frame.planes[static_cast<std::size_t>(i)], frame.shape(i));
+    writePlane(stream, frame, i);
   }
 }
 

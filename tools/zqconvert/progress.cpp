@@ -20,6 +20,8 @@ using Clock = std::chrono::steady_clock;
 constexpr auto kPatience = std::chrono::milliseconds(700);
 constexpr auto kInterval = std::chrono::milliseconds(100);
 
+} // namespace
+
 bool errorIsTerminal() {
 #ifdef _WIN32
   return _isatty(_fileno(stderr)) != 0;
@@ -28,13 +30,11 @@ bool errorIsTerminal() {
 #endif
 }
 
-} // namespace
-
 Progress::Progress(uint64_t total) : total_(total), terminal_(errorIsTerminal()), next_(Clock::now() + kPatience) {}
 
 Progress::~Progress() {
   if (shown_) {
-    std::fputs("\r\033[K", stderr); // messages that follow start on a clean line
+    std::fputs(kClearLine, stderr);
   }
 }
 

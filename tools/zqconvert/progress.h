@@ -6,6 +6,10 @@
 
 namespace zqconvert {
 
+bool errorIsTerminal();
+/// Takes a bar away, so that what follows starts on a clean line.
+inline constexpr char kClearLine[] = "\r\033[K";
+
 class Progress {
 public:
   /// `total` frames are expected; 0 if nobody knows. Shows nothing unless standard error is a terminal.

@@ -1,25 +1,100 @@
 #include "raw_reader.h"
 
 #include "error.h"
+#include "zqColorConversion.h"
 
+#include <algorithm>
 #include <istream>
 #include <utility>
 
 namespace zqconvert {
 
-RawReader::RawReader(std::istream &stream, std::string name, int type, Size size)
-    : stream_(stream), name_(std::move(name)) {
-  requirePlausible(size, "--size");
-  requireSamples(type, size.width, size.height, name_);
-  info_.type = type;
-  info_.width = size.width;
-  info_.height = size.height;
+namespace {
+
+struct FurtherName {
+  const char *name;
+  int type;
+  int filePlanes;
+  std::array<int, 3> order;
+  Range range;
+  const char *layout;
+};
+
+constexpr std::array kInOrder{0, 1, 2};
+
+constexpr auto kFurtherNames = std::to_array<FurtherName>({
+    {"gbrp", COLOR_RGB888_PLANAR, 3, {1, 2, 0}, Range::Unknown, "green, blue and red planes"},
+    {"gray", COLOR_RGB888_PLANAR, 1, kInOrder, Range::Unknown, "one plane, taken for red, green and blue"},
+    {"yuvj420p", COLOR_YUV420_PLANAR, 3, kInOrder, Range::Full, "as yuv420p in full range"},
+    {"yuvj422p", COLOR_YUV422_PLANAR, 3, kInOrder, Range::Full, "as yuv422p in full range"},
+    {"yuvj444p", COLOR_YUV444_PLANAR, 3, kInOrder, Range::Full, "as yuv444p in full range"},
+    {"yuvj440p", COLOR_YUV440_PLANAR, 3, kInOrder, Range::Full, "as yuv440p in full range"},
+    {"yuvj411p", COLOR_YUV411_PLANAR, 3, kInOrder, Range::Full, "as yuv411p in full range"},
+});
+
+/// Bytes that are repeated where a file of rounded-down chroma lacks the last sample.
+int sampleBytes(int type, int index) {
+  return index > 0 && colorType(type).family == Family::SemiPlanar ? 2 : 1;
 }
 
-uint64_t RawReader::bytesPerFrame() const {
+} // namespace
+
+RawLayout::RawLayout(int colorTypeCode)
+    : type(colorTypeCode), filePlanes(planeCount(colorTypeCode)), name(shortName(colorTypeCode)) {}
+
+RawLayout parseRawLayout(std::string_view text) {
+  const std::string lower = lowerCase(text);
+  for (const FurtherName &known : kFurtherNames) {
+    if (lower == known.name) {
+      RawLayout layout(known.type);
+      layout.filePlanes = known.filePlanes;
+      layout.order = known.order;
+      layout.range = known.range;
+      layout.name = known.name;
+      return layout;
+    }
+  }
+  return {parseColorType(text)};
+}
+
+std::string describeRawLayouts() {
+  std::string text;
+  for (const FurtherName &known : kFurtherNames) {
+    std::string line = std::string("    ") + known.name;
+    line.resize(28, ' ');
+    line += "raw input only";
+    line.resize(55, ' ');
+    text += line + known.layout + "\n";
+  }
+  return text;
+}
+
+std::vector<std::string> rawLayoutNames() {
+  std::vector<std::string> names;
+  std::ranges::transform(kFurtherNames, std::back_inserter(names), [](const FurtherName &known) { return known.name; });
+  return names;
+}
+
+RawReader::RawReader(std::istream &stream, std::string name, RawLayout layout, Size size, std::optional<uint64_t> bytes)
+    : stream_(stream), name_(std::move(name)), layout_(std::move(layout)) {
+  requirePlausible(size, "--size");
+  requireSamples(layout_.type, size.width, size.height, name_);
+  info_.type = layout_.type;
+  info_.width = size.width;
+  info_.height = size.height;
+  info_.range = layout_.range;
+  roundedDown_ = bytes && *bytes % bytesPerFrame(false) != 0 && *bytes % bytesPerFrame(true) == 0;
+}
+
+PlaneShape RawReader::fileShape(int index, bool roundedDown) const {
+  const auto shape = roundedDown ? planeShape : wholeShape;
+  return shape(info_.type, info_.width, info_.height, roomyStride(info_.type, info_.width), index);
+}
+
+uint64_t RawReader::bytesPerFrame(bool roundedDown) const {
   uint64_t bytes = 0;
-  for (int i = 0; i < planeCount(info_.type); ++i) {
-    const PlaneShape shape = planeShape(info_.type, info_.width, info_.height, tightStride(info_.type, info_.width), i);
+  for (int i = 0; i < layout_.filePlanes; ++i) {
+    const PlaneShape shape = fileShape(i, roundedDown);
     bytes += static_cast<uint64_t>(shape.lineBytes) * static_cast<uint64_t>(shape.lines);
   }
   return bytes;
@@ -33,15 +108,20 @@ bool RawReader::next(Frame &frame) {
   frame.type = info_.type;
   frame.width = info_.width;
   frame.height = info_.height;
-  frame.stride = tightStride(info_.type, info_.width);
-  for (int i = 0; i < planeCount(info_.type); ++i) {
-    // Only the chroma pairs of an odd width are shorter than their stride; the file holds no padding for them.
-    const PlaneShape shape = frame.shape(i);
-    if (!readPlane(stream_, frame.planes[static_cast<std::size_t>(i)], shape.lineBytes, shape.lines, shape.stride)) {
-      throw Error(name_ + ": ends in the middle of frame " + std::to_string(frames_) + " (a frame of " +
-                  toText({info_.width, info_.height}) + " " + shortName(info_.type) + " takes " +
-                  std::to_string(bytesPerFrame()) + " bytes)");
+  frame.stride = roomyStride(info_.type, info_.width);
+  for (int i = 0; i < layout_.filePlanes; ++i) {
+    const int to = layout_.order.at(static_cast<std::size_t>(i));
+    std::vector<uint8_t> &plane = frame.planes.at(static_cast<std::size_t>(to));
+    const PlaneShape shape = fileShape(to, roundedDown_);
+    if (!readPlane(stream_, plane, shape.lineBytes, shape.lines, shape.stride)) {
+      throw Truncated(name_ + ": ends in the middle of frame " + std::to_string(frames_) + ": frames of " +
+                      toText({info_.width, info_.height}) + " " + layout_.name + " take " +
+                      std::to_string(bytesPerFrame()) + " bytes, so --size or --type is wrong or the end is missing");
     }
+    extendPlane(plane, shape, frame.whole(to), sampleBytes(info_.type, to));
+  }
+  for (int i = layout_.filePlanes; i < planeCount(info_.type); ++i) {
+    frame.planes.at(static_cast<std::size_t>(i)) = frame.planes.front();
   }
   return true;
 }

@@ -13,6 +13,7 @@ namespace zqconvert {
 namespace {
 
 std::atomic<TemporaryName *> newest{nullptr};
+std::atomic<bool> placing{false};
 
 void removeFile(const char *path) {
 #ifdef _WIN32
@@ -36,6 +37,18 @@ TemporaryName::~TemporaryName() {
   if (next_ != nullptr) {
     next_.load()->previous_ = previous_;
   }
+}
+
+Placing::Placing() noexcept {
+  placing = true;
+}
+
+Placing::~Placing() {
+  placing = false;
+}
+
+bool isPlacing() noexcept {
+  return placing;
 }
 
 void removeTemporaries() noexcept {

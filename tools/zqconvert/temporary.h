@@ -24,6 +24,17 @@ private:
   std::atomic<TemporaryName *> next_; ///< Atomic as is the list's head: a signal handler follows them.
 };
 
+/// While the object lives, files are on the way to their places: a signal shall wait until either all of them stand
+/// there or none does.
+class Placing {
+public:
+  Placing() noexcept;
+  Placing(const Placing &) = delete;
+  Placing &operator=(const Placing &) = delete;
+  ~Placing();
+};
+bool isPlacing() noexcept;
+
 /// Removes every file that has a TemporaryName. Safe in a signal handler of the thread that makes the names.
 void removeTemporaries() noexcept;
 

@@ -53,19 +53,6 @@ std::optional<double> parseNumber(std::string_view text) {
   return value;
 }
 
-std::optional<Size> parseSize(std::string_view text) {
-  const std::size_t cross = text.find_first_of("xX");
-  if (cross == std::string_view::npos) {
-    return std::nullopt;
-  }
-  const std::optional<int> width = parseCount(text.substr(0, cross));
-  const std::optional<int> height = parseCount(text.substr(cross + 1));
-  if (!width || !height || *width == 0 || *height == 0) {
-    return std::nullopt;
-  }
-  return Size{*width, *height};
-}
-
 std::string toText(Size size) {
   return std::to_string(size.width) + "x" + std::to_string(size.height);
 }

@@ -27,8 +27,6 @@ std::vector<std::string> split(std::string_view text, char separator);
 std::optional<int> parseCount(std::string_view text, int max = 2147483647);
 /// A finite decimal number.
 std::optional<double> parseNumber(std::string_view text);
-/// "WxH", both at least 1.
-std::optional<Size> parseSize(std::string_view text);
 
 std::string toText(Size size);
 /// Throws Error, naming the picture as `what`, if the size is beyond the limits above.

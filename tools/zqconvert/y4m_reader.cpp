@@ -75,8 +75,18 @@ std::string printable(std::string_view text) {
   return clean;
 }
 
-int roundedUp(int value, int shift) {
-  return (value + (1 << shift) - 1) >> shift;
+/// Any of the words that the format knows; '?' for all others.
+char interlacingOf(std::string_view value) {
+  const bool known = value.size() == 1 && std::string_view("ptbm").find(value.front()) != std::string_view::npos;
+  return known ? value.front() : '?';
+}
+
+constexpr std::string_view kSampling = "YSCSS=";
+constexpr std::string_view kRange = "COLORRANGE=";
+
+Range rangeOf(std::string_view value) {
+  const std::string lower = lowerCase(value);
+  return lower == "full" ? Range::Full : lower == "limited" ? Range::Limited : Range::Unknown;
 }
 
 } // namespace
@@ -93,7 +103,9 @@ Y4mReader::Y4mReader(std::istream &stream, std::string name) : stream_(stream), 
 void Y4mReader::parseHeader(const std::string &line) {
   std::optional<int> width;
   std::optional<int> height;
-  std::string chroma = "420jpeg";
+  std::optional<std::string> chroma;
+  std::optional<std::string> sampling; // an older way to say the chroma kind, used where the newer one is missing
+  info_.interlacing = '?';
   for (const std::string &word : split(std::string_view(line).substr(kMagic.size()), ' ')) {
     if (word.empty()) {
       continue;
@@ -121,8 +133,22 @@ void Y4mReader::parseHeader(const std::string &line) {
       }
       info_.rate = value;
       break;
+    case 'I':
+      info_.interlacing = interlacingOf(value);
+      break;
+    case 'A':
+      info_.aspect = isRate(value) ? value : "0:0";
+      break;
+    case 'X':
+      if (value.starts_with(kSampling)) {
+        sampling = lowerCase(value.substr(kSampling.size()));
+      } else if (value.starts_with(kRange)) {
+        info_.range = rangeOf(value.substr(kRange.size()));
+      }
+      info_.extras.push_back(word);
+      break;
     default:
-      break; // interlacing, aspect and comments change no sample
+      break;
     }
   }
   if (!width || !height) {
@@ -131,7 +157,7 @@ void Y4mReader::parseHeader(const std::string &line) {
   info_.width = *width;
   info_.height = *height;
   requirePlausible({info_.width, info_.height}, name_);
-  parseChroma(chroma);
+  parseChroma(chroma.value_or(sampling.value_or("420jpeg")));
   requireSamples(info_.type, info_.width, info_.height, name_);
 }
 
@@ -149,19 +175,10 @@ void Y4mReader::parseChroma(const std::string &tag) {
               "' is not taken (8-bit 420, 420jpeg, 420mpeg2, 420paldv, 422, 444, 440 and 411 are)");
 }
 
-PlaneShape Y4mReader::fileShape(int index, int stride) const {
-  if (index == 0) {
-    return {info_.width, info_.height, stride};
-  }
-  const ColorTypeInfo &type = colorType(info_.type);
-  return {roundedUp(info_.width, type.chromaShiftX), roundedUp(info_.height, type.chromaShiftY),
-          stride >> type.chromaShiftX};
-}
-
 uint64_t Y4mReader::bytesPerFrame() const {
   uint64_t bytes = kFrame.size() + 1;
   for (int i = 0; i < 3; ++i) {
-    const PlaneShape shape = fileShape(i, info_.width);
+    const PlaneShape shape = wholeShape(info_.type, info_.width, info_.height, info_.width, i);
     bytes += static_cast<uint64_t>(shape.lineBytes) * static_cast<uint64_t>(shape.lines);
   }
   return bytes;
@@ -175,23 +192,26 @@ bool Y4mReader::next(Frame &frame) {
   const std::string where = "frame " + std::to_string(frames_);
   const std::optional<std::string> line = readLine(stream_);
   requireBinary(line, kFrame, name_);
-  if (!line || !line->starts_with(kFrame) || (line->size() > kFrame.size() && (*line)[kFrame.size()] != ' ')) {
-    throw Error(
-        name_ + ": " +
-        (line || !stream_.eof() ? "no FRAME line where " + where + " should begin" : "ends in the header of " + where));
+  if (!line && stream_.eof()) {
+    throw Truncated(name_ + ": ends in the header of " + where);
   }
+  if (!line || !line->starts_with(kFrame) || (line->size() > kFrame.size() && (*line)[kFrame.size()] != ' ')) {
+    throw Error(name_ + ": no FRAME line where " + where + " should begin");
+  }
+  frame.tags = line->substr(kFrame.size());
   frame.type = info_.type;
   frame.width = info_.width;
   frame.height = info_.height;
-  // The stream rounds chroma sizes up, while the library halves the luma stride: lines of odd pictures are padded until
-  // the halved stride has room for the last sample.
-  const int shift = colorType(info_.type).chromaShiftX;
-  frame.stride = roundedUp(info_.width, shift) << shift;
+  // The library divides the first plane's stride to get the chroma's: the lines of odd pictures are padded until the
+  // quotient has room for the last sample.
+  frame.stride = roomyStride(info_.type, info_.width);
   for (int i = 0; i < 3; ++i) {
-    const PlaneShape shape = fileShape(i, frame.stride);
-    if (!readPlane(stream_, frame.planes[static_cast<std::size_t>(i)], shape.lineBytes, shape.lines, shape.stride)) {
-      throw Error(name_ + ": ends in the middle of " + where);
+    const PlaneShape shape = frame.whole(i);
+    std::vector<uint8_t> &plane = frame.planes.at(static_cast<std::size_t>(i));
+    if (!readPlane(stream_, plane, shape.lineBytes, shape.lines, shape.stride)) {
+      throw Truncated(name_ + ": ends in the middle of " + where);
     }
+    extendPlane(plane, shape, shape, 1);
   }
   return true;
 }

@@ -21,7 +21,6 @@ public:
 private:
   void parseHeader(const std::string &line);
   void parseChroma(const std::string &tag);
-  [[nodiscard]] PlaneShape fileShape(int index, int stride) const;
 
   std::istream &stream_;
   std::string name_;

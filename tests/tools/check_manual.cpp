@@ -1,0 +1,181 @@
+// The manual page and the completion of bash say what --help says.
+#include "color_types.h"
+#include "error.h"
+#include "options.h"
+#include "raw_reader.h"
+#include "text.h"
+#include "workspace.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <regex>
+#include <set>
+#include <sstream>
+
+using namespace zqconvert;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using workspace::Folder;
+
+namespace {
+
+/// An option and the form of its value, or an empty one.
+using Forms = std::set<std::pair<std::string, std::string>>;
+
+Forms formsOfHelp() {
+  // Two blanks end what is said of a value; descriptions begin at a column of their own.
+  static const std::regex kOption("^  (?:-h,)?(--[a-z-]+)(?: (\\S+))?  +\\S");
+  Forms forms;
+  std::istringstream help(parseOptions({"--help"}).message);
+  for (std::string line; std::getline(help, line);) {
+    if (std::smatch match; std::regex_search(line, match, kOption)) {
+      forms.emplace(match[1], match[2]);
+    }
+  }
+  return forms;
+}
+
+/// Options are tagged paragraphs of the manual.
+Forms formsOfManual(const std::string &manual) {
+  static const std::regex kDash("\\\\-");
+  static const std::regex kOption("^\\.B[IR]? (?:-h , )?(--[a-z-]+)(?: \" (\\S+)\")?$");
+  Forms forms;
+  std::istringstream lines(manual);
+  bool tag = false;
+  for (std::string line; std::getline(lines, line);) {
+    const std::string plain = std::regex_replace(line, kDash, "-");
+    if (std::smatch match; tag && std::regex_match(plain, match, kOption)) {
+      forms.emplace(match[1], match[2]);
+    }
+    tag = line == ".TP";
+  }
+  return forms;
+}
+
+std::set<std::string> wordsOf(const std::string &text) {
+  std::istringstream lines(text);
+  std::set<std::string> words;
+  for (std::string word; lines >> word;) {
+    words.insert(word);
+  }
+  return words;
+}
+
+/// What a shell command prints, on either channel.
+std::string outputOf(const std::string &command) {
+  std::FILE *pipe = popen((command + " 2>&1").c_str(), "r");
+  if (pipe == nullptr) {
+    throw std::runtime_error("no shell");
+  }
+  std::string text;
+  std::array<char, 4096> buffer{};
+  for (std::size_t got = 0; (got = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;) {
+    text.append(buffer.data(), got);
+  }
+  pclose(pipe);
+  return text;
+}
+
+bool exists(const std::string &program) {
+  return !outputOf("command -v " + program).empty();
+}
+
+/// What the completion offers for the last of these words, typed in `directory`.
+std::set<std::string> offers(const std::vector<std::string> &typed, const std::string &directory = "/") {
+  std::string words = "zqconvert";
+  for (const std::string &word : typed) {
+    words += " '" + word + "'";
+  }
+  const std::string script =
+      "cd " + directory + "; . " ZQCONVERT_COMPLETION "; COMP_WORDS=(" + words +
+      "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zqconvert; printf \"%s\\n\" \"${COMPREPLY[@]}\"";
+  return wordsOf(outputOf("bash -c '" + std::regex_replace(script, std::regex("'"), "'\\''") + "'"));
+}
+
+TEST(Manual, HasTheOptionsOfTheHelpAndNoOthers) {
+  const Forms help = formsOfHelp();
+  EXPECT_GE(help.size(), 15U);
+  EXPECT_TRUE(help.contains({"--size", "WxH"}) && help.contains({"--flip", ""}) && help.contains({"--help", ""}));
+  EXPECT_EQ(formsOfManual(workspace::readFile(ZQCONVERT_MANUAL)), help);
+}
+
+TEST(Manual, SaysNoVersion) {
+  const std::string manual = workspace::readFile(ZQCONVERT_MANUAL);
+  EXPECT_FALSE(std::regex_search(manual, std::regex("[0-9]+\\.[0-9]+\\.[0-9]+")));
+}
+
+TEST(Manual, IsSetWithoutComplaints) {
+  bool seen = false;
+  if (exists("groff")) {
+    seen = true;
+    EXPECT_EQ(outputOf("groff -man -ww -Tutf8 " ZQCONVERT_MANUAL " > /dev/null"), "");
+  }
+  if (exists("mandoc")) {
+    seen = true;
+    EXPECT_EQ(outputOf("mandoc -Tlint " ZQCONVERT_MANUAL), "");
+  }
+  if (!seen) {
+    GTEST_SKIP() << "neither groff nor mandoc is here";
+  }
+}
+
+TEST(Completion, OffersTheOptionsOfTheHelpAndNoOthers) {
+  std::set<std::string> want{"-h"};
+  for (const auto &[name, value] : formsOfHelp()) {
+    want.insert(name);
+  }
+  EXPECT_THAT(offers({"-"}), ElementsAreArray(want));
+  EXPECT_THAT(offers({"--ro"}), testing::ElementsAre("--rotate"));
+}
+
+TEST(Completion, OffersTheColourTypes) {
+  std::set<std::string> types;
+  for (const ColorTypeInfo &type : colorTypes()) {
+    types.merge(wordsOf(type.names));
+  }
+  EXPECT_THAT(offers({"--to", ""}), ElementsAreArray(types));
+  for (const std::string &name : rawLayoutNames()) {
+    types.insert(name);
+  }
+  EXPECT_THAT(offers({"--type", ""}), ElementsAreArray(types));
+  EXPECT_THAT(offers({"--type", "nv"}), testing::ElementsAre("nv12", "nv21"));
+}
+
+// Every value on offer is taken; what the help calls by words is on offer.
+TEST(Completion, OffersTheFixedValues) {
+  for (const auto &[option, count] :
+       {std::pair{"--rotate", 5U}, {"--quality", 4U}, {"--format", 5U}, {"--matrix", 3U}}) {
+    const std::set<std::string> values = offers({option, ""});
+    EXPECT_EQ(values.size(), count) << option;
+    for (const std::string &value : values) {
+      EXPECT_NO_THROW(parseOptions({option, value, "a", "b"})) << option << " " << value;
+    }
+    EXPECT_THAT(offers({option, "=", ""}), ElementsAreArray(values)) << option;
+    EXPECT_THAT(offers({option, "="}), ElementsAreArray(values)) << option;
+  }
+  std::set<std::string> turns;
+  for (const auto &[name, value] : formsOfHelp()) {
+    if (name == "--rotate") {
+      const std::vector<std::string> parts = split(value, '|');
+      turns.insert(parts.begin(), parts.end());
+    }
+  }
+  EXPECT_THAT(offers({"--rotate", ""}), ElementsAreArray(turns));
+  EXPECT_THAT(offers({"--size", ""}), IsEmpty());
+}
+
+TEST(Completion, OffersFileNames) {
+  const Folder folder;
+  static_cast<void>(folder.file("clip.y4m", ""));
+  static_cast<void>(folder.file("clap.y4m", ""));
+  EXPECT_THAT(offers({"cl"}, folder.path("")), testing::ElementsAre("clap.y4m", "clip.y4m"));
+  EXPECT_THAT(offers({"--flip", "cli"}, folder.path("")), testing::ElementsAre("clip.y4m"));
+  EXPECT_THAT(outputOf("bash -c '. " ZQCONVERT_COMPLETION "; complete -p zqconvert'"),
+              testing::HasSubstr("-F _zqconvert zqconvert"));
+}
+
+} // namespace
