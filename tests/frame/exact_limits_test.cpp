@@ -192,6 +192,30 @@ TEST_F(ExactLimits, SplitPlanesAreFilledToTheLastByte) {
   }
 }
 
+/// Two lines have chroma that is split, though a single one is made of it; what the output fields ask for beyond the
+/// input never is.
+TEST_F(ExactLimits, WhatIsSplitIsTheInputs) {
+  for (const int type : {COLOR_YUV420_PACK, COLOR_YUV420_PACK2}) {
+    ConvertParams p = buffers_.describe(type, COLOR_YUV420_PLANAR);
+    ASSERT_EQ(setUp(p), CC_OK);
+    p.inHeight = 2;
+    p.outHeight = 1;
+    EXPECT_EQ(process(p, true), CC_OK) << nameOf(p);
+    p.inBuf[1] = nullptr;
+    expectRefused(p, "the chroma of two lines");
+    p = buffers_.describe(type, COLOR_RGB565);
+    p.inWidth = p.inHeight = 15;
+    EXPECT_EQ(setUp(p), CC_OK);
+    p.outWidth = p.outHeight = 15;
+    EXPECT_EQ(process(p, true), CC_OK) << nameOf(p);
+    p.outWidth = 16;
+    expectRefused(p, "a column more than there is");
+    p.outWidth = 15;
+    p.outHeight = 16;
+    expectRefused(p, "a line more than there is");
+  }
+}
+
 /// 131071 lines of 32768 bytes are 2^32 - 32768 bytes: a small number, or one below zero, to whoever counts in 32 bits.
 TEST_F(ExactLimits, SplitPlanesAreMeasuredIn64Bits) {
   for (const int type : {COLOR_YUV420_PACK, COLOR_YUV420_PACK2}) {

@@ -4,6 +4,7 @@
 #include "frame/route.h"
 #include "sameformat/packed_line.h"
 #include "support/picture.h"
+#include "support/sparse_pages.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -189,6 +190,21 @@ TEST(TablesOfLargeSizes, TheLongestSourceThereIs) {
   EXPECT_EQ(zqcc::tableWords(zqcc::TableFormat::Nearest, {kMost, kMost}, 0), uint64_t{3} * kMost + 4);
   EXPECT_EQ(zqcc::tableWords(zqcc::TableFormat::Box, {kMost, kMost}, 3), uint64_t{15} * kMost + 4);
   EXPECT_EQ(zqcc::tableWords(zqcc::TableFormat::Bilinear, {kMost, kMost}, 0), uint64_t{3} * kMost + 4);
+}
+
+/// In single precision the last of 13103685 positions rounds up to 2^31, behind every sample that there is. Groups are
+/// full and empty by turns: eight words for two positions.
+TEST(TablesOfLargeSizes, PositionsAreRoundedUpToTheEndOfTheType) {
+  constexpr Axis kAxis{kMost, 13103685};
+  constexpr std::size_t kLastGroup = std::size_t{8} * (13103685 / 2);
+  const support::SparsePages pages((kLastGroup + 4) * sizeof(int32_t));
+  if (!pages.areThere()) {
+    GTEST_SKIP() << pages.reason();
+  }
+  auto *table = reinterpret_cast<int32_t *>(pages.data());
+  zqcc::buildGrouped(table, kAxis);
+  EXPECT_THAT(Words(table, table + 8), ElementsAre(2, 0, 0, 1024, 163, 905, 119, 0));
+  EXPECT_THAT(Words(table + kLastGroup, table + kLastGroup + 4), ElementsAre(1, kMost - 2, 0, 1024));
 }
 
 TEST(PackedLines, BytesLeave32Bits) {
