@@ -121,19 +121,18 @@ void buildBox(int32_t *table, const Axis &axis, int32_t spacing) {
   }
 }
 
+/// Counts start from the zeros that a table is made of, and so do the groups behind the last position.
 void buildGrouped(int32_t *table, const Axis &axis) {
   const float factor = static_cast<float>(axis.source) / static_cast<float>(axis.positions);
-  int32_t groupsLeft = (axis.source + kGroupSpan - 1) / kGroupSpan - 1;
+  int32_t groupsLeft = (axis.source - 1) / kGroupSpan; // behind the first one
   int32_t limit = kGroupSpan - 1;
   int32_t *count = table;
   int32_t *tap = table + 1;
   const auto openGroup = [&] {
     count = tap++;
-    *count = 0;
     limit += kGroupSpan;
     --groupsLeft;
   };
-  *count = 0;
   for (int32_t i = 0; i < axis.positions; ++i) {
     const float p = static_cast<float>(i) * factor;
     const int32_t whole = wholeOf(p);
@@ -149,9 +148,6 @@ void buildGrouped(int32_t *table, const Axis &axis) {
     if (closes && i % 2 != 0) {
       openGroup();
     }
-  }
-  while (groupsLeft > 0) {
-    openGroup();
   }
 }
 

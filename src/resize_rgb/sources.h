@@ -14,6 +14,11 @@
 
 namespace zqcc {
 
+/// x0 + x1 + round over 1 << shift: the sum of two columns can take all 32 bits.
+constexpr int32_t meanColumn(int32_t x0, int32_t x1, uint32_t round, int shift) {
+  return static_cast<int32_t>((static_cast<uint32_t>(x0) + static_cast<uint32_t>(x1) + round) >> shift);
+}
+
 // Chroma rules: which sample a pixel of a quad takes. column() from the taps of the pixel's pair, line() from those of
 // the quad's two lines.
 
@@ -21,7 +26,7 @@ namespace zqcc {
 struct QuadChroma {
   static constexpr bool kPerColumn = false;
   static constexpr bool kPerLine = false;
-  static int32_t column(const PlaneView & /*view*/, int32_t x0, int32_t x1) { return (x0 + x1 + 1) >> 2; }
+  static int32_t column(const PlaneView & /*view*/, int32_t x0, int32_t x1) { return meanColumn(x0, x1, 1, 2); }
   static int32_t line(const PlaneView &view, const TapPair &y, int /*line*/) {
     return (y.first.index >> 1) * view.lineStep;
   }
@@ -52,7 +57,7 @@ struct QuarterWidthChroma {
   static constexpr bool kPerColumn = false;
   static constexpr bool kPerLine = true;
   static int32_t column(const PlaneView &view, int32_t x0, int32_t x1) {
-    return smaller((x0 + x1 + 4) >> 3, view.lastColumn);
+    return smaller(meanColumn(x0, x1, 4, 3), view.lastColumn);
   }
   static int32_t line(const PlaneView & /*view*/, const TapPair &y, int line) {
     return line == 0 ? y.first.index : y.second.index;

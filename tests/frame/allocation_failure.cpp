@@ -1,6 +1,6 @@
 // Makes the n-th allocation of the library fail, for every n, and checks the code, that nothing was written and that
-// every block was given back exactly once. A program of its own, linked with -Wl,--wrap=malloc,--wrap=free against the
-// static library: the wrappers below stand between the library and the platform's (or a sanitizer's) allocator.
+// every block was given back exactly once.
+#include "frame/memory_ledger.h"
 #include "zqColorConversion.h"
 
 #include <algorithm>
@@ -8,107 +8,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <vector>
 
-// The linker makes these names.
-// NOLINTBEGIN(bugprone-reserved-identifier)
-extern "C" {
-void *__real_malloc(std::size_t size);
-void __real_free(void *block);
-void *__wrap_malloc(std::size_t size);
-void __wrap_free(void *block);
-}
-// NOLINTEND(bugprone-reserved-identifier)
-
 namespace {
 
-constexpr std::size_t kLargest = std::size_t{1} << 26; // no test's honest request comes near it
-
-struct Ledger {
-  bool watching = false;
-  int failAt = 0; // 0: never
-  int asked = 0;
-  bool unknownFree = false;
-  std::array<void *, 64> live{};
-  std::array<std::size_t, 64> sizes{}; // of each request in turn
-
-  [[nodiscard]] int liveCount() const {
-    int count = 0;
-    for (const void *block : live) {
-      count += block != nullptr ? 1 : 0;
-    }
-    return count;
-  }
-};
-
-Ledger ledger;
-int failures = 0;
-int checks = 0;
-
-void check(bool holds, const char *what, const char *scenario, int n) {
-  ++checks;
-  if (!holds) {
-    ++failures;
-    std::fprintf(stderr, "FAILED: %s (%s, allocation %d fails)\n", what, scenario, n);
-  }
-}
-
-} // namespace
-
-void *__wrap_malloc(std::size_t size) {
-  if (!ledger.watching) {
-    return __real_malloc(size);
-  }
-  const int number = ++ledger.asked;
-  if (static_cast<std::size_t>(number) <= ledger.sizes.size()) {
-    ledger.sizes[static_cast<std::size_t>(number) - 1] = size;
-  }
-  if (number == ledger.failAt || size > kLargest) {
-    return nullptr;
-  }
-  void *block = __real_malloc(size);
-  if (block != nullptr) {
-    std::memset(block, 0xEE, size); // nobody may count on zeros
-  }
-  for (void *&slot : ledger.live) {
-    if (slot == nullptr) {
-      slot = block;
-      return block;
-    }
-  }
-  std::fprintf(stderr, "FAILED: more than %zu blocks alive\n", ledger.live.size());
-  std::exit(1);
-}
-
-void __wrap_free(void *block) {
-  if (ledger.watching && block != nullptr) {
-    bool known = false;
-    for (void *&slot : ledger.live) {
-      if (slot == block) {
-        slot = nullptr;
-        known = true;
-        break;
-      }
-    }
-    ledger.unknownFree = ledger.unknownFree || !known;
-  }
-  __real_free(block);
-}
-
-namespace {
-
-void begin(int failAt) {
-  ledger = Ledger{};
-  ledger.failAt = failAt;
-  ledger.watching = true;
-}
-
-bool failureReached() {
-  return ledger.failAt != 0 && ledger.asked >= ledger.failAt;
-}
+using memory::begin;
+using memory::check;
+using memory::failureReached;
+using memory::ledger;
 
 constexpr std::size_t kBytes = std::size_t{4} * 64 * 64;
 std::vector<uint8_t> input(kBytes, 90);
@@ -116,12 +24,6 @@ std::vector<uint8_t> output(kBytes, 7);
 
 bool outputUntouched() {
   return std::all_of(output.begin(), output.end(), [](uint8_t byte) { return byte == 7; });
-}
-
-void finish(const char *scenario, int n) {
-  ledger.watching = false;
-  check(ledger.liveCount() == 0, "every block is released", scenario, n);
-  check(!ledger.unknownFree, "only live blocks are released", scenario, n);
 }
 
 ConvertParams description(int inType, int outType, uint32_t isResize, uint32_t rotation, uint32_t antiAlias) {
@@ -151,7 +53,7 @@ bool handleLife(const char *name, const ConvertParams &first, const ConvertParam
   const uint32_t init = zqCCInit(&handle);
   if (init != CC_OK) {
     check(n == 1 && init == CC_ERR_NO_MEMORY && handle == nullptr, "zqCCInit reports and clears the handle", name, n);
-    finish(name, n);
+    memory::finish(name, n);
     return true;
   }
   for (const ConvertParams &one : {first, second}) {
@@ -160,7 +62,7 @@ bool handleLife(const char *name, const ConvertParams &first, const ConvertParam
     if (code != CC_OK) {
       // The context went with it: nothing is left to release.
       check(code == CC_ERR_NO_MEMORY && failureReached(), "set-up reports the lack of memory", name, n);
-      finish(name, n);
+      memory::finish(name, n);
       check(outputUntouched(), "nothing is written", name, n);
       return true;
     }
@@ -171,7 +73,7 @@ bool handleLife(const char *name, const ConvertParams &first, const ConvertParam
   check(ledger.asked == before, "a frame allocates nothing", name, n);
   check(!outputUntouched(), "the frame is written", name, n);
   check(zqCCUninit(handle) == CC_OK, "the handle is released", name, n);
-  finish(name, n);
+  memory::finish(name, n);
   return failureReached();
 }
 
@@ -226,7 +128,7 @@ void setUpCounts() {
       check(ledger.sizes[1] >= chroma && ledger.sizes[2] >= chroma, "chroma planes have room", count.name, 0);
     }
     check(zqCCUninit(handle) == CC_OK, "zqCCUninit", count.name, 0);
-    finish(count.name, 0);
+    memory::finish(count.name, 0);
   }
 }
 
@@ -244,7 +146,7 @@ void argumentErrorsReleaseNothing() {
   check(ledger.liveCount() == live, "the earlier set-up is kept", name, 0);
   check(zqCCProcess(handle, &good) == CC_OK, "and still serves", name, 0);
   check(zqCCUninit(handle) == CC_OK, "zqCCUninit", name, 0);
-  finish(name, 0);
+  memory::finish(name, 0);
 }
 
 /// Sizes whose products leave 32 and 64 bits must end as a lack of memory, never as a small block.
@@ -257,7 +159,7 @@ void hugeSizes() {
     ConvertParams p = description(11, 30, isResize, 2, 0);
     p.inWidth = p.outWidth = p.inHeight = p.outHeight = p.inStride = INT32_MAX;
     check(zqCCSetParameter(handle, PARAM_CONVERT_DESC, &p) == CC_ERR_NO_MEMORY, "no memory", name, 0);
-    finish(name, 0);
+    memory::finish(name, 0);
   }
   begin(0);
   ConvertContext *handle = nullptr;
@@ -265,7 +167,7 @@ void hugeSizes() {
   ConvertParams p = description(3, 30, 1, 2, 0);
   p.inWidth = p.inHeight = p.outWidth = p.outHeight = INT32_MAX;
   check(zqCCSetParameter(handle, PARAM_CONVERT_DESC, &p) == CC_ERR_NO_MEMORY, "no memory for tables", name, 0);
-  finish(name, 0);
+  memory::finish(name, 0);
   // 15 words a position: 4294967310, which is 14 where sizes have 32 bits.
   begin(0);
   check(zqCCInit(&handle) == CC_OK, "zqCCInit", name, 0);
@@ -273,7 +175,7 @@ void hugeSizes() {
   p.inWidth = 2097152;
   p.outWidth = 286331154;
   check(zqCCSetParameter(handle, PARAM_CONVERT_DESC, &p) == CC_ERR_NO_MEMORY, "no memory for filters", name, 0);
-  finish(name, 0);
+  memory::finish(name, 0);
 }
 
 using Call = std::function<uint32_t()>;
@@ -286,7 +188,7 @@ void oneShot(const char *name, int leastBlocks, const Call &call) {
     begin(n);
     const uint32_t code = call();
     reached = failureReached();
-    finish(name, n);
+    memory::finish(name, n);
     if (reached) {
       check(code == (n == 1 ? CC_ERR_NO_MEMORY_ONESHOT : CC_ERR_NO_MEMORY), "the lack of memory is reported", name, n);
       check(outputUntouched(), "nothing is written", name, n);
@@ -338,7 +240,7 @@ void earlyReturns() {
   for (const Early &early : calls) {
     begin(0);
     const uint32_t code = early.call();
-    finish(early.name, 0);
+    memory::finish(early.name, 0);
     check(code == early.code, "the code", early.name, 0);
     check(outputUntouched(), "nothing is written", early.name, 0);
   }
@@ -353,10 +255,5 @@ int main() {
   hugeSizes();
   oneShots();
   earlyReturns();
-  if (failures != 0) {
-    std::fprintf(stderr, "%d of %d checks failed\n", failures, checks);
-    return 1;
-  }
-  std::printf("allocation failures: %d checks passed\n", checks);
-  return checks > 300 ? 0 : 1;
+  return memory::report(300);
 }

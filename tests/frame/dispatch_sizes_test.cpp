@@ -199,7 +199,7 @@ TEST_F(DispatchSizes, CutOutsTakeTheInputsChroma) {
 
 TEST_F(DispatchSizes, SizesBelowZeroAreNoPicture) {
   for (const auto &route : kRoutes) {
-    for (const auto &size : {std::array<int, 2>{-4, 16}, {16, -1}, {-1, 0}, {-3, -3}}) {
+    for (const auto &size : {std::array<int, 2>{-4, 16}, {16, -1}, {-1, 0}, {0, -1}, {-3, -3}}) {
       ConvertParams p = buffers_.describe(route[0], route[1]);
       ASSERT_EQ(setUp(p), CC_OK) << nameOf(p);
       p.inWidth = p.outWidth = size[0];
