@@ -1,4 +1,4 @@
-# Header, library, CMake package and pkg-config file.
+# Header, library, CMake package, pkg-config file, documents and examples.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zqColorConversion EXPORT zqColorConversionTargets
@@ -10,7 +10,7 @@ install(EXPORT zqColorConversionTargets NAMESPACE zqColorConversion::
 
 configure_package_config_file(cmake/zqColorConversionConfig.cmake.in zqColorConversionConfig.cmake
   INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/zqColorConversion)
-write_basic_package_version_file(zqColorConversionConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+write_basic_package_version_file(zqColorConversionConfigVersion.cmake COMPATIBILITY ${ZQCC_COMPATIBILITY})
 install(FILES ${PROJECT_BINARY_DIR}/zqColorConversionConfig.cmake
   ${PROJECT_BINARY_DIR}/zqColorConversionConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/zqColorConversion)
@@ -33,3 +33,9 @@ else()
 endif()
 configure_file(cmake/zqColorConversion.pc.in zqColorConversion.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zqColorConversion.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# As in the source tree, so that the links in the README hold.
+install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+file(GLOB documents CONFIGURE_DEPENDS docs/*.md)
+install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})

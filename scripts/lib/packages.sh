@@ -20,9 +20,36 @@ missing_packages() {
   done
 }
 
+# How many seconds to wait for another apt or dpkg that is at work.
+apt_patience=900
+
+# patient_apt_get ARGUMENT...: apt-get as root, quiet, after any other apt has ended. apt's own waiting covers the locks of
+# dpkg only; on those of the package lists and of the archive directory it fails at once, so it is called again.
+patient_apt_get() {
+  local as_root=() said status deadline=$((SECONDS + apt_patience)) waiting=
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  while true; do
+    status=0
+    said=$("${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
+      apt-get -o DPkg::Lock::Timeout="$((deadline > SECONDS ? deadline - SECONDS : 0))" "$@" 2>&1 >/dev/null) || status=$?
+    if [ "$status" -eq 0 ] || ! grep -q '^E: Could not get lock' <<<"$said"; then
+      break
+    fi
+    if [ "$SECONDS" -ge "$deadline" ]; then
+      said+=$'\n'"Another apt has kept its lock for $apt_patience seconds."
+      break
+    fi
+    [ -n "$waiting" ] || echo "Another apt is at work; waiting for it ..." >&2
+    waiting=yes
+    sleep 1
+  done
+  [ -z "$said" ] || printf '%s\n' "$said" >&2
+  return "$status"
+}
+
 # need_packages PACKAGE...: installs what is missing. Fails with a message that says what to do if it cannot.
 need_packages() {
-  local missing=() as_root=()
+  local missing=()
   if ! command -v dpkg >/dev/null || ! command -v apt-get >/dev/null; then
     echo "This is no Debian system; make sure that you have what these packages bring: $*" >&2
     return 0
@@ -31,18 +58,14 @@ need_packages() {
   if [ "${#missing[@]}" -eq 0 ]; then
     return 0
   fi
-  if [ "$(id -u)" -ne 0 ]; then
-    if ! command -v sudo >/dev/null; then
-      echo "These packages are missing, and installing them needs root or sudo. As root, run:" >&2
-      echo "  apt-get install --no-install-recommends ${missing[*]}" >&2
-      return 1
-    fi
-    as_root=(sudo)
+  if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+    echo "These packages are missing, and installing them needs root or sudo. As root, run:" >&2
+    echo "  apt-get install --no-install-recommends ${missing[*]}" >&2
+    return 1
   fi
   echo "Installing ${missing[*]} ..." >&2
-  "${as_root[@]}" apt-get update -qq >&2 &&
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-      apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null && return 0
-  echo "apt-get could not install ${missing[*]}; is the network up?" >&2
+  patient_apt_get update -qq &&
+    patient_apt_get install -y -qq --no-install-recommends "${missing[@]}" && return 0
+  echo "apt-get could not install ${missing[*]}; what it said stands above. Is the network up?" >&2
   return 1
 }

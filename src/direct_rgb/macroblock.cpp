@@ -1,5 +1,7 @@
 #include "direct_rgb/macroblock.h"
 
+#include "kernels/layouts.h"
+
 namespace zqcc {
 namespace {
 

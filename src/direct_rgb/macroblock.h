@@ -2,8 +2,8 @@
 // edge through an edge kernel.
 #pragma once
 
-#include "frame/routine.h"
-#include "kernels/tile.h"
+#include "base/job.h"
+#include "kernels/convert_rect.h"
 
 namespace zqcc {
 

@@ -1,16 +1,18 @@
 // Packed 4:2:2 to 16-bit RGB at the same size, upright or turned.
 #pragma once
 
-#include "frame/routine.h"
-#include "kernels/tile.h"
+#include "base/job.h"
+#include "base/turn.h"
+#include "kernels/convert_rect.h"
+#include "tables/packed_layout.h"
 
 namespace zqcc {
 
-/// Columns of PACKED_KERNELS.
-enum PackedTurn : unsigned { PACKED_UPRIGHT, PACKED_LEFT, PACKED_RIGHT, PACKED_HALF, PACKED_TURN_COUNT };
+/// Rows by packedVariant, columns by turn: the members of a row differ in placement only, those of a column in byte
+/// positions only.
+extern const TileKernel PACKED_KERNELS[kPackedVariants][4];
 
-/// Rows by packedVariant: the members of a row differ in placement only, those of a column in byte positions only.
-extern const TileKernel PACKED_KERNELS[kPackedVariants][PACKED_TURN_COUNT];
+inline constexpr PerTurn kPackedColumns{.upright = 0, .left = 1, .right = 2, .half = 3, .flip = 0};
 
 void convertPacked422ToRgb565(const Job &job);
 

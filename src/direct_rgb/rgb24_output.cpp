@@ -1,8 +1,9 @@
 #include "direct_rgb/rgb24_output.h"
 
+#include "base/picture_shape.h"
 #include "direct_rgb/macroblock.h"
-#include "frame/picture_shape.h"
-#include "kernels/tile.h"
+#include "kernels/convert_rect.h"
+#include "kernels/layouts.h"
 
 namespace zqcc {
 namespace {
@@ -22,35 +23,19 @@ PlaneView viewOf(const Job &job) {
   return job.isYuv420 ? Yuv420::view(p, p.outWidth, p.outHeight) : viewAs422(p);
 }
 
-bool hasPixels(const ConvertParams &p) {
-  return p.outWidth > 0 && p.outHeight > 0;
-}
-
-template <bool swapped, Turn turn>
-void convertPackedTurned(const ConvertParams &p, const PlaneView &view, const ColorMatrix &matrix) {
-  inBlocks(convertTile24<typename Packed422<swapped>::Layout, MatrixRgb24, turn>, view,
-           targetOf<turn, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
-           matrix);
-}
-
 template <bool swapped>
 void convertPacked(const ConvertParams &p, const PlaneView &view, const ColorMatrix &matrix) {
-  switch (p.rotation) {
-  case ROTATION_90_LEFT:
-    return convertPackedTurned<swapped, Turn::Left>(p, view, matrix);
-  case ROTATION_90_RIGHT:
-    return convertPackedTurned<swapped, Turn::Right>(p, view, matrix);
-  case ROTATION_180:
-    return convertPackedTurned<swapped, Turn::Half>(p, view, matrix);
-  default:
-    return convertPackedTurned<swapped, Turn::Upright>(p, view, matrix);
-  }
+  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turnOf(p.rotation), [&]<Turn turn>() {
+    inBlocks(convertTile24<typename Packed422<swapped>::Layout, MatrixRgb24, turn>, view,
+             targetOf<turn, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
+             matrix);
+  });
 }
 
 } // namespace
 
 void convertYuvToRgb24(const Job &job) {
-  if (job.params.rotation == ROTATION_FLIP_V) {
+  if (turnOf(job.params.rotation) == Turn::Flip) {
     convertFlippedYuvToRgb24(job);
   } else {
     convertMbYuvToRgb24(job);
@@ -58,28 +43,21 @@ void convertYuvToRgb24(const Job &job) {
 }
 
 void convertMbYuvToRgb24(const Job &job) {
-  if (hasPixels(job.params)) {
-    convertMacroblocks(job.params, viewOf(job), MB_KERNELS[MB_RGB24], *job.matrix);
-  }
+  convertMacroblocks(job.params, viewOf(job), MB_KERNELS[MB_RGB24], *job.matrix);
 }
 
 void convertFlippedYuvToRgb24(const Job &job) {
   const ConvertParams &p = job.params;
-  if (hasPixels(p)) {
-    convertTile24<Yuv420::Layout, MatrixRgb24, Turn::Flip>(
-        viewOf(job), targetOf<Turn::Flip, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight),
-        {0, 0, p.outWidth, p.outHeight}, *job.matrix);
-  }
+  convertTile24<Yuv420::Layout, MatrixRgb24, Turn::Flip>(
+      viewOf(job), targetOf<Turn::Flip, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight),
+      {0, 0, p.outWidth, p.outHeight}, *job.matrix);
 }
 
 void convertPacked422ToRgb24(const Job &job) {
   const ConvertParams &p = job.params;
-  if (!hasPixels(p)) {
-    return;
-  }
   const PackedLayout layout = packedLayout(job.packedVariant);
   const PlaneView view = packedView(p, p.outWidth, p.outHeight, layout, layout.left, false);
-  if (layout.left > layout.right) {
+  if (layout.isSwapped()) {
     convertPacked<true>(p, view, *job.matrix);
   } else {
     convertPacked<false>(p, view, *job.matrix);

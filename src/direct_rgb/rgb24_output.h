@@ -1,7 +1,7 @@
 // 24-bit RGB output at the same size, from planar and from packed YUV.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

@@ -1,7 +1,9 @@
 #include "direct_rgb/rotated.h"
 
+#include "base/picture_shape.h"
 #include "direct_rgb/macroblock.h"
-#include "kernels/tile.h"
+#include "kernels/convert_rect.h"
+#include "kernels/layouts.h"
 
 namespace zqcc {
 namespace {
@@ -52,38 +54,30 @@ void convertRegions(const Job &job, const PlaneView &blockView, const PlaneView 
 template <class BlockSource, class StripSource, class BlockArithmetic, class StripArithmetic, Turn turn>
 void convertTurned(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.outWidth <= 0 || p.outHeight <= 0) {
-    return;
-  }
   constexpr TurnedKernels kernels{convertTile<typename BlockSource::Layout, BlockArithmetic, turn>,
                                   convertStrip<StripArithmetic, turn>};
   convertRegions<turn>(job, BlockSource::view(p, p.outWidth, p.outHeight),
                        StripSource::view(p, p.outWidth, p.outHeight), kernels);
 }
 
-// The table index is rotation - 3: left, right, half turn.
-constexpr uint32_t kTurnCount = 3;
-
 template <class BlockSource, class StripSource, class BlockArithmetic, class StripArithmetic>
-constexpr Routine kTurned[kTurnCount] = {
-    convertTurned<BlockSource, StripSource, BlockArithmetic, StripArithmetic, Turn::Left>,
-    convertTurned<BlockSource, StripSource, BlockArithmetic, StripArithmetic, Turn::Right>,
-    convertTurned<BlockSource, StripSource, BlockArithmetic, StripArithmetic, Turn::Half>,
-};
+void convertRotated(const Job &job) {
+  withTurn<Turn::Left, Turn::Right, Turn::Half>(turnOf(job.params.rotation), [&job]<Turn turn>() {
+    convertTurned<BlockSource, StripSource, BlockArithmetic, StripArithmetic, turn>(job);
+  });
+}
 
 template <class BlockSource, class StripSource>
 void convertRotatedYuv(const Job &job) {
-  kTurned<BlockSource, StripSource, StudioSixBit, StudioFiveSix>[job.params.rotation - ROTATION_90_LEFT](job);
+  convertRotated<BlockSource, StripSource, StudioSixBit, StudioFiveSix>(job);
 }
 
 template <class Source, class Arithmetic>
 void convertFlipped(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.outWidth <= 0 || p.outHeight <= 0) {
-    return;
-  }
+  const PictureSize planes = planesSize(p);
   convertTile<typename Source::Layout, Arithmetic, Turn::Flip>(
-      Source::view(p, p.outWidth, p.outHeight),
+      Source::view(p, planes.width, planes.height),
       targetOf<Turn::Flip, 2>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
       *job.matrix);
 }
@@ -115,7 +109,7 @@ void convertRotatedMbYuvQuarterHeightToRgb565(const Job &job) {
 }
 
 void convertRotatedPlanarRgbToRgb565(const Job &job) {
-  kTurned<Yuv444, Yuv444, PackRgb, PackRgb>[job.params.rotation - ROTATION_90_LEFT](job);
+  convertRotated<Yuv444, Yuv444, PackRgb, PackRgb>(job);
 }
 
 void convertFlippedYuv420ToRgb565(const Job &job) {

@@ -1,7 +1,7 @@
 // Same-size conversion with a quarter or half turn, and the top-bottom flip.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

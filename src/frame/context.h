@@ -14,7 +14,7 @@ struct ConvertContext {
   int32_t *yTable;
   uint8_t *uvBuf[2];
   uint8_t *rotBuf[3];
-  uint8_t *auxBuf;
+  uint8_t *auxBuf; ///< always null: nothing needs it, but the record's layout has a place for one more buffer
   const zqcc::ColorMatrix *matrix; ///< last selected through this handle; recorded only
   ConvertParams params;
 };

@@ -1,7 +1,8 @@
 #include "frame/dispatch.h"
 
+#include "base/picture_shape.h"
+#include "base/turn.h"
 #include "frame/frame_check.h"
-#include "frame/picture_shape.h"
 #include "frame/route.h"
 #include "sameformat/plane_rotation.h"
 #include "yuv/yuv_to_yuv.h"
@@ -45,7 +46,7 @@ ConvertParams splitChroma(const ConvertContext &context, const ConvertParams &pa
 
 /// The frame turned by a quarter into the context's planes, each by its own geometry.
 ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &params) {
-  const auto rotate = params.rotation == ROTATION_90_LEFT ? rotatePlaneLeft : rotatePlaneRight;
+  const auto rotate = turnOf(params.rotation) == Turn::Left ? rotatePlaneLeft : rotatePlaneRight;
   const ChromaShape chroma = chromaShape(params.inType, params.inWidth, params.inHeight, params.inStride);
   rotate(params.inBuf[0], context.rotBuf[0], params.inWidth, params.inHeight, params.inStride, params.inHeight);
   ConvertParams turned = turnedDescription(params);

@@ -1,18 +1,13 @@
 #include "frame/frame_check.h"
 
-#include "frame/picture_shape.h"
+#include "base/picture_shape.h"
+#include "base/table_format.h"
+#include "base/turn.h"
 
 namespace zqcc {
 namespace {
 
 constexpr int64_t kLargestFactor = 1024;
-/// Run-length tables hold source positions in 16 bits.
-constexpr int32_t kRunLengthLimit = 65536;
-
-struct Size {
-  int32_t width;
-  int32_t height;
-};
 
 bool enlargesTooMuch(int32_t in, int32_t out) {
   return out > in * kLargestFactor;
@@ -50,7 +45,7 @@ bool prePassReadsChroma(const ConvertParams &p, const Route &route) {
   return route.prePass == PrePass::TurnPlanes || (route.prePass == PrePass::SplitChroma && p.inHeight >= 2);
 }
 
-bool hasSamples(int32_t type, const Size &size) {
+bool hasSamples(int32_t type, const PictureSize &size) {
   if (!isPlanar(type) && !isSemiPlanar(type)) {
     return true;
   }
@@ -58,17 +53,16 @@ bool hasSamples(int32_t type, const Size &size) {
   return chroma.columns > 0 && chroma.lines > 0;
 }
 
-Size inputSize(const ConvertParams &p) {
+PictureSize inputSize(const ConvertParams &p) {
   return {p.inWidth, p.inHeight};
 }
-Size outputSize(const ConvertParams &p) {
+PictureSize outputSize(const ConvertParams &p) {
   return {p.outWidth, p.outHeight};
 }
 
-/// The source picture's size: a routine that keeps the size takes it from the output fields.
-Size sourceSize(const ConvertParams &seen, const Route &route) {
-  const bool resizes = seen.isResize == 1 && route.scales;
-  return resizes || route.sizedByInput ? inputSize(seen) : outputSize(seen);
+/// The source picture's size.
+PictureSize sourceSize(const ConvertParams &seen, const Route &route) {
+  return route.sizedByInput ? inputSize(seen) : planesSize(seen);
 }
 
 /// Every plane that is read or written is there, and no chroma plane is so small that it holds no sample.
@@ -86,8 +80,14 @@ bool planesSuffice(const ConvertParams &p, const Route &route) {
   if (route.fromLastInputLine && !hasSamples(p.inType, {sourceSize(seen, route).width, p.inHeight})) {
     return false;
   }
-  const Size written = p.isResize == 0 && route.sizedByInput ? inputSize(p) : outputSize(seen);
-  return !chroma || (hasSamples(seen.inType, sourceSize(seen, route)) && hasSamples(p.outType, written));
+  const PictureSize written = p.isResize == 0 && route.sizedByInput ? inputSize(p) : outputSize(seen);
+  if (!chroma) {
+    return true;
+  }
+  if (route.ownPairs) {
+    return sourceSize(seen, route).height >= 2 && written.height >= 2; // one column is a pair already
+  }
+  return hasSamples(seen.inType, sourceSize(seen, route)) && hasSamples(p.outType, written);
 }
 
 bool sameDescription(const ConvertParams &a, const ConvertParams &b) {
@@ -128,7 +128,7 @@ bool splitScratchFits(const ConvertContext &context, const ConvertParams &p, con
 }
 
 bool sizesAreThere(const ConvertParams &p, const Route &route) {
-  const Size size = sourceSize(p, route);
+  const PictureSize size = sourceSize(p, route);
   return size.width > 0 && size.height > 0 && (!route.fromLastInputLine || p.inHeight > 0);
 }
 
@@ -151,7 +151,7 @@ bool stridesArePossible(const ConvertParams &p, const Route &route) {
   if (!route.fromStrideEnd) {
     return true;
   }
-  const int64_t pixels = p.rotation == ROTATION_90_RIGHT ? p.outHeight : p.outWidth;
+  const int64_t pixels = turnOf(p.rotation) == Turn::Right ? p.outHeight : p.outWidth;
   return p.outStride >= (isRgb16(p.outType) ? 2 * pixels : pixels);
 }
 
@@ -173,7 +173,7 @@ bool sizesArePossible(const ConvertParams &p) {
 }
 
 bool isEmptyPicture(const ConvertParams &params, const Route &route) {
-  const Size size = sourceSize(params, route);
+  const PictureSize size = sourceSize(params, route);
   return params.isResize == 0 && (size.width == 0 || size.height == 0) && size.width >= 0 && size.height >= 0;
 }
 

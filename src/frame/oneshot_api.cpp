@@ -1,8 +1,8 @@
 // The one-shot functions: lay out a record from one buffer pointer a side, set up, convert, release.
+#include "base/picture_shape.h"
 #include "frame/context.h"
 #include "frame/dispatch.h"
 #include "frame/oneshot_layout.h"
-#include "frame/picture_shape.h"
 #include "frame/route.h"
 #include "frame/setup.h"
 #include "tables/color_matrix.h"

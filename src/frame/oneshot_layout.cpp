@@ -1,6 +1,6 @@
 #include "frame/oneshot_layout.h"
 
-#include "frame/picture_shape.h"
+#include "base/picture_shape.h"
 
 namespace zqcc {
 namespace {

@@ -3,18 +3,15 @@
 namespace zqcc {
 namespace {
 
-constexpr int32_t kWhole = 1024;
 constexpr std::size_t kSpare = 4;
-constexpr int kTaps = 5;
-constexpr int kBoxWords = 15;
-constexpr int32_t kBlock = 16;
+constexpr int kTaps = static_cast<int>(kFilterTaps);
 
 double factorOf(const Axis &axis) {
   return static_cast<double>(axis.source) / static_cast<double>(axis.positions);
 }
 
 int32_t fractionOf(float position, int32_t whole) {
-  return static_cast<int32_t>((position - static_cast<float>(whole)) * 1024.0F);
+  return static_cast<int32_t>((position - static_cast<float>(whole)) * static_cast<float>(kWholeWeight));
 }
 
 /// Truncated towards zero. A single-precision position near the end of the largest lines rounds up to 2^31.
@@ -28,38 +25,41 @@ float positionOf(int32_t i, double factor) {
   return static_cast<float>(static_cast<double>(i) * factor);
 }
 
-void writeTriple(int32_t *triple, int32_t index, int32_t next) {
-  triple[0] = index;
-  triple[1] = next;
-  triple[2] = kWhole - next;
+void writeTap(int32_t *tap, int32_t index, int32_t next) {
+  tap[0] = index;
+  tap[1] = next;
+  tap[2] = kWholeWeight - next;
 }
 
 /// At the end of the line the last two samples count equally. A position between -1 and 0 truncates to 0 and has a
 /// negative weight.
-void writeBilinear(int32_t *triple, float position, int32_t source) {
+void writeBilinear(int32_t *tap, float position, int32_t source) {
   const int32_t index = wholeOf(position);
   if (index < source - 1) {
-    writeTriple(triple, index, fractionOf(position, index));
+    writeTap(tap, index, fractionOf(position, index));
   } else {
-    writeTriple(triple, source - 2, kWhole / 2);
+    writeTap(tap, source - 2, kWholeWeight / 2);
   }
 }
 
 } // namespace
 
 uint64_t tableWords(TableFormat format, const Axis &axis, uint32_t antiAlias) {
+  constexpr auto kOneTap = static_cast<uint64_t>(kTapWords);
+  constexpr auto kFifteenWords = static_cast<uint64_t>(kBoxWords); // of five taps or of a box
+  static_assert(kBoxWords == kEntryWords<kFilterTaps>);
   const auto n = static_cast<uint64_t>(axis.positions);
   switch (format) {
   case TableFormat::Nearest:
   case TableFormat::RunLength:
-    return (antiAlias != 0 ? 15U : 3U) * n + kSpare;
+    return (antiAlias != 0 ? kFifteenWords : kOneTap) * n + kSpare;
   case TableFormat::Bilinear:
-    return 3 * n + kSpare;
+    return kOneTap * n + kSpare;
   case TableFormat::Filtered:
   case TableFormat::Box:
-    return 15 * n + kSpare;
+    return kFifteenWords * n + kSpare;
   case TableFormat::Grouped:
-    return 3 * n + static_cast<uint64_t>(axis.source / kBlock) + 2;
+    return kOneTap * n + static_cast<uint64_t>(axis.source / kGroupSpan) + 2;
   case TableFormat::None:
     break;
   }
@@ -67,13 +67,13 @@ uint64_t tableWords(TableFormat format, const Axis &axis, uint32_t antiAlias) {
 }
 
 int64_t stepOf(const Axis &axis) {
-  return static_cast<int64_t>(factorOf(axis) * 1024.0);
+  return static_cast<int64_t>(factorOf(axis) * kWholeWeight);
 }
 
 void buildNearest(int32_t *table, const Axis &axis) {
   const int64_t step = stepOf(axis);
   for (int32_t i = 0; i < axis.positions; ++i) {
-    table[i] = static_cast<int32_t>((i * step) >> 10);
+    table[i] = static_cast<int32_t>((i * step) >> kWeightBits);
   }
   for (std::size_t k = 0; k < kSpare; ++k) {
     table[static_cast<std::size_t>(axis.positions) + k] = 255;
@@ -82,7 +82,7 @@ void buildNearest(int32_t *table, const Axis &axis) {
 
 void buildBilinear(int32_t *table, const Axis &axis) {
   const double factor = factorOf(axis);
-  for (int32_t i = 0; i < axis.positions; ++i, table += 3) {
+  for (int32_t i = 0; i < axis.positions; ++i, table += kTapWords) {
     writeBilinear(table, positionOf(i, factor), axis.source);
   }
 }
@@ -94,11 +94,11 @@ void buildFiltered(int32_t *table, const Axis &axis, Direction direction, uint32
   const float lines[kTaps] = {0.0F, -narrow, -wide, narrow, wide};
   const float *offsets = direction == Direction::Horizontal ? columns : lines;
   const double factor = factorOf(axis);
-  for (int32_t i = 0; i < axis.positions; ++i, table += 3 * kTaps) {
+  for (int32_t i = 0; i < axis.positions; ++i, table += kEntryWords<kFilterTaps>) {
     const float p = positionOf(i, factor);
     for (int t = 0; t < kTaps; ++t) {
       const float q = p + offsets[t];
-      writeBilinear(table + 3 * t, wholeOf(q) < 0 ? p : q, axis.source);
+      writeBilinear(table + t * kTapWords, wholeOf(q) < 0 ? p : q, axis.source);
     }
   }
 }
@@ -112,7 +112,7 @@ void buildBox(int32_t *table, const Axis &axis, int32_t spacing) {
   const int64_t step = stepOf(axis);
   const auto reach = static_cast<int64_t>(factorOf(axis));
   for (int32_t i = 0; i < axis.positions; ++i, table += kBoxWords) {
-    const int64_t start = i * step / 1024 + 1;
+    const int64_t start = i * step / kWholeWeight + 1;
     for (int64_t j = 0; j < kBoxWords; ++j) {
       const int64_t index = start + j * spacing;
       const bool inside = index <= axis.source - 1 && j * spacing < reach;
@@ -123,14 +123,14 @@ void buildBox(int32_t *table, const Axis &axis, int32_t spacing) {
 
 void buildGrouped(int32_t *table, const Axis &axis) {
   const float factor = static_cast<float>(axis.source) / static_cast<float>(axis.positions);
-  int32_t groupsLeft = (axis.source + kBlock - 1) / kBlock - 1;
-  int32_t limit = kBlock - 1;
+  int32_t groupsLeft = (axis.source + kGroupSpan - 1) / kGroupSpan - 1;
+  int32_t limit = kGroupSpan - 1;
   int32_t *count = table;
-  int32_t *triple = table + 1;
+  int32_t *tap = table + 1;
   const auto openGroup = [&] {
-    count = triple++;
+    count = tap++;
     *count = 0;
-    limit += kBlock;
+    limit += kGroupSpan;
     --groupsLeft;
   };
   *count = 0;
@@ -143,8 +143,8 @@ void buildGrouped(int32_t *table, const Axis &axis) {
     if (closes && i % 2 == 0) {
       openGroup();
     }
-    writeTriple(triple, index, fractionOf(p, whole));
-    triple += 3;
+    writeTap(tap, index, fractionOf(p, whole));
+    tap += kTapWords;
     ++*count;
     if (closes && i % 2 != 0) {
       openGroup();
@@ -159,13 +159,13 @@ void buildRunLengthColumns(int32_t *table, const Axis &axis) {
   const int64_t step = stepOf(axis);
   int64_t previous = -1;
   for (int32_t i = 0; i < axis.positions; ++i) {
-    const int64_t index = (i * step) >> 10;
+    const int64_t index = (i * step) >> kWeightBits;
     uint32_t flags = 0;
     if (index != previous) {
-      // 2: another luma sample; 1: another chroma sample, that is, an even column or a jump over one.
-      flags = index - previous > 1 || index % 2 == 0 ? 3 : 2;
+      // Another chroma sample comes with an even column or a jump over one.
+      flags = index - previous > 1 || index % 2 == 0 ? kNewPixel | kNewChroma : kNewPixel;
     }
-    table[i] = static_cast<int32_t>(static_cast<uint32_t>(index) << 16 | flags);
+    table[i] = static_cast<int32_t>(static_cast<uint32_t>(index) << kRunColumnShift | flags);
     previous = index;
   }
 }
@@ -173,7 +173,7 @@ void buildRunLengthColumns(int32_t *table, const Axis &axis) {
 void buildRunLengthLines(int32_t *table, const Axis &axis) {
   const int64_t step = stepOf(axis);
   const int64_t n = axis.positions;
-  const auto line = [step](int64_t j) { return static_cast<int32_t>((j * step) >> 10); };
+  const auto line = [step](int64_t j) { return static_cast<int32_t>((j * step) >> kWeightBits); };
   int64_t j = 0;
   for (;;) {
     const int32_t s = line(j);
@@ -194,7 +194,7 @@ void buildRunLengthLines(int32_t *table, const Axis &axis) {
       *table++ = -leading;
     }
     if (t - s < 2 && s % 2 == 0) {
-      *table++ = s | 0x10000;
+      *table++ = s | kLinePair;
     } else {
       *table++ = s;
       *table++ = t;

@@ -1,23 +1,13 @@
-// Resampling tables: where every output position of one direction takes its samples from, and with which weights.
-// Weights are out of 1024. All floating point of the library is here.
+// Building resampling tables; their formats stand in base/table_format.h. Positions are computed in floating point,
+// which the library uses here and for custom matrices only.
 #pragma once
 
-#include "zqColorConversion.h"
+#include "base/table_format.h"
 
 #include <cstddef>
 #include <cstdint>
 
 namespace zqcc {
-
-enum class TableFormat {
-  None,
-  Nearest,   ///< one word a position: the source index
-  Bilinear,  ///< {index, weight of index + 1, weight of index} a position
-  Filtered,  ///< five such triples a position
-  Box,       ///< fifteen source indices a position, -1 for none
-  Grouped,   ///< ceil(source / 16) groups: a count, then as many triples
-  RunLength, ///< horizontal: index and flags; vertical: line instructions
-};
 
 enum class Direction { Horizontal, Vertical };
 

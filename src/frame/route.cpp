@@ -1,17 +1,17 @@
 #include "frame/route.h"
 
-#include "frame/picture_shape.h"
+#include "base/picture_shape.h"
+#include "base/turn.h"
 #include "frame/routine_tables.h"
+#include "tables/packed_layout.h"
 #include "yuv/yuv_to_yuv.h"
 
 namespace zqcc {
 namespace {
 
-bool isQuarterTurn(uint32_t rotation) {
-  return rotation == ROTATION_90_LEFT || rotation == ROTATION_90_RIGHT;
-}
-bool isTurn(uint32_t rotation) {
-  return isQuarterTurn(rotation) || rotation == ROTATION_180;
+/// A quarter or half turn.
+bool isRotation(Turn turn) {
+  return isQuarterTurn(turn) || turn == Turn::Half;
 }
 
 Route refused(uint32_t code) {
@@ -37,8 +37,7 @@ TableFormat byQuality(uint32_t antiAlias, TableFormat plain) {
   return antiAlias == 3 ? TableFormat::Box : TableFormat::Filtered;
 }
 
-// --- Same format
-// ------------------------------------------------------------------------------------------------------
+// --- Same format -----------------------------------------------------------------------------------------------------
 
 /// Row of the planar and RGB tables. Quality without resizing lands in a row whose routines read tables that were never
 /// built, and is refused.
@@ -55,56 +54,57 @@ Route samePlanar420(const ConvertParams &p) {
   if (row == kNoRow) {
     return refused(CC_ERR_ARGUMENT);
   }
-  const uint32_t column =
-      p.rotation == ROTATION_180 ? SAME_HALF : (isQuarterTurn(p.rotation) ? SAME_QUARTER : SAME_UPRIGHT);
-  const TableFormat plain = isTurn(p.rotation) ? TableFormat::Nearest : TableFormat::Bilinear;
-  Route route = served(SAME_PLANAR420[3 * row + column], byQuality(p.antiAlias, plain));
-  route.sizedByInput = p.isResize == 1 || column != SAME_UPRIGHT;
-  route.fromStrideEnd = p.isResize == 1 && column == SAME_HALF;
+  const Turn turn = turnOf(p.rotation);
+  const TableFormat plain = isRotation(turn) ? TableFormat::Nearest : TableFormat::Bilinear;
+  Route route = served(SAME_PLANAR420[kPlanar420Columns[turn] + 3 * row], byQuality(p.antiAlias, plain));
+  route.sizedByInput = p.isResize == 1 || isRotation(turn);
+  route.fromStrideEnd = p.isResize == 1 && turn == Turn::Half;
   return route;
 }
 
-Route sameRgb16(const ConvertParams &p, uint32_t quarter) {
+Route sameRgb16(const ConvertParams &p) {
   const uint32_t row = rowOf(p);
   if (row == kNoRow) {
     return refused(CC_ERR_ARGUMENT);
   }
-  return served(SAME_RGB16[quarter + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
+  return served(SAME_RGB16[kSameFormatColumns[turnOf(p.rotation)] + 2 * row],
+                byQuality(p.antiAlias, TableFormat::Grouped));
 }
 
-Route samePacked422(const ConvertParams &p, uint32_t quarter) {
-  const bool swappedLuma = p.inType >= COLOR_YUV422_YUYV2;
+Route samePacked422(const ConvertParams &p) {
+  const Turn turn = turnOf(p.rotation);
   TableFormat tables = TableFormat::Nearest;
-  if (quarter == SAME_UPRIGHT) {
-    tables = swappedLuma ? TableFormat::Bilinear : byQuality(p.antiAlias, TableFormat::Bilinear);
+  if (!isQuarterTurn(turn)) {
+    const bool swapped = packedLayout(packedVariantOf(p.inType)).isSwapped();
+    tables = swapped ? TableFormat::Bilinear : byQuality(p.antiAlias, TableFormat::Bilinear);
   }
-  return served(SAME_PACKED422[quarter + 2 * p.isResize], tables);
+  return served(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables);
 }
 
 Route sameFormatRoute(const ConvertParams &p) {
   if (p.antiAlias > 2) {
     return refused(CC_ERR_ARGUMENT);
   }
-  const uint32_t quarter = isQuarterTurn(p.rotation) ? SAME_QUARTER : SAME_UPRIGHT;
+  const Turn turn = turnOf(p.rotation);
   Route route;
   if (isPlanar420(p.inType)) {
     route = samePlanar420(p);
   } else if (isRgb16(p.inType)) {
-    route = sameRgb16(p, quarter);
+    route = sameRgb16(p);
   } else if (isSemiPlanar(p.inType)) {
-    route = served(SAME_SEMI_PLANAR[quarter + 2 * p.isResize], TableFormat::Nearest);
+    route = served(SAME_SEMI_PLANAR[kSameFormatColumns[turn] + 2 * p.isResize], TableFormat::Nearest);
+    route.ownPairs = !isQuarterTurn(turn);
   } else if (isPacked422(p.inType)) {
-    route = samePacked422(p, quarter);
+    route = samePacked422(p);
   } else {
     return refused(CC_ERR_IN_TYPE);
   }
-  route.fromLastInputLine = p.rotation == ROTATION_90_RIGHT && (isSemiPlanar(p.inType) || isPacked422(p.inType));
-  route.copies = p.isResize == 0 && !isQuarterTurn(p.rotation) && !(isPlanar420(p.inType) && isTurn(p.rotation));
+  route.fromLastInputLine = turn == Turn::Right && (isSemiPlanar(p.inType) || isPacked422(p.inType));
+  route.copies = p.isResize == 0 && !isQuarterTurn(turn) && !(isPlanar420(p.inType) && turn == Turn::Half);
   return route;
 }
 
-// --- Conversions
-// ------------------------------------------------------------------------------------------------------
+// --- Conversions -----------------------------------------------------------------------------------------------------
 
 PlanarKind kindOf(int32_t type) {
   switch (type) {
@@ -124,33 +124,28 @@ PlanarKind kindOf(int32_t type) {
 }
 
 Route directToRgb565(const ConvertParams &p) {
-  uint32_t column = isTurn(p.rotation) ? DIRECT_TURNED : DIRECT_UPRIGHT;
-  if (p.rotation == ROTATION_FLIP_V) {
-    column = DIRECT_FLIPPED;
-  }
-  Route route = served(PLANAR_TO_RGB565[kindOf(p.inType)][column], TableFormat::None);
+  const Turn turn = turnOf(p.rotation);
+  Route route = served(PLANAR_TO_RGB565[kindOf(p.inType)][kDirectColumns[turn]], TableFormat::None);
   route.scales = false;
-  route.fromStrideEnd = p.rotation == ROTATION_180 || p.rotation == ROTATION_90_RIGHT;
+  route.fromStrideEnd = turn == Turn::Half || turn == Turn::Right;
   return route;
 }
 
 /// Types with members for every turn: the turned ones read grouped tables whatever the quality.
-Route turnedOrFiltered(const ConvertParams &p, uint32_t turned, uint32_t filtered, uint32_t plain) {
-  if (isTurn(p.rotation)) {
-    Route route = served(RESIZE_TO_RGB565[turned], TableFormat::Grouped);
-    route.fromStrideEnd = p.rotation == ROTATION_180;
-    return route;
+Route turnedOrFiltered(const ConvertParams &p, uint32_t plain, uint32_t filtered) {
+  const Turn turn = turnOf(p.rotation);
+  if (!isRotation(turn) && p.antiAlias != 0) {
+    return served(RESIZE_TO_RGB565[filtered], byQuality(p.antiAlias, TableFormat::Grouped));
   }
-  return served(RESIZE_TO_RGB565[p.antiAlias != 0 ? filtered : plain], byQuality(p.antiAlias, TableFormat::Grouped));
+  Route route = served(RESIZE_TO_RGB565[plain], TableFormat::Grouped);
+  route.fromStrideEnd = turn == Turn::Half;
+  return route;
 }
 
 Route resizeYuv420Or422(const ConvertParams &p) {
-  const uint32_t ratio = ratioClassOf(p);
-  uint32_t turned = RESIZE_ROT5;
-  if (isQuarterTurn(p.rotation)) {
-    turned = (p.rotation == ROTATION_90_LEFT ? RESIZE_ROT3 : RESIZE_ROT4) + ratio;
-  }
-  return turnedOrFiltered(p, turned, RESIZE_FILTERED, RESIZE_UPRIGHT + ratio);
+  const Turn turn = turnOf(p.rotation);
+  const uint32_t ratio = turn == Turn::Half ? RATIO_GENERAL : ratioClassOf(p); // one half turn serves all ratios
+  return turnedOrFiltered(p, RESIZE_YUV420_OR_422 + kResizeYuvEntries[turn] + ratio, RESIZE_FILTERED);
 }
 
 Route resizeToRgb565(const ConvertParams &p) {
@@ -166,8 +161,7 @@ Route resizeToRgb565(const ConvertParams &p) {
   case KIND_QUARTER_HEIGHT:
     return served(RESIZE_TO_RGB565[RESIZE_QUARTER_HEIGHT + filtered], tables);
   case KIND_PLANAR_RGB:
-    return turnedOrFiltered(p, RESIZE_PLANAR_RGB_TURNED + p.rotation - ROTATION_90_LEFT, RESIZE_PLANAR_RGB + 1,
-                            RESIZE_PLANAR_RGB);
+    return turnedOrFiltered(p, RESIZE_PLANAR_RGB + kResizePlanarRgbEntries[turnOf(p.rotation)], RESIZE_PLANAR_RGB + 1);
   default:
     return resizeYuv420Or422(p);
   }
@@ -190,7 +184,7 @@ Route planarRoute(const ConvertParams &p) {
   if (!isRgb16(p.outType)) {
     return refused(CC_ERR_OUT_TYPE);
   }
-  return p.rotation == ROTATION_FLIP_V || p.isResize == 0 ? directToRgb565(p) : resizeToRgb565(p);
+  return turnOf(p.rotation) == Turn::Flip || p.isResize == 0 ? directToRgb565(p) : resizeToRgb565(p);
 }
 
 /// Converts what the planes are once turned; the flip is no quarter turn, so it never meets the pre-pass.
@@ -211,7 +205,7 @@ Route semiPlanarRoute(const ConvertParams &p) {
 Route packedRoute(const ConvertParams &p) {
   if (isRgb16(p.outType)) {
     Route route = served(PACKED422_TO_RGB16[p.isResize], TableFormat::Nearest);
-    route.fromStrideEnd = p.isResize == 0 && p.rotation == ROTATION_180;
+    route.fromStrideEnd = p.isResize == 0 && turnOf(p.rotation) == Turn::Half;
     return route;
   }
   if (p.outType == COLOR_RGB24) {
@@ -224,8 +218,7 @@ Route rgb24Route(const ConvertParams &p) {
   if (p.outType != COLOR_RGB565) {
     return {}; // succeeds without a word: there is nothing to convert to
   }
-  const uint32_t turn = p.rotation == ROTATION_90_LEFT ? 1 : (p.rotation == ROTATION_90_RIGHT ? 2 : 0);
-  return served(RGB24_TO_RGB565[3 * p.isResize + turn], TableFormat::Grouped);
+  return served(RGB24_TO_RGB565[kRgb24Columns[turnOf(p.rotation)] + 3 * p.isResize], TableFormat::Grouped);
 }
 
 Route conversionRoute(const ConvertParams &p) {
@@ -233,7 +226,7 @@ Route conversionRoute(const ConvertParams &p) {
     return semiPlanarRoute(p);
   }
   if (isPlanar(p.inType)) {
-    const bool turnsPlanes = p.isResize == 1 && isOtherChroma(p.inType) && isQuarterTurn(p.rotation);
+    const bool turnsPlanes = p.isResize == 1 && isOtherChroma(p.inType) && isQuarterTurn(turnOf(p.rotation));
     return turnsPlanes ? turnedPlanarRoute(p) : planarRoute(p);
   }
   if (isPacked422(p.inType)) {

@@ -2,8 +2,8 @@
 // dispatch both ask here, so they cannot disagree.
 #pragma once
 
-#include "frame/resample_tables.h"
-#include "frame/routine.h"
+#include "base/job.h"
+#include "base/table_format.h"
 
 #include <cstdint>
 
@@ -33,6 +33,7 @@ struct Route {
   bool copies = false;            ///< samples go over as they are, upright: a single line has no chroma to move
   bool sizedByInput = false;      ///< without resizing, too, the picture's size is that of the input fields
   bool fromLastInputLine = false; ///< starts at the last line that inHeight tells of, with or without resizing
+  bool ownPairs = false;          ///< the lone last column of an odd semi-planar picture has a chroma pair of its own
   bool fromStrideEnd = false;     ///< the picture, or a part of it, is placed from the end of each output line's stride
 };
 

@@ -12,6 +12,7 @@
 #include "resize_rgb/rgb24_output.h"
 #include "resize_rgb/special_ratio.h"
 #include "sameformat/packed422.h"
+#include "sameformat/packed422_resize.h"
 #include "sameformat/planar420.h"
 #include "sameformat/rgb16.h"
 #include "sameformat/semi_planar.h"
@@ -88,7 +89,7 @@ constexpr Routine kResizeToRgb565[] = {
     resizePlanarRgbToRgb565Rot5,
 };
 
-constexpr Routine kPlanarToRgb565[][DIRECT_COUNT] = {
+constexpr Routine kPlanarToRgb565[][3] = {
     {convertMbYuv420ToRgb565, convertRotatedMbYuv420ToRgb565, convertFlippedYuv420ToRgb565},
     {convertMbYuv444ToRgb565, convertRotatedMbYuv444ToRgb565, convertFlippedYuv444ToRgb565},
     {convertMbYuv440ToRgb565, convertRotatedMbYuv440ToRgb565, convertFlippedYuv440ToRgb565},
@@ -110,8 +111,9 @@ const Routine (&PACKED422_TO_RGB16)[2] = kPacked422ToRgb16;
 const Routine (&PACKED422_TO_RGB24)[2] = kPacked422ToRgb24;
 const Routine (&RGB24_TO_RGB565)[6] = kRgb24ToRgb565;
 const Routine (&RESIZE_TO_RGB565)[30] = kResizeToRgb565;
-const Routine (&PLANAR_TO_RGB565)[KIND_COUNT][DIRECT_COUNT] = kPlanarToRgb565;
+const Routine (&PLANAR_TO_RGB565)[KIND_COUNT][3] = kPlanarToRgb565;
 
-static_assert(RESIZE_ROT5 == RESIZE_UPRIGHT + 3 * RATIO_CLASS_COUNT && RESIZE_PLANAR_RGB + 5 == 30);
+static_assert(kResizeYuvEntries.half == 3 * RATIO_CLASS_COUNT &&
+              RESIZE_PLANAR_RGB + kResizePlanarRgbEntries.half == 29);
 
 } // namespace zqcc

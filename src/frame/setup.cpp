@@ -1,8 +1,8 @@
 #include "frame/setup.h"
 
+#include "base/picture_shape.h"
 #include "frame/aligned_memory.h"
 #include "frame/frame_check.h"
-#include "frame/picture_shape.h"
 #include "frame/resample_tables.h"
 #include "frame/route.h"
 

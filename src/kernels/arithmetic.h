@@ -186,8 +186,8 @@ struct MatrixDither : Matrix {
   using Matrix::Matrix;
   template <int line, int column>
   [[nodiscard]] uint32_t pixel(const ColorTerms &t, int32_t y) const {
-    constexpr int l = pairsLines(turn) ? column : line;
-    constexpr int neighbour = pairsLines(turn) ? line : column;
+    constexpr int l = isQuarterTurn(turn) ? column : line;
+    constexpr int neighbour = isQuarterTurn(turn) ? line : column;
     constexpr int c = pairsBackwards(turn) ? 1 - neighbour : neighbour;
     return packRgb565(five[(y + t.red + kDitherRed[l][c]) >> 3], six[(y + t.green + kDitherGreen[l][c]) >> 2],
                       five[(y + t.blue + kDitherBlue[l][c]) >> 3]);

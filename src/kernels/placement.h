@@ -1,13 +1,14 @@
 // Where the pixels of a picture go: source pixel (x, y) lands at origin + x * dx + y * dy, and pixels that become
-// neighbours in an output line are stored two to a word.
+// neighbours in an output line are stored two to a word. Quarter turns make neighbours of two source lines, the other
+// placements of two source columns.
 #pragma once
+
+#include "base/turn.h"
 
 #include <cstddef>
 #include <cstdint>
 
 namespace zqcc {
-
-enum class Turn { Upright, Left, Right, Half, Flip };
 
 /// Pixels [left, right) x [top, bottom) of the source; left and top are even.
 struct Rect {
@@ -22,11 +23,6 @@ struct Target {
   uint8_t *origin;
   std::ptrdiff_t stride;
 };
-
-/// Quarter turns make neighbours of two source lines, the other placements of two source columns.
-constexpr bool pairsLines(Turn turn) {
-  return turn == Turn::Left || turn == Turn::Right;
-}
 
 /// The second pixel of a pair stands at the lower address.
 constexpr bool pairsBackwards(Turn turn) {

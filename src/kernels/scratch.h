@@ -38,8 +38,8 @@ void throughScratch(uint8_t *first, std::ptrdiff_t stride, int32_t columns, int3
     const int32_t y = turn == Turn::Upright || turn == Turn::Left ? 0 : lines - 1;
     return x * columnStep<turn, 2>(lineStride) + y * lineStep<turn, 2>(lineStride);
   };
-  const int32_t outLines = pairsLines(turn) ? columns : lines;
-  const int32_t outColumns = pairsLines(turn) ? lines : columns;
+  const int32_t outLines = isQuarterTurn(turn) ? columns : lines;
+  const int32_t outColumns = isQuarterTurn(turn) ? lines : columns;
   const uint8_t *from = target.origin + firstByte(kStride);
   uint8_t *to = first + firstByte(stride);
   for (int32_t line = 0; line < outLines; ++line) {

@@ -1,4 +1,5 @@
-// Writers put the 2 x 2 pixels of a source group at their places, whole words where two of them become neighbours.
+// Writers put the four pixels of a quad, 2 x 2 of the source, at their places: whole words where two of them become
+// neighbours.
 #pragma once
 
 #include "kernels/placement.h"
@@ -9,7 +10,7 @@
 
 namespace zqcc {
 
-/// Four pixels, [line][column] of the source group.
+/// Four pixels, [line][column] of the source.
 template <class Pixel>
 using Quad = Pixel[2][2];
 
@@ -20,7 +21,7 @@ struct Rgb565Writer {
   static constexpr int kPixelBytes = 2;
 
   static void put(uint8_t *p, std::ptrdiff_t stride, const Quad<Pixel> &quad) {
-    if constexpr (pairsLines(turn)) {
+    if constexpr (isQuarterTurn(turn)) {
       pair(p, quad[0][0], quad[1][0]);
       pair(p + columnStep<turn, kPixelBytes>(stride), quad[0][1], quad[1][1]);
     } else {

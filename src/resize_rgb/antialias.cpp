@@ -1,16 +1,15 @@
 #include "resize_rgb/antialias.h"
 
-#include "frame/picture_shape.h"
+#include "base/limits.h"
+#include "base/picture_shape.h"
+#include "base/table_format.h"
 #include "kernels/arithmetic.h"
-#include "kernels/planes.h"
 #include "kernels/stores.h"
+#include "kernels/taps.h"
 #include "resize_rgb/samplers.h"
 
 namespace zqcc {
 namespace {
-
-constexpr int kEntryWords = 15;
-constexpr int kTaps = 5;
 
 /// A plane and how much of it the filters may read. The column limit can lie behind the samples of a line: what stands
 /// there (padding, or the next line) is then part of the mean, up to the plane's last sample.
@@ -21,77 +20,72 @@ struct FilterPlane {
   int32_t limitY;
   std::ptrdiff_t last; ///< offset of the plane's last sample
 
-  /// How far a line may be read: its columns, or less where the plane ends.
-  [[nodiscard]] int32_t columnsOf(int32_t y) const {
-    const std::ptrdiff_t left = last - y * stride + 1;
-    return left < limitX ? static_cast<int32_t>(left) : limitX;
+  /// The last column that may be read of a line: that of its columns, or an earlier one where the plane ends.
+  [[nodiscard]] int32_t lastColumnOf(std::ptrdiff_t y) const {
+    const std::ptrdiff_t column = smaller<std::ptrdiff_t>(last - y * stride, limitX - 1);
+    return column > 0 ? static_cast<int32_t>(column) : 0;
   }
 };
 
-constexpr int32_t atLeastZero(int32_t index) {
-  return index < 0 ? 0 : index;
-}
-
-/// Mean of five bilinear samples; the t-th column tap goes with the t-th line tap. Only the low 8 bits of a sample
-/// count: a negative weight can lead outside 0..255.
+/// Mean of five bilinear samples. Only the low 8 bits of a sample count: a negative weight can lead outside 0..255.
 class FivePointMean {
 public:
-  /// The lines of an entry of the line table. A plane of one line has it as its own neighbour.
+  static constexpr std::ptrdiff_t kWords = kEntryWords<kFilterTaps>;
+
+  /// The lines of an entry of the line table. There is always one column, however short the stride is.
   // cppcheck-suppress uninitMemberVar ; the body fills every line
-  FivePointMean(const FilterPlane &plane, const int32_t *y) : limit_(plane.limitX) {
-    for (int t = 0; t < kTaps; ++t) {
-      const int32_t top = atLeastZero(smaller(y[3 * t], plane.limitY - 2));
-      const int32_t bottom = atLeastZero(smaller(top + 1, plane.limitY - 1));
-      lines_[t] = {plane.samples + top * plane.stride, plane.samples + bottom * plane.stride,
-                   atLeastZero(plane.columnsOf(top) - 1), atLeastZero(plane.columnsOf(bottom) - 1), y[3 * t + 1]};
+  FivePointMean(const FilterPlane &plane, const int32_t *y) : columnTap_{plane.limitX > 0 ? plane.limitX : 1} {
+    const HeldAtEnd lineTap{plane.limitY};
+    for (Line &line : lines_) {
+      const SampleTap tap = lineTap(y);
+      line = {plane.samples + tap.self * plane.stride, plane.samples + tap.next * plane.stride,
+              plane.lastColumnOf(tap.self), plane.lastColumnOf(tap.next), tap.weights.next};
+      y += kTapWords;
     }
   }
 
   [[nodiscard]] int32_t sample(const int32_t *x) const {
-    int32_t sum = 0;
-    for (int t = 0; t < kTaps; ++t) {
-      sum += tap(lines_[t], {x[3 * t], x[3 * t + 1]});
-    }
-    return sum / kTaps;
+    return meanOfTaps<kFilterTaps>([&](std::size_t t) {
+      return int32_t{byteOf(lines_[t], columnTap_(x + static_cast<std::ptrdiff_t>(t) * kTapWords))};
+    });
   }
 
 private:
   struct Line {
     const uint8_t *top;
     const uint8_t *bottom;
-    int32_t lastTop;    ///< last column of the upper line
-    int32_t lastBottom; ///< last column of the lower line
+    std::ptrdiff_t lastTop;    ///< last column of the upper line
+    std::ptrdiff_t lastBottom; ///< last column of the lower line
     int32_t next;
   };
 
-  /// A plane of one column has it as its own neighbour.
-  [[nodiscard]] int32_t tap(const Line &line, const Tap &x) const {
-    const int32_t left = atLeastZero(smaller(x.index, limit_ - 2));
-    const int32_t right = left + 1;
-    const int32_t upper = mix(line.top[smaller(left, line.lastTop)], line.top[smaller(right, line.lastTop)], x.next);
-    const int32_t lower =
-        mix(line.bottom[smaller(left, line.lastBottom)], line.bottom[smaller(right, line.lastBottom)], x.next);
-    return static_cast<uint8_t>(mix(upper, lower, line.next) >> 20);
+  static uint8_t byteOf(const Line &line, const SampleTap &x) {
+    const auto mixed = [&x](const uint8_t *samples, std::ptrdiff_t last) {
+      return mix(samples[smaller(x.self, last)], samples[smaller(x.next, last)], x.weights.next);
+    };
+    return static_cast<uint8_t>(mix(mixed(line.top, line.lastTop), mixed(line.bottom, line.lastBottom), line.next) >>
+                                (2 * kWeightBits));
   }
 
-  int32_t limit_;
-  Line lines_[kTaps];
+  HeldAtEnd columnTap_;
+  Line lines_[kFilterTaps];
 };
 
 /// Mean of all listed samples, 0 if there are none.
 class BoxMean {
 public:
+  static constexpr std::ptrdiff_t kWords = kBoxWords;
+
   // cppcheck-suppress uninitMemberVar ; only counted lines are read
   BoxMean(const FilterPlane &plane, const int32_t *y) : limit_(plane.limitX) {
-    for (; lineCount_ < kEntryWords && y[lineCount_] >= 0 && y[lineCount_] < plane.limitY; ++lineCount_) {
-      lines_[lineCount_] = {plane.samples + y[lineCount_] * plane.stride,
-                            atLeastZero(plane.columnsOf(y[lineCount_]) - 1)};
+    for (; lineCount_ < kBoxWords && y[lineCount_] >= 0 && y[lineCount_] < plane.limitY; ++lineCount_) {
+      lines_[lineCount_] = {plane.samples + y[lineCount_] * plane.stride, plane.lastColumnOf(y[lineCount_])};
     }
   }
 
   [[nodiscard]] int32_t sample(const int32_t *x) const {
     int32_t columns = 0;
-    while (columns < kEntryWords && x[columns] >= 0 && x[columns] < limit_) {
+    while (columns < kBoxWords && x[columns] >= 0 && x[columns] < limit_) {
       ++columns;
     }
     uint32_t sum = 0;
@@ -112,7 +106,7 @@ private:
 
   int32_t limit_;
   int32_t lineCount_ = 0;
-  Line lines_[kEntryWords];
+  Line lines_[kBoxWords];
 };
 
 /// Planes of a frame. Luma's columns end at the stride, not at the width, and so do those of planes as large as luma's.
@@ -168,8 +162,8 @@ void filterFrame(const Job &job) {
   const FilterPlanes from(job);
   const Pixel pixel;
   for (int32_t j = 0; j < p.outHeight; ++j) {
-    const int32_t *chromaY = job.yTable + std::ptrdiff_t{j >> Entries::kLineShift} * kEntryWords;
-    const Mean first(from.planes[0], job.yTable + std::ptrdiff_t{j} * kEntryWords);
+    const int32_t *chromaY = job.yTable + (j >> Entries::kLineShift) * Mean::kWords;
+    const Mean first(from.planes[0], job.yTable + j * Mean::kWords);
     const Mean second(from.planes[1], chromaY);
     const Mean third(from.planes[2], chromaY);
     uint8_t *to = p.outBuf[0] + std::ptrdiff_t{j} * p.outStride;
@@ -177,11 +171,11 @@ void filterFrame(const Job &job) {
     int32_t v = 0;
     for (int32_t i = 0; i < p.outWidth; ++i, to += 2) {
       if (i % (1 << Entries::kColumnShift) == 0) {
-        const int32_t *chromaX = job.xTable + std::ptrdiff_t{i >> Entries::kColumnShift} * kEntryWords;
+        const int32_t *chromaX = job.xTable + (i >> Entries::kColumnShift) * Mean::kWords;
         u = second.sample(chromaX);
         v = third.sample(chromaX);
       }
-      storePixelAnywhere(to, pixel.pack(first.sample(job.xTable + std::ptrdiff_t{i} * kEntryWords), u, v));
+      storePixelAnywhere(to, pixel.pack(first.sample(job.xTable + i * Mean::kWords), u, v));
     }
   }
 }

@@ -1,7 +1,7 @@
 // Planar input to RGB565 with filtered resizing: five-point mean or box mean, every plane on its own.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

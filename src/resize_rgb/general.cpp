@@ -1,13 +1,13 @@
 #include "resize_rgb/general.h"
 
-#include "resize_rgb/tile.h"
+#include "resize_rgb/resize_picture.h"
 
 namespace zqcc {
 namespace {
 
 template <Turn turn>
 void resizeGeneral(const Job &job) {
-  resizePicture<YuvSource<GroupChroma, Bilinear>, TableWeights, turn>(job, viewOf420Or422(job));
+  resizePicture<YuvSource<QuadChroma, Bilinear>, TableWeights, turn>(job, viewOf420Or422(job));
 }
 
 } // namespace

@@ -1,7 +1,7 @@
-// Planar 4:2:0 and 4:2:2 to RGB565 at any ratio: bilinear luma, one chroma sample a group of 2 x 2.
+// Planar 4:2:0 and 4:2:2 to RGB565 at any ratio: bilinear luma, one chroma sample for 2 x 2 pixels.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

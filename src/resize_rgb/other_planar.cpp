@@ -1,6 +1,7 @@
 #include "resize_rgb/other_planar.h"
 
-#include "resize_rgb/tile.h"
+#include "kernels/layouts.h"
+#include "resize_rgb/resize_picture.h"
 
 namespace zqcc {
 namespace {

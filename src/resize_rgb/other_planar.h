@@ -1,7 +1,7 @@
 // The other planar types to RGB565 at any ratio.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

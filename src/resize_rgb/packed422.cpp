@@ -2,8 +2,8 @@
 
 #include "kernels/arithmetic.h"
 #include "kernels/placement.h"
-#include "kernels/planes.h"
 #include "kernels/writers.h"
+#include "tables/packed_layout.h"
 
 namespace zqcc {
 namespace {
@@ -15,24 +15,14 @@ struct PixelGrid {
   std::ptrdiff_t line;
 };
 
-template <Turn turn, int pixelBytes>
-PixelGrid gridOf(const ConvertParams &p) {
-  const Target target = targetOf<turn, pixelBytes>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
-  return {target.origin, columnStep<turn, pixelBytes>(target.stride), lineStep<turn, pixelBytes>(target.stride)};
-}
-
 template <int pixelBytes>
 PixelGrid gridFor(const ConvertParams &p) {
-  switch (p.rotation) {
-  case ROTATION_90_LEFT:
-    return gridOf<Turn::Left, pixelBytes>(p);
-  case ROTATION_90_RIGHT:
-    return gridOf<Turn::Right, pixelBytes>(p);
-  case ROTATION_180:
-    return gridOf<Turn::Half, pixelBytes>(p);
-  default:
-    return gridOf<Turn::Upright, pixelBytes>(p);
-  }
+  PixelGrid grid{};
+  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turnOf(p.rotation), [&]<Turn turn>() {
+    const Target target = targetOf<turn, pixelBytes>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
+    grid = {target.origin, columnStep<turn, pixelBytes>(target.stride), lineStep<turn, pixelBytes>(target.stride)};
+  });
+  return grid;
 }
 
 struct Store565 {
@@ -43,17 +33,17 @@ struct Store24 {
   static void put(uint8_t *to, const Bgr &pixel) { Rgb24Writer<Turn::Upright>::one(to, pixel); }
 };
 
-/// One output line from one source line: output pair i takes the two luma samples and the chroma of source group
+/// One output line from one source line: output pair i takes the two luma samples and the chroma of source macropixel
 /// x[i / 2], whichever pixels those are.
 template <class Arithmetic, class Store>
 void resizeLine(const Arithmetic &arithmetic, const uint8_t *from, const PackedLayout &layout, const int32_t *x,
                 int32_t width, uint8_t *to, std::ptrdiff_t step) {
   for (int32_t i = 0; i < width; i += 2, to += 2 * step) {
-    const uint8_t *group = from + std::ptrdiff_t{x[i / 2]} * 4;
-    const ColorTerms terms = arithmetic.terms(group[layout.u], group[layout.v]);
-    Store::put(to, arithmetic.template pixel<0, 0>(terms, group[layout.left]));
+    const uint8_t *macropixel = from + x[i / 2] * kMacropixelBytes;
+    const ColorTerms terms = arithmetic.terms(macropixel[layout.u], macropixel[layout.v]);
+    Store::put(to, arithmetic.template pixel<0, 0>(terms, macropixel[layout.left]));
     if (i + 1 < width) {
-      Store::put(to + step, arithmetic.template pixel<0, 1>(terms, group[layout.right]));
+      Store::put(to + step, arithmetic.template pixel<0, 1>(terms, macropixel[layout.right]));
     }
   }
 }

@@ -1,7 +1,7 @@
-// Packed 4:2:2 to 16-bit and to 24-bit RGB with nearest-group resizing, upright or turned.
+// Packed 4:2:2 to 16-bit and to 24-bit RGB with resizing by the nearest macropixel, upright or turned.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

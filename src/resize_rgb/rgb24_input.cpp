@@ -1,6 +1,7 @@
 #include "resize_rgb/rgb24_input.h"
 
-#include "resize_rgb/tile.h"
+#include "kernels/layouts.h"
+#include "resize_rgb/resize_picture.h"
 
 namespace zqcc {
 namespace {

@@ -1,7 +1,7 @@
 // RGB24 to RGB565 with bilinear resizing, upright or turned by a quarter.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

@@ -1,6 +1,4 @@
-// Resizing to RGB24 walks tables of runs. A column word is (source column << 16) | flags: 1 asks for new chroma terms,
-// 2 for a new pixel; without 2 the pixel repeats its neighbour. A line word is a source line (with 0x10000 for the pair
-// of it and the next one) or, negative, how many output lines repeat.
+// Resizing to RGB24 walks run-length tables, see base/table_format.h.
 //
 // Repeated output lines are not whole copies. Each gets 2 x W bytes, from byte P on, of the line it repeats (W the
 // output width, P = W rounded up to a multiple of four): a length and an offset suited to two-byte pixels. That is what
@@ -8,19 +6,16 @@
 // repeat a line behind a single one take what the output buffer holds there.
 #include "resize_rgb/rgb24_output.h"
 
-#include "frame/picture_shape.h"
+#include "base/limits.h"
+#include "base/picture_shape.h"
+#include "base/table_format.h"
 #include "kernels/arithmetic.h"
-#include "kernels/planes.h"
 #include "kernels/writers.h"
 
 #include <cstring>
 
 namespace zqcc {
 namespace {
-
-constexpr int32_t kPairFlag = 0x10000;
-constexpr uint32_t kNewChroma = 1;
-constexpr uint32_t kNewPixel = 2;
 
 class RunLengthResize {
 public:
@@ -40,10 +35,10 @@ private:
     const int32_t leading = takeRepeat();
     const int32_t source = *yTable_++;
     const int32_t upper = j + leading;
-    const bool pair = source >= kPairFlag;
-    convertLine(source & 0xFFFF, source, upper);
+    const bool pair = source >= kLinePair;
+    convertLine(source & kLineMask, source, upper);
     if (pair) {
-      convertLine((source & 0xFFFF) + 1, source, upper + 1);
+      convertLine((source & kLineMask) + 1, source, upper + 1);
     }
     for (int32_t k = j; k < upper; ++k) {
       repeatLine(upper, k);
@@ -63,7 +58,7 @@ private:
       return;
     }
     const uint8_t *luma = p_.inBuf[0] + std::ptrdiff_t{line} * p_.inStride;
-    const std::ptrdiff_t chroma = smaller((source >> 1) & 0x7FFF, limits_.line) * pitch_;
+    const std::ptrdiff_t chroma = smaller((source & kLineMask) / 2, limits_.line) * pitch_;
     const uint8_t *u = p_.inBuf[1] + chroma;
     const uint8_t *v = p_.inBuf[2] + chroma;
     uint8_t *out = lineAt(to);
@@ -72,11 +67,11 @@ private:
     for (int32_t x = 0; x < p_.outWidth; ++x, out += 3) {
       const auto word = static_cast<uint32_t>(xTable_[x]);
       if ((word & kNewChroma) != 0) {
-        const int32_t column = smaller(static_cast<int32_t>(word >> 17), limits_.column);
+        const int32_t column = smaller(static_cast<int32_t>(word >> (kRunColumnShift + 1)), limits_.column);
         terms = arithmetic_.terms(u[column], v[column]);
       }
       if ((word & kNewPixel) != 0) {
-        pixel = arithmetic_.pixel<0, 0>(terms, luma[word >> 16]);
+        pixel = arithmetic_.pixel<0, 0>(terms, luma[word >> kRunColumnShift]);
       }
       Rgb24Writer<Turn::Upright>::one(out, pixel);
     }
@@ -86,7 +81,7 @@ private:
   void repeatLine(int32_t from, int32_t to) const {
     const std::ptrdiff_t width = p_.outWidth;
     const std::ptrdiff_t first = (width + 3) & ~std::ptrdiff_t{3};
-    const std::ptrdiff_t end = first + 2 * width < 3 * width ? first + 2 * width : 3 * width;
+    const std::ptrdiff_t end = smaller(first + 2 * width, 3 * width);
     if (from < p_.outHeight && to < p_.outHeight && first < end) {
       // Lines overlap where the stride is shorter than they are.
       std::memmove(lineAt(to) + first, lineAt(from) + first, static_cast<std::size_t>(end - first));

@@ -1,7 +1,7 @@
 // Planar input to RGB24 with nearest resizing by run-length tables; never turned.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

@@ -2,6 +2,7 @@
 // gives samples whose at<line>(i) is sample i of the upper (0) or lower (1) output line.
 #pragma once
 
+#include "base/table_format.h"
 #include "resize_rgb/taps.h"
 
 #include <cstddef>
@@ -11,7 +12,7 @@ namespace zqcc {
 
 /// Weighted mean of two samples times 1024; exact for weights outside 0..1024 too.
 constexpr int32_t mix(int32_t a, int32_t b, int32_t next) {
-  return a * 1024 + (b - a) * next;
+  return a * kWholeWeight + (b - a) * next;
 }
 
 /// Source lines interpolated along the line, times 1024, each made once and kept while the output lines need it. step
@@ -84,7 +85,7 @@ struct MixedRows {
   }
   template <int line>
   [[nodiscard]] int32_t at(int32_t i) const {
-    return sum<line>(i) >> 20;
+    return sum<line>(i) >> (2 * kWeightBits);
   }
 };
 

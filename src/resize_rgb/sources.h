@@ -1,10 +1,10 @@
 // Sources of resizing conversions: from the samples of two output lines to their pixels. A source is built for a view
-// and the columns of a chunk; lines(y) gives an object whose group(i, quad) makes the 2 x 2 pixels at output column i
-// and whose pixel(line, i) makes one.
+// and the columns of a chunk; lines(y) gives an object whose makeQuad(i, quad) makes the 2 x 2 pixels at output column
+// i and whose pixel(line, i) makes one.
 #pragma once
 
 #include "kernels/arithmetic.h"
-#include "kernels/planes.h"
+#include "kernels/plane_view.h"
 #include "kernels/writers.h"
 #include "resize_rgb/samplers.h"
 #include "resize_rgb/taps.h"
@@ -14,11 +14,11 @@
 
 namespace zqcc {
 
-// Chroma rules: which sample a pixel of a group takes. column() from the taps of the pixel's pair, line() from those of
-// the group's two lines.
+// Chroma rules: which sample a pixel of a quad takes. column() from the taps of the pixel's pair, line() from those of
+// the quad's two lines.
 
-/// Planar 4:2:0, and 4:2:2 through a view that skips every second line: one sample a group, no interpolation.
-struct GroupChroma {
+/// Planar 4:2:0, and 4:2:2 through a view that skips every second line: one sample a quad, no interpolation.
+struct QuadChroma {
   static constexpr bool kPerColumn = false;
   static constexpr bool kPerLine = false;
   static int32_t column(const PlaneView & /*view*/, int32_t x0, int32_t x1) { return (x0 + x1 + 1) >> 2; }
@@ -82,7 +82,7 @@ struct YuvLines {
     return Studio::terms(u[line][at], v[line][at]);
   }
 
-  [[gnu::always_inline]] void group(int32_t i, Quad<uint32_t> &quad) const {
+  [[gnu::always_inline]] void makeQuad(int32_t i, Quad<uint32_t> &quad) const {
     ColorTerms left = terms(0, i);
     ColorTerms right = Rule::kPerColumn ? terms(0, i + 1) : left;
     quad[0][0] = arithmetic.pixel<0, 0>(left, luma.template at<0>(i));
@@ -145,7 +145,7 @@ struct RgbLines {
     const auto top = [](int32_t sum, int shift) { return static_cast<uint32_t>(sum) >> shift; };
     return packRgb565(top(red.sum<line>(i), 23), top(green.sum<line>(i), 22), top(blue.sum<line>(i), 23));
   }
-  void group(int32_t i, Quad<uint32_t> &quad) const {
+  void makeQuad(int32_t i, Quad<uint32_t> &quad) const {
     quad[0][0] = at<0>(i);
     quad[0][1] = at<0>(i + 1);
     quad[1][0] = at<1>(i);

@@ -1,13 +1,13 @@
 #include "resize_rgb/special_ratio.h"
 
-#include "resize_rgb/tile.h"
+#include "resize_rgb/resize_picture.h"
 
 namespace zqcc {
 namespace {
 
 template <class Sampler, class Weights, Turn turn>
 void resizeBy(const Job &job) {
-  resizePicture<YuvSource<GroupChroma, Sampler>, Weights, turn>(job, viewOf420Or422(job));
+  resizePicture<YuvSource<QuadChroma, Sampler>, Weights, turn>(job, viewOf420Or422(job));
 }
 
 // Reduction by a power of two and doubling have samplers of their own. The fixed phases are the bilinear sampler with

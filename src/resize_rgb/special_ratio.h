@@ -1,7 +1,7 @@
 // Planar 4:2:0 and 4:2:2 to RGB565 at the simple ratios, whose luma needs less than bilinear interpolation.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

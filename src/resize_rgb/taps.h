@@ -1,6 +1,7 @@
-// Reading grouped resampling tables: for each 16-pixel block of the source a count and as many tap triples, one an
-// output position.
+// Taps of grouped tables one by one, and how special ratios weigh them.
 #pragma once
+
+#include "kernels/table_groups.h"
 
 #include <cstdint>
 
@@ -12,15 +13,15 @@ struct Tap {
   int32_t next;
 };
 
-/// Taps of the two lines of a group; a lone last one stands twice.
+/// Taps of two lines that are made together; a lone last one stands twice.
 struct TapPair {
   Tap first;
   Tap second;
 };
 
-/// Weights as the table holds them. A weighting turns the i-th triple of a group into a tap.
+/// Weights as the table holds them. A weighting turns the words of the i-th output of a group into a tap.
 struct TableWeights {
-  static Tap tap(const int32_t *triple, int32_t /*i*/) { return {triple[0], triple[1]}; }
+  static Tap tap(const int32_t *words, int32_t /*i*/) { return {words[0], words[1]}; }
 };
 
 /// Weights of the next sample at phases 0, 1/3 and 2/3. 1024 has no third: phase 1/3 gives the nearer sample 683 and
@@ -29,28 +30,24 @@ inline constexpr int32_t kPhaseNext[3] = {0, 341, 682};
 
 /// Three outputs of four samples: phases 0, 1/3, 2/3 by the place within the group, whatever the table's weights are.
 struct ThreeQuarterWeights {
-  static Tap tap(const int32_t *triple, int32_t i) { return {triple[0], kPhaseNext[i % 3]}; }
+  static Tap tap(const int32_t *words, int32_t i) { return {words[0], kPhaseNext[i % 3]}; }
 };
 
 /// Three outputs of two samples: phases 0, 2/3, 1/3.
 struct ThreeHalfWeights {
-  static Tap tap(const int32_t *triple, int32_t i) { return {triple[0], kPhaseNext[2 * i % 3]}; }
+  static Tap tap(const int32_t *words, int32_t i) { return {words[0], kPhaseNext[2 * i % 3]}; }
 };
 
-/// Reads the taps of a table one after the other, across its groups. Groups without outputs are passed over. Every
-/// count but the last one's is even, so a pair of outputs never lies in two groups.
+/// Reads the taps of a table one after the other, across its groups.
 template <class Weights>
 class TapReader {
 public:
-  explicit TapReader(const int32_t *table) : at_(table) {}
+  explicit TapReader(const int32_t *table) : walk_(table) {}
 
   Tap next() {
-    while (inGroup_ == count_) {
-      count_ = *at_++;
-      inGroup_ = 0;
-    }
-    const Tap tap = Weights::tap(at_, inGroup_++);
-    at_ += 3;
+    walk_.enter();
+    const Tap tap = Weights::tap(walk_.tap(), walk_.taken());
+    walk_.take(1);
     return tap;
   }
 
@@ -61,9 +58,7 @@ public:
   }
 
 private:
-  const int32_t *at_;
-  int32_t count_ = 0;
-  int32_t inGroup_ = 0;
+  GroupWalk walk_;
 };
 
 /// Output columns that are made at a time.

@@ -1,6 +1,7 @@
 #include "sameformat/nearest.h"
 
-#include "zqColorConversion.h"
+#include "base/limits.h"
+#include "sameformat/chroma_pairs.h"
 
 #include <cstring>
 
@@ -8,12 +9,17 @@ namespace zqcc {
 
 namespace {
 
-constexpr int32_t smaller(int32_t a, int32_t b) {
-  return a < b ? a : b;
-}
-
 const uint8_t *pickLine(const NearestSource &src, int32_t position) {
   return src.samples + smaller(src.yTable[position], src.lastLine) * src.pitch;
+}
+
+template <class Unit>
+Unit pickUnit(const NearestSource &src, const uint8_t *line, int32_t column) {
+  if constexpr (sizeof(Unit) == 1) {
+    return line[column];
+  } else {
+    return chromaPair(line, column, src.lastSecond);
+  }
 }
 
 /// Columns [left, right) of the strip that a walk over all lines covers.
@@ -34,7 +40,7 @@ void turnLines(const NearestSource &src, const uint8_t *const (&lines)[count], u
     if (wanted != column) {
       column = wanted;
       for (std::size_t k = 0; k < count; ++k) {
-        std::memcpy(&units[k], lines[k] + column * static_cast<std::ptrdiff_t>(sizeof(Unit)), sizeof(Unit));
+        units[k] = pickUnit<Unit>(src, lines[k], column);
       }
     }
     std::memcpy(dst + i * step, units, sizeof units);
@@ -55,12 +61,12 @@ void turnColumns(bool left, const NearestSource &src, int32_t column, int32_t he
 }
 
 template <class Unit>
-void turnUnits(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
+void turnUnits(Turn turn, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
                std::ptrdiff_t dstPitch) {
   if (width <= 0 || height <= 0) {
     return;
   }
-  const bool left = rotation == ROTATION_90_LEFT;
+  const bool left = turn == Turn::Left;
   uint8_t *const origin = left ? dst + (width - 1) * dstPitch : dst;
   const std::ptrdiff_t step = left ? -dstPitch : dstPitch;
   // The destination lines of a strip stay in the cache until every source line has passed.
@@ -80,14 +86,14 @@ void turnUnits(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_
 
 } // namespace
 
-void resizeRotatePlane(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
+void resizeRotatePlane(Turn turn, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
                        std::ptrdiff_t dstPitch) {
-  turnUnits<uint8_t>(rotation, src, dst, width, height, dstPitch);
+  turnUnits<uint8_t>(turn, src, dst, width, height, dstPitch);
 }
 
-void resizeRotateChromaPairs(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
+void resizeRotateChromaPairs(Turn turn, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
                              std::ptrdiff_t dstPitch) {
-  turnUnits<uint16_t>(rotation, src, dst, width, height, dstPitch);
+  turnUnits<uint16_t>(turn, src, dst, width, height, dstPitch);
 }
 
 void resizeRotate180Plane(const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,

@@ -6,6 +6,8 @@
 // lines high.
 #pragma once
 
+#include "base/turn.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -19,14 +21,15 @@ struct NearestSource {
   int32_t lastLine;
   const int32_t *xTable;
   const int32_t *yTable;
+  int32_t lastSecond = 0; ///< chroma pairs: the last one that has its second byte
 };
 
-/// Quarter turn: left for rotation 3, right for any other code.
-void resizeRotatePlane(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
+/// Quarter turn.
+void resizeRotatePlane(Turn turn, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
                        std::ptrdiff_t dstPitch);
 
 /// As resizeRotatePlane for interleaved chroma: columns, widths and heights count two-byte pairs.
-void resizeRotateChromaPairs(uint32_t rotation, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
+void resizeRotateChromaPairs(Turn turn, const NearestSource &src, uint8_t *dst, int32_t width, int32_t height,
                              std::ptrdiff_t dstPitch);
 
 /// Half turn, mirrored about the end of the destination's pitch: with a pitch wider than the picture, the picture lies

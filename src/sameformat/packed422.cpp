@@ -1,117 +1,34 @@
 #include "sameformat/packed422.h"
 
-#include "sameformat/bilinear.h"
-#include "sameformat/copy_lines.h"
+#include "base/limits.h"
+#include "base/turn.h"
+#include "kernels/copy_lines.h"
 #include "sameformat/packed_line.h"
 
 namespace zqcc {
 
 namespace {
 
-/// One output line. Chroma positions count groups and end at the last whole one; luma positions count pixels.
-template <std::size_t taps, int luma, bool swapped>
-class LineResizer {
-public:
-  explicit LineResizer(const Job &job)
-      : xTable_(job.xTable), chromaTap_{job.params.inWidth / 2},
-        lastSlot_(isCut(job.params.inWidth, job.inRoom) ? job.params.inWidth - 1
-                                                        : groupsOf(job.params.inWidth) * 2 - 1) {}
-
-  /// Group k of the line: output pixels 2k and 2k + 1.
-  void makeGroup(const SourceLines (&lines)[taps], std::ptrdiff_t k, uint8_t (&bytes)[kGroupBytes]) const {
-    makeLoneGroup(lines, k, bytes);
-    bytes[kRightLuma] = lumaOf(lines, 2 * k + 1);
-  }
-
-  /// The group of a lone last pixel 2k. Nothing is sampled for the place beside it, whose luma stays 0.
-  void makeLoneGroup(const SourceLines (&lines)[taps], std::ptrdiff_t k, uint8_t (&bytes)[kGroupBytes]) const {
-    constexpr int chroma = 1 - luma;
-    const auto firstByte = [](std::ptrdiff_t group) { return group * kGroupBytes + chroma; };
-    const auto secondByte = [](std::ptrdiff_t group) { return group * kGroupBytes + chroma + 2; };
-    bytes[chroma] = sampleByte<taps>(lines, entry(k), chromaTap_, firstByte);
-    bytes[chroma + 2] = sampleByte<taps>(lines, entry(k), chromaTap_, secondByte);
-    bytes[kLeftLuma] = lumaOf(lines, 2 * k);
-    bytes[kRightLuma] = 0;
-  }
-
-private:
-  static constexpr int kLeftLuma = swapped ? luma + 2 : luma;
-  static constexpr int kRightLuma = swapped ? luma : luma + 2;
-
-  [[nodiscard]] uint8_t lumaOf(const SourceLines (&lines)[taps], std::ptrdiff_t pixel) const {
-    const auto byteOf = [this](std::ptrdiff_t at) { return slotOf(at) * 2 + luma; };
-    return sampleByte<taps>(lines, entry(pixel), AsBuilt{}, byteOf);
-  }
-
-  [[nodiscard]] const int32_t *entry(std::ptrdiff_t position) const { return xTable_ + position * kEntryWords<taps>; }
-
-  /// Place of a pixel's luma among the line's luma bytes. The lone pixel of a cut line is not exchanged with anything.
-  [[nodiscard]] std::ptrdiff_t slotOf(std::ptrdiff_t pixel) const {
-    if constexpr (swapped) {
-      const std::ptrdiff_t slot = pixel ^ 1;
-      return slot < lastSlot_ ? slot : lastSlot_;
-    } else {
-      return pixel;
-    }
-  }
-
-  const int32_t *xTable_;
-  EvenAtEnd chromaTap_;
-  std::ptrdiff_t lastSlot_;
-};
-
-template <std::size_t taps, int luma, bool swapped>
-void resizeLines(const Job &job) {
-  const ConvertParams &p = job.params;
-  const LineResizer<taps, luma, swapped> resizer(job);
-  const std::ptrdiff_t outPitch = p.outStride;
-  const std::ptrdiff_t pairs = p.outWidth / 2;
-  const auto tail = static_cast<std::size_t>(lineBytes(p.outWidth, outPitch) - pairs * kGroupBytes);
-  for (int32_t j = 0; j < p.outHeight; ++j) {
-    const SourceLineSet<taps, AsBuilt> lines(p.inBuf[0], p.inStride, job.yTable + j * kEntryWords<taps>, AsBuilt{});
-    uint8_t *out = p.outBuf[0] + j * outPitch;
-    uint8_t bytes[kGroupBytes];
-    for (std::ptrdiff_t k = 0; k < pairs; ++k, out += kGroupBytes) {
-      resizer.makeGroup(lines.pair, k, bytes);
-      std::memcpy(out, bytes, sizeof bytes);
-    }
-    if (tail > 0) {
-      resizer.makeLoneGroup(lines.pair, pairs, bytes);
-      std::memcpy(out, bytes, tail);
-    }
-  }
+/// Bits of a macropixel that its two chroma bytes occupy.
+uint32_t chromaMask(const PackedLayout &layout) {
+  return layout.firstChroma() == 0 ? 0x00FF00FFU : 0xFF00FF00U;
 }
 
-/// resizeLines for the byte order of the picture.
-template <std::size_t taps, bool swapped>
-void resizeOrder(const Job &job) {
-  if (packedOrder(job.packedVariant).luma == 0) {
-    resizeLines<taps, 0, swapped>(job);
-  } else {
-    resizeLines<taps, 1, swapped>(job);
-  }
-}
-
-/// Bits of a group that its two chroma bytes occupy.
-uint32_t chromaMask(uint32_t variant) {
-  return packedOrder(variant).luma == 0 ? 0xFF00FF00U : 0x00FF00FFU;
-}
-
-/// Source groups of a turn without resizing, by column and line in reading order.
+/// Source macropixels of a turn without resizing, by column and line in reading order.
 template <class Line>
-struct PlainGroups {
+struct PlainSource {
   Line reader;
   const uint8_t *first;
   std::ptrdiff_t step;
   int32_t lines; ///< the right turn's way up ends at the picture's first line, which then stands for what is missing
 
-  [[nodiscard]] const uint8_t *line(int32_t t) const { return first + (t < lines ? t : lines - 1) * step; }
-  [[nodiscard]] uint32_t group(const uint8_t *line, int32_t s) const { return reader.group(line, s); }
+  [[nodiscard]] const uint8_t *line(int32_t t) const { return first + smaller(t, lines - 1) * step; }
+  [[nodiscard]] uint32_t macropixel(const uint8_t *line, int32_t s) const { return reader.macropixel(line, s); }
 };
 
-/// Source groups picked by nearest-sample tables.
+/// Source macropixels picked by nearest-sample tables.
 template <class Line>
-struct PickedGroups {
+struct PickedSource {
   Line reader;
   const uint8_t *src;
   std::ptrdiff_t pitch;
@@ -120,10 +37,10 @@ struct PickedGroups {
   std::ptrdiff_t yStep;
 
   [[nodiscard]] const uint8_t *line(int32_t t) const { return src + yFirst[t * yStep] * pitch; }
-  [[nodiscard]] uint32_t group(const uint8_t *line, int32_t s) const { return reader.group(line, xTable[s]); }
+  [[nodiscard]] uint32_t macropixel(const uint8_t *line, int32_t s) const { return reader.macropixel(line, xTable[s]); }
 };
 
-/// Where the turned groups go and which of their bits are chroma of the first line.
+/// Where the turned macropixels go and which of their bits are chroma of the first line.
 struct TurnTarget {
   uint8_t *origin;     ///< the first source column's output line
   std::ptrdiff_t step; ///< to the next column's
@@ -131,14 +48,14 @@ struct TurnTarget {
   uint32_t mask;
 };
 
-/// Turns the groups [begin, end) of two source lines into two columns of pixels; `bytes` of each output group are
-/// written. An odd last source column makes one output line.
-template <std::size_t bytes, class Groups>
-void turnLinePair(const Groups &groups, const uint8_t *a, const uint8_t *b, const TurnTarget &target, uint8_t *column,
+/// Turns the macropixels [begin, end) of two source lines into two columns of pixels; `bytes` of each output macropixel
+/// are written. An odd last source column makes one output line.
+template <std::size_t bytes, class Source>
+void turnLinePair(const Source &source, const uint8_t *a, const uint8_t *b, const TurnTarget &target, uint8_t *column,
                   int32_t begin, int32_t end) {
   for (int32_t s = begin; s < end; ++s) {
-    const uint32_t first = groups.group(a, s);
-    const uint32_t second = groups.group(b, s);
+    const uint32_t first = source.macropixel(a, s);
+    const uint32_t second = source.macropixel(b, s);
     const uint32_t kept = first & target.mask;
     const uint32_t left = (((first & 0xFFFFU) | second << 16) & ~target.mask) | kept;
     const uint32_t right = (((second & 0xFFFF0000U) | first >> 16) & ~target.mask) | kept;
@@ -150,24 +67,24 @@ void turnLinePair(const Groups &groups, const uint8_t *a, const uint8_t *b, cons
   }
 }
 
-/// Turns `lines` source lines. A lone last one is its own partner; its output groups are cut where `wholeTail` is
+/// Turns `lines` source lines. A lone last one is its own partner; its output macropixels are cut where `wholeTail` is
 /// false.
-template <class Groups>
-void turnGroups(const Groups &groups, const TurnTarget &target, int32_t lines, bool wholeTail) {
+template <class Source>
+void turnMacropixels(const Source &source, const TurnTarget &target, int32_t lines, bool wholeTail) {
   // The output lines of a strip stay in the cache until every source line has passed.
   constexpr int32_t kStrip = 32;
-  const int32_t all = groupsOf(target.columns);
+  const int32_t all = macropixelsOf(target.columns);
   for (int32_t begin = 0; begin < all; begin += kStrip) {
-    const int32_t end = all - begin < kStrip ? all : begin + kStrip;
+    const int32_t end = begin + smaller(kStrip, all - begin);
     uint8_t *column = target.origin;
-    for (int32_t t = 0; t < lines; t += 2, column += kGroupBytes) {
+    for (int32_t t = 0; t < lines; t += 2, column += kMacropixelBytes) {
       const bool lone = t == lines - 1;
-      const uint8_t *a = groups.line(t);
-      const uint8_t *b = lone ? a : groups.line(t + 1);
+      const uint8_t *a = source.line(t);
+      const uint8_t *b = lone ? a : source.line(t + 1);
       if (lone && !wholeTail) {
-        turnLinePair<kGroupBytes / 2>(groups, a, b, target, column, begin, end);
+        turnLinePair<kMacropixelBytes / 2>(source, a, b, target, column, begin, end);
       } else {
-        turnLinePair<kGroupBytes>(groups, a, b, target, column, begin, end);
+        turnLinePair<kMacropixelBytes>(source, a, b, target, column, begin, end);
       }
     }
   }
@@ -175,7 +92,7 @@ void turnGroups(const Groups &groups, const TurnTarget &target, int32_t lines, b
 
 TurnTarget turnTarget(const ConvertParams &p, uint32_t mask) {
   const std::ptrdiff_t pitch = p.outStride;
-  if (p.rotation == ROTATION_90_LEFT) {
+  if (turnOf(p.rotation) == Turn::Left) {
     return {p.outBuf[0] + (p.outWidth - 1) * pitch, -pitch, p.outWidth, mask};
   }
   return {p.outBuf[0], pitch, p.outWidth, mask};
@@ -185,71 +102,41 @@ TurnTarget turnTarget(const ConvertParams &p, uint32_t mask) {
 template <class Run>
 void withReader(const Job &job, int32_t width, Run run) {
   if (isCut(width, job.inRoom)) {
-    run(CutLine{width / 2, packedOrder(job.packedVariant).chroma == 1 ? 0xFF00FF00U : 0x00FF00FFU});
+    run(CutLine{width / 2, chromaMask(packedLayout(job.packedVariant))});
   } else {
     run(WholeLine{});
   }
-}
-
-bool isEmpty(const ConvertParams &p) {
-  return p.outWidth <= 0 || p.outHeight <= 0;
 }
 
 } // namespace
 
 void copyPacked422(const Job &job) {
   const ConvertParams &p = job.params;
-  const int64_t tighter = job.inRoom < p.outStride ? job.inRoom : p.outStride;
-  copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, lineBytes(p.outWidth, tighter), p.outHeight);
+  const int64_t room = smaller<int64_t>(job.inRoom, p.outStride);
+  copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, lineBytes(p.outWidth, room), p.outHeight);
 }
 
 void rotatePacked422(const Job &job) {
   const ConvertParams &p = job.params;
-  if (isEmpty(p)) {
-    return;
-  }
-  const uint32_t mask = packedOrder(job.packedVariant).swapped ? 0 : chromaMask(job.packedVariant);
-  const bool left = p.rotation == ROTATION_90_LEFT;
+  const PackedLayout layout = packedLayout(job.packedVariant);
+  const uint32_t mask = layout.isSwapped() ? 0 : chromaMask(layout);
+  const bool left = turnOf(p.rotation) == Turn::Left;
   const std::ptrdiff_t pitch = p.inStride;
   const uint8_t *const first = left ? p.inBuf[0] : p.inBuf[0] + (p.inHeight - 1) * pitch;
   withReader(job, p.outWidth, [&](auto reader) {
-    const PlainGroups<decltype(reader)> groups{reader, first, left ? pitch : -pitch, left ? p.outHeight : p.inHeight};
-    turnGroups(groups, turnTarget(p, mask), p.outHeight, !isCut(p.outHeight, p.outStride));
+    const PlainSource<decltype(reader)> source{reader, first, left ? pitch : -pitch, left ? p.outHeight : p.inHeight};
+    turnMacropixels(source, turnTarget(p, mask), p.outHeight, !isCut(p.outHeight, p.outStride));
   });
-}
-
-void resizePacked422Select(const Job &job) {
-  if (packedOrder(job.packedVariant).swapped) {
-    resizePacked422Swapped(job);
-  } else if (job.params.antiAlias != 0) {
-    resizePacked422AntiAlias(job);
-  } else {
-    resizePacked422(job);
-  }
-}
-
-void resizePacked422(const Job &job) {
-  resizeOrder<1, false>(job);
-}
-
-void resizePacked422Swapped(const Job &job) {
-  resizeOrder<1, true>(job);
-}
-
-void resizePacked422AntiAlias(const Job &job) {
-  resizeOrder<kFilterTaps, false>(job);
 }
 
 void resizeRotatePacked422(const Job &job) {
   const ConvertParams &p = job.params;
-  if (isEmpty(p)) {
-    return;
-  }
-  const bool left = p.rotation == ROTATION_90_LEFT;
+  const bool left = turnOf(p.rotation) == Turn::Left;
   const int32_t *const yFirst = left ? job.yTable : job.yTable + (p.outHeight - 1);
   withReader(job, p.inWidth, [&](auto reader) {
-    const PickedGroups<decltype(reader)> groups{reader, p.inBuf[0], p.inStride, job.xTable, yFirst, left ? 1 : -1};
-    turnGroups(groups, turnTarget(p, chromaMask(job.packedVariant)), p.outHeight, !isCut(p.outHeight, p.outStride));
+    const PickedSource<decltype(reader)> source{reader, p.inBuf[0], p.inStride, job.xTable, yFirst, left ? 1 : -1};
+    turnMacropixels(source, turnTarget(p, chromaMask(packedLayout(job.packedVariant))), p.outHeight,
+                    !isCut(p.outHeight, p.outStride));
   });
 }
 

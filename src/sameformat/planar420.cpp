@@ -1,7 +1,7 @@
 #include "sameformat/planar420.h"
 
+#include "kernels/copy_lines.h"
 #include "sameformat/bilinear.h"
-#include "sameformat/copy_lines.h"
 #include "sameformat/nearest.h"
 #include "sameformat/plane_rotation.h"
 
@@ -60,7 +60,7 @@ void copyYuv420Planar(const Job &job) {
 }
 
 void rotateYuv420Planar(const Job &job) {
-  const auto rotate = job.params.rotation == ROTATION_90_LEFT ? rotateTightPlaneLeft : rotateTightPlaneRight;
+  const auto rotate = turnOf(job.params.rotation) == Turn::Left ? rotateTightPlaneLeft : rotateTightPlaneRight;
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
     rotate(plane.src, plane.srcWidth, plane.srcHeight, plane.srcPitch, plane.dst);
@@ -100,7 +100,7 @@ void resizeYuv420PlanarAntiAlias(const Job &job) {
 void resizeRotateYuv420Planar(const Job &job) {
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
-    resizeRotatePlane(job.params.rotation, nearestSource(plane, job), plane.dst, plane.width, plane.height,
+    resizeRotatePlane(turnOf(job.params.rotation), nearestSource(plane, job), plane.dst, plane.width, plane.height,
                       plane.dstPitch);
   }
 }

@@ -5,7 +5,7 @@
 // the upright ones outWidth x outHeight.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

@@ -30,16 +30,12 @@ void reverseLine(const uint8_t *src, uint8_t *dst, int32_t width) {
 
 void rotatePlaneLeft(const uint8_t *src, uint8_t *dst, int32_t width, int32_t height, std::ptrdiff_t srcPitch,
                      std::ptrdiff_t dstPitch) {
-  if (width > 0 && height > 0) {
-    transposeLines<uint8_t>(src, srcPitch, dst + (width - 1) * dstPitch, -dstPitch, width, height);
-  }
+  quarterTurn<uint8_t>(Turn::Left, src, srcPitch, dst, dstPitch, width, height);
 }
 
 void rotatePlaneRight(const uint8_t *src, uint8_t *dst, int32_t width, int32_t height, std::ptrdiff_t srcPitch,
                       std::ptrdiff_t dstPitch) {
-  if (width > 0 && height > 0) {
-    transposeLines<uint8_t>(src + (height - 1) * srcPitch, -srcPitch, dst, dstPitch, width, height);
-  }
+  quarterTurn<uint8_t>(Turn::Right, src, srcPitch, dst, dstPitch, width, height);
 }
 
 void rotateTightPlaneLeft(const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/, uint8_t *dst) {

@@ -1,9 +1,9 @@
 #include "sameformat/rgb16.h"
 
+#include "kernels/copy_lines.h"
 #include "kernels/stores.h"
+#include "kernels/table_groups.h"
 #include "sameformat/bilinear.h"
-#include "sameformat/copy_lines.h"
-#include "sameformat/table_groups.h"
 #include "sameformat/transpose.h"
 
 namespace zqcc {
@@ -16,6 +16,14 @@ struct Channels {
   int32_t red;
   int32_t green;
   int32_t blue;
+
+  Channels &operator+=(const Channels &other) {
+    red += other.red;
+    green += other.green;
+    blue += other.blue;
+    return *this;
+  }
+  Channels operator/(int32_t count) const { return {red / count, green / count, blue / count}; }
 };
 
 Channels loadPixel(const uint8_t *p) {
@@ -25,6 +33,10 @@ Channels loadPixel(const uint8_t *p) {
 
 uint32_t pack(const Channels &c) {
   return static_cast<uint32_t>(c.red) << 11 | static_cast<uint32_t>(c.green) << 5 | static_cast<uint32_t>(c.blue);
+}
+
+SampleTap tapOf(const TableGroup &group, int32_t i) {
+  return AsBuilt{}(group.tap(i));
 }
 
 Channels samplePixel(const SourceLines &line, const SampleTap &column) {
@@ -48,14 +60,14 @@ struct Source {
 void resizeRgb16Block(const TableGroup &x, const TableGroup &y, const Source &src, uint8_t *tile,
                       std::ptrdiff_t dstPitch) {
   for (int32_t j = 0; j < y.count; ++j) {
-    const SourceLines lines = src.lines(y.tap(j));
+    const SourceLines lines = src.lines(tapOf(y, j));
     uint8_t *out = tile + j * dstPitch;
     int32_t i = 0;
     for (; i + 1 < x.count; i += 2, out += 2 * kPixelBytes) {
-      storeWordAnywhere(out, pack(samplePixel(lines, x.tap(i))), pack(samplePixel(lines, x.tap(i + 1))));
+      storeWordAnywhere(out, pack(samplePixel(lines, tapOf(x, i))), pack(samplePixel(lines, tapOf(x, i + 1))));
     }
     if (i < x.count) {
-      storePixelAnywhere(out, pack(samplePixel(lines, x.tap(i))));
+      storePixelAnywhere(out, pack(samplePixel(lines, tapOf(x, i))));
     }
   }
 }
@@ -67,24 +79,24 @@ void resizeRotateRgb16Block(const TableGroup &x, const TableGroup &y, const Sour
                             std::ptrdiff_t columnStep) {
   int32_t j = 0;
   for (; j + 1 < y.count; j += 2) {
-    const SampleTap first = y.tap(j);
-    SampleTap second = y.tap(j + 1);
+    const SampleTap first = tapOf(y, j);
+    SampleTap second = tapOf(y, j + 1);
     second.weights = first.weights; // the pair is weighed alike; only the position of its second line counts
     const SourceLines a = src.lines(first);
     const SourceLines b = src.lines(second);
     uint8_t *out = tile + j * lineStep + (lineStep < 0 ? lineStep : 0);
     for (int32_t i = 0; i < x.count; ++i, out += columnStep) {
-      const SampleTap column = x.tap(i);
+      const SampleTap column = tapOf(x, i);
       const uint32_t pixelA = pack(samplePixel(a, column));
       const uint32_t pixelB = pack(samplePixel(b, column));
       storeWordAnywhere(out, lineStep > 0 ? pixelA : pixelB, lineStep > 0 ? pixelB : pixelA);
     }
   }
   if (j < y.count) {
-    const SourceLines lone = src.lines(y.tap(j));
+    const SourceLines lone = src.lines(tapOf(y, j));
     uint8_t *out = tile + j * lineStep;
     for (int32_t i = 0; i < x.count; ++i, out += columnStep) {
-      storePixelAnywhere(out, pack(samplePixel(lone, x.tap(i))));
+      storePixelAnywhere(out, pack(samplePixel(lone, tapOf(x, i))));
     }
   }
 }
@@ -99,23 +111,19 @@ void forEachTile(const Job &job, uint8_t *origin, std::ptrdiff_t columnStep, std
                  std::ptrdiff_t kernelStep, Kernel kernel) {
   const ConvertParams &p = job.params;
   const Source src{p.inBuf[0], p.inStride};
-  forEachGroup(job.yTable, p.inHeight, [&](const TableGroup &y) {
-    forEachGroup(job.xTable, p.inWidth, [&](const TableGroup &x) {
-      kernel(x, y, src, origin + x.first * columnStep + y.first * lineStep, kernelStep);
+  forEachGroup(job.yTable, p.outHeight, [&](const TableGroup &y, int32_t top) {
+    forEachGroup(job.xTable, p.outWidth, [&](const TableGroup &x, int32_t left) {
+      kernel(x, y, src, origin + left * columnStep + top * lineStep, kernelStep);
     });
   });
 }
 
-/// Sums five channels; masking the means keeps what a filter's overshoot leaves in a channel's bits.
+/// Masking the means keeps what a filter's overshoot leaves in a channel's bits.
 uint32_t samplePixelMean(const SourceLines (&lines)[kFilterTaps], const int32_t *entry) {
-  Channels sum{};
-  for (const SourceLines &line : lines) {
-    const Channels tap = samplePixel(line, AsBuilt{}(entry));
-    entry += kTapWords;
-    sum = {sum.red + tap.red, sum.green + tap.green, sum.blue + tap.blue};
-  }
-  constexpr auto kTaps = static_cast<int32_t>(kFilterTaps);
-  return pack({sum.red / kTaps & 0x1F, sum.green / kTaps & 0x3F, sum.blue / kTaps & 0x1F});
+  const Channels mean = meanOfTaps<kFilterTaps>([&](std::size_t t) {
+    return samplePixel(lines[t], AsBuilt{}(entry + static_cast<std::ptrdiff_t>(t) * kTapWords));
+  });
+  return pack({mean.red & 0x1F, mean.green & 0x3F, mean.blue & 0x1F});
 }
 
 } // namespace
@@ -127,18 +135,7 @@ void copyRgb16(const Job &job) {
 
 void rotateRgb16(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.outWidth <= 0 || p.outHeight <= 0) {
-    return;
-  }
-  const std::ptrdiff_t srcPitch = p.inStride;
-  const std::ptrdiff_t dstPitch = p.outStride;
-  if (p.rotation == ROTATION_90_LEFT) {
-    transposeLines<uint16_t>(p.inBuf[0], srcPitch, p.outBuf[0] + (p.outWidth - 1) * dstPitch, -dstPitch, p.outWidth,
-                             p.outHeight);
-  } else {
-    transposeLines<uint16_t>(p.inBuf[0] + (p.outHeight - 1) * srcPitch, -srcPitch, p.outBuf[0], dstPitch, p.outWidth,
-                             p.outHeight);
-  }
+  quarterTurn<uint16_t>(turnOf(p.rotation), p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
 }
 
 void resizeRgb16(const Job &job) {
@@ -149,7 +146,7 @@ void resizeRgb16(const Job &job) {
 void resizeRotateRgb16(const Job &job) {
   const ConvertParams &p = job.params;
   const std::ptrdiff_t pitch = p.outStride;
-  if (p.rotation == ROTATION_90_LEFT) {
+  if (turnOf(p.rotation) == Turn::Left) {
     forEachTile(job, p.outBuf[0] + (p.outWidth - 1) * pitch, -pitch, kPixelBytes, -pitch, resizeRotateRgb16BlockLeft);
   } else {
     forEachTile(job, p.outBuf[0] + (p.outHeight - 1) * kPixelBytes, pitch, -kPixelBytes, pitch,

@@ -4,14 +4,14 @@
 // Turned pictures are outHeight pixels wide and outWidth lines high.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 
 /// Copies outWidth x outHeight pixels.
 void copyRgb16(const Job &job);
 
-/// Turns outWidth x outHeight pixels, left for rotation 3 and right otherwise.
+/// Turns outWidth x outHeight pixels, by a quarter.
 void rotateRgb16(const Job &job);
 
 /// Bilinear; grouped tables.

@@ -1,6 +1,8 @@
 #include "sameformat/semi_planar.h"
 
-#include "sameformat/copy_lines.h"
+#include "base/limits.h"
+#include "kernels/copy_lines.h"
+#include "sameformat/chroma_pairs.h"
 #include "sameformat/nearest.h"
 #include "sameformat/transpose.h"
 
@@ -10,42 +12,24 @@ namespace zqcc {
 
 namespace {
 
-constexpr std::ptrdiff_t kPairBytes = 2;
-
-constexpr int32_t smaller(int32_t a, int32_t b) {
-  return a < b ? a : b;
-}
-
 /// Turns `lines` lines of `width` units. The left turn reads them from line 0 down, the right turn from line
 /// srcLines - 1 up; when that runs out of lines, the first one fills what remains.
 template <class Unit>
-void quarterTurn(uint32_t rotation, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst,
-                 int32_t width, int32_t lines, std::ptrdiff_t dstPitch) {
-  if (width <= 0 || lines <= 0) {
+void turnLines(Turn turn, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst, int32_t width,
+               int32_t lines, std::ptrdiff_t dstPitch) {
+  if (turn == Turn::Left) {
+    quarterTurn<Unit>(turn, src, srcPitch, dst, dstPitch, width, lines);
     return;
   }
-  if (rotation == ROTATION_90_LEFT) {
-    transposeLines<Unit>(src, srcPitch, dst + (width - 1) * dstPitch, -dstPitch, width, lines);
-    return;
-  }
-  const int32_t there = smaller(lines, srcLines > 0 ? srcLines : 0);
-  transposeLines<Unit>(src + (srcLines - 1) * srcPitch, -srcPitch, dst, dstPitch, width, there);
-  if (there < lines) {
-    transposeLines<Unit>(src, 0, dst + there * static_cast<std::ptrdiff_t>(sizeof(Unit)), dstPitch, width,
-                         lines - there);
-  }
+  const int32_t there = smaller(lines, srcLines);
+  const uint8_t *const first = src + std::ptrdiff_t{srcLines - there} * srcPitch;
+  quarterTurn<Unit>(turn, first, srcPitch, dst, dstPitch, width, there);
+  quarterTurn<Unit>(turn, src, 0, dst + there * static_cast<std::ptrdiff_t>(sizeof(Unit)), dstPitch, width,
+                    lines - there);
 }
 
-void rotateLumaPlane(uint32_t rotation, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst,
-                     int32_t width, int32_t lines, std::ptrdiff_t dstPitch) {
-  quarterTurn<uint8_t>(rotation, src, srcLines, srcPitch, dst, width, lines, dstPitch);
-}
-
-/// Widths count pairs.
-void rotateChromaPairs(uint32_t rotation, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst,
-                       int32_t width, int32_t lines, std::ptrdiff_t dstPitch) {
-  quarterTurn<uint16_t>(rotation, src, srcLines, srcPitch, dst, width, lines, dstPitch);
-}
+constexpr auto rotateLumaPlane = turnLines<uint8_t>;
+constexpr auto rotateChromaPairs = turnLines<uint16_t>; ///< widths count pairs
 
 void resizeLuma(const Job &job) {
   const ConvertParams &p = job.params;
@@ -60,23 +44,36 @@ void resizeLuma(const Job &job) {
   }
 }
 
-/// Pair k of chroma line l follows the luma at column 2k of line 2l. The lone last column or line of an odd input has
-/// no chroma of its own and takes the last there is.
+/// Pair k of a chroma line follows the luma at column 2k; what is behind the input's last pair takes that one. `bytes`
+/// is odd where the output line ends in the middle of a pair.
+void resizePairs(const uint8_t *line, const PairLine &input, const int32_t *xTable, uint8_t *out, int32_t bytes) {
+  const auto pairAt = [&](int32_t k) {
+    return chromaPair(line, smaller(xTable[std::ptrdiff_t{k} * 2] >> 1, input.lastFirst), input.lastSecond);
+  };
+  const int32_t whole = bytes / 2;
+  for (int32_t k = 0; k < whole; ++k) {
+    const uint16_t pair = pairAt(k);
+    std::memcpy(out + k * kPairBytes, &pair, kPairBytes);
+  }
+  if (bytes % 2 != 0) {
+    const uint16_t pair = pairAt(whole);
+    std::memcpy(out + whole * kPairBytes, &pair, 1);
+  }
+}
+
+/// Chroma line l follows the luma of line 2l. The lone last line of an odd input has no chroma of its own and takes the
+/// last there is.
 void resizeChroma(const Job &job) {
   const ConvertParams &p = job.params;
   const std::ptrdiff_t srcPitch = p.inStride;
   const std::ptrdiff_t dstPitch = p.outStride;
-  const int32_t lastPair = p.inWidth / 2 - 1;
   const int32_t lastLine = p.inHeight / 2 - 1;
   const int32_t lines = p.outHeight / 2;
-  const int32_t pairs = p.outWidth / 2;
+  const PairLine input = pairLine(p.inWidth, p.inStride);
+  const int32_t bytes = pairLineBytes(p.outWidth, p.outStride);
   for (int32_t l = 0; l < lines; ++l) {
     const uint8_t *line = p.inBuf[1] + smaller(job.yTable[std::ptrdiff_t{l} * 2] >> 1, lastLine) * srcPitch;
-    uint8_t *out = p.outBuf[1] + l * dstPitch;
-    for (int32_t k = 0; k < pairs; ++k, out += kPairBytes) {
-      const int32_t pair = smaller(job.xTable[std::ptrdiff_t{k} * 2] >> 1, lastPair);
-      std::memcpy(out, line + pair * kPairBytes, kPairBytes);
-    }
+    resizePairs(line, input, job.xTable, p.outBuf[1] + l * dstPitch, bytes);
   }
 }
 
@@ -85,13 +82,15 @@ void resizeChroma(const Job &job) {
 void copyYuv420SemiPlanar(const Job &job) {
   const ConvertParams &p = job.params;
   copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
-  copyLines(p.inBuf[1], p.inStride, p.outBuf[1], p.outStride, p.outWidth / 2 * kPairBytes, p.outHeight / 2);
+  const int32_t bytes = smaller(pairLineBytes(p.outWidth, p.inStride), pairLineBytes(p.outWidth, p.outStride));
+  copyLines(p.inBuf[1], p.inStride, p.outBuf[1], p.outStride, bytes, p.outHeight / 2);
 }
 
 void rotateYuv420SemiPlanar(const Job &job) {
   const ConvertParams &p = job.params;
-  rotateLumaPlane(p.rotation, p.inBuf[0], p.inHeight, p.inStride, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
-  rotateChromaPairs(p.rotation, p.inBuf[1], p.inHeight / 2, p.inStride, p.outBuf[1], p.outWidth / 2, p.outHeight / 2,
+  const Turn turn = turnOf(p.rotation);
+  rotateLumaPlane(turn, p.inBuf[0], p.inHeight, p.inStride, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
+  rotateChromaPairs(turn, p.inBuf[1], p.inHeight / 2, p.inStride, p.outBuf[1], p.outWidth / 2, p.outHeight / 2,
                     p.outStride);
 }
 
@@ -102,10 +101,13 @@ void resizeYuv420SemiPlanar(const Job &job) {
 
 void resizeRotateYuv420SemiPlanar(const Job &job) {
   const ConvertParams &p = job.params;
+  const Turn turn = turnOf(p.rotation);
   const NearestSource luma{p.inBuf[0], p.inStride, p.inWidth - 1, p.inHeight - 1, job.xTable, job.yTable};
-  const NearestSource chroma{p.inBuf[1], p.inStride, p.inWidth / 2 - 1, p.inHeight / 2 - 1, job.xTable, job.yTable};
-  resizeRotatePlane(p.rotation, luma, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
-  resizeRotateChromaPairs(p.rotation, chroma, p.outBuf[1], p.outWidth / 2, p.outHeight / 2, p.outStride);
+  const PairLine pairs = pairLine(p.inWidth, p.inStride);
+  const NearestSource chroma{p.inBuf[1], p.inStride, pairs.lastFirst, p.inHeight / 2 - 1,
+                             job.xTable, job.yTable, pairs.lastSecond};
+  resizeRotatePlane(turn, luma, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
+  resizeRotateChromaPairs(turn, chroma, p.outBuf[1], p.outWidth / 2, p.outHeight / 2, p.outStride);
 }
 
 } // namespace zqcc

@@ -1,11 +1,12 @@
 // Semi-planar 4:2:0 to semi-planar 4:2:0: copied, turned by a quarter, resized by nearest sample. A chroma pair moves
 // as one unit, so both pair orders share every routine. There is no half turn.
 //
-// A chroma plane has outHeight / 2 lines of outWidth / 2 pairs at the luma plane's pitch. Turned pictures are outHeight
-// samples wide and outWidth lines high.
+// A chroma plane has outHeight / 2 lines at the luma plane's pitch. A line has a pair for every two columns, upright
+// one for a lone last column too (see chroma_pairs.h); turned it has outHeight / 2 pairs, and there are outWidth / 2
+// lines. Turned pictures are outHeight samples wide and outWidth lines high.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

@@ -1,11 +1,12 @@
 // Exchanging lines and columns, the core of every quarter turn: the unit in column x of line c goes to place c of
-// destination line x. Signed line steps make it any quarter turn: the left turn writes its lines from the last one up,
-// the right turn reads its lines from the last one up.
+// destination line x. Signed line steps make it any quarter turn.
 //
 // A block of 64 / b by 64 / b units of b bits is turned in registers: its lines are loaded as 64-bit words, and
 // log2(64 / b) rounds exchange the off-diagonal halves, quarters, ... of every pair of words.
 #pragma once
 
+#include "base/limits.h"
+#include "base/turn.h"
 #include "sameformat/words.h"
 
 #include <cstddef>
@@ -72,7 +73,7 @@ void transposeLines(const uint8_t *src, std::ptrdiff_t srcStep, uint8_t *dst, st
   const int32_t blockLines = lines > 0 ? lines - lines % kBlock : 0;
 
   for (int32_t left = 0; left < blockWidth; left += kStrip) {
-    const int32_t right = blockWidth - left < kStrip ? blockWidth : left + kStrip;
+    const int32_t right = left + smaller(kStrip, blockWidth - left);
     for (int32_t line = 0; line < blockLines; line += kBlock) {
       for (int32_t x = left; x < right; x += kBlock) {
         transposeBlock<Unit>(src + line * srcStep + x * kBytes, srcStep, dst + x * dstStep + line * kBytes, dstStep);
@@ -83,6 +84,21 @@ void transposeLines(const uint8_t *src, std::ptrdiff_t srcStep, uint8_t *dst, st
                        blockLines);
   transposeUnits<Unit>(src + blockLines * srcStep, srcStep, dst + blockLines * kBytes, dstStep, width,
                        lines - blockLines);
+}
+
+/// A quarter turn of `lines` source lines of `width` units, as transposeLines: the left turn writes its lines from the
+/// last one up, the right turn reads its lines from the last one up.
+template <class Unit>
+void quarterTurn(Turn turn, const uint8_t *src, std::ptrdiff_t srcPitch, uint8_t *dst, std::ptrdiff_t dstPitch,
+                 int32_t width, int32_t lines) {
+  if (width <= 0 || lines <= 0) {
+    return;
+  }
+  if (turn == Turn::Left) {
+    transposeLines<Unit>(src, srcPitch, dst + (width - 1) * dstPitch, -dstPitch, width, lines);
+  } else {
+    transposeLines<Unit>(src + (lines - 1) * srcPitch, -srcPitch, dst, dstPitch, width, lines);
+  }
 }
 
 } // namespace zqcc

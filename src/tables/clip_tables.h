@@ -1,6 +1,8 @@
 // Saturation by table: an 8-bit-scale value outside its range costs one load, the same as one inside it.
 #pragma once
 
+#include "base/limits.h"
+
 #include <cstdint>
 
 namespace zqcc {
@@ -17,17 +19,11 @@ public:
   uint32_t operator[](int32_t index) const { return base_[index]; }
 
   /// Any index: past either end the end value stands.
-  [[nodiscard]] uint32_t at(int32_t index) const {
-    return base_[index < First ? First : (index > Last ? Last : index)];
-  }
+  [[nodiscard]] uint32_t at(int32_t index) const { return base_[clampTo(index, First, Last)]; }
 
 private:
   const uint8_t *base_;
 };
-
-constexpr int clampTo(int value, int low, int high) {
-  return value < low ? low : (value > high ? high : value);
-}
 
 /// Positions in CLIP_BASES. All tables cover the same signed range of an 8-bit-scale value, -384..639, shifted by 0, 2,
 /// 3 and 2.

@@ -1,6 +1,7 @@
 #include "yuv/rgb24_input.h"
 
-#include "kernels/tile.h"
+#include "kernels/convert_rect.h"
+#include "kernels/layouts.h"
 
 namespace zqcc {
 namespace {
@@ -8,9 +9,6 @@ namespace {
 template <Turn turn>
 void convertRgb24(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.outWidth <= 0 || p.outHeight <= 0) {
-    return;
-  }
   inBlocks(convertTile<Rgb24Bytes::Layout, PackRgb, turn>, Rgb24Bytes::view(p, p.outWidth, p.outHeight),
            targetOf<turn, 2>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
            *job.matrix);

@@ -1,7 +1,7 @@
 // RGB24 to RGB565 at the same size: channels lose their low bits, nothing is rounded or dithered.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

@@ -1,23 +1,19 @@
 #include "yuv/yuv_to_yuv.h"
 
-#include "frame/picture_shape.h"
-#include "kernels/planes.h"
+#include "base/limits.h"
+#include "base/picture_shape.h"
+#include "kernels/copy_lines.h"
+#include "tables/packed_layout.h"
 
 #include <cstring>
 
 namespace zqcc {
 namespace {
 
-void copyLines(const uint8_t *from, std::ptrdiff_t fromStride, uint8_t *to, std::ptrdiff_t toStride, int32_t bytes,
-               int32_t lines) {
-  for (int32_t j = 0; j < lines; ++j) {
-    std::memcpy(to + j * toStride, from + j * fromStride, static_cast<std::size_t>(bytes));
-  }
-}
-
 void copyChroma(const ConvertParams &p, int plane) {
   const int32_t columns = p.outWidth / 2;
-  const ChromaLimits limits = halfPitchLimits(p.inType, p.outWidth, p.outHeight, p.inStride);
+  const PictureSize planes = planesSize(p);
+  const ChromaLimits limits = halfPitchLimits(p.inType, planes.width, planes.height, p.inStride);
   const auto whole = static_cast<std::size_t>(smaller(columns, limits.column + 1));
   const auto missing = static_cast<std::size_t>(columns) - whole;
   const std::ptrdiff_t inPitch = p.inStride >> 1;
@@ -30,10 +26,10 @@ void copyChroma(const ConvertParams &p, int plane) {
   }
 }
 
-/// One line's luma, pixel pairs first, a lone last pixel from its own group.
+/// One line's luma, pixel pairs first, a lone last pixel from its own macropixel.
 void unpackLuma(const uint8_t *from, uint8_t *to, int32_t width, const PackedLayout &layout) {
   int32_t x = 0;
-  for (; x + 1 < width; x += 2, from += 4) {
+  for (; x + 1 < width; x += 2, from += kMacropixelBytes) {
     to[x] = from[layout.left];
     to[x + 1] = from[layout.right];
   }
@@ -43,7 +39,7 @@ void unpackLuma(const uint8_t *from, uint8_t *to, int32_t width, const PackedLay
 }
 
 void unpackChroma(const uint8_t *from, uint8_t *u, uint8_t *v, int32_t columns, const PackedLayout &layout) {
-  for (int32_t i = 0; i < columns; ++i, from += 4) {
+  for (int32_t i = 0; i < columns; ++i, from += kMacropixelBytes) {
     u[i] = from[layout.u];
     v[i] = from[layout.v];
   }
@@ -68,9 +64,6 @@ void deinterleaveChroma(const ConvertParams &params, uint8_t *first, uint8_t *se
 
 void copyPlanarToYuv420Planar(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.outWidth <= 0) {
-    return;
-  }
   copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
   if (p.outHeight < 2) {
     return; // a single line has no chroma line

@@ -1,7 +1,7 @@
 // YUV to YUV without arithmetic on the samples: splitting interleaved chroma, and reduction to planar 4:2:0.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 
 namespace zqcc {
 

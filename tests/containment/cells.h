@@ -1,7 +1,7 @@
 // The cells of the routine tables by name, and which cell serves a frame.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
 #include "zqColorConversion.h"
 
 #include <array>

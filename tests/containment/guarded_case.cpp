@@ -16,10 +16,22 @@ using support::GuardedPages;
 using support::PlaneShape;
 
 /// A line is never longer than its stride: a packed line of odd width may be cut there.
-PlaneShape shapeOf(int type, int width, int height, int stride, int index) {
-  PlaneShape shape = support::planeShape(type, width, height, stride, index);
+PlaneShape shapeOf(int type, int width, int height, int stride, int index, support::LastPair lastPair) {
+  PlaneShape shape = support::planeShape(type, width, height, stride, index, lastPair);
   shape.lineBytes = std::min(shape.lineBytes, shape.stride);
   return shape;
+}
+
+PlaneShape inputShape(const ConvertParams &p, const Sizes &sizes, int index) {
+  const auto lastPair = p.inType == p.outType ? support::LastPair::Kept : support::LastPair::Dropped;
+  return shapeOf(p.inType, sizes.width, sizes.height, p.inStride, index, lastPair);
+}
+
+PlaneShape outputShape(const ConvertParams &p, int index) {
+  const reference::Size written = writtenSize(p);
+  const bool turned = p.rotation == ROTATION_90_LEFT || p.rotation == ROTATION_90_RIGHT;
+  const auto lastPair = turned ? support::LastPair::Dropped : support::LastPair::Kept;
+  return shapeOf(p.outType, written.width, written.height, p.outStride, index, lastPair);
 }
 
 int pixelBytesOf(int type) {
@@ -68,7 +80,7 @@ void Bench::placeInputs(const GuardedCase &c, ConvertParams &params, Against aga
   std::fill(std::begin(params.inBuf), std::end(params.inBuf), nullptr);
   for (int i = 0; i < support::planeCount(params.inType); ++i) {
     GuardedPages &pages = *in_[static_cast<std::size_t>(i)];
-    const PlaneShape shape = shapeOf(params.inType, s.width, s.height, params.inStride, i);
+    const PlaneShape shape = inputShape(params, s, i);
     pages.place(shape.bytes(), against);
     const bool same = against == Against::End || readsPadding(params);
     const uint32_t padding = c.seed + (same ? 0x51U : 0xA7U);
@@ -88,12 +100,10 @@ void Bench::placeInputs(const GuardedCase &c, ConvertParams &params, Against aga
 /// The expected bytes of every plane, and with them how far the plane reaches: pictures that lie at the right end of
 /// their lines take the last line's padding as well.
 void Bench::makeExpected(const GuardedCase &c, const ConvertParams &params, uint32_t code) {
-  const reference::Size written = writtenSize(params);
   std::array<std::size_t, 3> tight{};
   for (int i = 0; i < 3; ++i) {
     const bool exists = i < support::planeCount(params.outType);
-    const PlaneShape shape =
-        exists ? shapeOf(params.outType, written.width, written.height, params.outStride, i) : PlaneShape{};
+    const PlaneShape shape = exists ? outputShape(params, i) : PlaneShape{};
     const auto index = static_cast<std::size_t>(i);
     tight[index] = shape.bytes();
     ground_[index].assign(
@@ -134,7 +144,6 @@ std::array<Bench::Bytes, 3> Bench::modelled(ConvertParams p, const GuardedCase &
 }
 
 void Bench::placeOutputs(ConvertParams &params, Against against) {
-  const reference::Size written = writtenSize(params);
   outputs_.clear();
   std::fill(std::begin(params.outBuf), std::end(params.outBuf), nullptr);
   for (int i = 0; i < support::planeCount(params.outType); ++i) {
@@ -143,9 +152,8 @@ void Bench::placeOutputs(ConvertParams &params, Against against) {
     pages.place(ground_[index].size(), against);
     std::copy(ground_[index].begin(), ground_[index].end(), pages.write());
     params.outBuf[i] = pages.data();
-    outputs_.push_back({"output plane " + std::to_string(i),
-                        shapeOf(params.outType, written.width, written.height, params.outStride, i), &pages,
-                        pixelBytesOf(params.outType)});
+    outputs_.push_back(
+        {"output plane " + std::to_string(i), outputShape(params, i), &pages, pixelBytesOf(params.outType)});
   }
 }
 

@@ -40,11 +40,11 @@ struct Planes {
       plane = std::make_unique<GuardedPages>(kCapacity, access);
     }
   }
-  void place(int type, int width, int height, int stride, Against against) {
+  void place(int type, int width, int height, int stride, support::LastPair lastPair, Against against) {
     for (int i = 0; i < 3; ++i) {
       const bool exists = i < support::planeCount(type);
       pages.at(static_cast<std::size_t>(i))
-          ->place(exists ? support::planeShape(type, width, height, stride, i).bytes() : 0, against);
+          ->place(exists ? support::planeShape(type, width, height, stride, i, lastPair).bytes() : 0, against);
     }
   }
   std::array<std::unique_ptr<GuardedPages>, 3> pages;
@@ -58,12 +58,15 @@ std::string convert(const Mode &mode, const Sizes &sizes, Against against, int &
   const int height = std::max(sizes.height, sizes.outHeight);
   ConvertParams p = containment::recordOf(mode, sizes);
   p.inStride = support::tightStride(mode.inType, width);
-  in.place(mode.inType, width, height, p.inStride, against);
   const bool turned = mode.rotation == ROTATION_90_LEFT || mode.rotation == ROTATION_90_RIGHT;
+  const bool keepsType = mode.inType == mode.outType;
+  const auto inPairs = keepsType ? support::LastPair::Kept : support::LastPair::Dropped;
+  const auto outPairs = keepsType && !turned ? support::LastPair::Kept : support::LastPair::Dropped;
+  in.place(mode.inType, width, height, p.inStride, inPairs, against);
   const int line = turned ? std::max(width, height) : width;
   const int lines = turned ? std::max(width, height) : height;
   p.outStride = support::tightStride(mode.outType, line);
-  out.place(mode.outType, line, lines, p.outStride, against);
+  out.place(mode.outType, line, lines, p.outStride, outPairs, against);
   for (std::size_t i = 0; i < 3; ++i) {
     p.inBuf[i] = in.pages[i]->data();
     p.outBuf[i] = out.pages[i]->data();

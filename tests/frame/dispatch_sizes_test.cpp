@@ -137,16 +137,64 @@ TEST_F(DispatchSizes, PicturesTooSmallForTheirChromaAreRefused) {
 }
 
 TEST_F(DispatchSizes, OutputsTooSmallForTheirChromaAreRefused) {
-  for (const int type : {COLOR_YUV420_PLANAR, COLOR_YUV420_PACK}) {
-    for (const auto &size : {std::array<int, 2>{1, 8}, {8, 1}}) {
-      ConvertParams p = buffers_.describe(type, type);
-      p.isResize = 1;
-      p.outWidth = size[0];
-      p.outHeight = size[1];
-      EXPECT_EQ(convert(p), CC_ERR_ARGUMENT) << nameOf(p);
-      EXPECT_EQ(buffers_.touched(), "");
+  struct Small {
+    int type, width, height;
+    uint32_t rotation;
+  };
+  for (const Small &small : {Small{COLOR_YUV420_PLANAR, 1, 8, ROTATION_NONE},
+                             {COLOR_YUV420_PLANAR, 8, 1, ROTATION_NONE},
+                             {COLOR_YUV420_PACK, 8, 1, ROTATION_NONE},
+                             {COLOR_YUV420_PACK, 1, 8, ROTATION_90_LEFT},
+                             {COLOR_YUV420_PACK2, 8, 1, ROTATION_90_RIGHT}}) {
+    ConvertParams p = buffers_.describe(small.type, small.type);
+    p.isResize = 1;
+    p.rotation = small.rotation;
+    p.outWidth = small.width;
+    p.outHeight = small.height;
+    EXPECT_EQ(convert(p), CC_ERR_ARGUMENT) << nameOf(p);
+    EXPECT_EQ(buffers_.touched(), "");
+  }
+}
+
+TEST_F(DispatchSizes, ASingleUprightSemiPlanarColumnHasAPair) {
+  for (const int type : {COLOR_YUV420_PACK, COLOR_YUV420_PACK2}) {
+    ConvertParams p = buffers_.describe(type, type);
+    p.outWidth = 1;
+    p.isResize = 1;
+    EXPECT_EQ(convert(p), CC_OK) << nameOf(p);
+    p.isResize = 0;
+    p.inWidth = 1;
+    EXPECT_EQ(convert(p), CC_OK) << nameOf(p);
+    for (const uint32_t rotation : {ROTATION_90_LEFT, ROTATION_90_RIGHT}) {
+      p.rotation = rotation; // turned pictures hold whole pairs only
+      expectRefused(p, "no chroma");
+    }
+    p.rotation = ROTATION_NONE;
+    p.outHeight = p.inHeight = 2;
+    p.inBuf[1] = nullptr;
+    expectRefused(p, "the chroma plane");
+  }
+}
+
+/// What is cut out of a picture need not have chroma of its own.
+TEST_F(DispatchSizes, CutOutsTakeTheInputsChroma) {
+  for (const int type : {1, 2, 3, 4, 11, 12, 13, 35, 37}) {
+    ConvertParams p = buffers_.describe(type, COLOR_RGB565);
+    p.isResize = 1;
+    p.rotation = ROTATION_FLIP_V;
+    p.outWidth = p.outHeight = 1;
+    EXPECT_EQ(convert(p), CC_OK) << nameOf(p);
+    p.outType = COLOR_YUV420_PLANAR;
+    p.outWidth = p.outHeight = 2;
+    if (type != COLOR_YUV420_PLANAR) {
+      EXPECT_EQ(convert(p), CC_OK) << nameOf(p);
     }
   }
+  ConvertParams p = buffers_.describe(COLOR_YUV411_PLANAR, COLOR_RGB565);
+  p.isResize = 1;
+  p.rotation = ROTATION_FLIP_V;
+  p.inWidth = p.outWidth = 3;
+  EXPECT_EQ(convert(p), CC_ERR_ARGUMENT) << "three columns at a quarter of the width are no sample";
 }
 
 TEST_F(DispatchSizes, SizesBelowZeroAreNoPicture) {

@@ -1,5 +1,5 @@
 // Which routine the sizes choose, and which number a packed byte order has.
-#include "frame/picture_shape.h"
+#include "base/picture_shape.h"
 #include "frame/route.h"
 #include "frame/routine_tables.h"
 

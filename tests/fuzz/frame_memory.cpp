@@ -39,12 +39,21 @@ Extent cut(Extent extent, const ConvertParams &p, int64_t width, int64_t cropped
   return extent;
 }
 
+/// Semi-planar pictures that keep their type have a pair for a lone last column, unless they come out turned.
+support::LastPair lastInputPair(const ConvertParams &p) {
+  return p.inType == p.outType ? support::LastPair::Kept : support::LastPair::Dropped;
+}
+support::LastPair lastOutputPair(const ConvertParams &p) {
+  const bool turned = p.rotation == ROTATION_90_LEFT || p.rotation == ROTATION_90_RIGHT;
+  return turned ? support::LastPair::Dropped : lastInputPair(p);
+}
+
 int64_t inputBytes(const ConvertParams &p, int plane, int64_t cropped) {
   // Converters that keep the size take it from the output fields, a pre-pass from the input's.
   const bool larger = p.isResize == 0;
   const int64_t width = larger ? std::max(p.inWidth, p.outWidth) : p.inWidth;
   const int64_t height = larger ? std::max(p.inHeight, p.outHeight) : p.inHeight;
-  Extent extent = support::planeShape<int64_t>(p.inType, width, height, p.inStride, plane);
+  Extent extent = support::planeShape<int64_t>(p.inType, width, height, p.inStride, plane, lastInputPair(p));
   if (isTight(p)) {
     extent.stride = extent.lineBytes;
   }
@@ -58,7 +67,8 @@ int64_t outputBytes(const ConvertParams &p, int plane) {
     const bool half = p.rotation == ROTATION_180;
     written = half ? reference::Size{p.inWidth, p.inHeight} : reference::Size{p.inHeight, p.inWidth};
   }
-  Extent extent = support::planeShape<int64_t>(p.outType, written.width, written.height, p.outStride, plane);
+  Extent extent =
+      support::planeShape<int64_t>(p.outType, written.width, written.height, p.outStride, plane, lastOutputPair(p));
   if (isTight(p)) {
     extent.stride = extent.lineBytes;
   }

@@ -8,8 +8,11 @@ fail() { echo "FAILED: $*"; failed=1; }
 
 expected=$(grep -oE '^ +zq[A-Za-z0-9]+;' "$map" | tr -d ' ;' | LC_ALL=C sort)
 [ "$(wc -l <<<"$expected")" -eq 13 ] || fail "the export list does not hold thirteen names"
-exported=$(nm -D --defined-only "$library" | awk '{print $3}' | LC_ALL=C sort)
-[ "$exported" = "$expected" ] || fail "exports differ from the list: $(diff <(echo "$expected") <(echo "$exported"))"
+# Each name carries the version node, which is an absolute symbol itself.
+node=$(sed -n '1s/ {$//p' "$map")
+exported=$(nm -D --with-symbol-versions --defined-only "$library" | awk '$2 != "A" { print $3 }' | LC_ALL=C sort)
+versioned=$(sed "s/\$/@@$node/" <<<"$expected")
+[ "$exported" = "$versioned" ] || fail "exports differ from the list: $(diff <(echo "$versioned") <(echo "$exported"))"
 
 needed=$(readelf -d "$library" | sed -n 's/.*NEEDED.*\[\(.*\)\]/\1/p')
 [ "$needed" = "libc.so.6" ] || fail "needs more than the C library: $needed"
@@ -26,7 +29,9 @@ done
 
 initialisers=$(readelf -SW "$static" | grep -E '\.(init_array|ctors|preinit_array)' || true)
 [ -z "$initialisers" ] || fail "static constructors: $initialisers"
-readelf -d "$library" | grep -q 'SONAME.*libzqColorConversion\.so\.[0-9]' || fail "no versioned soname"
+# The node and the object's name change together.
+soname=$(readelf -d "$library" | sed -n 's/.*SONAME.*\[\(.*\)\]/\1/p')
+[ "$soname" = "libzqColorConversion.so.${node#ZQCC_}" ] || fail "soname $soname, but version node $node"
 
 [ $failed -eq 0 ] && echo "13 exports, needs libc only, calls: $(echo $undefined)"
 exit $failed

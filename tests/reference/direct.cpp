@@ -1,7 +1,8 @@
 #include "reference/direct.h"
 
-#include "reference/direct_arith.h"
+#include "reference/colour_arith.h"
 #include "reference/direct_source.h"
+#include "support/picture.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,10 +22,7 @@ struct Frame {
   uint8_t *out;
   int rotation;
 
-  void word(Offset at, uint16_t pixel) const {
-    out[at] = static_cast<uint8_t>(pixel & 0xFF);
-    out[at + 1] = static_cast<uint8_t>(pixel >> 8);
-  }
+  void word(Offset at, uint16_t pixel) const { storeWord(out + at, pixel); }
   void bytes(Offset at, Components c) const {
     out[at] = static_cast<uint8_t>(c.blue);
     out[at + 1] = static_cast<uint8_t>(c.green);
@@ -46,9 +44,6 @@ void forEachPixel(const Frame &f, F &&body) {
   }
 }
 
-bool isPacked(int type) {
-  return (type >= 6 && type <= 9) || (type >= 14 && type <= 17);
-}
 bool isTurn(int rotation) {
   return rotation >= 3 && rotation <= 5;
 }
@@ -211,7 +206,7 @@ void planarToYuv420(const ConvertParams &p) {
   for (int plane = 1; plane <= 2; ++plane) {
     for (int k = 0; k < f.H / 2; ++k) {
       for (int i = 0; i < samples; ++i) {
-        p.outBuf[plane][k * (f.S >> 1) + i] = static_cast<uint8_t>(source.halfPitch(plane, i, 2 * k, samples));
+        p.outBuf[plane][k * (f.S >> 1) + i] = static_cast<uint8_t>(source.halfPitch(plane, i, 2 * k));
       }
     }
   }
@@ -230,35 +225,21 @@ void packedToYuv420(const ConvertParams &p) {
   }
 }
 
-std::vector<uint8_t> turnPlane(const uint8_t *source, int width, int lines, Offset pitch, bool left) {
-  std::vector<uint8_t> turnedPlane(static_cast<std::size_t>(width) * static_cast<std::size_t>(lines));
-  for (int y = 0; y < lines; ++y) {
-    for (int x = 0; x < width; ++x) {
-      const Offset line = left ? width - 1 - x : x;
-      const Offset column = left ? y : lines - 1 - y;
-      turnedPlane[static_cast<std::size_t>(line * lines + column)] = source[y * pitch + x];
-    }
-  }
-  return turnedPlane;
-}
-
 /// Types 0, 2, 4 and 37 asked to scale and to turn are turned first, plane by plane, and go on as the type whose layout
 /// the turned planes have; the output routine then copies, unscaled.
 void turnThenCopy(const ConvertParams &p) {
   const bool left = p.rotation == ROTATION_90_LEFT;
-  const int w = p.inWidth;
-  const int h = p.inHeight;
-  const int chromaW = p.inType == 4 ? w / 4 : w;
-  const int chromaH = p.inType == 2 ? h / 2 : p.inType == 37 ? h / 4 : h;
-  const Offset chromaPitch = p.inType == 4 ? p.inStride >> 2 : p.inStride;
-  const std::vector<uint8_t> y = turnPlane(p.inBuf[0], w, h, p.inStride, left);
-  const std::vector<uint8_t> u = turnPlane(p.inBuf[1], chromaW, chromaH, chromaPitch, left);
-  const std::vector<uint8_t> v = turnPlane(p.inBuf[2], chromaW, chromaH, chromaPitch, left);
+  const auto turnedChroma = [&](int i) {
+    return turnedSamples(chromaPlane(p.inType, p.inBuf[i], p.inWidth, p.inHeight, p.inStride), left);
+  };
+  const std::vector<uint8_t> y = turnedSamples({p.inBuf[0], p.inStride, p.inWidth, p.inHeight}, left);
+  const std::vector<uint8_t> u = turnedChroma(1);
+  const std::vector<uint8_t> v = turnedChroma(2);
   ConvertParams t = p;
-  t.inType = p.inType == 2 ? 1 : p.inType == 4 ? 37 : p.inType == 37 ? 4 : 0;
-  t.inWidth = h;
-  t.inHeight = w;
-  t.inStride = h;
+  t.inType = turnedLayout(p.inType);
+  t.inWidth = p.inHeight;
+  t.inHeight = p.inWidth;
+  t.inStride = p.inHeight;
   t.outWidth = p.outHeight;
   t.outHeight = p.outWidth;
   t.inBuf[0] = y.data();
@@ -298,7 +279,7 @@ void convertDirect(const ConvertParams &p, const Colour &colour) {
     if (p.outType == COLOR_RGB565) {
       rgb24ToRgb565(Frame(p), p);
     }
-  } else if (!isPacked(p.inType)) {
+  } else if (!support::isPacked422(p.inType)) {
     convertPlanar(p, colour);
   } else if (p.outType == COLOR_RGB565 || p.outType == COLOR_RGB16_ALT) {
     packedToRgb565(Frame(p), p, colour);

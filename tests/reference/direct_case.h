@@ -86,7 +86,7 @@ Converted convertPicture(const support::Picture &picture, int outType, int rotat
 
 /// Start of a line of a picture's or canvas's plane.
 template <typename T>
-uint8_t *lineOf(T &planes, int plane, int line, int pitch) {
+auto *lineOf(T &planes, int plane, int line, int pitch) {
   return planes.plane(plane) + static_cast<std::ptrdiff_t>(line) * pitch;
 }
 

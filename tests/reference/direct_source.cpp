@@ -1,66 +1,29 @@
 #include "reference/direct_source.h"
 
+#include "support/picture.h"
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
 namespace reference::direct {
 
-int Plane::at(int column, int line) const {
-  const int c = std::clamp(column, 0, width - 1);
-  const int l = std::clamp(line, 0, lines - 1);
-  return base[static_cast<std::ptrdiff_t>(l) * pitch + static_cast<std::ptrdiff_t>(c) * step];
-}
-
-std::ptrdiff_t Plane::bytes() const {
-  return static_cast<std::ptrdiff_t>(lines - 1) * pitch + width;
-}
-
-namespace {
-/// Width, lines and pitch of the second and third plane. The picture's size is that of the output fields: converters
-/// that do not scale never look at the input's.
-Plane chromaShape(const ConvertParams &p) {
-  const int w = p.outWidth;
-  const int h = p.outHeight;
-  const int s = p.inStride;
-  switch (p.inType) {
-  case COLOR_YUV420_PLANAR:
-  case COLOR_YVU420_PLANAR:
-    return {nullptr, w / 2, h / 2, s >> 1, 1};
-  case COLOR_YUV420_PACK:
-  case COLOR_YUV420_PACK2:
-    return {nullptr, w / 2, h / 2, s, 2};
-  case COLOR_YUV422_PLANAR:
-  case COLOR_YVU422_PLANAR:
-    return {nullptr, w / 2, h, s >> 1, 1};
-  case COLOR_YUV440_PLANAR:
-    return {nullptr, w, h / 2, s, 1};
-  case COLOR_YUV411_PLANAR:
-    return {nullptr, w / 4, h, s >> 2, 1};
-  case COLOR_YUV_QUARTER_HEIGHT:
-    return {nullptr, w, h / 4, s, 1};
-  default:
-    return {nullptr, w, h, s, 1};
-  }
-}
-} // namespace
-
-PlanarSource::PlanarSource(const ConvertParams &p) : type_(p.inType), width_(p.outWidth), stride_(p.inStride) {
-  planes_[0] = {p.inBuf[0], p.outWidth, p.outHeight, p.inStride, 1};
-  planes_[1] = chromaShape(p);
-  planes_[2] = planes_[1];
-  planes_[1].base = p.inBuf[1];
-  planes_[2].base = p.inBuf[2];
+PlanarSource::PlanarSource(const ConvertParams &p)
+    : type_(p.inType), width_(p.isResize == 1 ? p.inWidth : p.outWidth), stride_(p.inStride) {
+  const int height = p.isResize == 1 ? p.inHeight : p.outHeight;
+  planes_[0] = {p.inBuf[0], p.inStride, width_, height};
+  planes_[1] = chromaPlane(type_, p.inBuf[1], width_, height, p.inStride);
+  planes_[2] = chromaPlane(type_, p.inBuf[2], width_, height, p.inStride);
   if (type_ == COLOR_YVU420_PLANAR || type_ == COLOR_YVU422_PLANAR) {
-    std::swap(planes_[1].base, planes_[2].base);
+    std::swap(planes_[1].data, planes_[2].data);
     type_ = type_ == COLOR_YVU420_PLANAR ? COLOR_YUV420_PLANAR : COLOR_YUV422_PLANAR;
   }
-  if (type_ == COLOR_YUV420_PACK || type_ == COLOR_YUV420_PACK2) {
+  if (support::isSemiPlanar(type_)) {
     // A picture of a single line may come without chroma, of which nothing is then read.
     const uint8_t *second = p.inBuf[1] != nullptr ? p.inBuf[1] + 1 : nullptr;
     const bool uFirst = type_ == COLOR_YUV420_PACK;
-    planes_[1].base = uFirst ? p.inBuf[1] : second;
-    planes_[2].base = uFirst ? second : p.inBuf[1];
+    planes_[1] = {uFirst ? p.inBuf[1] : second, p.inStride, width_ / 2, height / 2, 2};
+    planes_[2] = {uFirst ? second : p.inBuf[1], p.inStride, width_ / 2, height / 2, 2};
     type_ = COLOR_YUV420_PLANAR;
   }
 }
@@ -93,27 +56,17 @@ Chroma PlanarSource::chroma(int x, int y, ChromaLines lines) const {
   return {planes_[1].at(column, line), planes_[2].at(column, line)};
 }
 
-int PlanarSource::halfPitch(int plane, int column, int line, int samples) const {
+int PlanarSource::halfPitch(int plane, int column, int line) const {
   const Plane &source = planes_[static_cast<std::size_t>(plane)];
-  if (type_ == COLOR_YUV420_PLANAR || type_ == COLOR_YUV422_PLANAR) {
-    return source.at(column, line);
-  }
-  const std::ptrdiff_t bytes = source.bytes();
-  const std::ptrdiff_t half = stride_ >> 1;
-  std::ptrdiff_t start = line * half;
-  while (start > 0 && half > 0 && start + std::max(samples, 1) > bytes) {
-    start -= half;
-  }
-  return source.base[std::min(start + column, bytes - 1)];
+  const bool isOwnLayout = type_ == COLOR_YUV420_PLANAR || type_ == COLOR_YUV422_PLANAR;
+  return isOwnLayout ? source.at(column, line) : atHalfPitch(source, stride_, width_, column, line);
 }
 
 Chroma PlanarSource::chromaAsHalfWidth(int x, int y) const {
   if (is420()) {
     return chroma(x, y, ChromaLines::FirstOfPair);
   }
-  const int samples = width_ / 2;
-  const int column = std::clamp(x / 2, 0, std::max(samples - 1, 0));
-  return {halfPitch(1, column, y / 2 * 2, samples), halfPitch(2, column, y / 2 * 2, samples)};
+  return {halfPitch(1, x / 2, y / 2 * 2), halfPitch(2, x / 2, y / 2 * 2)};
 }
 
 uint16_t PlanarSource::rgb565(int x, int y) const {

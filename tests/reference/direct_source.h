@@ -1,7 +1,8 @@
 // Where the samples of a source pixel lie, for every planar, semi-planar and packed type.
 #pragma once
 
-#include "reference/direct_arith.h"
+#include "reference/colour_arith.h"
+#include "reference/plane.h"
 #include "zqColorConversion.h"
 
 #include <array>
@@ -14,20 +15,9 @@ namespace reference::direct {
 /// line y / 2 (read as if the plane were 4:2:0).
 enum class ChromaLines { FirstOfPair, Own, Halved };
 
-/// One plane of samples; an index past the last sample takes the last.
-struct Plane {
-  const uint8_t *base = nullptr;
-  int width = 0;
-  int lines = 0;
-  int pitch = 0;
-  int step = 1;
-
-  [[nodiscard]] int at(int column, int line) const;
-  /// Bytes from the first to the last sample.
-  [[nodiscard]] std::ptrdiff_t bytes() const;
-};
-
-/// The planes of a planar or semi-planar picture in the order Y, U, V (or red, green, blue).
+/// The planes of a planar or semi-planar picture in the order Y, U, V (or red, green, blue). With isResize 0 the
+/// picture is as large as the output fields say. With isResize 1 it is the input's, from which the output's size is cut
+/// out: the planes, their last samples and their last lines do not depend on what is cut out of them.
 class PlanarSource {
 public:
   explicit PlanarSource(const ConvertParams &p);
@@ -35,8 +25,8 @@ public:
   [[nodiscard]] int luma(int x, int y) const { return planes_[0].at(x, y); }
   /// The chroma sample of the type's own layout.
   [[nodiscard]] Chroma chroma(int x, int y, ChromaLines lines) const;
-  /// Sample `column` of line `line` of a chroma plane read at half the luma pitch, whatever the layout.
-  [[nodiscard]] int halfPitch(int plane, int column, int line, int samples) const;
+  /// Sample `column` of line `line` of a chroma plane, read at half the luma pitch whatever the layout.
+  [[nodiscard]] int halfPitch(int plane, int column, int line) const;
   /// Chroma of the 24-bit converters, which know only half-width planes.
   [[nodiscard]] Chroma chromaAsHalfWidth(int x, int y) const;
   /// Planar RGB, truncated.

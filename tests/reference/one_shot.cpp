@@ -1,5 +1,7 @@
 #include "reference/one_shot.h"
 
+#include "support/picture.h"
+
 #include <cstddef>
 
 namespace reference {
@@ -8,11 +10,8 @@ namespace {
 
 using Offset = std::ptrdiff_t;
 
-bool isPacked(int type) {
-  return (type >= 6 && type <= 9) || (type >= 14 && type <= 17);
-}
 bool hasTwoBytePixels(int type) {
-  return isPacked(type) || type == 30 || type == 31;
+  return support::isPacked422(type) || support::isRgb16(type);
 }
 
 OneShot refuse(uint32_t code) {
@@ -127,7 +126,7 @@ bool layInput(ConvertParams &p, Size size, int stride) {
     inputPlanes420(p, stride, size.height);
   } else if (p.inType == 11 || p.inType == 35) {
     p.inBuf[1] = p.inBuf[0] + luma;
-  } else if (isPacked(p.inType)) {
+  } else if (support::isPacked422(p.inType)) {
     p.inStride = 2 * size.width;
   } else if (p.inType == 1) {
     p.inBuf[1] = p.inBuf[0] + luma;
@@ -189,7 +188,7 @@ OneShot yuv420PlanarToRgb16(Buffers buffers, const Crop &crop, Place place, int3
 }
 
 OneShot packed422ToRgb16(Buffers buffers, int32_t inType, const Crop &crop, Place place, int32_t rotation) {
-  if (!isPacked(inType)) {
+  if (!support::isPacked422(inType)) {
     return refuse(CC_ERR_SAME_TYPE);
   }
   OneShot result = describe(buffers, inType, 30, crop.part, crop.part, static_cast<uint32_t>(rotation));

@@ -2,37 +2,15 @@
 
 #include "reference/resize_frame.h"
 #include "reference/tables.h"
+#include "support/picture.h"
 
 #include <utility>
 
 namespace reference::resize {
 namespace {
 
-bool isPacked(int type) {
-  return (type >= 6 && type <= 9) || (type >= 14 && type <= 17);
-}
-bool isSemiPlanar(int type) {
-  return type == 11 || type == 35;
-}
 bool turnsBeforehand(int type) {
   return type == 0 || type == 2 || type == 4 || type == 37;
-}
-
-Plane chromaPlane(int type, const uint8_t *data, int width, int height, int stride) {
-  switch (type) {
-  case 1:
-    return {data, stride >> 1, width / 2, height};
-  case 2:
-    return {data, stride, width, height / 2};
-  case 3:
-    return {data, stride >> 1, width / 2, height / 2};
-  case 4:
-    return {data, stride >> 2, width / 4, height};
-  case 37:
-    return {data, stride, width, height / 4};
-  default: // 0 and 34
-    return {data, stride, width, height};
-  }
 }
 
 /// Every second byte of the pairs' plane, from `first` on, as a plane with half the pitch.
@@ -47,33 +25,11 @@ std::vector<uint8_t> everySecond(const ConvertParams &p, int first) {
   return samples;
 }
 
-void turn(Plane &plane, std::vector<uint8_t> &store, bool left) {
-  const Plane source = plane;
-  plane = {nullptr, source.lines, source.lines, source.columns};
-  store.resize(static_cast<std::size_t>(source.lines) * static_cast<std::size_t>(source.columns));
-  for (int y = 0; y < source.lines; ++y) {
-    for (int x = 0; x < source.columns; ++x) {
-      const int line = left ? source.columns - 1 - x : x;
-      const int column = left ? y : source.lines - 1 - y;
-      store[static_cast<std::size_t>(line * plane.pitch + column)] = source.data[y * source.pitch + x];
-    }
-  }
-  plane.data = store.data();
-}
-
-int turnedLayout(int type) {
-  if (type == 2) {
-    return 1;
-  }
-  if (type == 4) {
-    return 37;
-  }
-  return type == 37 ? 4 : type;
-}
-
 void turnFrame(Frame &frame) {
   for (std::size_t i = 0; i < 3; ++i) {
-    turn(frame.planes[i], frame.scratch[i], frame.rotation == ROTATION_90_LEFT);
+    Plane &plane = frame.planes[i];
+    frame.scratch[i] = turnedSamples(plane, frame.rotation == ROTATION_90_LEFT);
+    plane = {frame.scratch[i].data(), plane.lines, plane.lines, plane.columns};
   }
   std::swap(frame.width, frame.height);
   std::swap(frame.outWidth, frame.outHeight);
@@ -87,7 +43,7 @@ void arrangePlanes(const ConvertParams &p, Frame &frame) {
   if (p.inType == 12 || p.inType == 13) {
     std::swap(data[1], data[2]);
     frame.layout = p.inType == 12 ? 3 : 1;
-  } else if (isSemiPlanar(p.inType)) {
+  } else if (support::isSemiPlanar(p.inType)) {
     frame.scratch[1] = everySecond(p, p.inType == 11 ? 0 : 1);
     frame.scratch[2] = everySecond(p, p.inType == 11 ? 1 : 0);
     data[1] = frame.scratch[1].data();
@@ -153,45 +109,12 @@ std::vector<Tap> expandGroups(int source, int positions) {
   return taps;
 }
 
-int clip8(int i) {
-  return std::clamp(i, 16, 235);
-}
-int clip6(int i) {
-  return std::clamp(i, 0, 63);
-}
-
-/// Full intensity is reached one step late: 28, 29, 29, 30, 31 at 28 to 32.
-int clip5(int i) {
-  if (i >= 32) {
-    return 31;
-  }
-  return i >= 30 ? i - 1 : std::max(i, 0);
-}
-
-uint16_t fixedPixel(int luma, int u, int v) {
-  const int32_t y = multiply(luma - 16, 1220542);
-  const int32_t cb = u - 128;
-  const int32_t cr = v - 128;
-  const int red = clip6(wrap(int64_t{y} + multiply(cr, 1673527)) >> 22) >> 1;
-  const int green = clip6(wrap(int64_t{y} - multiply(cr, 852492) - multiply(cb, 411041)) >> 22);
-  const int blue = clip6(wrap(int64_t{y} + multiply(cb, 2114977)) >> 22) >> 1;
-  return static_cast<uint16_t>((red << 11) | (green << 5) | blue);
-}
-
-Terms matrixTerms(const Colour &colour, int u, int v) {
-  const int32_t cb = u - 128;
-  const int32_t cr = v - 128;
-  const auto &m = colour.matrix;
-  return {multiply(cr, m[0]) >> 20, wrap(int64_t{multiply(cb, m[3])} + multiply(cr, m[1])) >> 20,
-          multiply(cb, m[2]) >> 20};
-}
-
 } // namespace reference::resize
 
 namespace reference {
 
 void convertResized(const ConvertParams &params, const Colour &colour) {
-  if (resize::isPacked(params.inType)) {
+  if (support::isPacked422(params.inType)) {
     resize::resizePacked(params, colour);
   } else if (params.inType == COLOR_RGB24) {
     resize::resizeRgb24(params);

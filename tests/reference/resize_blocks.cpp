@@ -120,7 +120,7 @@ uint16_t planarRgbPixel(const Frame &frame, const Tap &column, const Tap &line) 
     const uint8_t *s = plane.data + line.index * plane.pitch + column.index;
     value[i] = weighted(s, plane.pitch, 1, {column.self, column.next}, {line.self, line.next}) >> 20;
   }
-  return static_cast<uint16_t>(((value[0] & 0xF8) << 8) | ((value[1] & 0xFC) << 3) | (value[2] >> 3));
+  return pack888(value[0], value[1], value[2]);
 }
 
 /// The half turn is measured from the end of the stride, the quarter turns from the picture.
@@ -155,10 +155,10 @@ void resizeBlocks(const Frame &frame) {
         pixel = planarRgbPixel(frame, column, line);
       } else {
         const Place c = chromaPlace(frame.layout, column, line);
-        pixel = fixedPixel(lumaOf(frame.planes[0], ratio, column, line), frame.planes[1].at(c.column, c.line),
-                           frame.planes[2].at(c.column, c.line));
+        pixel = studioFull(lumaOf(frame.planes[0], ratio, column, line),
+                           {frame.planes[1].at(c.column, c.line), frame.planes[2].at(c.column, c.line)});
       }
-      putWord(placeOf(frame.out, frame.outStride, frame.outWidth, frame.outHeight, frame.rotation, x, y), pixel);
+      storeWord(placeOf(frame.out, frame.outStride, frame.outWidth, frame.outHeight, frame.rotation, x, y), pixel);
     }
   }
 }
@@ -174,10 +174,10 @@ void resizeRgb24(const ConvertParams &p) {
       const uint8_t *s = p.inBuf[0] + line.index * p.inStride + 3 * column.index;
       std::array<int, 3> bgr{};
       for (std::size_t i = 0; i < 3; ++i) {
-        bgr[i] = weighted(s + i, p.inStride, 3, {column.self, column.next}, {line.self, line.next});
+        bgr[i] = weighted(s + i, p.inStride, 3, {column.self, column.next}, {line.self, line.next}) >> 20;
       }
-      const int pixel = ((bgr[2] >> 23) << 11) | ((bgr[1] >> 22) << 5) | (bgr[0] >> 23);
-      putWord(placeOf(p.outBuf[0], p.outStride, p.outWidth, p.outHeight, rotation, x, y), static_cast<uint16_t>(pixel));
+      storeWord(placeOf(p.outBuf[0], p.outStride, p.outWidth, p.outHeight, rotation, x, y),
+                pack888(bgr[2], bgr[1], bgr[0]));
     }
   }
 }

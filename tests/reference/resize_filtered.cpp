@@ -12,8 +12,10 @@ constexpr int kEntryWords = 15;
 struct View {
   const uint8_t *data;
   int pitch, columns, lines;
-  int end;
-  [[nodiscard]] int at(int column, int line) const { return data[std::min(line * pitch + column, end - 1)]; }
+  std::ptrdiff_t end;
+  [[nodiscard]] int at(int column, int line) const {
+    return data[std::min(static_cast<std::ptrdiff_t>(line) * pitch + column, end - 1)];
+  }
 };
 
 int boxMean(const View &view, const int32_t *columns, const int32_t *lines) {
@@ -128,9 +130,8 @@ void resizeFiltered(const Frame &frame) {
       const int a = means.of(first, x, y);
       const int b = means.of(second, x >> shifts.column, y >> shifts.line);
       const int c = means.of(third, x >> shifts.column, y >> shifts.line);
-      const uint16_t pixel =
-          isRgb ? static_cast<uint16_t>(((a & 0xF8) << 8) | ((b & 0xFC) << 3) | (c >> 3)) : fixedPixel(a, b, c);
-      putWord(frame.out + y * frame.outStride + 2 * x, pixel);
+      const uint16_t pixel = isRgb ? pack888(a, b, c) : studioFull(a, {b, c});
+      storeWord(frame.out + y * frame.outStride + 2 * x, pixel);
     }
   }
 }

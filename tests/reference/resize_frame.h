@@ -1,8 +1,9 @@
 // What the reference conversions with resizing share: a frame whose planes have been put in order, the place of an
-// output pixel, and the colour arithmetic. Internal to tests/reference.
+// output pixel, and what the pixels are made of. Internal to tests/reference.
 #pragma once
 
-#include "reference/colour.h"
+#include "reference/colour_arith.h"
+#include "reference/plane.h"
 #include "zqColorConversion.h"
 
 #include <algorithm>
@@ -12,21 +13,6 @@
 #include <vector>
 
 namespace reference::resize {
-
-/// A plane of single samples; pitch in bytes.
-struct Plane {
-  const uint8_t *data = nullptr;
-  int pitch = 0;
-  int columns = 0;
-  int lines = 0;
-
-  /// Offset just behind the last sample.
-  [[nodiscard]] int end() const { return (lines - 1) * pitch + columns; }
-  /// An index past the last sample takes the last.
-  [[nodiscard]] int at(int column, int line) const {
-    return data[std::min(line, lines - 1) * pitch + std::min(column, columns - 1)];
-  }
-};
 
 /// Layout is the type whose arrangement the planes have after semi-planar chroma has been separated, the planes of
 /// types 12 and 13 exchanged and turned input turned. planes[1] is always U (or green), planes[2] V (or blue).
@@ -52,31 +38,6 @@ struct Tap {
   int pairSecond = 0;
 };
 std::vector<Tap> expandGroups(int source, int positions);
-
-inline int32_t wrap(int64_t v) {
-  return static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint64_t>(v)));
-}
-inline int32_t multiply(int32_t a, int32_t b) {
-  return wrap(static_cast<int64_t>(a) * b);
-}
-
-int clip8(int i);
-int clip6(int i);
-int clip5(int i);
-
-/// Fixed BT.601 with luma 16..235, no matrix and no dither.
-uint16_t fixedPixel(int luma, int u, int v);
-
-/// Terms that the current matrix adds to (red, blue) or takes from (green) the luma; u and v are the samples.
-struct Terms {
-  int red = 0, green = 0, blue = 0;
-};
-Terms matrixTerms(const Colour &colour, int u, int v);
-
-inline void putWord(uint8_t *at, uint16_t word) {
-  at[0] = static_cast<uint8_t>(word & 0xFF);
-  at[1] = static_cast<uint8_t>(word >> 8);
-}
 
 void resizeBlocks(const Frame &frame);                           ///< planar to 16-bit RGB, plain
 void resizeFiltered(const Frame &frame);                         ///< planar to 16-bit RGB, quality 1..3

@@ -45,15 +45,15 @@ uint8_t *placeOf(const ConvertParams &p, int bytes, int x, int y) {
   }
 }
 
-void put(uint8_t *to, int bytes, int y, const Terms &t) {
+void put(uint8_t *to, int bytes, int y, Chroma chroma, const Colour &colour) {
   if (bytes == 3) {
-    to[0] = static_cast<uint8_t>(clip8(y + t.blue));
-    to[1] = static_cast<uint8_t>(clip8(y - t.green));
-    to[2] = static_cast<uint8_t>(clip8(y + t.red));
+    const Components pixel = matrix24(y, chroma, colour);
+    to[0] = static_cast<uint8_t>(pixel.blue);
+    to[1] = static_cast<uint8_t>(pixel.green);
+    to[2] = static_cast<uint8_t>(pixel.red);
     return;
   }
-  const int pixel = (clip5((y + t.red) >> 3) << 11) | (clip6((y - t.green) >> 2) << 5) | clip5((y + t.blue) >> 3);
-  putWord(to, static_cast<uint16_t>(pixel));
+  storeWord(to, matrix565(y, chroma, colour, {}));
 }
 
 } // namespace
@@ -67,8 +67,8 @@ void resizePacked(const ConvertParams &p, const Colour &colour) {
     const uint8_t *line = p.inBuf[0] + lines[static_cast<std::size_t>(y)] * p.inStride;
     for (int x = 0; x < p.outWidth; ++x) {
       const uint8_t *group = line + 4 * columns[static_cast<std::size_t>(x / 2)];
-      const Terms terms = matrixTerms(colour, group[order.u], group[order.v]);
-      put(placeOf(p, bytes, x, y), bytes, group[x % 2 == 0 ? order.y0 : order.y1], terms);
+      put(placeOf(p, bytes, x, y), bytes, group[x % 2 == 0 ? order.y0 : order.y1], {group[order.u], group[order.v]},
+          colour);
     }
   }
 }

@@ -1,107 +1,160 @@
-// Resizing of planar input to RGB24 by run-length tables, repeats included.
+// Resizing of planar input to RGB24. Every byte of the output either comes from one luma and one chroma sample, or is
+// the byte above or below it (repeated lines, of which only a part is), or is left as it was.
 #include "reference/resize_frame.h"
 #include "reference/tables.h"
 
-#include <cstring>
+#include <optional>
 
 namespace reference::resize {
 namespace {
 
-constexpr int32_t kPairFlag = 0x10000;
+/// Where an output line comes from: converted from a luma and a chroma line of the input, or a repeat of another output
+/// line.
+struct Origin {
+  enum class Kind { Untouched, Converted, Repeated };
+  Kind kind = Kind::Untouched;
+  int line = 0; ///< luma line of the input, or line of the output
+  int chroma = 0;
+};
 
-/// Chroma is read at half the luma pitch and half the width whatever the type; a line that is not wholly inside the
-/// plane at that pitch gives way to the last one that is.
-int chromaSample(const Frame &frame, const Plane &plane, int column, int line) {
-  const int pitch = frame.stride >> 1;
-  const int half = frame.width / 2;
-  const int lastLine = std::max((plane.end() - half) / pitch, 0);
-  return plane.data[std::min(std::min(line, lastLine) * pitch + std::min(column, half - 1), plane.end() - 1)];
-}
+/// One or two converted lines with the repeats above and below them.
+struct Block {
+  int first; ///< output line that it begins with
+  int above; ///< repeats of the first converted line
+  int source;
+  bool isPair;
+  int below; ///< repeats of the second
+  [[nodiscard]] int converted() const { return first + above; }
+  [[nodiscard]] int end() const { return first + above + (isPair ? 2 : 1) + below; }
+};
 
-class Writer {
-public:
-  Writer(const Frame &frame, const Colour &colour)
-      : frame_(frame), colour_(colour), columns_(runLengthX(frame.width, frame.outWidth)) {}
-
-  void line(int outLine, int sourceLine, int chromaLine) const {
-    if (outLine >= frame_.outHeight) {
-      return;
-    }
-    const Plane &luma = frame_.planes[0];
-    uint8_t *to = frame_.out + outLine * frame_.outStride;
-    Terms terms;
-    for (int x = 0; x < frame_.outWidth; ++x, to += 3) {
-      const int32_t w = columns_[static_cast<std::size_t>(x)];
-      if ((w & 1) != 0) {
-        terms = matrixTerms(colour_, chromaSample(frame_, frame_.planes[1], w >> 17, chromaLine),
-                            chromaSample(frame_, frame_.planes[2], w >> 17, chromaLine));
-      }
-      if ((w & 2) != 0) {
-        const int y = luma.at(w >> 16, sourceLine);
-        to[0] = static_cast<uint8_t>(clip8(y + terms.blue));
-        to[1] = static_cast<uint8_t>(clip8(y - terms.green));
-        to[2] = static_cast<uint8_t>(clip8(y + terms.red));
-      } else {
-        std::memcpy(to, to - 3, 3);
-      }
+/// Of the repeats between two converted lines, the first instruction belongs to the line before it and only a second
+/// one to the line behind. Behind the instructions the table reads as line 0 for ever.
+std::vector<Block> blocksOf(int source, int positions) {
+  using Kind = LineInstruction::Kind;
+  const std::vector<LineInstruction> list = lineInstructions(source, positions);
+  const auto repeatsAt = [&](std::size_t i) {
+    return i < list.size() && list[i].kind == Kind::Repeat ? list[i].number : 0;
+  };
+  std::vector<Block> blocks;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (list[i].kind != Kind::Repeat) {
+      const bool leads = i == 1 || (i > 1 && repeatsAt(i - 2) > 0);
+      const int first = blocks.empty() ? 0 : blocks.back().end();
+      blocks.push_back(
+          {first, leads ? repeatsAt(i - 1) : 0, list[i].number, list[i].kind == Kind::Pair, repeatsAt(i + 1)});
     }
   }
+  while (blocks.back().end() < positions) {
+    blocks.push_back({blocks.back().end(), 0, 0, false, 0});
+  }
+  return blocks;
+}
 
-  /// Length and offset of a repeat suit two-byte pixels: it begins W (rounded up to whole groups of four) bytes into
-  /// the line and is 2 W bytes long, so most of a repeated line is not a copy of its source. The picture's edge cuts it
-  /// off.
-  void repeat(int fromLine, int toLine) const {
-    const int width = frame_.outWidth;
-    const int begin = (width + 3) / 4 * 4;
-    const int end = std::min(begin + 2 * width, 3 * width);
-    if (fromLine >= frame_.outHeight || toLine >= frame_.outHeight || begin >= end) {
-      return;
+class Origins {
+public:
+  Origins(int source, int positions) : lines_(static_cast<std::size_t>(positions)) {
+    for (const Block &block : blocksOf(source, positions)) {
+      if (block.first >= positions) {
+        break;
+      }
+      place(block);
     }
-    std::memcpy(frame_.out + toLine * frame_.outStride + begin, frame_.out + fromLine * frame_.outStride + begin,
-                static_cast<std::size_t>(end - begin));
+  }
+  [[nodiscard]] const Origin &of(int line) const { return lines_[static_cast<std::size_t>(line)]; }
+
+private:
+  void place(const Block &block) {
+    // Both lines of a pair share the chroma of the first.
+    const int chroma = block.source / 2;
+    const int upper = block.converted();
+    set(upper, {Origin::Kind::Converted, block.source, chroma});
+    if (block.isPair) {
+      set(upper + 1, {Origin::Kind::Converted, block.source + 1, chroma});
+    }
+    for (int line = block.first; line < upper; ++line) {
+      repeat(upper, line);
+    }
+    // These are made from the line below the upper one, also where there is no second converted line: then from what
+    // that line held, and one line further down, where the next block begins.
+    for (int i = 0; i < block.below; ++i) {
+      repeat(upper + 1, upper + 2 + i);
+    }
+  }
+  void repeat(int from, int to) {
+    if (isInside(from)) {
+      set(to, {Origin::Kind::Repeated, from, 0});
+    }
+  }
+  void set(int line, const Origin &origin) {
+    if (isInside(line)) {
+      lines_[static_cast<std::size_t>(line)] = origin;
+    }
+  }
+  [[nodiscard]] bool isInside(int line) const { return line < static_cast<int>(lines_.size()); }
+
+  std::vector<Origin> lines_;
+};
+
+/// Bytes of a repeated line that are copied. Their number and their place suit pixels of two bytes: twice the width,
+/// beginning as many bytes into the line as it has pixels in whole groups of four. The picture's edge cuts them off.
+bool isRepeated(const Frame &frame, int byte) {
+  const int begin = (frame.outWidth + 3) / 4 * 4;
+  return byte >= begin && byte < std::min(begin + 2 * frame.outWidth, 3 * frame.outWidth);
+}
+
+class Picture {
+public:
+  Picture(const Frame &frame, const Colour &colour)
+      : frame_(frame), colour_(colour), columns_(nearest(frame.width, frame.outWidth)),
+        lines_(frame.height, frame.outHeight) {}
+
+  /// Byte 0, 1 or 2 (blue, green, red) of an output pixel; none where it stays as it is.
+  [[nodiscard]] std::optional<uint8_t> byteAt(int x, int y, int byte) const {
+    const Origin &origin = lines_.of(y);
+    if (origin.kind == Origin::Kind::Converted) {
+      return convertedByte(x, origin, byte);
+    }
+    if (origin.kind == Origin::Kind::Untouched || !isRepeated(frame_, 3 * x + byte)) {
+      return std::nullopt;
+    }
+    const Origin &repeated = lines_.of(origin.line);
+    return repeated.kind == Origin::Kind::Converted ? convertedByte(x, repeated, byte) : *place(x, origin.line, byte);
+  }
+  [[nodiscard]] uint8_t *place(int x, int y, int byte) const {
+    return frame_.out + static_cast<std::ptrdiff_t>(y) * frame_.outStride + 3 * static_cast<std::ptrdiff_t>(x) + byte;
   }
 
 private:
+  /// Columns by nearest index, and for chroma half of it.
+  [[nodiscard]] uint8_t convertedByte(int x, const Origin &origin, int byte) const {
+    const int column = columns_[static_cast<std::size_t>(x)];
+    const auto sample = [&](const Plane &plane) {
+      return atHalfPitch(plane, frame_.stride, frame_.width, column / 2, origin.chroma);
+    };
+    const Chroma chroma{sample(frame_.planes[1]), sample(frame_.planes[2])};
+    const Components pixel = matrix24(frame_.planes[0].at(column, origin.line), chroma, colour_);
+    const std::array<int, 3> bgr{pixel.blue, pixel.green, pixel.red};
+    return static_cast<uint8_t>(bgr.at(static_cast<std::size_t>(byte)));
+  }
+
   const Frame &frame_;
   const Colour &colour_;
   Words columns_;
+  Origins lines_;
 };
 
 } // namespace
 
 void resizeRunLength(const Frame &frame, const Colour &colour) {
-  const Writer writer(frame, colour);
-  const Words words = runLengthY(frame.height, frame.outHeight);
-  std::size_t cursor = 0;
-  // The table's memory behind its last word is zero and is read like the rest: line 0, single.
-  const auto word = [&](std::size_t at) { return at < words.size() ? words[at] : 0; };
-  int j = 0;
-  while (j < frame.outHeight) {
-    int32_t e = word(cursor++);
-    int lead = 0;
-    if (e < 0) {
-      lead = -e;
-      e = word(cursor++);
-    }
-    const int top = j + lead;
-    const int source = e & 0xFFFF;
-    const int chroma = (e >> 1) & 0x7FFF;
-    const bool pair = (e & kPairFlag) != 0;
-    writer.line(top, source, chroma);
-    if (pair) {
-      writer.line(top + 1, source + 1, chroma);
-    }
-    for (int i = 1; i <= lead; ++i) {
-      writer.repeat(top, top - i);
-    }
-    j = top + (pair ? 2 : 1);
-    // Later repeats copy the line below the upper one, even where only the upper one has been converted.
-    if (word(cursor) < 0) {
-      const int repeats = -word(cursor++);
-      for (int i = 1; i <= repeats; ++i) {
-        writer.repeat(top + 1, top + 1 + i);
+  const Picture picture(frame, colour);
+  for (int y = 0; y < frame.outHeight; ++y) {
+    for (int x = 0; x < frame.outWidth; ++x) {
+      for (int byte = 0; byte < 3; ++byte) {
+        if (const std::optional<uint8_t> value = picture.byteAt(x, y, byte)) {
+          *picture.place(x, y, byte) = *value;
+        }
       }
-      j += repeats;
     }
   }
 }

@@ -1,5 +1,7 @@
 #include "reference/result_code.h"
 
+#include "support/picture.h"
+
 #include <array>
 #include <cstdint>
 
@@ -10,6 +12,15 @@ namespace {
 enum class Family { Planar, SemiPlanar, Packed, Rgb16, Rgb24, None };
 
 Family familyOf(int type) {
+  if (support::isPacked422(type)) {
+    return Family::Packed;
+  }
+  if (support::isSemiPlanar(type)) {
+    return Family::SemiPlanar;
+  }
+  if (support::isRgb16(type)) {
+    return Family::Rgb16;
+  }
   switch (type) {
   case 0:
   case 1:
@@ -21,21 +32,6 @@ Family familyOf(int type) {
   case 34:
   case 37:
     return Family::Planar;
-  case 11:
-  case 35:
-    return Family::SemiPlanar;
-  case 6:
-  case 7:
-  case 8:
-  case 9:
-  case 14:
-  case 15:
-  case 16:
-  case 17:
-    return Family::Packed;
-  case 30:
-  case 31:
-    return Family::Rgb16;
   case 32:
     return Family::Rgb24;
   default:
@@ -43,11 +39,10 @@ Family familyOf(int type) {
   }
 }
 
+using support::isRgb16;
+
 bool isPlanar420(int type) {
   return type == 3 || type == 12;
-}
-bool isRgb16(int type) {
-  return type == 30 || type == 31;
 }
 bool isSame(const ConvertParams &p) {
   return p.inType == p.outType;
@@ -192,9 +187,10 @@ bool missingPlane(const ConvertParams &p) {
   return false;
 }
 
+/// The picture that the input planes hold: with isResize 1 the input's, also where it is cut out rather than scaled.
 Dimensions convertedSize(const ConvertParams &p) {
   const Told told = toldOf(p);
-  return scales(p) || isTurningCopy(p) ? told.in : told.out;
+  return p.isResize == 1 || isTurningCopy(p) ? told.in : told.out;
 }
 
 /// Right turns of these begin with the input's last line, whatever the output fields say.
@@ -203,17 +199,27 @@ bool startsAtTheInputsEnd(const ConvertParams &p) {
   return isSame(p) && p.rotation == 4 && (family == Family::SemiPlanar || family == Family::Packed);
 }
 
+/// Upright semi-planar pictures that keep their type have a chroma pair for a lone column.
+bool keepsLonePair(const ConvertParams &p) {
+  return isSame(p) && familyOf(p.inType) == Family::SemiPlanar && !isQuarterTurn(p);
+}
+
 bool emptyPlane(const ConvertParams &p) {
   const bool before = turnsFirst(p) || (splitsFirst(p) && p.inHeight >= 2);
   if (before && lacksChroma(p.inType, {p.inWidth, p.inHeight})) {
     return true;
   }
   const Told told = toldOf(p);
-  const Dimensions written = isTurningCopy(p) ? told.in : told.out;
+  Dimensions read = convertedSize(p);
+  Dimensions written = isTurningCopy(p) ? told.in : told.out;
+  if (keepsLonePair(p)) {
+    ++read.width;
+    ++written.width;
+  }
   if (startsAtTheInputsEnd(p) && lacksChroma(p.inType, {convertedSize(p).width, p.inHeight})) {
     return true;
   }
-  return !movesLumaOnly(p) && (lacksChroma(told.type, convertedSize(p)) || lacksChroma(p.outType, written));
+  return !movesLumaOnly(p) && (lacksChroma(told.type, read) || lacksChroma(p.outType, written));
 }
 
 /// Placed from the end of each line's stride: half turns, and the right strip of the right turn of a planar picture.

@@ -88,7 +88,7 @@ void drawOutputSize(SameFormatCase &c, Choice &choice) {
 
 std::string checkSameFormat(const SameFormatCase &c, Tally &tally) {
   const support::Picture picture(c.type, c.width, c.height, support::tightStride(c.type, c.width) + c.inPadding, c.fill,
-                                 c.seed, c.misalign);
+                                 c.seed, c.misalign, support::LastPair::Kept);
   support::Canvas got = canvasFor(c);
   support::Canvas want = canvasFor(c);
   ConvertParams p = support::blankParams();

@@ -153,60 +153,85 @@ Words grouped(int source, int positions) {
 }
 
 Words runLengthX(int source, int positions) {
+  const Words samples = nearest(source, positions);
   Words words;
-  const int32_t step = stepOf(source, positions);
-  int previous = -1;
-  for (int i = 0; i < positions; ++i) {
-    const int s = lineOf(i, step);
-    int flags = 0;
-    if (s != previous) {
-      flags = s - previous > 1 || s % 2 == 0 ? 3 : 2;
-    }
-    words.push_back(s * 65536 + flags);
-    previous = s;
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    const int32_t sample = samples[i];
+    const int32_t before = i == 0 ? -1 : samples[i - 1];
+    const bool isNew = sample != before;
+    const bool isNewChroma = isNew && (sample % 2 == 0 || sample > before + 1);
+    const uint32_t flags = (isNew ? 2U : 0U) | (isNewChroma ? 1U : 0U);
+    words.push_back(static_cast<int32_t>(static_cast<uint32_t>(sample) << 16 | flags));
   }
   return words;
 }
 
-Words runLengthY(int source, int positions) {
-  Words words;
-  const int32_t step = stepOf(source, positions);
-  const int n = positions;
-  int j = 0;
-  while (true) {
-    const int s = lineOf(j, step);
-    int t = lineOf(j + 1, step);
-    j += 2;
-    int lead = 0;
-    while (t == s) {
-      t = lineOf(j, step);
-      ++lead;
-      ++j;
+namespace {
+
+/// Output lines next to one another that have the same source line.
+struct Run {
+  int source;
+  int first;
+  int length;
+};
+
+std::vector<Run> runsOf(const Words &lines) {
+  std::vector<Run> runs;
+  for (std::size_t j = 0; j < lines.size(); ++j) {
+    if (runs.empty() || runs.back().source != lines[j]) {
+      runs.push_back({lines[j], static_cast<int>(j), 0});
     }
-    if (j >= n) {
-      break;
+    ++runs.back().length;
+  }
+  return runs;
+}
+
+} // namespace
+
+std::vector<LineInstruction> lineInstructions(int source, int positions) {
+  using Kind = LineInstruction::Kind;
+  const std::vector<Run> runs = runsOf(nearest(source, positions));
+  std::vector<LineInstruction> list;
+  const auto repeat = [&](const Run &run) {
+    if (run.length > 1) {
+      list.push_back({Kind::Repeat, run.length - 1});
     }
-    if (lead > 0) {
-      words.push_back(-lead);
-    }
-    if (t - s < 2 && s % 2 == 0) {
-      words.push_back(s + 0x10000);
+  };
+  // Runs go in twos. Two are listed if at least one output line lies behind the first line of the second; how often the
+  // second is repeated is said only if another run follows.
+  for (std::size_t i = 1; i < runs.size() && runs[i].first < positions - 1; i += 2) {
+    const Run &upper = runs[i - 1];
+    const Run &lower = runs[i];
+    repeat(upper);
+    if (upper.source % 2 == 0 && lower.source == upper.source + 1) {
+      list.push_back({Kind::Pair, upper.source});
     } else {
-      words.insert(words.end(), {s, t});
+      list.push_back({Kind::Line, upper.source});
+      list.push_back({Kind::Line, lower.source});
     }
-    int repeats = 0;
-    while (j < n && lineOf(j, step) == t) {
-      ++j;
-      ++repeats;
-    }
-    if (j >= n) {
-      break;
-    }
-    if (repeats > 0) {
-      words.push_back(-repeats);
+    if (i + 1 < runs.size()) {
+      repeat(lower);
     }
   }
-  words.insert(words.end(), 3, lineOf(n - 1, step));
+  list.insert(list.end(), 3, {Kind::Line, runs.back().source});
+  return list;
+}
+
+Words runLengthY(int source, int positions) {
+  Words words;
+  for (const LineInstruction &instruction : lineInstructions(source, positions)) {
+    switch (instruction.kind) {
+    case LineInstruction::Kind::Repeat:
+      words.push_back(-instruction.number);
+      break;
+    case LineInstruction::Kind::Line:
+      words.push_back(instruction.number);
+      break;
+    case LineInstruction::Kind::Pair:
+      words.push_back(instruction.number | 0x10000);
+      break;
+    }
+  }
   return words;
 }
 

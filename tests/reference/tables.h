@@ -35,7 +35,17 @@ Words grouped(int source, int positions);
 
 /// One word an output column: index << 16, flag 2 for a new sample, flag 1 for a new chroma sample.
 Words runLengthX(int source, int positions);
-/// Line instructions: s | 0x10000 a pair of lines, s a line, -m a repeat; the last line three times at the end.
+
+/// What the lines' table of run lengths says: a line, or the pair of lines that begins with an even one, or so many
+/// repeats of a converted line.
+struct LineInstruction {
+  enum class Kind { Repeat, Line, Pair };
+  Kind kind;
+  int number;
+};
+/// The source lines of the output in runs, two runs at a time; the last source line three times at the end.
+std::vector<LineInstruction> lineInstructions(int source, int positions);
+/// The same in words: -m for m repeats, s for a line, s | 0x10000 for a pair.
 Words runLengthY(int source, int positions);
 
 } // namespace reference

@@ -139,11 +139,6 @@ TEST(SameFormatSemiPlanar, ResizedTurnsUseTheFirstHalfOfTheTables) {
                {110, 210, 100, 200, 110, 210, 100, 200, 111, 211, 101, 201, 111, 211, 101, 201});
 }
 
-TEST(SameFormatSemiPlanar, OddSizesHoldTruncatedChroma) {
-  const ConvertParams p = sameFormatParams(COLOR_YUV420_PACK, 3, 3, 3, 3, 3, 3);
-  expectPlanes(p, {1, 2, 3, 4, 5, 6, 7, 8, 9}, {100, 200, 77}, {1, 2, 3, 4, 5, 6, 7, 8, 9}, {100, 200, kUntouched});
-}
-
 TEST(SameFormatSemiPlanar, EveryModeAgreesWithTheReference) {
   reference::Tally tally;
   for (const int type : {COLOR_YUV420_PACK, COLOR_YUV420_PACK2}) {

@@ -34,8 +34,18 @@ Number tightStride(int type, Number width) {
   return type == 32 ? 3 * width : width;
 }
 
+namespace {
 template <class Number>
-BasicPlaneShape<Number> planeShape(int type, Number width, Number height, Number stride, int index) {
+Number pairBytes(Number width, Number stride, LastPair lastPair) {
+  if (lastPair == LastPair::Dropped || width % 2 == 0) {
+    return width / 2 * 2;
+  }
+  return stride > width ? width + 1 : width;
+}
+} // namespace
+
+template <class Number>
+BasicPlaneShape<Number> planeShape(int type, Number width, Number height, Number stride, int index, LastPair lastPair) {
   if (index == 0) {
     return {tightStride(type, width), height, stride};
   }
@@ -52,7 +62,8 @@ BasicPlaneShape<Number> planeShape(int type, Number width, Number height, Number
     return {width / 4, height, stride >> 2};
   case 11:
   case 35:
-    return index == 1 ? BasicPlaneShape<Number>{width / 2 * 2, height / 2, stride} : BasicPlaneShape<Number>{};
+    return index == 1 ? BasicPlaneShape<Number>{pairBytes(width, stride, lastPair), height / 2, stride}
+                      : BasicPlaneShape<Number>{};
   case 37:
     return {width, height / 4, stride};
   case 0:
@@ -65,8 +76,8 @@ BasicPlaneShape<Number> planeShape(int type, Number width, Number height, Number
 
 template int tightStride(int, int);
 template int64_t tightStride(int, int64_t);
-template BasicPlaneShape<int> planeShape(int, int, int, int, int);
-template BasicPlaneShape<int64_t> planeShape(int, int64_t, int64_t, int64_t, int);
+template BasicPlaneShape<int> planeShape(int, int, int, int, int, LastPair);
+template BasicPlaneShape<int64_t> planeShape(int, int64_t, int64_t, int64_t, int, LastPair);
 
 Block::Block(std::size_t bytes, unsigned misalign) : store_(misalign + bytes), offset_(misalign), size_(bytes) {}
 
@@ -110,11 +121,12 @@ void fill(uint8_t *bytes, std::size_t count, Fill kind, uint32_t seed) {
   }
 }
 
-Picture::Picture(int type_, int width_, int height_, int stride_, Fill kind, uint32_t seed, unsigned misalign)
+Picture::Picture(int type_, int width_, int height_, int stride_, Fill kind, uint32_t seed, unsigned misalign,
+                 LastPair lastPair)
     : type(type_), width(width_), height(height_), stride(stride_) {
   for (int i = 0; i < planeCount(type); ++i) {
     Block &block = planes_[static_cast<std::size_t>(i)];
-    block = Block(planeShape(type, width, height, stride, i).bytes(), misalign);
+    block = Block(planeShape(type, width, height, stride, i, lastPair).bytes(), misalign);
     fill(block.data(), block.size(), kind, seed + static_cast<uint32_t>(i) * 1000U);
   }
 }

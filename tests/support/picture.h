@@ -39,9 +39,15 @@ int planeCount(int type);
 template <class Number>
 Number tightStride(int type, Number width);
 
-/// Shape of plane `index` of a w x h picture whose first plane has the given stride.
+/// Whether semi-planar lines of odd width end with a chroma pair for their lone last column. Pictures that keep their
+/// type have it; conversions to other types take width / 2 pairs, and so do turned pictures.
+enum class LastPair { Dropped, Kept };
+
+/// Shape of plane `index` of a w x h picture whose first plane has the given stride. A last pair that is kept is whole
+/// where the stride has room for its second byte; else the line ends with its first.
 template <class Number>
-BasicPlaneShape<Number> planeShape(int type, Number width, Number height, Number stride, int index);
+BasicPlaneShape<Number> planeShape(int type, Number width, Number height, Number stride, int index,
+                                   LastPair lastPair = LastPair::Dropped);
 
 /// Heap block of exactly `bytes` bytes, starting `misalign` bytes (0..15) past the allocator's
 /// boundary and ending with its allocation, so that the address sanitizer sees the first byte read or
@@ -70,7 +76,8 @@ void fill(uint8_t *bytes, std::size_t count, Fill kind, uint32_t seed);
 /// An input picture whose planes live in blocks of exactly their size.
 class Picture {
 public:
-  Picture(int type, int width, int height, int stride, Fill kind, uint32_t seed, unsigned misalign = 0);
+  Picture(int type, int width, int height, int stride, Fill kind, uint32_t seed, unsigned misalign = 0,
+          LastPair lastPair = LastPair::Dropped);
   [[nodiscard]] const uint8_t *plane(int index) const;
   [[nodiscard]] uint8_t *plane(int index);
   /// Writes type, sizes, stride and planes into the input half of a record.

@@ -18,6 +18,17 @@ struct ChromaShape {
 /// without such planes.
 ChromaShape chromaShape(int32_t type, int32_t width, int32_t height, int32_t stride);
 
+struct PictureSize {
+  int32_t width;
+  int32_t height;
+};
+
+/// Size of the picture that the input planes hold. Without resizing the output fields say it. A frame that asks for
+/// resizing names its input's size, and a routine that does not scale then cuts a part out of planes that go on.
+constexpr PictureSize planesSize(const ConvertParams &p) {
+  return p.isResize == 1 ? PictureSize{p.inWidth, p.inHeight} : PictureSize{p.outWidth, p.outHeight};
+}
+
 /// Bytes from the first to the last sample of a chroma plane.
 int64_t chromaPlaneBytes(int32_t type, int32_t width, int32_t height, int32_t stride);
 

@@ -1,4 +1,4 @@
-// Samples to components, one function per arithmetic, written as formulas.
+// Samples to components, components to pixels: one function per arithmetic, written as formulas, for every model.
 #pragma once
 
 #include "reference/colour.h"
@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace reference::direct {
+namespace reference {
 
 /// Chroma of one pixel: U is Cb, V is Cr.
 struct Chroma {
@@ -29,14 +29,18 @@ struct Dither {
   int32_t blue = 0;
 };
 
+/// The low 32 bits, as two's complement.
+inline int32_t wrap(int64_t value) {
+  return static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint64_t>(value)));
+}
 inline int32_t wrapMul(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
+  return wrap(int64_t{a} * b);
 }
 inline int32_t wrapAdd(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+  return wrap(int64_t{a} + b);
 }
 inline int32_t wrapSub(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+  return wrap(int64_t{a} - b);
 }
 
 inline int saturate8(int32_t index) {
@@ -62,6 +66,11 @@ inline uint16_t pack565(int red5, int green6, int blue5) {
 /// Eight-bit components, truncated.
 inline uint16_t pack888(int red, int green, int blue) {
   return pack565(red >> 3, green >> 2, blue >> 3);
+}
+
+inline void storeWord(uint8_t *at, uint16_t word) {
+  at[0] = static_cast<uint8_t>(word & 0xFF);
+  at[1] = static_cast<uint8_t>(word >> 8);
 }
 
 /// Studio-range BT.601 sums with 20 fractional bits, before any shift.
@@ -126,4 +135,4 @@ inline Dither storedDither(const Colour &colour, int line, int column) {
   return {colour.redBlueDither[index(line)], colour.greenDither[index(line)], colour.redBlueDither[index(line + 1)]};
 }
 
-} // namespace reference::direct
+} // namespace reference

@@ -1,4 +1,4 @@
-#include "frame/picture_shape.h"
+#include "base/picture_shape.h"
 
 namespace zqcc {
 

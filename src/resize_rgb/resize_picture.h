@@ -3,7 +3,8 @@
 // lets every source line be interpolated once.
 #pragma once
 
-#include "frame/routine.h"
+#include "base/job.h"
+#include "kernels/layouts.h"
 #include "kernels/placement.h"
 #include "kernels/scratch.h"
 #include "kernels/writers.h"
@@ -27,13 +28,13 @@ template <class Lines, Turn turn>
   }
 }
 
-/// Whole groups of a line pair; returns how many columns they cover.
+/// Whole quads of a line pair; returns how many columns they cover.
 template <class Lines, Turn turn>
-[[gnu::noinline]] int32_t convertOutputGroups(const Lines lines, int32_t count, uint8_t *to, std::ptrdiff_t stride) {
+[[gnu::noinline]] int32_t convertOutputQuads(const Lines lines, int32_t count, uint8_t *to, std::ptrdiff_t stride) {
   int32_t i = 0;
   for (; i + 1 < count; i += 2, to += 2 * columnStep<turn, 2>(stride)) {
     Quad<uint32_t> quad;
-    lines.group(i, quad);
+    lines.makeQuad(i, quad);
     Rgb565Writer<turn>::put(to, stride, quad);
   }
   return i;
@@ -50,15 +51,15 @@ void resizeChunk(const Job &job, const PlaneView &view, const ColumnTaps &x, uin
   for (int32_t j = 0; j < height; j += 2, to += 2 * lineStep<turn, 2>(stride)) {
     const int32_t lineCount = smaller(height - j, 2);
     const Lines lines = source.lines(y.nextPair(lineCount == 1));
-    const bool grouped = lineCount == 2 && aligned;
-    const int32_t done = grouped ? convertOutputGroups<Lines, turn>(lines, x.count, to, stride) : 0;
+    const bool inQuads = lineCount == 2 && aligned;
+    const int32_t done = inQuads ? convertOutputQuads<Lines, turn>(lines, x.count, to, stride) : 0;
     if (done < x.count) {
       convertOutputsSingly<Lines, turn>(lines, done, x.count, lineCount, to, stride);
     }
   }
 }
 
-/// The whole picture. Like every walk by groups it mirrors the half turn about the stride.
+/// The whole picture. Like every walk by blocks it mirrors the half turn about the stride.
 template <class Source, class Weights, Turn turn>
 void resizePicture(const Job &job, const PlaneView &view) {
   const ConvertParams &p = job.params;

@@ -4,7 +4,7 @@
 
 #include "kernels/arithmetic.h"
 #include "kernels/placement.h"
-#include "kernels/planes.h"
+#include "kernels/plane_view.h"
 #include "kernels/scratch.h"
 #include "kernels/writers.h"
 
@@ -36,15 +36,15 @@ inline LinePair linePairAt(const PlaneView &view, int32_t y) {
 }
 
 template <class Layout, int line, int column, class Arithmetic, class Terms>
-[[gnu::always_inline]] inline auto groupPixel(const Arithmetic &arithmetic, const LinePair &from, int32_t x,
-                                              const Terms &terms) {
+[[gnu::always_inline]] inline auto quadPixel(const Arithmetic &arithmetic, const LinePair &from, int32_t x,
+                                             const Terms &terms) {
   return arithmetic.template pixel<line, column>(terms, from.luma[line][Layout::template lumaOffset<column>(x)]);
 }
 
-/// 2 x 2 pixels at even column x. Chroma terms are made once for all pixels that share them.
+/// The quad at even column x. Chroma terms are made once for all pixels that share them.
 template <class Layout, class Arithmetic, class Writer>
-[[gnu::always_inline]] inline void convertGroup(const Arithmetic &arithmetic, const LinePair &from, int32_t x,
-                                                uint8_t *to, std::ptrdiff_t stride) {
+[[gnu::always_inline]] inline void convertQuad(const Arithmetic &arithmetic, const LinePair &from, int32_t x,
+                                               uint8_t *to, std::ptrdiff_t stride) {
   const auto terms = [&](int line, int column) {
     const std::ptrdiff_t sample = Layout::chromaOffset(x + column);
     return arithmetic.terms(from.u[line][sample], from.v[line][sample]);
@@ -52,14 +52,14 @@ template <class Layout, class Arithmetic, class Writer>
   Quad<typename Writer::Pixel> quad;
   auto left = terms(0, 0);
   auto right = Layout::kSharedByColumns ? left : terms(0, 1);
-  quad[0][0] = groupPixel<Layout, 0, 0>(arithmetic, from, x, left);
-  quad[0][1] = groupPixel<Layout, 0, 1>(arithmetic, from, x, right);
+  quad[0][0] = quadPixel<Layout, 0, 0>(arithmetic, from, x, left);
+  quad[0][1] = quadPixel<Layout, 0, 1>(arithmetic, from, x, right);
   if constexpr (!Layout::kSharedByLines) {
     left = terms(1, 0);
     right = Layout::kSharedByColumns ? left : terms(1, 1);
   }
-  quad[1][0] = groupPixel<Layout, 1, 0>(arithmetic, from, x, left);
-  quad[1][1] = groupPixel<Layout, 1, 1>(arithmetic, from, x, right);
+  quad[1][0] = quadPixel<Layout, 1, 0>(arithmetic, from, x, left);
+  quad[1][1] = quadPixel<Layout, 1, 1>(arithmetic, from, x, right);
   Writer::put(to, stride, quad);
 }
 
@@ -107,12 +107,12 @@ void convertLines(const Arithmetic &arithmetic, const LinePair from, int32_t lef
                   std::ptrdiff_t stride) {
   const Arithmetic local = arithmetic; // stores of bytes may alias anything that is reached through a reference
   for (int32_t x = left; x < right; x += 2) {
-    convertGroup<Layout, Arithmetic, Writer>(local, from, x, to, stride);
+    convertQuad<Layout, Arithmetic, Writer>(local, from, x, to, stride);
     to += 2 * columnStep<turn, Writer::kPixelBytes>(stride);
   }
 }
 
-/// Whole groups of 2 x 2 first, then the columns behind them and a lone last line pixel by pixel.
+/// Whole quads first, then the columns behind them and a lone last line pixel by pixel.
 template <class Layout, class Arithmetic, class Writer, Turn turn>
 void convertRect(const PlaneView &view, const Target &target, const Rect &rect, const ColorMatrix &matrix) {
   const Arithmetic arithmetic(matrix);

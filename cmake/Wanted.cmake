@@ -1,0 +1,23 @@
+# zqcc_wanted(OPTION SUBJECT DEBIAN_PACKAGES TARGET...): settles an option that is ON, OFF or AUTO for this run. AUTO becomes
+# ON where packages provide all the targets, each named PACKAGE::NAME, and says what is left out where they do not. With
+# ON, it is an error further down that one is missing.
+function(zqcc_wanted option subject debian)
+  string(TOUPPER "${${option}}" wish)
+  if(wish STREQUAL "AUTO")
+    set(missing "")
+    foreach(target IN LISTS ARGN)
+      string(REGEX REPLACE "::.*" "" package ${target})
+      find_package(${package} QUIET)
+      if(NOT TARGET ${target})
+        list(APPEND missing ${target})
+      endif()
+    endforeach()
+    if(missing)
+      list(JOIN missing " and " names)
+      message(STATUS "${subject} left out: ${names} not found (Debian: ${debian})")
+      set(${option} OFF PARENT_SCOPE)
+    else()
+      set(${option} ON PARENT_SCOPE)
+    endif()
+  endif()
+endfunction()

@@ -1,0 +1,15 @@
+# Run while zqconvert is installed: takes its run path away where the library has come to lie in a directory that the
+# loader searches by itself.
+set(libdir "${ZQCC_LIBDIR}")
+if(NOT IS_ABSOLUTE "${libdir}")
+  set(libdir "${CMAKE_INSTALL_PREFIX}/${libdir}")
+endif()
+set(searched /lib /usr/lib /lib64 /usr/lib64 /lib/${ZQCC_ARCHITECTURE} /usr/lib/${ZQCC_ARCHITECTURE})
+list(FIND searched "${libdir}" index)
+if(index GREATER_EQUAL 0)
+  set(program "${ZQCC_BINDIR}/zqconvert")
+  if(NOT IS_ABSOLUTE "${program}")
+    set(program "${CMAKE_INSTALL_PREFIX}/${program}")
+  endif()
+  file(RPATH_REMOVE FILE "$ENV{DESTDIR}${program}")
+endif()
