@@ -5,7 +5,7 @@ _zqconvert() {
   # --option=value arrives as three words.
   if [[ $cur == "=" ]]; then
     cur=
-  elif [[ $prev == "=" && COMP_CWORD -gt 1 ]]; then
+  elif [[ $prev == "=" && $COMP_CWORD -gt 1 ]]; then
     prev=${COMP_WORDS[COMP_CWORD - 2]}
   fi
 
