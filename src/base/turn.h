@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 namespace zqcc {
 
@@ -45,12 +46,16 @@ struct PerTurn {
   }
 };
 
-/// Calls run<turn>() for a turn that is known only now, if it is among those served; any other one counts as the first.
+/// A turn as a constant that is passed like a value.
+template <Turn turn>
+using KnownTurn = std::integral_constant<Turn, turn>;
+
+/// Calls run(KnownTurn) for a turn that is known only now, if it is among those served; any other counts as the first.
 template <Turn first, Turn... others, class Run>
 void withTurn(Turn turn, Run run) {
-  const bool isOther = ((turn == others && (run.template operator()<others>(), true)) || ...);
+  const bool isOther = ((turn == others && (run(KnownTurn<others>{}), true)) || ...);
   if (!isOther) {
-    run.template operator()<first>();
+    run(KnownTurn<first>{});
   }
 }
 

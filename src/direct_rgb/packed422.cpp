@@ -14,7 +14,7 @@ constexpr TileKernel kKernel = convertTile<typename Packed422UpperChroma<variant
 Target targetFor(const ConvertParams &p, Turn turn) {
   Target target{};
   withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(
-      turn, [&]<Turn known>() { target = blockTargetOf<known>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight); });
+      turn, [&](auto known) { target = blockTargetOf<known>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight); });
   return target;
 }
 

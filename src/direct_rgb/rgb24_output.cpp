@@ -25,7 +25,7 @@ PlaneView viewOf(const Job &job) {
 
 template <bool swapped>
 void convertPacked(const ConvertParams &p, const PlaneView &view, const ColorMatrix &matrix) {
-  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turnOf(p.rotation), [&]<Turn turn>() {
+  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turnOf(p.rotation), [&](auto turn) {
     inBlocks(convertTile24<typename Packed422<swapped>::Layout, MatrixRgb24, turn>, view,
              targetOf<turn, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
              matrix);

@@ -62,7 +62,7 @@ void convertTurned(const Job &job) {
 
 template <class BlockSource, class StripSource, class BlockArithmetic, class StripArithmetic>
 void convertRotated(const Job &job) {
-  withTurn<Turn::Left, Turn::Right, Turn::Half>(turnOf(job.params.rotation), [&job]<Turn turn>() {
+  withTurn<Turn::Left, Turn::Right, Turn::Half>(turnOf(job.params.rotation), [&job](auto turn) {
     convertTurned<BlockSource, StripSource, BlockArithmetic, StripArithmetic, turn>(job);
   });
 }

@@ -18,7 +18,7 @@ struct PixelGrid {
 template <int pixelBytes>
 PixelGrid gridFor(const ConvertParams &p) {
   PixelGrid grid{};
-  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turnOf(p.rotation), [&]<Turn turn>() {
+  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turnOf(p.rotation), [&](auto turn) {
     const Target target = targetOf<turn, pixelBytes>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
     grid = {target.origin, columnStep<turn, pixelBytes>(target.stride), lineStep<turn, pixelBytes>(target.stride)};
   });

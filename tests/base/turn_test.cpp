@@ -50,7 +50,7 @@ TEST(Turn, EveryTurnHasItsNumber) {
 template <Turn... served>
 std::vector<Turn> calledFor(Turn turn) {
   std::vector<Turn> calls;
-  zqcc::withTurn<served...>(turn, [&]<Turn known>() { calls.push_back(known); });
+  zqcc::withTurn<served...>(turn, [&](Turn known) { calls.push_back(known); });
   return calls;
 }
 
