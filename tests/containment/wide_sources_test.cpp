@@ -22,7 +22,7 @@
 namespace {
 
 using containment::Mode;
-using support::PlaneShape;
+using PlaneShape = support::BasicPlaneShape<int64_t>;
 using support::SparsePages;
 using zqcc::Axis;
 using zqcc::TableFormat;
@@ -30,17 +30,12 @@ using zqcc::TableFormat;
 constexpr int kHeight = 8;
 constexpr int kOut = 4; ///< columns and lines of the result
 constexpr int kNarrow = 1024;
-constexpr int kStride = 2147483646;
+constexpr int kStride = 2146435070;
 constexpr std::ptrdiff_t kBars = 32;
 constexpr std::ptrdiff_t kBarUnits = 2048; ///< how much of a wide bar is there; more than positions are off
 
-/// As wide as a stride allows, in sixteenths.
-int widest(int type) {
-  if (type == COLOR_RGB24) {
-    return 715827872;
-  }
-  return support::isRgb16(type) || support::isPacked422(type) ? (1 << 30) - 16 : 2147483632;
-}
+/// Lines of more than one byte a pixel are longer than any stride and lie on one another, but no bar on another.
+constexpr int kWidest = 2147483632;
 
 /// Bytes of what a bar repeats: a sample, a pair, a pixel, a packed group.
 std::ptrdiff_t unitOf(int type, int plane) {
@@ -98,7 +93,7 @@ protected:
 private:
   void buildTables(const zqcc::Route &route, const Axis &columns, uint32_t quality);
 
-  static constexpr uint64_t kPlane = uint64_t{kHeight} * kStride;
+  static constexpr uint64_t kPlane = uint64_t{kHeight + 3} * kStride;
   std::array<SparsePages, 3> in_{SparsePages(kPlane), SparsePages(kPlane), SparsePages(kPlane)};
   std::array<std::vector<uint8_t>, 3> narrow_;
   SparsePages xTable_{uint64_t{1} << 30};
@@ -108,9 +103,10 @@ private:
 void WideSources::draw(int type) {
   for (int i = 0; i < support::planeCount(type); ++i) {
     const auto index = static_cast<std::size_t>(i);
-    const PlaneShape wide = support::planeShape(type, widest(type), kHeight, kStride, i);
+    const PlaneShape wide = support::planeShape<int64_t>(type, kWidest, kHeight, kStride, i);
     drawBars(type, i, wide, kBarUnits, in_[index].data());
-    const PlaneShape narrow = support::planeShape(type, kNarrow, kHeight, support::tightStride(type, kNarrow), i);
+    const PlaneShape narrow =
+        support::planeShape<int64_t>(type, kNarrow, kHeight, support::tightStride(type, kNarrow), i);
     narrow_[index].assign(narrow.bytes() + 64, 0);
     drawBars(type, i, narrow, narrow.lineBytes / unitOf(type, i) / kBars, narrow_[index].data());
   }
@@ -150,7 +146,7 @@ std::string WideSources::convert(const Mode &mode) {
   narrow.inStride = support::tightStride(mode.inType, kNarrow);
   narrow.outStride = support::tightStride(mode.outType, kOut);
   ConvertParams wide = narrow;
-  wide.inWidth = widest(mode.inType);
+  wide.inWidth = kWidest;
   wide.inStride = kStride;
   std::array<std::vector<uint8_t>, 6> out;
   for (std::size_t i = 0; i < 3; ++i) {

@@ -92,9 +92,13 @@ TEST_F(ExactLimits, RunLengthsReachLine65535) {
 TEST_F(ExactLimits, RunLengthsReachTheVeryLastLineAndColumn) {
   std::vector<uint8_t> out;
   Long420 tall(2, 65536);
+  tall.colourLine(50001, 136, 192); // the second line of a pair
   tall.colourLine(65535, 136, 192);
   ConvertParams p = tall.record(2, 65536, out); // the last two lines are the last one
   EXPECT_EQ(support::convertOnce(p), CC_OK);
+  EXPECT_EQ(pixelAt(out, 2 * 49999), kGrey);
+  EXPECT_EQ(pixelAt(out, 2 * 50001), kReddish);
+  EXPECT_EQ(pixelAt(out, 2 * 50002), kGrey);
   EXPECT_EQ(pixelAt(out, 2 * 65533), kGrey);
   EXPECT_EQ(pixelAt(out, 2 * 65534), kReddish);
   EXPECT_EQ(pixelAt(out, 2 * 65535 + 1), kReddish);
