@@ -15,11 +15,11 @@ bool turnsBeforehand(int type) {
 
 /// Every second byte of the pairs' plane, from `first` on, as a plane with half the pitch.
 std::vector<uint8_t> everySecond(const ConvertParams &p, int first) {
-  const int pitch = p.inStride >> 1;
+  const std::ptrdiff_t pitch = p.inStride >> 1;
   std::vector<uint8_t> samples(static_cast<std::size_t>(pitch) * static_cast<std::size_t>(p.inHeight / 2));
   for (int y = 0; y < p.inHeight / 2; ++y) {
     for (int x = 0; x < p.inWidth / 2; ++x) {
-      samples[static_cast<std::size_t>(y * pitch + x)] = p.inBuf[1][y * p.inStride + 2 * x + first];
+      samples[static_cast<std::size_t>(y * pitch + x)] = p.inBuf[1][std::ptrdiff_t{y} * p.inStride + 2 * x + first];
     }
   }
   return samples;

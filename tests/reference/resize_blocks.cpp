@@ -39,7 +39,7 @@ Weights phaseWeights(Ratio ratio, int member) {
 }
 
 /// Weighted sum of four samples, 20 fractional bits. `step` is the distance of neighbours.
-int32_t weighted(const uint8_t *line, int pitch, int step, Weights h, Weights v) {
+int32_t weighted(const uint8_t *line, std::ptrdiff_t pitch, int step, Weights h, Weights v) {
   const int upper = h.self * line[0] + h.next * line[step];
   const int lower = h.self * line[pitch] + h.next * line[pitch + step];
   return wrap(int64_t{v.self} * upper + int64_t{v.next} * lower);
@@ -124,7 +124,7 @@ uint16_t planarRgbPixel(const Frame &frame, const Tap &column, const Tap &line) 
 }
 
 /// The half turn is measured from the end of the stride, the quarter turns from the picture.
-uint8_t *placeOf(uint8_t *out, int stride, int width, int height, int rotation, int x, int y) {
+uint8_t *placeOf(uint8_t *out, std::ptrdiff_t stride, int width, int height, int rotation, int x, int y) {
   switch (rotation) {
   case 3:
     return out + (width - 1 - x) * stride + 2 * y;
@@ -171,7 +171,7 @@ void resizeRgb24(const ConvertParams &p) {
     const Tap &line = lines.at(static_cast<std::size_t>(y));
     for (int x = 0; x < p.outWidth; ++x) {
       const Tap &column = columns.at(static_cast<std::size_t>(x));
-      const uint8_t *s = p.inBuf[0] + line.index * p.inStride + 3 * column.index;
+      const uint8_t *s = p.inBuf[0] + std::ptrdiff_t{line.index} * p.inStride + std::ptrdiff_t{3} * column.index;
       std::array<int, 3> bgr{};
       for (std::size_t i = 0; i < 3; ++i) {
         bgr[i] = weighted(s + i, p.inStride, 3, {column.self, column.next}, {line.self, line.next}) >> 20;

@@ -11,10 +11,10 @@ constexpr int kEntryWords = 15;
 /// may cover two lines. `end` is the first offset that holds no sample.
 struct View {
   const uint8_t *data;
-  int pitch, columns, lines;
+  std::ptrdiff_t pitch, columns, lines;
   std::ptrdiff_t end;
-  [[nodiscard]] int at(int column, int line) const {
-    return data[std::min(static_cast<std::ptrdiff_t>(line) * pitch + column, end - 1)];
+  [[nodiscard]] int at(std::ptrdiff_t column, std::ptrdiff_t line) const {
+    return data[std::min(line * pitch + column, end - 1)];
   }
 };
 
@@ -31,12 +31,12 @@ int boxMean(const View &view, const int32_t *columns, const int32_t *lines) {
 }
 
 struct Pair {
-  int first, second;
+  std::ptrdiff_t first, second;
 };
 
 /// The position and its neighbour, the last but one at most; a bound of one sample leaves only sample 0.
-Pair bounded(int position, int bound) {
-  const int first = std::max(position < bound - 1 ? position : bound - 2, 0);
+Pair bounded(std::ptrdiff_t position, std::ptrdiff_t bound) {
+  const std::ptrdiff_t first = std::max<std::ptrdiff_t>(position < bound - 1 ? position : bound - 2, 0);
   return {first, std::min(first + 1, bound - 1)};
 }
 
@@ -68,7 +68,7 @@ View chromaView(const Frame &frame, std::size_t index) {
     // Two chroma lines count as one, as wide as both pitches together.
     return {plane.data, 2 * plane.pitch, 2 * plane.pitch, frame.height / 2, plane.end()};
   }
-  return {plane.data, plane.pitch, std::min(plane.columns, plane.pitch), plane.lines, plane.end()};
+  return {plane.data, plane.pitch, std::min<std::ptrdiff_t>(plane.columns, plane.pitch), plane.lines, plane.end()};
 }
 
 /// Number of the table entry that serves the chroma of an output column or line: entry >> shift.

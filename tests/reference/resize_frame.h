@@ -18,10 +18,12 @@ namespace reference::resize {
 /// types 12 and 13 exchanged and turned input turned. planes[1] is always U (or green), planes[2] V (or blue).
 struct Frame {
   int layout = 0;
-  int width = 0, height = 0, stride = 0;
+  int width = 0, height = 0;
+  std::ptrdiff_t stride = 0;
   std::array<Plane, 3> planes;
   std::array<std::vector<uint8_t>, 3> scratch;
-  int outWidth = 0, outHeight = 0, outStride = 0;
+  int outWidth = 0, outHeight = 0;
+  std::ptrdiff_t outStride = 0;
   uint8_t *out = nullptr;
   /// 2, 3, 4 or 5: what is left to do after a turned pre-pass.
   int rotation = 2;

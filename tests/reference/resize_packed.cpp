@@ -33,15 +33,16 @@ Order orderOf(int type) {
 
 uint8_t *placeOf(const ConvertParams &p, int bytes, int x, int y) {
   uint8_t *out = p.outBuf[0];
+  const std::ptrdiff_t stride = p.outStride;
   switch (p.rotation) {
   case 3:
-    return out + (p.outWidth - 1 - x) * p.outStride + bytes * y;
+    return out + (p.outWidth - 1 - x) * stride + bytes * y;
   case 4:
-    return out + x * p.outStride + bytes * (p.outHeight - 1 - y);
+    return out + x * stride + bytes * (p.outHeight - 1 - y);
   case 5:
-    return out + (p.outHeight - 1 - y) * p.outStride + bytes * (p.outWidth - 1 - x);
+    return out + (p.outHeight - 1 - y) * stride + bytes * (p.outWidth - 1 - x);
   default:
-    return out + y * p.outStride + bytes * x;
+    return out + y * stride + bytes * x;
   }
 }
 
@@ -64,9 +65,9 @@ void resizePacked(const ConvertParams &p, const Colour &colour) {
   const Words columns = nearest(p.inWidth, p.outWidth);
   const Words lines = nearest(p.inHeight, p.outHeight);
   for (int y = 0; y < p.outHeight; ++y) {
-    const uint8_t *line = p.inBuf[0] + lines[static_cast<std::size_t>(y)] * p.inStride;
+    const uint8_t *line = p.inBuf[0] + std::ptrdiff_t{lines[static_cast<std::size_t>(y)]} * p.inStride;
     for (int x = 0; x < p.outWidth; ++x) {
-      const uint8_t *group = line + 4 * columns[static_cast<std::size_t>(x / 2)];
+      const uint8_t *group = line + std::ptrdiff_t{4} * columns[static_cast<std::size_t>(x / 2)];
       put(placeOf(p, bytes, x, y), bytes, group[x % 2 == 0 ? order.y0 : order.y1], {group[order.u], group[order.v]},
           colour);
     }

@@ -100,7 +100,7 @@ void convertPlane(const ConvertParams &p, const Plane &plane) {
   if (p.isResize == 0 && turned) {
     turnTight(plane, p.rotation);
   } else if (p.isResize == 0) {
-    fillUpright(plane, [&](int x, int y) { return plane.in.bytes[y * plane.in.pitch + x]; });
+    fillUpright(plane, [&](int x, int y) { return plane.in.bytes[std::ptrdiff_t{y} * plane.in.pitch + x]; });
   } else if (turned) {
     resizeTurned(plane, nearestPositions(p.inWidth, p.outWidth), nearestPositions(p.inHeight, p.outHeight), p.rotation);
   } else if (p.antiAlias == 0) {

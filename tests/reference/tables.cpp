@@ -54,19 +54,19 @@ std::array<float, kTaps> tapPositions(float p, int quality, bool isX) {
   return {p, p - b, p - a, p + b, p + a};
 }
 
-int lineOf(int j, int32_t step) {
-  return static_cast<int>((static_cast<int64_t>(j) * step) >> 10);
+int lineOf(int j, int64_t step) {
+  return static_cast<int>((j * step) >> 10);
 }
 
 } // namespace
 
-int32_t stepOf(int source, int positions) {
-  return static_cast<int32_t>(ratio(source, positions) * 1024.0);
+int64_t stepOf(int source, int positions) {
+  return static_cast<int64_t>(ratio(source, positions) * 1024.0);
 }
 
 Words nearest(int source, int positions) {
   Words words;
-  const int32_t step = stepOf(source, positions);
+  const int64_t step = stepOf(source, positions);
   for (int i = 0; i < positions; ++i) {
     words.push_back(lineOf(i, step));
   }
@@ -109,7 +109,7 @@ int lineBoxStep(int source, int positions, int columnStep) {
 
 Words box(int source, int positions, int sampleStep) {
   Words words;
-  const int32_t step = stepOf(source, positions);
+  const int64_t step = stepOf(source, positions);
   const int width = static_cast<int>(ratio(source, positions));
   for (int i = 0; i < positions; ++i) {
     const int start = static_cast<int>(static_cast<int64_t>(i) * step / 1024) + 1;

@@ -11,7 +11,7 @@ namespace reference {
 using Words = std::vector<int32_t>;
 
 /// Source distance of two output positions with 10 fractional bits, truncated.
-int32_t stepOf(int source, int positions);
+int64_t stepOf(int source, int positions);
 
 /// One word a position: its source index. (The library appends four words of 255.)
 Words nearest(int source, int positions);
