@@ -2,12 +2,12 @@
 
 #include "containment/expectation.h"
 #include "fuzz/records.h"
+#include "reference/result_code.h"
 #include "support/picture.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace fuzz {
 namespace {
@@ -48,7 +48,7 @@ support::LastPair lastOutputPair(const ConvertParams &p) {
   return turned ? support::LastPair::Dropped : lastInputPair(p);
 }
 
-int64_t inputBytes(const ConvertParams &p, int plane, int64_t cropped) {
+Extent inputPlane(const ConvertParams &p, int plane, int64_t cropped) {
   // Converters that keep the size take it from the output fields, a pre-pass from the input's.
   const bool larger = p.isResize == 0;
   const int64_t width = larger ? std::max(p.inWidth, p.outWidth) : p.inWidth;
@@ -57,10 +57,10 @@ int64_t inputBytes(const ConvertParams &p, int plane, int64_t cropped) {
   if (isTight(p)) {
     extent.stride = extent.lineBytes;
   }
-  return bytesOf(cut(extent, p, width, cropped));
+  return cut(extent, p, width, cropped);
 }
 
-int64_t outputBytes(const ConvertParams &p, int plane) {
+Extent outputPlane(const ConvertParams &p, int plane) {
   reference::Size written = containment::writtenSize(p);
   if (isTight(p)) {
     // These write the input's size, whatever the output fields say.
@@ -72,11 +72,20 @@ int64_t outputBytes(const ConvertParams &p, int plane) {
   if (isTight(p)) {
     extent.stride = extent.lineBytes;
   }
+  return cut(extent, p, written.width);
+}
+
+int64_t outputBytes(const ConvertParams &p, int plane) {
+  const Extent extent = outputPlane(p, plane);
   // Turned pictures may lie at the right end of their lines.
   const bool resizedHalf = p.inType == p.outType && p.isResize == 1 && p.rotation == ROTATION_180;
   const bool toRgb16 = p.inType != p.outType && support::isRgb16(p.outType) && isTurn(p) && plane == 0;
   const int64_t whole = resizedHalf || toRgb16 ? extent.lines * extent.stride : 0;
-  return std::max(bytesOf(cut(extent, p, written.width)), whole);
+  return std::max(bytesOf(extent), whole);
+}
+
+Lines linesOf(const Extent &extent) {
+  return {bounded(extent.lineBytes), bounded(extent.lines), bounded(extent.stride)};
 }
 
 /// The frame that is being converted, for reports of the address sanitizer.
@@ -89,10 +98,15 @@ void print(const char *what, const ConvertParams &f) {
                f.isResize, f.rotation, f.antiAlias);
 }
 
-std::unique_ptr<uint8_t[]> block(int64_t bytes, uint8_t value) {
-  auto memory = std::make_unique<uint8_t[]>(static_cast<std::size_t>(bytes));
-  std::memset(memory.get(), value, static_cast<std::size_t>(bytes));
+PlaneMemory groundPlane(Room room, int plane, int64_t bytes) {
+  PlaneMemory memory(room, plane, bytes);
+  memory.fill(kGround);
   return memory;
+}
+
+/// Whether every sample of the input is read, and not a few for every pixel of the output.
+bool readsAll(const ConvertParams &p) {
+  return !reference::scales(p) || isSemiPlanarConversion(p) || turnsPlanes(p);
 }
 
 } // namespace
@@ -106,21 +120,33 @@ void announce(const ConvertParams &frame) {
   inWork = frame;
 }
 
-int64_t FrameBytes::total() const {
-  int64_t sum = 0;
-  for (std::size_t i = 0; i < 3; ++i) {
-    sum += bounded(in[i]) + bounded(out[i]);
-  }
-  return sum;
-}
-
 FrameBytes bytesOf(const ConvertParams &frame, int64_t cropped) {
   FrameBytes bytes;
   for (int i = 0; i < 3; ++i) {
-    bytes.in[static_cast<std::size_t>(i)] = inputBytes(frame, i, cropped);
-    bytes.out[static_cast<std::size_t>(i)] = outputBytes(frame, i);
+    const auto plane = static_cast<std::size_t>(i);
+    bytes.in[plane] = bounded(bytesOf(inputPlane(frame, i, cropped)));
+    bytes.out[plane] = bounded(outputBytes(frame, i));
+    bytes.inLines[plane] = linesOf(inputPlane(frame, i, cropped));
+    bytes.outLines[plane] = linesOf(outputPlane(frame, i));
   }
   return bytes;
+}
+
+bool canBeTried(const ConvertParams &frame, const FrameBytes &bytes) {
+  const bool all = readsAll(frame);
+  const int64_t samples = int64_t{std::max(frame.inWidth, 0)} * std::max(frame.inHeight, 0);
+  // Resizing reads some samples for each pixel, on a page each at worst.
+  const int64_t mostRead = all ? INT64_MAX : pixelsOf(frame) * (frame.antiAlias == 3 ? 64 : 20);
+  int64_t blocks = 0;
+  int64_t pages = 0;
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (std::max(bytes.in[i], bytes.out[i]) > kRoomBytes) {
+      return false;
+    }
+    blocks += (bytes.in[i] <= kLargestBlock ? bytes.in[i] : 0) + (bytes.out[i] <= kLargestBlock ? bytes.out[i] : 0);
+    pages += std::min(pagesOf(bytes.inLines[i]), mostRead) + pagesOf(bytes.outLines[i]);
+  }
+  return blocks <= kLargest && pages <= kMostPages && pixelsOf(frame) <= kLargest && (!all || samples <= kLargest);
 }
 
 bool linesAreApart(const ConvertParams &frame) {
@@ -132,25 +158,25 @@ bool linesAreApart(const ConvertParams &frame) {
 }
 
 FrameMemory::FrameMemory(const FrameBytes &bytes, uint32_t seed) : bytes_(bytes) {
-  for (std::size_t i = 0; i < 3; ++i) {
-    in_[i] = block(bytes.in[i], 0);
-    support::fill(in_[i].get(), static_cast<std::size_t>(bytes.in[i]), support::Fill::Noise,
-                  seed + static_cast<uint32_t>(i));
-    out_[i] = block(bytes.out[i], kGround);
-    expected_[i] = block(bytes.out[i], kGround);
+  for (int i = 0; i < 3; ++i) {
+    const auto plane = static_cast<std::size_t>(i);
+    in_[plane] = PlaneMemory(Room::Input, i, bytes.in[plane]);
+    in_[plane].fillWithNoise(seed + static_cast<uint32_t>(i));
+    out_[plane] = groundPlane(Room::Output, i, bytes.out[plane]);
+    expected_[plane] = groundPlane(Room::Expected, i, bytes.out[plane]);
   }
 }
 
 void FrameMemory::attach(ConvertParams &frame, bool expected) {
   for (std::size_t i = 0; i < 3; ++i) {
-    frame.inBuf[i] = in_[i].get();
-    frame.outBuf[i] = (expected ? expected_ : out_)[i].get();
+    frame.inBuf[i] = in_[i].data();
+    frame.outBuf[i] = (expected ? expected_ : out_)[i].data();
   }
 }
 
 bool FrameMemory::agrees() const {
   for (std::size_t i = 0; i < 3; ++i) {
-    if (std::memcmp(out_[i].get(), expected_[i].get(), static_cast<std::size_t>(bytes_.out[i])) != 0) {
+    if (!out_[i].equals(expected_[i], 0, bytes_.outLines[i])) {
       return false;
     }
   }
@@ -159,8 +185,7 @@ bool FrameMemory::agrees() const {
 
 bool FrameMemory::untouched() const {
   for (std::size_t i = 0; i < 3; ++i) {
-    const uint8_t *plane = out_[i].get();
-    if (!std::all_of(plane, plane + bytes_.out[i], [](uint8_t byte) { return byte == kGround; })) {
+    if (!out_[i].holdsOnly(kGround, 0, bytes_.outLines[i])) {
       return false;
     }
   }

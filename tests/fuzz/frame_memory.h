@@ -1,13 +1,13 @@
-// Heap blocks of exactly the bytes that a frame's planes take, so that the address sanitizer sees the first byte
-// beyond them.
+// Memory of exactly the bytes that a frame's planes take: heap blocks, so that the address sanitizer sees the first
+// byte beyond them, or, of large planes, address space that ends there.
 #pragma once
 
+#include "fuzz/rooms.h"
 #include "zqColorConversion.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
 namespace fuzz {
 
@@ -21,11 +21,16 @@ void announce(const ConvertParams &frame);
 struct FrameBytes {
   std::array<int64_t, 3> in{};
   std::array<int64_t, 3> out{};
-  [[nodiscard]] int64_t total() const;
+  std::array<Lines, 3> inLines{};
+  std::array<Lines, 3> outLines{};
 };
 
 /// Sizes, strides and types must not be negative. `cropped` bytes of the input's lines lie in front of the frame's.
 FrameBytes bytesOf(const ConvertParams &frame, int64_t cropped = 0);
+
+/// Whether a frame of these planes is converted quickly and with little memory: few pixels, and lines that do not lie
+/// on too many pages.
+bool canBeTried(const ConvertParams &frame, const FrameBytes &bytes);
 
 /// Whether every line of the output has a place of its own; else lines overlap and the order of stores decides.
 bool linesAreApart(const ConvertParams &frame);
@@ -42,11 +47,10 @@ public:
   [[nodiscard]] bool untouched() const;
 
 private:
-  using Plane = std::unique_ptr<uint8_t[]>;
   FrameBytes bytes_;
-  std::array<Plane, 3> in_;
-  std::array<Plane, 3> out_;
-  std::array<Plane, 3> expected_;
+  std::array<PlaneMemory, 3> in_;
+  std::array<PlaneMemory, 3> out_;
+  std::array<PlaneMemory, 3> expected_;
 };
 
 } // namespace fuzz

@@ -31,7 +31,12 @@ public:
   void run() {
     for (int step = 0; step < 24 && !script_.done(); ++step) {
       const uint8_t op = script_.byte();
-      one(op % 13, slots_[op >> 7]);
+      Slot &slot = slots_[op >> 7];
+      if (op % 13 == 12) {
+        rare(op / 13, slot);
+      } else {
+        one(op % 13, slot);
+      }
     }
   }
 
@@ -72,8 +77,16 @@ private:
       convert(slot, slot.setup, script_.byte() % 6);
       break;
     default:
-      misuse(slot);
       break;
+    }
+  }
+
+  /// The two that have come in among the others.
+  void rare(int op, Slot &slot) {
+    if (op % 2 == 0) {
+      misuse(slot);
+    } else {
+      goToLimit(slot);
     }
   }
 
@@ -92,8 +105,12 @@ private:
       expected = CC_ERR_ARGUMENT;
     }
     expected = slot.handle == nullptr ? CC_ERR_ARGUMENT : expected;
-    if (expected == CC_OK && fuzz::setUpBytes(record) > fuzz::kLargestSetUp) {
+    const fuzz::SetUpMemory memory = fuzz::setUpMemory(record);
+    if (expected == CC_OK && memory == fuzz::SetUpMemory::Unclear) {
       return;
+    }
+    if (expected == CC_OK && memory == fuzz::SetUpMemory::TooLittle) {
+      expected = CC_ERR_NO_MEMORY;
     }
     const ConvertParams before = record;
     if (zqCCSetParameter(slot.handle, PARAM_CONVERT_DESC, &record) != expected) {
@@ -103,6 +120,22 @@ private:
       fail("set-up changes the record", before);
     }
     slot.setup = expected == CC_OK ? record : slot.setup;
+    if (expected == CC_ERR_NO_MEMORY) {
+      slot = {}; // the handle has gone with the memory
+    }
+  }
+
+  /// A record at a limit, or the one of the set-up moved there; converted with or without a set-up of its own.
+  void goToLimit(Slot &slot) {
+    const uint8_t choice = script_.byte();
+    ConvertParams record = choice % 2 == 0 ? fuzz::readRecord(script_) : slot.setup;
+    for (int moves = choice / 4 % 3; moves >= 0; --moves) {
+      fuzz::moveToLimit(script_, record);
+    }
+    if (choice / 2 % 2 == 0) {
+      prepare(slot, record);
+    }
+    convert(slot, record);
   }
 
   void convertAsPrepared(Slot &slot) {
@@ -132,8 +165,12 @@ private:
     if (slot.handle == nullptr) {
       return {CC_ERR_ARGUMENT, true};
     }
-    const bool certain = !fuzz::isSemiPlanarConversion(p);
-    return {reference::resultCode(slot.setup, p), certain};
+    const uint32_t code = reference::resultCode(slot.setup, p);
+    const bool empty = p.outWidth == 0 || p.outHeight == 0;
+    if (!empty && !hasNegativeSize(p) && fuzz::exceedsSplitPlanes(slot.setup, p)) {
+      return {code == CC_OK ? CC_ERR_ARGUMENT : code, true};
+    }
+    return {code, !fuzz::isSemiPlanarConversion(p)};
   }
 
   /// Planes are given to the rules as being there; nothing is read through them.
@@ -163,7 +200,7 @@ private:
     fuzz::FrameBytes bytes;
     if (mayRun) {
       bytes = fuzz::bytesOf(p);
-      if (std::max(bytes.total(), fuzz::pixelsOf(p)) > fuzz::kLargest) {
+      if (!fuzz::canBeTried(p, bytes)) {
         return;
       }
     }
@@ -199,8 +236,7 @@ private:
   void comparePictures(fuzz::FrameMemory &memory, ConvertParams p) {
     const bool sameSize = p.isResize != 0 || (p.inWidth == p.outWidth && p.inHeight == p.outHeight);
     const bool empty = p.outWidth == 0 || p.outHeight == 0;
-    if (!sameSize || empty || fuzz::pixelsOf(p) > fuzz::kLargestCompared || !fuzz::linesAreApart(p) ||
-        fuzz::inputLinesOverlap(p)) {
+    if (!sameSize || empty || !fuzz::isComparedInTime(p) || !fuzz::linesAreApart(p) || fuzz::inputLinesOverlap(p)) {
       return;
     }
     memory.attach(p, true);

@@ -9,32 +9,31 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
-#include <vector>
+#include <memory>
 
 namespace {
 
 using fuzz::Call;
 using fuzz::fail;
 
-/// A buffer that ends with its heap block.
-std::vector<uint8_t> bufferOf(int64_t bytes, uint32_t seed) {
-  std::vector<uint8_t> buffer(static_cast<std::size_t>(bytes));
-  support::fill(buffer.data(), buffer.size(), support::Fill::Noise, seed);
-  buffer.shrink_to_fit();
+/// A buffer that ends where nothing may be touched any more.
+fuzz::PlaneMemory bufferOf(fuzz::Room room, int64_t bytes, uint32_t seed) {
+  fuzz::PlaneMemory buffer(room, 0, bytes);
+  buffer.fillWithNoise(seed);
   return buffer;
 }
 
 struct Need {
   int64_t in = 0;
   int64_t out = 0;
+  fuzz::FrameBytes planes;
   bool possible = true;   ///< no plane begins in front of its buffer and all of it is small
   bool comparable = true; ///< no byte of the output belongs to two planes or lines
 };
 
 Need needOf(const Call &call) {
   Need need;
-  const fuzz::FrameBytes bytes = fuzz::bytesOf(call.params, call.cropped);
+  const fuzz::FrameBytes bytes = need.planes = fuzz::bytesOf(call.params, call.cropped);
   int64_t end = 0;
   for (std::size_t i = 0; i < 3; ++i) {
     if (bytes.in[i] > 0) {
@@ -48,7 +47,8 @@ Need needOf(const Call &call) {
       need.out = std::max(need.out, end);
     }
   }
-  need.possible = need.possible && std::max(need.in + need.out, fuzz::pixelsOf(call.params)) <= fuzz::kLargest;
+  need.possible = need.possible && std::max(need.in, need.out) <= fuzz::kRoomBytes;
+  need.possible = need.possible && fuzz::canBeTried(call.params, bytes);
   need.comparable = need.comparable && fuzz::linesAreApart(call.params) && !fuzz::inputLinesOverlap(call.params);
   return need;
 }
@@ -72,24 +72,34 @@ uint32_t invokeWithoutMemory(const Call &call) {
   return fuzz::invoke(call, nothing.get(), nothing.get());
 }
 
+/// Whether the planes of both buffers hold the same.
+bool areEqual(const fuzz::PlaneMemory &a, const fuzz::PlaneMemory &b, const Call &call, const Need &need) {
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (!a.equals(b, call.out[i], need.planes.outLines[i])) {
+      return false;
+    }
+  }
+  return true;
+}
+
 void accepted(const Call &call) {
   const Need need = needOf(call);
   if (!need.possible) {
     return;
   }
-  const std::vector<uint8_t> in = bufferOf(need.in, 3);
-  std::vector<uint8_t> out = bufferOf(need.out, 4);
-  std::vector<uint8_t> expected = out;
+  const fuzz::PlaneMemory in = bufferOf(fuzz::Room::Input, need.in, 3);
+  const fuzz::PlaneMemory out = bufferOf(fuzz::Room::Output, need.out, 4);
+  const fuzz::PlaneMemory expected = bufferOf(fuzz::Room::Expected, need.out, 4);
   fuzz::announce(call.params);
   const uint32_t code = fuzz::invoke(call, in.data(), out.data());
-  if (code == CC_ERR_ARGUMENT && out == expected && fuzz::isSemiPlanarConversion(call.params) &&
+  if (code == CC_ERR_ARGUMENT && areEqual(out, expected, call, need) && fuzz::isSemiPlanarConversion(call.params) &&
       fuzz::inputLinesOverlap(call.params)) {
     return; // the planes for the split chroma are measured by the stride
   }
   if (code != CC_OK) {
     fail("unexpected code of an accepted call", call.params);
   }
-  if (!need.comparable || fuzz::pixelsOf(call.params) > fuzz::kLargestCompared || call.params.outWidth == 0 ||
+  if (!need.comparable || !fuzz::isComparedInTime(call.params) || call.params.outWidth == 0 ||
       call.params.outHeight == 0) {
     return;
   }
@@ -99,7 +109,7 @@ void accepted(const Call &call) {
     p.outBuf[i] = call.out[i] >= 0 && call.out[i] <= need.out ? expected.data() + call.out[i] : nullptr;
   }
   containment::convertByReference(p, call.colour, static_cast<int>(call.cropped));
-  if (out != expected) {
+  if (!areEqual(out, expected, call, need)) {
     fail("a one-shot picture differs from the reference", p);
   }
 }
@@ -111,7 +121,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t count) {
   fuzz::Script script(bytes, count);
   const Call call = fuzz::readCall(script);
   const ConvertParams &p = call.params;
-  if (fuzz::setUpBytes(p) > fuzz::kLargestSetUp) {
+  if (fuzz::setUpMemory(p) == fuzz::SetUpMemory::Unclear) {
     return 0;
   }
   if (std::min({p.inWidth, p.inHeight, p.outWidth, p.outHeight}) < 0) {

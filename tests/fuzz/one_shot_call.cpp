@@ -1,5 +1,6 @@
 #include "fuzz/one_shot_call.h"
 
+#include "fuzz/records.h"
 #include "reference/direct_case.h"
 #include "reference/result_code.h"
 #include "support/picture.h"
@@ -50,6 +51,9 @@ int32_t read(Script &script, Argument kind) {
   }
   case A::Place: {
     const uint8_t place = script.byte();
+    if (place >= 200 && place < 204) {
+      return script.nearLimit();
+    }
     return place < 250 ? place % 16 : script.number();
   }
   default:
@@ -105,6 +109,9 @@ void refuse(Call &call, uint32_t code) {
 /// Set-up answers before the types that a function cannot lay out do.
 void setUp(Call &call) {
   refuse(call, reference::setupCode(call.params));
+  if (setUpMemory(call.params) == SetUpMemory::TooLittle) {
+    refuse(call, CC_ERR_NO_MEMORY);
+  }
 }
 
 void placeInput420(Call &call, int32_t stride, const Crop &crop) {
@@ -285,7 +292,8 @@ void writeCall(ScriptWriter &writer, Function function, const std::array<int32_t
   for (int i = 0; i < signature.count; ++i) {
     const int32_t value = arguments[static_cast<std::size_t>(i)];
     const bool type = signature.kinds[i] == A::Type;
-    writer.byte(static_cast<uint8_t>(type ? std::find(kTypes, kTypes + kTypeCount, value) - kTypes : value));
+    const auto number = static_cast<int32_t>(type ? std::find(kTypes, kTypes + kTypeCount, value) - kTypes : value);
+    writer.size(number);
   }
 }
 

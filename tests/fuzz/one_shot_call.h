@@ -39,7 +39,7 @@ struct Call {
 };
 
 Call readCall(Script &script);
-/// Arguments of an ordinary call, each 0..71.
+/// Sizes and places may be any numbers, the other arguments are those of an ordinary call.
 void writeCall(ScriptWriter &writer, Function function, const std::array<int32_t, 13> &arguments);
 uint32_t invoke(const Call &call, const uint8_t *input, uint8_t *output);
 

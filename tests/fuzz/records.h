@@ -10,7 +10,11 @@ namespace fuzz {
 
 /// A record without planes. Mostly codes that exist and small sizes; strides are mostly tight or a little more.
 ConvertParams readRecord(Script &script);
-/// The script of an ordinary record: sizes 0..71, tight strides plus 0..31 bytes.
+/// Moves a record's sizes or strides to a limit, or so that a product of them lies beside one.
+void moveToLimit(Script &script, ConvertParams &record);
+/// The script of a record with modes that exist, its strides included.
+void writeRecord(ScriptWriter &writer, const ConvertParams &record);
+/// The same with tight strides plus 0..31 bytes.
 void writeRecord(ScriptWriter &writer, const ConvertParams &record, int inExtra, int outExtra);
 
 /// Draws one field anew.
@@ -22,6 +26,11 @@ void writeStrides(ScriptWriter &writer, int inExtra, int outExtra);
 /// Converters of semi-planar input find the split chroma in planes that set-up made; how large those are beyond what
 /// set-up asked for is the library's own affair.
 bool isSemiPlanarConversion(const ConvertParams &record);
+/// A conversion of semi-planar input whose split chroma is larger than the planes that set-up has to make: it must be
+/// refused.
+bool exceedsSplitPlanes(const ConvertParams &setup, const ConvertParams &record);
+/// Scaling quarter turns of these types turn the planes first.
+bool turnsPlanes(const ConvertParams &record);
 /// The stride is shorter than a line. The library reads no byte outside such planes, but what a picture made of them
 /// would be, nobody says.
 bool inputLinesOverlap(const ConvertParams &record);
@@ -31,11 +40,17 @@ constexpr int64_t bounded(int64_t bytes) {
 }
 /// Pixels of the output; many more than its bytes where the stride is short.
 int64_t pixelsOf(const ConvertParams &record);
-/// Bytes that set-up needs for tables and scratch planes, roughly.
-int64_t setUpBytes(const ConvertParams &record);
+/// Whether the slow models make the picture as well.
+bool isComparedInTime(const ConvertParams &record);
+/// What set-up has to allocate: it surely succeeds, surely fails, or nobody can say.
+enum class SetUpMemory { Enough, TooLittle, Unclear };
+SetUpMemory setUpMemory(const ConvertParams &record);
 
-inline constexpr int64_t kLargest = int64_t{1} << 20;       ///< of all planes of a frame that is converted
-inline constexpr int64_t kLargestCompared = 40000;          ///< pixels of a picture that the slow models make as well
-inline constexpr int64_t kLargestSetUp = int64_t{16} << 20; ///< of what set-up allocates
+inline constexpr int64_t kLargest = int64_t{1} << 20;        ///< of all heap blocks of a frame, and of its pixels
+inline constexpr int64_t kMostPages = int64_t{1} << 14;      ///< under the lines of a frame that is converted
+inline constexpr int64_t kLargestCompared = 40000;           ///< pixels of a picture that the slow models make as well
+inline constexpr int64_t kMostThinPixels = 140000;           ///< the same for pictures of a few lines or columns
+inline constexpr int64_t kLargestSetUp = int64_t{16} << 20;  ///< of what set-up allocates
+inline constexpr int64_t kLargestMalloc = int64_t{32} << 20; ///< where the memory ends (see limited_malloc.cpp)
 
 } // namespace fuzz

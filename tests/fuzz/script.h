@@ -5,9 +5,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <vector>
 
 namespace fuzz {
+
+/// Sizes and strides whose products with each other or with small factors stand at the ends of 16, 31 and 32 bits, and
+/// those at which tables and ratios end.
+inline constexpr int64_t kLimits[] = {1 << 15,    40000,   46341,      1 << 16,    1 << 17,   1 << 18, 1 << 20,
+                                      1 << 21,    1 << 22, 1 << 23,    1 << 24,    1 << 28,   1 << 29, 715827883,
+                                      1073741816, 1 << 30, 1431655766, 0x7FFFFFF0, 0x7FFFFFFF};
+inline constexpr int kDistances[] = {0, 1, -1, 2, -2, 8, -8, 16, -16};
 
 /// Bytes in the order they stand; zeros once they are used up.
 class Script {
@@ -30,20 +38,33 @@ public:
     return value;
   }
   int32_t number() { return static_cast<int32_t>(word()); }
-  int below(int count) { return byte() % count; }
+  int below(std::size_t count) { return static_cast<int>(byte() % count); }
   double real() {
     const uint64_t bits = word() | static_cast<uint64_t>(word()) << 32;
     double value = 0;
     std::memcpy(&value, &bits, sizeof value);
     return value;
   }
-  /// Mostly a small size; now and then any number at all.
+  /// Mostly a small size; now and then one beside a limit, or any number at all.
   int32_t size() {
     const uint8_t first = byte();
     if (first < 200) {
       return first % 72;
     }
-    return first < 240 ? first % 16 * 256 + byte() : number();
+    if (first < 240) {
+      return first % 16 * 256 + byte();
+    }
+    return first < 245 ? nearLimit() : number();
+  }
+  /// A number at which something overflows or is refused, or one close to it.
+  int32_t nearLimit() {
+    const int64_t limit = kLimits[below(std::size(kLimits))];
+    return near(limit);
+  }
+  /// The limit or a number close to it, as far as 32 bits go.
+  int32_t near(int64_t limit) {
+    const int64_t value = limit + kDistances[below(std::size(kDistances))];
+    return static_cast<int32_t>(value < INT32_MAX ? value : INT32_MAX);
   }
 
 private:
@@ -66,8 +87,18 @@ public:
     word(static_cast<uint32_t>(bits));
     word(static_cast<uint32_t>(bits >> 32));
   }
-  /// 0..71
-  void size(int value) { byte(static_cast<uint8_t>(value)); }
+  void size(int32_t value) {
+    if (value >= 0 && value < 72) {
+      byte(static_cast<uint8_t>(value));
+    } else {
+      any(value);
+    }
+  }
+  /// A number where a size, a stride or a place is read.
+  void any(int32_t value) {
+    byte(0xFF);
+    word(static_cast<uint32_t>(value));
+  }
   [[nodiscard]] const std::vector<uint8_t> &bytes() const { return bytes_; }
 
 private:
