@@ -1,5 +1,4 @@
 // Signals end the program wherever it waits, and nothing half done stays behind.
-#include "temporary.h"
 #include "workspace.h"
 
 #include <gmock/gmock.h>
@@ -8,6 +7,7 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
 #include <optional>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -118,13 +118,23 @@ TEST(Signals, EndItWhileNobodyTakesWhatItWrites) {
   }
 }
 
-TEST(Signals, WaitForFilesThatAreOnTheWayToTheirPlaces) {
-  EXPECT_FALSE(zqconvert::isPlacing());
-  {
-    const zqconvert::Placing placing;
-    EXPECT_TRUE(zqconvert::isPlacing());
+// All of them are renamed once the first one stands in its place, however soon the signal comes.
+TEST(Signals, NumberedFilesArriveTogetherOrNotAtAll) {
+  constexpr int kFrames = 1500;
+  for (const int number : kSignals) {
+    const Folder clips;
+    const Folder folder;
+    Process process({clips.file("clip.y4m", y4m420(2, 2, kFrames)), folder.path("%d.raw")}, {});
+    ASSERT_TRUE(within10Seconds([&] { return folder.names().size() == kFrames; }));
+    const std::string first = folder.path("1.raw");
+    for (int looks = 0; looks < 10000000 && !std::filesystem::exists(first); ++looks) {
+    }
+    process.kill(number);
+    // The work may be over before the signal comes, but the program not yet.
+    EXPECT_THAT(process.wait().status, testing::AnyOf(0, 128 + number));
+    EXPECT_EQ(folder.names().size(), static_cast<std::size_t>(kFrames));
+    EXPECT_TRUE(std::filesystem::exists(folder.path(std::to_string(kFrames) + ".raw")));
   }
-  EXPECT_FALSE(zqconvert::isPlacing());
 }
 
 } // namespace

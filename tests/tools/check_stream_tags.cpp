@@ -121,6 +121,18 @@ TEST(StreamTags, ChromaWordsAreDroppedWhereTheyNoLongerHold) {
               testing::ElementsAre("XCOLORRANGE=FULL"));
 }
 
+TEST(StreamTags, RawInputThatIsCalledFullRangeSaysSo) {
+  const Folder folder;
+  const std::string raw = folder.file("in.raw", workspace::bytes(32 * 16 * 3 / 2, 1));
+  const auto headerOf = [&](const char *type) {
+    const workspace::Outcome outcome = workspace::run({"--size", "32x16", "--type", type, "--format", "y4m", raw, "-"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return outcome.out.substr(0, outcome.out.find('\n'));
+  };
+  EXPECT_EQ(headerOf("yuvj420p"), "YUV4MPEG2 W32 H16 F25:1 Ip A0:0 C420jpeg XCOLORRANGE=FULL");
+  EXPECT_EQ(headerOf("yuv420p"), "YUV4MPEG2 W32 H16 F25:1 Ip A0:0 C420jpeg");
+}
+
 TEST(StreamTags, RangeIsReadAndTheOlderWordForChromaIsUnderstood) {
   const auto read = [](const std::string &words) {
     std::istringstream stream("YUV4MPEG2 W32 H16 " + words + "\n");

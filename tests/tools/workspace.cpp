@@ -86,8 +86,6 @@ zqconvert::Frame noiseFrame(int type, int width, int height, unsigned seed) {
   return frame;
 }
 
-namespace {
-
 std::string quoted(const std::string &word) {
   std::string text = "'";
   for (const char c : word) {
@@ -95,8 +93,6 @@ std::string quoted(const std::string &word) {
   }
   return text + "'";
 }
-
-} // namespace
 
 Outcome run(const std::vector<std::string> &arguments, const std::string &input) {
   const Folder folder;

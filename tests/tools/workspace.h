@@ -44,6 +44,9 @@ std::string y4m420(int width, int height, int frames, unsigned seed = 1);
 /// A frame of the given type whose planes are filled from `seed`.
 zqconvert::Frame noiseFrame(int type, int width, int height, unsigned seed);
 
+/// One word for a shell, whatever stands in it.
+std::string quoted(const std::string &word);
+
 struct Outcome {
   int status = -1;
   std::string out;

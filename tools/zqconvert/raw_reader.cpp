@@ -83,6 +83,9 @@ RawReader::RawReader(std::istream &stream, std::string name, RawLayout layout, S
   info_.width = size.width;
   info_.height = size.height;
   info_.range = layout_.range;
+  if (layout_.range == Range::Full) {
+    info_.extras = {"XCOLORRANGE=FULL"};
+  }
   roundedDown_ = bytes && *bytes % bytesPerFrame(false) != 0 && *bytes % bytesPerFrame(true) == 0;
 }
 
