@@ -22,7 +22,7 @@ struct FilterPlane {
 
   /// The last column that may be read of a line: that of its columns, or an earlier one where the plane ends.
   [[nodiscard]] int32_t lastColumnOf(std::ptrdiff_t y) const {
-    const std::ptrdiff_t column = smaller<std::ptrdiff_t>(last - y * stride, limitX - 1);
+    const auto column = smaller<std::ptrdiff_t>(last - y * stride, limitX - 1);
     return column > 0 ? static_cast<int32_t>(column) : 0;
   }
 };

@@ -112,7 +112,7 @@ void withReader(const Job &job, int32_t width, Run run) {
 
 void copyPacked422(const Job &job) {
   const ConvertParams &p = job.params;
-  const int64_t room = smaller<int64_t>(job.inRoom, p.outStride);
+  const auto room = smaller<int64_t>(job.inRoom, p.outStride);
   copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, lineBytes(p.outWidth, room), p.outHeight);
 }
 
