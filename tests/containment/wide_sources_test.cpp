@@ -28,7 +28,7 @@ using zqcc::Axis;
 using zqcc::TableFormat;
 
 constexpr int kHeight = 8;
-constexpr int kOut = 4; ///< columns and lines of the result
+constexpr int kOut = 8; ///< columns and lines of the result
 constexpr int kNarrow = 1024;
 constexpr int kStride = 2146435070;
 constexpr std::ptrdiff_t kBars = 32;
@@ -150,7 +150,7 @@ std::string WideSources::convert(const Mode &mode) {
   wide.inStride = kStride;
   std::array<std::vector<uint8_t>, 6> out;
   for (std::size_t i = 0; i < 3; ++i) {
-    out.at(i).assign(64, 7);
+    out.at(i).assign(std::size_t{3} * kOut * kOut, 7);
     out.at(i + 3) = out.at(i);
     narrow.inBuf[i] = narrow_.at(i).data();
     narrow.outBuf[i] = out.at(i).data();
