@@ -198,14 +198,15 @@ protected:
   void TearDown() override { EXPECT_EQ(zqCCUninit(handle_), CC_OK); }
 
   const support::Picture &input(const ConvertParams &p) {
-    const std::array<int, 3> key{p.inType, p.inWidth, p.inHeight};
+    const support::LastPair lastPair = support::lastInputPair(p);
+    const std::array<int, 4> key{p.inType, p.inWidth, p.inHeight, static_cast<int>(lastPair)};
     const auto found = inputs_.find(key);
     if (found != inputs_.end()) {
       return found->second;
     }
     const int stride = support::tightStride(p.inType, p.inWidth) + 6;
-    return inputs_.emplace(key, support::Picture(p.inType, p.inWidth, p.inHeight, stride, support::Fill::Noise, 3))
-        .first->second;
+    const support::Picture picture(p.inType, p.inWidth, p.inHeight, stride, support::Fill::Noise, 3, 0, lastPair);
+    return inputs_.emplace(key, picture).first->second;
   }
 
   /// Empty, or what differs. `padding` bytes make the stride longer than a line.
@@ -263,7 +264,7 @@ protected:
   }
 
   ConvertContext *handle_ = nullptr;
-  std::map<std::array<int, 3>, support::Picture> inputs_;
+  std::map<std::array<int, 4>, support::Picture> inputs_;
   std::array<Ground, 3> grounds_;
   unsigned number_ = 0;
   int converted_ = 0;

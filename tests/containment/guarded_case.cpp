@@ -23,15 +23,12 @@ PlaneShape shapeOf(int type, int width, int height, int stride, int index, suppo
 }
 
 PlaneShape inputShape(const ConvertParams &p, const Sizes &sizes, int index) {
-  const auto lastPair = p.inType == p.outType ? support::LastPair::Kept : support::LastPair::Dropped;
-  return shapeOf(p.inType, sizes.width, sizes.height, p.inStride, index, lastPair);
+  return shapeOf(p.inType, sizes.width, sizes.height, p.inStride, index, support::lastInputPair(p));
 }
 
 PlaneShape outputShape(const ConvertParams &p, int index) {
   const reference::Size written = writtenSize(p);
-  const bool turned = p.rotation == ROTATION_90_LEFT || p.rotation == ROTATION_90_RIGHT;
-  const auto lastPair = turned ? support::LastPair::Dropped : support::LastPair::Kept;
-  return shapeOf(p.outType, written.width, written.height, p.outStride, index, lastPair);
+  return shapeOf(p.outType, written.width, written.height, p.outStride, index, support::lastOutputPair(p));
 }
 
 int pixelBytesOf(int type) {

@@ -1,8 +1,8 @@
 // Lines a gigabyte apart. A picture's samples do not depend on its strides, so what the models make of a small stride
 // is expected of lines whose offsets leave 32 bits.
+#include "base/picture_shape.h"
 #include "containment/cells.h"
 #include "containment/expectation.h"
-#include "base/picture_shape.h"
 #include "reference/result_code.h"
 #include "support/guarded_pages.h"
 #include "support/picture.h"

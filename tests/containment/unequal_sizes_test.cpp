@@ -59,14 +59,11 @@ std::string convert(const Mode &mode, const Sizes &sizes, Against against, int &
   ConvertParams p = containment::recordOf(mode, sizes);
   p.inStride = support::tightStride(mode.inType, width);
   const bool turned = mode.rotation == ROTATION_90_LEFT || mode.rotation == ROTATION_90_RIGHT;
-  const bool keepsType = mode.inType == mode.outType;
-  const auto inPairs = keepsType ? support::LastPair::Kept : support::LastPair::Dropped;
-  const auto outPairs = keepsType && !turned ? support::LastPair::Kept : support::LastPair::Dropped;
-  in.place(mode.inType, width, height, p.inStride, inPairs, against);
+  in.place(mode.inType, width, height, p.inStride, support::lastInputPair(p), against);
   const int line = turned ? std::max(width, height) : width;
   const int lines = turned ? std::max(width, height) : height;
   p.outStride = support::tightStride(mode.outType, line);
-  out.place(mode.outType, line, lines, p.outStride, outPairs, against);
+  out.place(mode.outType, line, lines, p.outStride, support::lastOutputPair(p), against);
   for (std::size_t i = 0; i < 3; ++i) {
     p.inBuf[i] = in.pages[i]->data();
     p.outBuf[i] = out.pages[i]->data();

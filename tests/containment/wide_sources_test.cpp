@@ -1,8 +1,8 @@
 // Resizing lines of two gigabytes. A wide picture has the bars of a narrow one, so that every sample lies in the middle
 // of a bar in both; what the models make of the narrow one is expected of the wide one.
+#include "base/picture_shape.h"
 #include "containment/cells.h"
 #include "containment/expectation.h"
-#include "base/picture_shape.h"
 #include "frame/resample_tables.h"
 #include "frame/route.h"
 #include "reference/result_code.h"

@@ -39,21 +39,12 @@ Extent cut(Extent extent, const ConvertParams &p, int64_t width, int64_t cropped
   return extent;
 }
 
-/// Semi-planar pictures that keep their type have a pair for a lone last column, unless they come out turned.
-support::LastPair lastInputPair(const ConvertParams &p) {
-  return p.inType == p.outType ? support::LastPair::Kept : support::LastPair::Dropped;
-}
-support::LastPair lastOutputPair(const ConvertParams &p) {
-  const bool turned = p.rotation == ROTATION_90_LEFT || p.rotation == ROTATION_90_RIGHT;
-  return turned ? support::LastPair::Dropped : lastInputPair(p);
-}
-
 Extent inputPlane(const ConvertParams &p, int plane, int64_t cropped) {
   // Converters that keep the size take it from the output fields, a pre-pass from the input's.
   const bool larger = p.isResize == 0;
   const int64_t width = larger ? std::max(p.inWidth, p.outWidth) : p.inWidth;
   const int64_t height = larger ? std::max(p.inHeight, p.outHeight) : p.inHeight;
-  Extent extent = support::planeShape<int64_t>(p.inType, width, height, p.inStride, plane, lastInputPair(p));
+  Extent extent = support::planeShape<int64_t>(p.inType, width, height, p.inStride, plane, support::lastInputPair(p));
   if (isTight(p)) {
     extent.stride = extent.lineBytes;
   }
@@ -67,8 +58,8 @@ Extent outputPlane(const ConvertParams &p, int plane) {
     const bool half = p.rotation == ROTATION_180;
     written = half ? reference::Size{p.inWidth, p.inHeight} : reference::Size{p.inHeight, p.inWidth};
   }
-  Extent extent =
-      support::planeShape<int64_t>(p.outType, written.width, written.height, p.outStride, plane, lastOutputPair(p));
+  Extent extent = support::planeShape<int64_t>(p.outType, written.width, written.height, p.outStride, plane,
+                                               support::lastOutputPair(p));
   if (isTight(p)) {
     extent.stride = extent.lineBytes;
   }

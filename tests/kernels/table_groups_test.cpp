@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <vector>
 
 namespace {
@@ -27,7 +27,7 @@ class Table {
 public:
   explicit Table(const std::vector<int32_t> &words) : pages_(4096, support::GuardedPages::Access::ReadOnly) {
     pages_.place(words.size() * sizeof(int32_t), support::Against::End);
-    std::memcpy(pages_.write(), words.data(), words.size() * sizeof(int32_t));
+    std::copy(words.begin(), words.end(), reinterpret_cast<int32_t *>(pages_.write()));
   }
   [[nodiscard]] const int32_t *words() const { return reinterpret_cast<const int32_t *>(pages_.data()); }
 

@@ -44,6 +44,15 @@ Number pairBytes(Number width, Number stride, LastPair lastPair) {
 }
 } // namespace
 
+LastPair lastInputPair(const ConvertParams &p) {
+  return p.inType == p.outType ? LastPair::Kept : LastPair::Dropped;
+}
+
+LastPair lastOutputPair(const ConvertParams &p) {
+  const bool turned = p.rotation == ROTATION_90_LEFT || p.rotation == ROTATION_90_RIGHT;
+  return turned ? LastPair::Dropped : lastInputPair(p);
+}
+
 template <class Number>
 BasicPlaneShape<Number> planeShape(int type, Number width, Number height, Number stride, int index, LastPair lastPair) {
   if (index == 0) {

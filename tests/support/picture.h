@@ -42,6 +42,8 @@ Number tightStride(int type, Number width);
 /// Whether semi-planar lines of odd width end with a chroma pair for their lone last column. Pictures that keep their
 /// type have it; conversions to other types take width / 2 pairs, and so do turned pictures.
 enum class LastPair { Dropped, Kept };
+LastPair lastInputPair(const ConvertParams &p);
+LastPair lastOutputPair(const ConvertParams &p);
 
 /// Shape of plane `index` of a w x h picture whose first plane has the given stride. A last pair that is kept is whole
 /// where the stride has room for its second byte; else the line ends with its first.
