@@ -10,7 +10,7 @@ namespace reference {
 /// Single samples, `step` bytes apart; pitch in bytes.
 struct Plane {
   const uint8_t *data = nullptr;
-  int pitch = 0;
+  std::ptrdiff_t pitch = 0;
   int columns = 0;
   int lines = 0;
   int step = 1;

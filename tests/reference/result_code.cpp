@@ -204,6 +204,11 @@ bool keepsLonePair(const ConvertParams &p) {
   return isSame(p) && familyOf(p.inType) == Family::SemiPlanar && !isQuarterTurn(p);
 }
 
+/// As many columns as the pairs of such a picture stand for, of a lone one two.
+int columnsWithLone(int width) {
+  return width == 1 ? 2 : width;
+}
+
 bool emptyPlane(const ConvertParams &p) {
   const bool before = turnsFirst(p) || (splitsFirst(p) && p.inHeight >= 2);
   if (before && lacksChroma(p.inType, {p.inWidth, p.inHeight})) {
@@ -213,8 +218,8 @@ bool emptyPlane(const ConvertParams &p) {
   Dimensions read = convertedSize(p);
   Dimensions written = isTurningCopy(p) ? told.in : told.out;
   if (keepsLonePair(p)) {
-    ++read.width;
-    ++written.width;
+    read.width = columnsWithLone(read.width);
+    written.width = columnsWithLone(written.width);
   }
   if (startsAtTheInputsEnd(p) && lacksChroma(p.inType, {convertedSize(p).width, p.inHeight})) {
     return true;

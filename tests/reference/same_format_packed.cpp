@@ -121,7 +121,7 @@ void resizeTurned(const Frame &p) {
   const bool left = p.rotation == ROTATION_90_LEFT;
   turn(
       p, true, [&](int i) { return ys[slot(left ? i : p.outHeight - 1 - i)]; },
-      [&](int k) { return std::min(xs[slot(k)], (p.inWidth + 1) / 2 - 1); });
+      [&](int k) { return std::min(xs[slot(k)], p.inWidth / 2 + p.inWidth % 2 - 1); });
 }
 
 Tap insideGroups(const Tap &tap, int groups) {
@@ -137,7 +137,7 @@ void resizeUpright(const Frame &p, const Mean &mean) {
     return [&p, layout, second](int g, int y) { return byteOf(p, y, 4 * std::max(g, 0) + layout.chroma + second); };
   };
   for (int y = 0; y < p.outHeight; ++y) {
-    for (int k = 0; k < (p.outWidth + 1) / 2; ++k) {
+    for (int k = 0; k < p.outWidth / 2 + p.outWidth % 2; ++k) {
       Group group{};
       for (int i = 0; i < 2; ++i) {
         const int pixel = 2 * k + i;

@@ -24,7 +24,7 @@ namespace {
 struct PairLine {
   std::array<int, 2> count;
 
-  PairLine(int columns, int stride) : count{(columns + 1) / 2, (columns + 1) / 2} {
+  PairLine(int columns, int stride) : count{columns / 2 + columns % 2, columns / 2 + columns % 2} {
     const bool lone = columns % 2 != 0;
     if (lone && stride <= columns) {
       --count[1];
