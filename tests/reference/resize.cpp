@@ -13,12 +13,14 @@ bool turnsBeforehand(int type) {
   return type == 0 || type == 2 || type == 4 || type == 37;
 }
 
-/// Every second byte of the pairs' plane, from `first` on, as a plane with half the pitch.
+/// Every second byte of the pairs' plane, from `first` on, as a plane with half the pitch, to its last sample.
 std::vector<uint8_t> everySecond(const ConvertParams &p, int first) {
   const std::ptrdiff_t pitch = p.inStride >> 1;
-  std::vector<uint8_t> samples(static_cast<std::size_t>(pitch) * static_cast<std::size_t>(p.inHeight / 2));
-  for (int y = 0; y < p.inHeight / 2; ++y) {
-    for (int x = 0; x < p.inWidth / 2; ++x) {
+  const int columns = p.inWidth / 2;
+  const int lines = p.inHeight / 2;
+  std::vector<uint8_t> samples(static_cast<std::size_t>((lines - 1) * pitch + columns));
+  for (int y = 0; y < lines; ++y) {
+    for (int x = 0; x < columns; ++x) {
       samples[static_cast<std::size_t>(y * pitch + x)] = p.inBuf[1][std::ptrdiff_t{y} * p.inStride + 2 * x + first];
     }
   }
