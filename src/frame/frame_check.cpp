@@ -80,10 +80,10 @@ bool planesSuffice(const ConvertParams &p, const Route &route) {
   if (route.fromLastInputLine && !hasSamples(p.inType, {sourceSize(seen, route).width, p.inHeight})) {
     return false;
   }
-  const PictureSize written = p.isResize == 0 && route.sizedByInput ? inputSize(p) : outputSize(seen);
   if (!chroma) {
     return true;
   }
+  const PictureSize written = p.isResize == 0 && route.sizedByInput ? inputSize(p) : outputSize(seen);
   if (route.ownPairs) {
     return sourceSize(seen, route).height >= 2 && written.height >= 2; // one column is a pair already
   }

@@ -57,7 +57,7 @@ Route samePlanar420(const ConvertParams &p) {
   const Turn turn = turnOf(p.rotation);
   const TableFormat plain = isRotation(turn) ? TableFormat::Nearest : TableFormat::Bilinear;
   Route route = served(SAME_PLANAR420[kPlanar420Columns[turn] + 3 * row], byQuality(p.antiAlias, plain));
-  route.sizedByInput = p.isResize == 1 || isRotation(turn);
+  route.sizedByInput = isRotation(turn);
   route.fromStrideEnd = p.isResize == 1 && turn == Turn::Half;
   return route;
 }

@@ -9,7 +9,7 @@
 #include "kernels/scratch.h"
 #include "kernels/writers.h"
 #include "resize_rgb/sources.h"
-#include "resize_rgb/taps.h"
+#include "resize_rgb/tap_pairs.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/table_format.h"
-#include "resize_rgb/taps.h"
+#include "resize_rgb/tap_pairs.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -7,7 +7,7 @@
 #include "kernels/plane_view.h"
 #include "kernels/writers.h"
 #include "resize_rgb/samplers.h"
-#include "resize_rgb/taps.h"
+#include "resize_rgb/tap_pairs.h"
 
 #include <cstddef>
 #include <cstdint>
