@@ -1,4 +1,4 @@
-// This library doing a job: set up once, then one call a frame.
+// This library doing a job at each of its levels: set up once, then one call a frame.
 #include "runner.h"
 
 #include "support/picture.h"
@@ -42,7 +42,9 @@ ConvertParams describe(const Job &job, const Size &in) {
   return params;
 }
 
-Runner libraryRunner(const Task &task) {
+namespace {
+
+Runner conversion(const Task &task) {
   ConvertParams params = describe(task.job, task.input.size);
   std::copy(task.input.plane.begin(), task.input.plane.end(), params.inBuf);
   std::copy(task.output.plane.begin(), task.output.plane.end(), params.outBuf);
@@ -51,6 +53,24 @@ Runner libraryRunner(const Task &task) {
     return {};
   }
   return [handle, params]() mutable { return zqCCProcess(handle.get(), &params) == CC_OK; };
+}
+
+} // namespace
+
+std::vector<Program> ownPrograms() {
+  return {{"portable", conversion}};
+}
+
+Runner setUpRunner(const Task &task) {
+  ConvertParams params = describe(task.job, task.input.size);
+  ConvertContext *context = nullptr;
+  if (zqCCInit(&context) != CC_OK) {
+    return {};
+  }
+  const Handle handle(context, Uninit{});
+  return [handle, params]() mutable {
+    return zqCCSetParameter(handle.get(), PARAM_CONVERT_DESC, &params) == CC_OK;
+  };
 }
 
 } // namespace bench
