@@ -5,6 +5,7 @@
 #include "frame/frame_check.h"
 #include "frame/route.h"
 #include "sameformat/plane_rotation.h"
+#include "vector/detect.h"
 #include "yuv/yuv_to_yuv.h"
 
 namespace zqcc {
@@ -18,7 +19,8 @@ Job jobFor(const ConvertContext &context, const ConvertParams &params, int64_t s
           currentMatrix(),
           isPlanar420(params.inType),
           variant,
-          params.inStride - skippedBytes};
+          params.inStride - skippedBytes,
+          usableLevels()};
 }
 
 /// V comes before U in these; the caller's own record is put right, so converting with the same record twice
