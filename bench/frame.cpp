@@ -43,7 +43,7 @@ int32_t channelAt(int32_t type, int32_t plane, int32_t byte) {
     int32_t type;
     int32_t channels[4];
   } kPacked[] = {
-      {COLOR_YUV422_YUYV, {0, 1, 0, 2}}, {COLOR_YUV422_YVYU, {0, 2, 0, 1}}, {COLOR_YUV422_UYVY, {1, 0, 2, 0}},
+      {COLOR_YUV422_YUYV, {0, 1, 0, 2}}, {COLOR_YUV422_YVYU, {0, 2, 0, 1}},  {COLOR_YUV422_UYVY, {1, 0, 2, 0}},
       {COLOR_YUV422_VYUY, {2, 0, 1, 0}}, {COLOR_YUV422_YUYV2, {0, 1, 0, 2}},
   };
   for (const auto &order : kPacked) {

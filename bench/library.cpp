@@ -2,6 +2,7 @@
 #include "runner.h"
 
 #include "support/picture.h"
+#include "vector/detect.h"
 
 #include <algorithm>
 #include <memory>
@@ -58,7 +59,15 @@ Runner conversion(const Task &task) {
 } // namespace
 
 std::vector<Program> ownPrograms() {
-  return {{"portable", conversion}};
+  constexpr const char *kNames[zqcc::LEVEL_COUNT] = {"portable", "sse4", "avx2", "avx512", "neon"};
+  std::vector<Program> programs;
+  for (uint32_t level = zqcc::LEVEL_PORTABLE; level < zqcc::LEVEL_COUNT; ++level) {
+    const zqcc::LevelSet upTo = 2 * zqcc::setOf(static_cast<zqcc::Level>(level)) - 1;
+    if ((zqcc::detectedLevels() >> level & 1U) != 0) {
+      programs.push_back({kNames[level], conversion, [upTo] { zqcc::setLevelMask(upTo); }});
+    }
+  }
+  return programs;
 }
 
 Runner setUpRunner(const Task &task) {
@@ -68,9 +77,7 @@ Runner setUpRunner(const Task &task) {
     return {};
   }
   const Handle handle(context, Uninit{});
-  return [handle, params]() mutable {
-    return zqCCSetParameter(handle.get(), PARAM_CONVERT_DESC, &params) == CC_OK;
-  };
+  return [handle, params]() mutable { return zqCCSetParameter(handle.get(), PARAM_CONVERT_DESC, &params) == CC_OK; };
 }
 
 } // namespace bench

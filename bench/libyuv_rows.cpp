@@ -34,10 +34,10 @@ libyuv::YuvConstants exchangedChroma() {
 const libyuv::YuvConstants kExchanged = exchangedChroma();
 
 /// Bytes 0 and 2, or 1 and 3, of every four exchanged.
-constexpr uint8_t kEvenExchanged[32] = {2,  1,  0,  3,  6,  5,  4,  7,  10, 9,  8,  11, 14, 13, 12, 15,
-                                        2,  1,  0,  3,  6,  5,  4,  7,  10, 9,  8,  11, 14, 13, 12, 15};
-constexpr uint8_t kOddExchanged[32] = {0,  3,  2,  1,  4,  7,  6,  5,  8,  11, 10, 9,  12, 15, 14, 13,
-                                       0,  3,  2,  1,  4,  7,  6,  5,  8,  11, 10, 9,  12, 15, 14, 13};
+constexpr uint8_t kEvenExchanged[32] = {2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15,
+                                        2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15};
+constexpr uint8_t kOddExchanged[32] = {0, 3, 2, 1, 4, 7, 6, 5, 8, 11, 10, 9, 12, 15, 14, 13,
+                                       0, 3, 2, 1, 4, 7, 6, 5, 8, 11, 10, 9, 12, 15, 14, 13};
 
 struct PackedOrder {
   int32_t type;
@@ -46,10 +46,10 @@ struct PackedOrder {
 };
 
 constexpr PackedOrder kPackedOrders[] = {
-    {COLOR_YUV422_YUYV, RowKind::Yuy2, false, false},  {COLOR_YUV422_YVYU, RowKind::Yuy2, true, false},
-    {COLOR_YUV422_UYVY, RowKind::Uyvy, false, false},  {COLOR_YUV422_VYUY, RowKind::Uyvy, true, false},
-    {COLOR_YUV422_YUYV2, RowKind::Yuy2, false, true},  {COLOR_YUV422_YVYU2, RowKind::Yuy2, true, true},
-    {COLOR_YUV422_UYVY2, RowKind::Uyvy, false, true},  {COLOR_YUV422_VYUY2, RowKind::Uyvy, true, true},
+    {COLOR_YUV422_YUYV, RowKind::Yuy2, false, false}, {COLOR_YUV422_YVYU, RowKind::Yuy2, true, false},
+    {COLOR_YUV422_UYVY, RowKind::Uyvy, false, false}, {COLOR_YUV422_VYUY, RowKind::Uyvy, true, false},
+    {COLOR_YUV422_YUYV2, RowKind::Yuy2, false, true}, {COLOR_YUV422_YVYU2, RowKind::Yuy2, true, true},
+    {COLOR_YUV422_UYVY2, RowKind::Uyvy, false, true}, {COLOR_YUV422_VYUY2, RowKind::Uyvy, true, true},
 };
 
 struct Layout {

@@ -1,9 +1,11 @@
 #include "measure.h"
 
+#include "pictures.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
-#include <map>
+#include <iterator>
 #include <utility>
 
 namespace bench {
@@ -17,23 +19,6 @@ double seconds() {
   timespec now{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
   return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-/// Input pictures are drawn once and shared.
-const View &inputOf(int32_t type, const Size &size) {
-  static std::map<std::pair<int32_t, int32_t>, Frame> frames;
-  const auto key = std::make_pair(type, size.width);
-  auto found = frames.find(key);
-  if (found == frames.end()) {
-    found = frames.emplace(key, Frame(type, size)).first;
-    found->second.drawScene();
-  }
-  return found->second.view();
-}
-
-Frame outputFor(const Job &job, const Size &size) {
-  const Size out = job.outputOf(size);
-  return {job.outType, job.quarterTurns() ? turned(out) : out};
 }
 
 /// A program at work on a job.
@@ -115,8 +100,8 @@ std::vector<Entrant> entrantsOf(const Task &task, const View &reference, std::sp
 }
 
 Result resultOf(const Job &job, const Size &size, const Entrant &entrant, double pixels) {
-  return {job.group,     job.name,           entrant.name(),         size,
-          entrant.own(), 1e9 * entrant.best(), 1e9 * entrant.median(), pixels};
+  return {job.group, job.name, entrant.name(), size, entrant.own(), 1e9 * entrant.best(), 1e9 * entrant.median(),
+          pixels};
 }
 
 } // namespace

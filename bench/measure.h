@@ -11,8 +11,8 @@
 namespace bench {
 
 struct Pace {
-  int rounds;            ///< series of each program
-  double seriesSeconds;  ///< about how long one takes
+  int rounds;           ///< series of each program
+  double seriesSeconds; ///< about how long one takes
 };
 
 struct Result {

@@ -89,37 +89,40 @@ void makeBgr(const std::vector<cv::Mat> &source, int32_t type, const cv::Mat &bg
 
 void addOpenCv(std::vector<Program> &programs) {
   programs.push_back({"OpenCV", [](const Task &task) -> Runner {
-    const Job &job = task.job;
-    const bool rgbSource = job.inType == COLOR_RGB24 || job.inType == COLOR_RGB888_PLANAR;
-    const bool words = job.outType == COLOR_RGB565;
-    if (job.resizes() || (!words && job.outType != COLOR_RGB24) || (!rgbSource && !toBgr(job.inType))) {
-      return {};
-    }
-    cv::setNumThreads(1);
-    const auto turn = turnOf(job.rotation);
-    const bool flips = job.rotation == ROTATION_FLIP_V;
-    const bool moves = turn || flips;
-    const int outFormat = words ? CV_8UC2 : CV_8UC3;
-    const std::vector<cv::Mat> source = sourceOf(task.input);
-    const Size size = task.input.size;
-    const cv::Mat output = matrix(task.output, 0, outFormat, task.output.size);
-    const cv::Mat upright = moves ? cv::Mat(size.height, size.width, outFormat) : output;
-    const cv::Mat bgr = !words ? upright : job.inType == COLOR_RGB24 ? source[0] : cv::Mat(size.height, size.width, CV_8UC3);
-    return [=, type = job.inType] {
-      if (type != COLOR_RGB24) {
-        makeBgr(source, type, bgr);
-      }
-      if (words) {
-        cv::cvtColor(bgr, upright, cv::COLOR_BGR2BGR565);
-      }
-      if (turn) {
-        cv::rotate(upright, output, *turn);
-      } else if (flips) {
-        cv::flip(upright, output, 0);
-      }
-      return true;
-    };
-  }});
+                        const Job &job = task.job;
+                        const bool rgbSource = job.inType == COLOR_RGB24 || job.inType == COLOR_RGB888_PLANAR;
+                        const bool words = job.outType == COLOR_RGB565;
+                        if (job.resizes() || (!words && job.outType != COLOR_RGB24) ||
+                            (!rgbSource && !toBgr(job.inType))) {
+                          return {};
+                        }
+                        cv::setNumThreads(1);
+                        const auto turn = turnOf(job.rotation);
+                        const bool flips = job.rotation == ROTATION_FLIP_V;
+                        const bool moves = turn || flips;
+                        const int outFormat = words ? CV_8UC2 : CV_8UC3;
+                        const std::vector<cv::Mat> source = sourceOf(task.input);
+                        const Size size = task.input.size;
+                        const cv::Mat output = matrix(task.output, 0, outFormat, task.output.size);
+                        const cv::Mat upright = moves ? cv::Mat(size.height, size.width, outFormat) : output;
+                        const cv::Mat bgr = !words                      ? upright
+                                            : job.inType == COLOR_RGB24 ? source[0]
+                                                                        : cv::Mat(size.height, size.width, CV_8UC3);
+                        return [=, type = job.inType] {
+                          if (type != COLOR_RGB24) {
+                            makeBgr(source, type, bgr);
+                          }
+                          if (words) {
+                            cv::cvtColor(bgr, upright, cv::COLOR_BGR2BGR565);
+                          }
+                          if (turn) {
+                            cv::rotate(upright, output, *turn);
+                          } else if (flips) {
+                            cv::flip(upright, output, 0);
+                          }
+                          return true;
+                        };
+                      }});
 }
 
 } // namespace bench

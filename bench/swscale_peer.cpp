@@ -90,8 +90,7 @@ Runner inOneStep(const Task &task) {
   }
   const Size from = task.input.size;
   const Size to = task.resized();
-  const Context context =
-      contextOf(from, formatOf(task.job.inType), to, formatOf(task.job.outType), flagsOf(task.job));
+  const Context context = contextOf(from, formatOf(task.job.inType), to, formatOf(task.job.outType), flagsOf(task.job));
   if (!context) {
     return {};
   }
@@ -135,8 +134,8 @@ void addSwscale(std::vector<Program> &programs) {
   constexpr std::pair<int32_t, const char *> kThrough[] = {
       {COLOR_YUV420_PLANAR, "yuv420p"}, {COLOR_YUV422_PLANAR, "yuv422p"}, {COLOR_RGB24, "bgr24"}};
   for (const auto &[type, name] : kThrough) {
-    programs.push_back({std::string("swscale via ") + name,
-                        [type = type](const Task &task) { return inTwoSteps(task, type); }});
+    programs.push_back(
+        {std::string("swscale via ") + name, [type = type](const Task &task) { return inTwoSteps(task, type); }});
   }
 }
 
