@@ -1,0 +1,225 @@
+#include "vector/targets.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "vector/fetch.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+#include "tables/packed_layout.h"
+#include "vector/fetch.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace zqcc::HWY_NAMESPACE {
+namespace {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// Calls samples(tag, first) for groups that cover [0, count), as wide as the count lets them be. The last one overlaps
+/// the one before it; count is not less than kLeast.
+template <int kLeast, class D, class Samples>
+HWY_INLINE void inGroups(D d, std::ptrdiff_t count, const Samples &samples) {
+  constexpr std::ptrdiff_t kLanes = hn::MaxLanes(D{});
+  if constexpr (kLanes > kLeast) {
+    if (count < kLanes) {
+      inGroups<kLeast>(hn::Half<D>{}, count, samples);
+      return;
+    }
+  }
+  const std::ptrdiff_t last = count - kLanes;
+  for (std::ptrdiff_t i = 0; i < last; i += kLanes) {
+    samples(d, i);
+  }
+  samples(d, last);
+}
+
+constexpr hn::ScalableTag<uint8_t> kBytes;
+constexpr int kLeastHalf = kLeastPixels / 2;
+
+// --- Half chroma ----------------------------------------------------------------------------------------------------
+
+/// Pairs of samples into two rows.
+struct Pairs {
+  const uint8_t *pairs;
+  uint8_t *first;
+  uint8_t *second;
+
+  template <class D>
+  HWY_INLINE void operator()(D d, std::ptrdiff_t i) const {
+    const auto low = hn::LoadU(d, pairs + 2 * i);
+    const auto high = hn::LoadU(d, pairs + 2 * i + hn::MaxLanes(d));
+    hn::StoreU(hn::ConcatEven(d, high, low), d, first + i);
+    hn::StoreU(hn::ConcatOdd(d, high, low), d, second + i);
+  }
+};
+
+/// Every second sample of a row.
+struct EvenSamples {
+  const uint8_t *from;
+  uint8_t *to;
+
+  template <class D>
+  HWY_INLINE void operator()(D d, std::ptrdiff_t i) const {
+    const auto low = hn::LoadU(d, from + 2 * i);
+    const auto high = hn::LoadU(d, from + 2 * i + hn::MaxLanes(d));
+    hn::StoreU(hn::ConcatEven(d, high, low), d, to + i);
+  }
+};
+
+HWY_NOINLINE void partPairs(const Pairs &pairs, std::ptrdiff_t count) {
+  inGroups<kLeastHalf>(kBytes, count, pairs);
+}
+HWY_NOINLINE void takeEven(const EvenSamples &samples, std::ptrdiff_t count) {
+  inGroups<kLeastHalf>(kBytes, count, samples);
+}
+
+void evenChromaRows(const SourceLine &from, const RowBuffers &to, int32_t pixels) {
+  const std::ptrdiff_t count = pixels / 2;
+  if (from.v - from.u == 1) {
+    partPairs({from.u, to.u, to.v}, count);
+  } else if (from.u - from.v == 1) {
+    partPairs({from.v, to.v, to.u}, count);
+  } else {
+    takeEven({from.u, to.u}, count);
+    takeEven({from.v, to.v}, count);
+  }
+}
+
+/// Every sample twice.
+struct Doubled {
+  const uint8_t *from;
+  uint8_t *to;
+
+  template <class D>
+  HWY_INLINE void operator()(D d, std::ptrdiff_t i) const {
+    const hn::RepartitionToWide<D> wide;
+    const auto samples = hn::PromoteTo(wide, hn::LoadU(hn::Half<D>{}, from + i / 2));
+    hn::StoreU(hn::BitCast(d, hn::Or(samples, hn::ShiftLeft<8>(samples))), d, to + i);
+  }
+};
+
+HWY_NOINLINE void doubleSamples(const uint8_t *from, uint8_t *to, std::ptrdiff_t count) {
+  inGroups<kLeastHalf>(kBytes, count & ~std::ptrdiff_t{1}, Doubled{from, to});
+  to[count - 1] = from[(count - 1) / 2]; // the last of an odd number is the first of two
+}
+
+void quarterChromaRows(const SourceLine &from, const RowBuffers &to, int32_t pixels) {
+  doubleSamples(from.u, to.u, pixels / 2);
+  doubleSamples(from.v, to.v, pixels / 2);
+}
+
+// --- Packed 4:2:2 ---------------------------------------------------------------------------------------------------
+
+/// Where the bytes of four macropixels go: luma of eight pixels, the first chroma sample of each macropixel, the
+/// second.
+struct alignas(16) MacropixelOrder {
+  uint8_t from[16];
+};
+
+/// `variant` as the byte tables number them; which of the two chroma samples is U makes no difference here.
+constexpr MacropixelOrder orderOf(uint32_t variant) {
+  const PackedLayout bytes = packedLayout(variant);
+  MacropixelOrder order{};
+  for (int32_t i = 0; i < 4; ++i) {
+    order.from[2 * i] = static_cast<uint8_t>(4 * i + bytes.left);
+    order.from[2 * i + 1] = static_cast<uint8_t>(4 * i + bytes.right);
+    order.from[8 + i] = static_cast<uint8_t>(4 * i + bytes.firstChroma());
+    order.from[12 + i] = static_cast<uint8_t>(4 * i + bytes.firstChroma() + 2);
+  }
+  return order;
+}
+
+/// [right pixel's luma first][chroma first]
+constexpr MacropixelOrder kOrders[2][2] = {{orderOf(0), orderOf(2)}, {orderOf(4), orderOf(6)}};
+
+/// Samples of macropixels into rows; without rows for chroma, luma alone.
+template <bool chroma>
+struct Macropixels {
+  const uint8_t *from;
+  const MacropixelOrder *order;
+  uint8_t *luma;
+  uint8_t *first;
+  uint8_t *second;
+
+  template <class D>
+  HWY_INLINE void operator()(D d, std::ptrdiff_t i) const {
+    const hn::Repartition<uint64_t, D> d64;
+    const auto positions = hn::LoadDup128(d, order->from);
+    const auto parted = [&](const uint8_t *at)
+                            HWY_ATTR { return hn::BitCast(d64, hn::TableLookupBytes(hn::LoadU(d, at), positions)); };
+    const auto low = parted(from + 2 * i);
+    const auto high = parted(from + 2 * i + hn::MaxLanes(d));
+    hn::StoreU(hn::BitCast(d, hn::ConcatEven(d64, high, low)), d, luma + i);
+    if constexpr (chroma) {
+      const hn::Repartition<uint32_t, D> d32;
+      const hn::Half<D> half;
+      const auto quads = hn::BitCast(d32, hn::ConcatOdd(d64, high, low));
+      hn::StoreU(hn::LowerHalf(half, hn::BitCast(d, hn::ConcatEven(d32, quads, quads))), half, first + i / 2);
+      hn::StoreU(hn::LowerHalf(half, hn::BitCast(d, hn::ConcatOdd(d32, quads, quads))), half, second + i / 2);
+    }
+  }
+};
+
+template <bool chroma>
+HWY_NOINLINE void partMacropixels(const Macropixels<chroma> &macropixels, int32_t pixels) {
+  inGroups<kLeastPixels>(kBytes, pixels, macropixels);
+}
+
+/// Chroma tells where a macropixel starts: it comes first, or one byte behind the first luma.
+template <bool swapped, bool chroma>
+void packedRows(const SourceLine &from, const RowBuffers &to, int32_t pixels) {
+  const bool uFirst = from.u < from.v;
+  const uint8_t *firstLuma = from.y - (swapped ? 2 : 0);
+  const uint8_t *firstChroma = uFirst ? from.u : from.v;
+  const int chromaFirst = firstChroma < firstLuma ? 1 : 0;
+  partMacropixels<chroma>({chromaFirst != 0 ? firstChroma : firstLuma, &kOrders[swapped ? 1 : 0][chromaFirst], to.y,
+                           uFirst ? to.u : to.v, uFirst ? to.v : to.u},
+                          pixels);
+}
+
+constexpr FetchRows packedInOrder = packedRows<false, true>;
+constexpr FetchRows lumaInOrder = packedRows<false, false>;
+constexpr FetchRows packedSwapped = packedRows<true, true>;
+constexpr FetchRows lumaSwapped = packedRows<true, false>;
+
+// --- RGB24 ----------------------------------------------------------------------------------------------------------
+
+/// Three samples a pixel into three rows.
+struct Triples {
+  const uint8_t *from;
+  uint8_t *first;
+  uint8_t *second;
+  uint8_t *third;
+
+  template <class D>
+  HWY_INLINE void operator()(D d, std::ptrdiff_t i) const {
+    hn::Vec<D> a;
+    hn::Vec<D> b;
+    hn::Vec<D> c;
+    hn::LoadInterleaved3(d, from + 3 * i, a, b, c);
+    hn::StoreU(a, d, first + i);
+    hn::StoreU(b, d, second + i);
+    hn::StoreU(c, d, third + i);
+  }
+};
+
+void rgb24Rows(const SourceLine &from, const RowBuffers &to, int32_t pixels) {
+  inGroups<kLeastPixels>(kBytes, pixels, Triples{from.v, to.v, to.u, to.y});
+}
+
+} // namespace
+} // namespace zqcc::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace zqcc {
+
+constexpr PerLevel<FetchRows> EVEN_CHROMA_ROWS = ZQCC_EVERY_LEVEL(evenChromaRows);
+constexpr PerLevel<FetchRows> QUARTER_CHROMA_ROWS = ZQCC_EVERY_LEVEL(quarterChromaRows);
+constexpr PerLevel<FetchRows> PACKED_ROWS = ZQCC_EVERY_LEVEL(packedInOrder);
+constexpr PerLevel<FetchRows> PACKED_LUMA_ROW = ZQCC_EVERY_LEVEL(lumaInOrder);
+constexpr PerLevel<FetchRows> SWAPPED_PACKED_ROWS = ZQCC_EVERY_LEVEL(packedSwapped);
+constexpr PerLevel<FetchRows> SWAPPED_PACKED_LUMA_ROW = ZQCC_EVERY_LEVEL(lumaSwapped);
+constexpr PerLevel<FetchRows> RGB24_ROWS = ZQCC_EVERY_LEVEL(rgb24Rows);
+
+} // namespace zqcc
+#endif
