@@ -2,8 +2,8 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "vector/fetch.cpp"
-#include "hwy/foreach_target.h"
-#include "hwy/highway.h"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
 
 #include "tables/packed_layout.h"
 #include "vector/fetch.h"
@@ -17,7 +17,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 /// Calls samples(tag, first) for groups that cover [0, count), as wide as the count lets them be. The last one overlaps
 /// the one before it; count is not less than kLeast.
 template <int kLeast, class D, class Samples>
-HWY_INLINE void inGroups(D d, std::ptrdiff_t count, const Samples &samples) {
+HWY_INLINE void inGroups(D d, std::ptrdiff_t count, const Samples samples) {
   constexpr std::ptrdiff_t kLanes = hn::MaxLanes(D{});
   if constexpr (kLanes > kLeast) {
     if (count < kLanes) {
@@ -65,10 +65,10 @@ struct EvenSamples {
   }
 };
 
-HWY_NOINLINE void partPairs(const Pairs &pairs, std::ptrdiff_t count) {
+HWY_NOINLINE void partPairs(const Pairs pairs, std::ptrdiff_t count) {
   inGroups<kLeastHalf>(kBytes, count, pairs);
 }
-HWY_NOINLINE void takeEven(const EvenSamples &samples, std::ptrdiff_t count) {
+HWY_NOINLINE void takeEven(const EvenSamples samples, std::ptrdiff_t count) {
   inGroups<kLeastHalf>(kBytes, count, samples);
 }
 
@@ -131,37 +131,54 @@ constexpr MacropixelOrder orderOf(uint32_t variant) {
 /// [right pixel's luma first][chroma first]
 constexpr MacropixelOrder kOrders[2][2] = {{orderOf(0), orderOf(2)}, {orderOf(4), orderOf(6)}};
 
-/// Samples of macropixels into rows; without rows for chroma, luma alone.
+/// Where 32-bit lanes go that hold four first or four second chroma samples, of two vectors that were interleaved block
+/// by block: first samples in front, in the order of the vectors.
+template <std::size_t kLanes>
+struct ChromaLanes {
+  alignas(64) uint32_t from[kLanes];
+
+  constexpr ChromaLanes() : from{} {
+    constexpr uint32_t kBlocks = kLanes / 4;
+    for (uint32_t block = 0; block < kBlocks; ++block) {
+      for (uint32_t i = 0; i < 4; ++i) {
+        from[(i % 2 * 2 + i / 2) * kBlocks + block] = 4 * block + i;
+      }
+    }
+  }
+};
+
+/// Samples of macropixels into rows: `first` and `second` for chroma, or luma alone.
 template <bool chroma>
 struct Macropixels {
   const uint8_t *from;
-  const MacropixelOrder *order;
+  MacropixelOrder order; // a copy, which no store can change
   uint8_t *luma;
   uint8_t *first;
   uint8_t *second;
 
   template <class D>
-  HWY_INLINE void operator()(D d, std::ptrdiff_t i) const {
-    const hn::Repartition<uint64_t, D> d64;
-    const auto positions = hn::LoadDup128(d, order->from);
-    const auto parted = [&](const uint8_t *at)
-                            HWY_ATTR { return hn::BitCast(d64, hn::TableLookupBytes(hn::LoadU(d, at), positions)); };
-    const auto low = parted(from + 2 * i);
-    const auto high = parted(from + 2 * i + hn::MaxLanes(d));
-    hn::StoreU(hn::BitCast(d, hn::ConcatEven(d64, high, low)), d, luma + i);
+  HWY_INLINE void operator()(D half, std::ptrdiff_t i) const {
+    const hn::Twice<D> d;
+    const hn::Repartition<uint64_t, decltype(d)> d64;
+    const auto positions = hn::LoadDup128(d, order.from);
+    const uint8_t *at = from + 4 * i;
+    const auto low = hn::BitCast(d64, hn::TableLookupBytes(hn::LoadU(d, at), positions));
+    const auto high = hn::BitCast(d64, hn::TableLookupBytes(hn::LoadU(d, at + hn::MaxLanes(d)), positions));
+    hn::StoreU(hn::BitCast(d, hn::ConcatEven(d64, high, low)), d, luma + 2 * i);
     if constexpr (chroma) {
-      const hn::Repartition<uint32_t, D> d32;
-      const hn::Half<D> half;
-      const auto quads = hn::BitCast(d32, hn::ConcatOdd(d64, high, low));
-      hn::StoreU(hn::LowerHalf(half, hn::BitCast(d, hn::ConcatEven(d32, quads, quads))), half, first + i / 2);
-      hn::StoreU(hn::LowerHalf(half, hn::BitCast(d, hn::ConcatOdd(d32, quads, quads))), half, second + i / 2);
+      const hn::Repartition<uint32_t, decltype(d)> d32;
+      static constexpr ChromaLanes<hn::MaxLanes(d32)> kLanes;
+      const auto mixed = hn::BitCast(d32, hn::InterleaveUpper(d64, low, high));
+      const auto parted = hn::BitCast(d, hn::TableLookupLanes(mixed, hn::SetTableIndices(d32, kLanes.from)));
+      hn::StoreU(hn::LowerHalf(half, parted), half, first + i);
+      hn::StoreU(hn::UpperHalf(half, parted), half, second + i);
     }
   }
 };
 
 template <bool chroma>
-HWY_NOINLINE void partMacropixels(const Macropixels<chroma> &macropixels, int32_t pixels) {
-  inGroups<kLeastPixels>(kBytes, pixels, macropixels);
+HWY_NOINLINE void partMacropixels(const Macropixels<chroma> macropixels, std::ptrdiff_t count) {
+  inGroups<kLeastHalf>(hn::Half<decltype(kBytes)>{}, count, macropixels);
 }
 
 /// Chroma tells where a macropixel starts: it comes first, or one byte behind the first luma.
@@ -171,9 +188,9 @@ void packedRows(const SourceLine &from, const RowBuffers &to, int32_t pixels) {
   const uint8_t *firstLuma = from.y - (swapped ? 2 : 0);
   const uint8_t *firstChroma = uFirst ? from.u : from.v;
   const int chromaFirst = firstChroma < firstLuma ? 1 : 0;
-  partMacropixels<chroma>({chromaFirst != 0 ? firstChroma : firstLuma, &kOrders[swapped ? 1 : 0][chromaFirst], to.y,
+  partMacropixels<chroma>({chromaFirst != 0 ? firstChroma : firstLuma, kOrders[swapped ? 1 : 0][chromaFirst], to.y,
                            uFirst ? to.u : to.v, uFirst ? to.v : to.u},
-                          pixels);
+                          pixels / 2);
 }
 
 constexpr FetchRows packedInOrder = packedRows<false, true>;

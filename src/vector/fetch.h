@@ -26,10 +26,11 @@ extern const PerLevel<FetchRows> SWAPPED_PACKED_LUMA_ROW;
 /// Bytes B, G, R: rows of red (in luma's place), green and blue. Reads three bytes a pixel.
 extern const PerLevel<FetchRows> RGB24_ROWS;
 
-/// How the lines of a layout become rows.
+/// How the lines of a layout become rows; nothing where they lie as rows already.
 struct FetchStages {
-  const PerLevel<FetchRows> *whole; ///< makes every row that does not lie as it is; null where all of them do
-  const PerLevel<FetchRows> *luma;  ///< luma alone, of the line that shares chroma; null where luma lies as it is read
+  const PerLevel<FetchRows> *whole; ///< makes every row that does not lie as it is
+  const PerLevel<FetchRows>
+      *luma; ///< luma alone, for a line that shares another's chroma; null where luma lies as it is
 };
 
 /// The stages of a Shape. Planar layouts need none.
@@ -47,8 +48,7 @@ inline constexpr FetchStages kFetchOf<Shape<1, yShift, 4, 4, left, right>> =
     left < right ? FetchStages{&PACKED_ROWS, &PACKED_LUMA_ROW}
                  : FetchStages{&SWAPPED_PACKED_ROWS, &SWAPPED_PACKED_LUMA_ROW};
 
-/// A line of its own has no luma alone to fetch, but its luma comes with the rest.
 template <>
-inline constexpr FetchStages kFetchOf<Shape<0, 0, 3, 6, 0, 3>>{&RGB24_ROWS, &RGB24_ROWS};
+inline constexpr FetchStages kFetchOf<Shape<0, 0, 3, 6, 0, 3>>{&RGB24_ROWS, nullptr};
 
 } // namespace zqcc
