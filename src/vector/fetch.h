@@ -12,8 +12,8 @@ namespace zqcc {
 /// luma's (4:4:0). Reads `pixels` bytes of the pairs, or of either chroma line.
 extern const PerLevel<FetchRows> EVEN_CHROMA_ROWS;
 
-/// One sample for four columns (4:1:1): half chroma rows with every sample twice, luma stays where it lies. Reads the
-/// samples of the pixels.
+/// One sample for four columns (4:1:1), the first of which is the first pixel's: half chroma rows with every sample
+/// twice, luma stays where it lies. Reads the samples of the pixels.
 extern const PerLevel<FetchRows> QUARTER_CHROMA_ROWS;
 
 /// Packed 4:2:2: luma and half chroma rows, or luma alone. Any order of U and V, either of luma and chroma first;
