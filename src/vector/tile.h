@@ -60,7 +60,7 @@ template <class Layout, class Arithmetic, Turn turn>
 constexpr Tile kStrip = tileOf<Layout, Arithmetic, turn>(convertStrip<Arithmetic, turn>);
 
 inline void runTile(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
-  if (!isEmpty(rect) && !byRows(job, tile, view, target, rect)) {
+  if (!byRows(job, tile, view, target, rect)) {
     tile.portable(view, target, rect, *job.matrix);
   }
 }
