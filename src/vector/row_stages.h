@@ -14,10 +14,9 @@ inline constexpr ColourStages kColourOf{};
 template <>
 inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO565_PAIR, nullptr, nullptr, nullptr};
 
-template <class Layout, class Arithmetic, Turn turn>
+template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {
   const ColourStages &colour = kColourOf<Arithmetic>;
-  const int pixelBytes = sizeof(decltype(Arithmetic(ColorMatrix{}).template pixel<0, 0>({}, 0))) == 3 ? 3 : 2;
   if constexpr (Layout::kSharedByColumns) {
     return {Layout::kSharedByLines ? colour.halfPair : nullptr, colour.half, colour.makeConstants, turn, pixelBytes};
   } else {
@@ -25,7 +24,7 @@ constexpr RowStages rowStages() {
   }
 }
 
-template <class Layout, class Arithmetic, Turn turn>
-inline constexpr RowStages kRowStages = rowStages<Layout, Arithmetic, turn>();
+template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
+inline constexpr RowStages kRowStages = rowStages<Layout, Arithmetic, turn, pixelBytes>();
 
 } // namespace zqcc

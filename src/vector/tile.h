@@ -17,10 +17,10 @@ struct Tile {
   const RowStages *rows; ///< null if nothing serves it by rows
 };
 
-template <class Layout, class Arithmetic, Turn turn>
+template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr const RowStages *rowStagesOf() {
-  constexpr bool served = kRowStages<Layout, Arithmetic, turn>.isServed();
-  return served ? &kRowStages<Layout, Arithmetic, turn> : nullptr;
+  constexpr const RowStages &stages = kRowStages<Layout, Arithmetic, turn, pixelBytes>;
+  return stages.isServed() ? &stages : nullptr;
 }
 
 inline bool byRows(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
@@ -39,25 +39,25 @@ constexpr bool byRows(const Job &, const Tile &, const PlaneView &, const Target
 
 #endif
 
-/// The tile of a layout, an arithmetic and a turn.
-template <class Layout, class Arithmetic, Turn turn>
+/// The tile whose portable kernel is given.
+template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr Tile tileOf(TileKernel portable) {
 #if ZQCC_VECTOR
-  return {portable, rowStagesOf<Layout, Arithmetic, turn>()};
+  return {portable, rowStagesOf<Layout, Arithmetic, turn, pixelBytes>()};
 #else
   return {portable};
 #endif
 }
 
 template <class Layout, class Arithmetic, Turn turn>
-constexpr Tile kTile = tileOf<Layout, Arithmetic, turn>(convertTile<Layout, Arithmetic, turn>);
+constexpr Tile kTile = tileOf<Layout, Arithmetic, turn, 2>(convertTile<Layout, Arithmetic, turn>);
 
 template <class Layout, class Arithmetic, Turn turn>
-constexpr Tile kTile24 = tileOf<Layout, Arithmetic, turn>(convertTile24<Layout, Arithmetic, turn>);
+constexpr Tile kTile24 = tileOf<Layout, Arithmetic, turn, 3>(convertTile24<Layout, Arithmetic, turn>);
 
 /// Strips and edge blocks, which are never wide or high.
 template <class Layout, class Arithmetic, Turn turn>
-constexpr Tile kStrip = tileOf<Layout, Arithmetic, turn>(convertStrip<Arithmetic, turn>);
+constexpr Tile kStrip = tileOf<Layout, Arithmetic, turn, 2>(convertStrip<Arithmetic, turn>);
 
 inline void runTile(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
   if (!byRows(job, tile, view, target, rect)) {
