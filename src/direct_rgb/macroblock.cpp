@@ -6,21 +6,21 @@ namespace zqcc {
 namespace {
 
 // 4:2:0 saturates at two precisions: see StudioVideoRange.
-constexpr TileKernel convertEdgeBlockToRgb565 = convertStrip<StudioVideoRange, Turn::Upright>;
-constexpr TileKernel convertFullBlockToRgb565 = convertTile<Yuv420::Layout, StudioSixBit, Turn::Upright>;
-constexpr TileKernel convertBlockToRgb24 = convertTile24<Yuv420::Layout, StudioQ12, Turn::Upright>;
+constexpr Tile convertEdgeBlockToRgb565 = kStrip<Yuv420::Layout, StudioVideoRange, Turn::Upright>;
+constexpr Tile convertFullBlockToRgb565 = kTile<Yuv420::Layout, StudioSixBit, Turn::Upright>;
+constexpr Tile convertBlockToRgb24 = kTile24<Yuv420::Layout, StudioQ12, Turn::Upright>;
 
 /// The other chroma layouts differ between edge and full in where their dither offsets come from.
 template <class Source>
-constexpr MbKernelPair kDithered{convertStrip<MatrixDitherWords, Turn::Upright>,
-                                 convertTile<typename Source::Layout, MatrixDither<Turn::Upright>, Turn::Upright>};
+constexpr MbKernelPair kDithered{kStrip<typename Source::Layout, MatrixDitherWords, Turn::Upright>,
+                                 kTile<typename Source::Layout, MatrixDither<Turn::Upright>, Turn::Upright>};
 
-constexpr TileKernel packPlanes = convertTile<Yuv444::Layout, PackRgb, Turn::Upright>;
+constexpr Tile packPlanes = kTile<Yuv444::Layout, PackRgb, Turn::Upright>;
 
 template <class Source>
 void convertWith(const Job &job, MbPair pair) {
   const ConvertParams &p = job.params;
-  convertMacroblocks(p, Source::view(p, p.outWidth, p.outHeight), MB_KERNELS[pair], *job.matrix);
+  convertMacroblocks(job, Source::view(p, p.outWidth, p.outHeight), MB_KERNELS[pair]);
 }
 
 } // namespace
@@ -35,8 +35,8 @@ constexpr MbKernelPair MB_KERNELS[MB_PAIR_COUNT] = {
     {packPlanes, packPlanes},
 };
 
-void convertMacroblocks(const ConvertParams &params, const PlaneView &view, const MbKernelPair &kernels,
-                        const ColorMatrix &matrix) {
+void convertMacroblocks(const Job &job, const PlaneView &view, const MbKernelPair &kernels) {
+  const ConvertParams &params = job.params;
   const int32_t width = params.outWidth;
   const int32_t height = params.outHeight;
   const Target target{params.outBuf[0], params.outStride};
@@ -44,15 +44,9 @@ void convertMacroblocks(const ConvertParams &params, const PlaneView &view, cons
   const Rect right{full.right, 0, width, full.bottom};
   const Rect bottom{0, full.bottom, width, height};
   // Block order does not show in the picture, so whole lines of blocks are converted at once.
-  if (!isEmpty(full)) {
-    kernels.full(view, target, full, matrix);
-  }
-  if (!isEmpty(right)) {
-    kernels.edge(view, target, right, matrix);
-  }
-  if (!isEmpty(bottom)) {
-    kernels.edge(view, target, bottom, matrix);
-  }
+  runTile(job, kernels.full, view, target, full);
+  runTile(job, kernels.edge, view, target, right);
+  runTile(job, kernels.edge, view, target, bottom);
 }
 
 void convertMbYuv420ToRgb565(const Job &job) {
