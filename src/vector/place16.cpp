@@ -113,8 +113,8 @@ namespace zqcc {
 [[gnu::noinline]] void transposeBlock16(const PixelBlock &from, uint8_t *to, std::ptrdiff_t toStride) {
   for (int32_t line = 0; line < from.lines; ++line) {
     for (int32_t x = 0; x < from.columns; ++x) {
-      std::memcpy(to + x * toStride + std::ptrdiff_t{line} * 2,
-                  from.first + line * from.stride + std::ptrdiff_t{x} * 2, 2);
+      std::memcpy(to + x * toStride + std::ptrdiff_t{line} * 2, from.first + line * from.stride + std::ptrdiff_t{x} * 2,
+                  2);
     }
   }
 }

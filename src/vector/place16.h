@@ -8,8 +8,8 @@
 
 namespace zqcc {
 
-/// Copies a row of `pixels` pixels, at least one, to `to` in reverse order: the last one first. Reads the row and writes
-/// as many bytes; the two do not overlap.
+/// Copies a row of `pixels` pixels, at least one, to `to` in reverse order: the last one first. Reads the row and
+/// writes as many bytes; the two do not overlap.
 using ReverseRow = void (*)(const uint8_t *from, uint8_t *to, int32_t pixels);
 
 /// A block of rows: `lines` rows of `columns` pixels, at least one of each. Pixel x of row l is at
