@@ -5,24 +5,22 @@
 #include "frame/frame_check.h"
 #include "frame/route.h"
 #include "sameformat/plane_rotation.h"
-#include "yuv/yuv_to_yuv.h"
-#if ZQCC_VECTOR
 #include "vector/detect.h"
-#endif
+#include "yuv/yuv_to_yuv.h"
 
 namespace zqcc {
 namespace {
 
 Job jobFor(const ConvertContext &context, const ConvertParams &params, int64_t skippedBytes) {
   const uint32_t variant = isPacked422(params.inType) ? packedVariantOf(params.inType) : 0;
-  return {
-    params, context.xTable, context.yTable, currentMatrix(), isPlanar420(params.inType), variant,
-        params.inStride - skippedBytes
-#if ZQCC_VECTOR
-        ,
-        usableLevels()
-#endif
-  };
+  return {params,
+          context.xTable,
+          context.yTable,
+          currentMatrix(),
+          isPlanar420(params.inType),
+          variant,
+          params.inStride - skippedBytes,
+          usableLevels()};
 }
 
 /// V comes before U in these; the caller's own record is put right, so converting with the same record twice
