@@ -1,6 +1,8 @@
 #include "vector/rows.h"
 
 #include "base/limits.h"
+#include "vector/place16.h"
+#include "vector/turned_rows.h"
 
 namespace zqcc {
 namespace {
@@ -9,6 +11,8 @@ namespace {
 struct Work {
   ColourRows pair;
   ColourRows single;
+  ReverseRow reverse;
+  TransposeBlock transpose;
   ColourConstants constants;
 };
 
@@ -33,11 +37,23 @@ Steps stepsOf(Turn turn, int pixelBytes, std::ptrdiff_t stride) {
   }
 }
 
+constexpr PlaceStages kPlace16{&REVERSE_ROW16, &TRANSPOSE_BLOCK16};
+
+/// Whether there are stages that turn the pixels.
+bool prepareTurn(const RowStages &stages, LevelSet usable, Work &work) {
+  if (stages.pixelBytes != 2) {
+    return stages.turn == Turn::Upright || stages.turn == Turn::Flip;
+  }
+  work.reverse = kPlace16.reverse->in(usable);
+  work.transpose = kPlace16.transpose->in(usable);
+  return work.reverse != nullptr && work.transpose != nullptr;
+}
+
 /// Whether there is a stage for every line, and the constants for this matrix.
 bool prepare(const RowStages &stages, LevelSet usable, const ColorMatrix &matrix, Work &work) {
   work.pair = stages.pair != nullptr ? stages.pair->in(usable) : nullptr;
   work.single = stages.single != nullptr ? stages.single->in(usable) : nullptr;
-  if (work.pair == nullptr && work.single == nullptr) {
+  if ((work.pair == nullptr && work.single == nullptr) || !prepareTurn(stages, usable, work)) {
     return false;
   }
   return stages.makeConstants == nullptr || stages.makeConstants(matrix, work.constants);
@@ -74,6 +90,20 @@ void convertUpright(const Work &work, const PlaneView &view, const Rect &rows, u
   }
 }
 
+void convertRows(const Work &work, const PlaneView &view, const Rect &rows, Turn turn, uint8_t *origin,
+                 const Steps &steps) {
+  const auto makeRows = [&work, &view](int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) {
+    colourLines(work, view, y, x, pixels, to);
+  };
+  if (isQuarterTurn(turn)) {
+    convertQuarterTurned(makeRows, work.transpose, view, rows, origin, steps.column, steps.line);
+  } else if (turn == Turn::Half) {
+    convertHalfTurned(makeRows, work.reverse, rows, origin, -steps.column, steps.line);
+  } else {
+    convertUpright(work, view, rows, origin, steps);
+  }
+}
+
 } // namespace
 
 bool convertByRows(const RowStages &stages, LevelSet usable, TileKernel rest, const PlaneView &view,
@@ -83,11 +113,11 @@ bool convertByRows(const RowStages &stages, LevelSet usable, TileKernel rest, co
   // Where output lines overlap, the order of the stores shows; it is that of the portable kernel.
   const bool linesOverlap = target.stride < std::ptrdiff_t{outPixels} * stages.pixelBytes;
   Work work{};
-  if (rows.right - rows.left < 64 || isQuarterTurn(stages.turn) || stages.turn == Turn::Half || rows.bottom <= rows.top || linesOverlap ||
+  if (rows.right - rows.left < 64 || rows.bottom <= rows.top || linesOverlap ||
       !prepare(stages, usable, matrix, work)) {
     return false;
   }
-  convertUpright(work, view, rows, target.origin, stepsOf(stages.turn, stages.pixelBytes, target.stride));
+  convertRows(work, view, rows, stages.turn, target.origin, stepsOf(stages.turn, stages.pixelBytes, target.stride));
   if (rows.right < rect.right) {
     rest(view, target, {rows.right, rect.top, rect.right, rows.bottom}, matrix);
   }
