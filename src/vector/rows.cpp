@@ -113,10 +113,13 @@ void colourColumns(const Work &work, const PlaneView &view, const LinePair &line
   }
 }
 
-/// As many of the pixels as are fetched at once. Those that remain are none or enough for every stage, and begin with a
-/// chroma sample.
+/// Pixels of the widest groups.
+constexpr int32_t kWidestGroup = 64;
+
+/// As many of the pixels as are fetched at once, all in whole groups. Those that remain are none, or not too few for
+/// one.
 int32_t fetchedOf(int32_t pixels) {
-  return pixels <= kFetchedPixels ? pixels : smaller(kFetchedPixels, (pixels - kLeastPixels) & ~3);
+  return pixels <= kFetchedPixels ? pixels : smaller(kFetchedPixels, (pixels - kWidestGroup) & -kWidestGroup);
 }
 
 /// Columns [x, x + pixels) of lines y and y + 1 to `to`.
