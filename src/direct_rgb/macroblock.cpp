@@ -47,9 +47,15 @@ void convertMacroblocks(const Job &job, const PlaneView &view, const MbKernelPai
   const Rect right{full.right, 0, width, full.bottom};
   const Rect bottom{0, full.bottom, width, height};
   // Block order does not show in the picture, so whole lines of blocks are converted at once.
-  runTile(job, kernels.full, view, target, full);
-  runTile(job, kernels.edge, view, target, right);
-  runTile(job, kernels.edge, view, target, bottom);
+  if (!isEmpty(full)) {
+    runTile(job, kernels.full, view, target, full);
+  }
+  if (!isEmpty(right)) {
+    runTile(job, kernels.edge, view, target, right);
+  }
+  if (!isEmpty(bottom)) {
+    runTile(job, kernels.edge, view, target, bottom);
+  }
 }
 
 void convertMbYuv420ToRgb565(const Job &job) {

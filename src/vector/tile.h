@@ -70,7 +70,7 @@ constexpr bool readsPairs(const Job &job) {
 }
 
 inline void runTile(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
-  if (!isEmpty(rect) && !byRows(job, tile, view, target, rect)) {
+  if (!byRows(job, tile, view, target, rect)) {
     tile.portable(view, target, rect, *job.matrix);
   }
 }
