@@ -13,10 +13,13 @@ Function bestOf(const PerLevel<Function> *levels, LevelSet usable) {
 /// Pixels whose samples are fetched at a time: the buffers share the first-level cache with what is read and written.
 constexpr int32_t kFetchedPixels = 1024;
 
-/// As many of the pixels as are fetched at once. Those that remain are none or enough for every stage, and begin with a
-/// chroma sample.
+/// Pixels of the widest groups.
+constexpr int32_t kWidestGroup = 64;
+
+/// As many of the pixels as are fetched at once, all in whole groups. Those that remain are none, or not too few for
+/// one.
 int32_t fetchedOf(int32_t pixels) {
-  return pixels <= kFetchedPixels ? pixels : smaller(kFetchedPixels, (pixels - kLeastPixels) & ~3);
+  return pixels <= kFetchedPixels ? pixels : smaller(kFetchedPixels, (pixels - kWidestGroup) & -kWidestGroup);
 }
 
 } // namespace
