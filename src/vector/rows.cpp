@@ -65,20 +65,25 @@ Rect rowsOf(const Rect &rect, const PlaneView &view) {
   return {rect.left, rect.top, smaller(rect.right & ~1, ownChromaEnd), rect.bottom & ~1};
 }
 
-/// Columns [x, x + pixels) of lines y and y + 1 to `to`.
+/// As colourLines, where each line has chroma of its own.
+[[gnu::noinline]] void colourSingleLines(const Work &work, const PlaneView &view, int32_t y, int32_t x, int32_t pixels,
+                                         uint8_t *const to[2]) {
+  for (int line = 0; line < 2; ++line) {
+    const uint8_t *luma = view.y + (y + line) * view.yStride + x;
+    const std::ptrdiff_t chroma = chromaLineOffset(view, y + line) + (x >> view.layout.xShift);
+    work.single({{luma, nullptr}, view.u + chroma, view.v + chroma}, to + line, pixels, line, work.constants);
+  }
+}
+
+/// Columns [x, x + pixels) of lines y and y + 1 to `to`. Rows may be short, so that what a row costs shows.
 void colourLines(const Work &work, const PlaneView &view, int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) {
-  const LinePair lines = linePairAt(view, y);
-  const std::ptrdiff_t sample = x >> view.layout.xShift;
-  if (work.pair != nullptr) {
-    work.pair({{lines.luma[0] + x, lines.luma[1] + x}, lines.u[0] + sample, lines.v[0] + sample}, to, pixels, 0,
-              work.constants);
+  if (work.pair == nullptr) {
+    colourSingleLines(work, view, y, x, pixels, to);
     return;
   }
-  for (int line = 0; line < 2; ++line) {
-    uint8_t *const one[2] = {to[line], nullptr};
-    work.single({{lines.luma[line] + x, nullptr}, lines.u[line] + sample, lines.v[line] + sample}, one, pixels, line,
-                work.constants);
-  }
+  const uint8_t *luma = view.y + y * view.yStride + x;
+  const std::ptrdiff_t chroma = chromaLineOffset(view, y) + (x >> view.layout.xShift);
+  work.pair({{luma, luma + view.yStride}, view.u + chroma, view.v + chroma}, to, pixels, 0, work.constants);
 }
 
 /// Lines that stay lines, and run the way they did, are written where they belong.
