@@ -17,10 +17,12 @@ inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO565_PAIR, nullptr, 
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {
   const ColourStages &colour = kColourOf<Arithmetic>;
+  const FetchStages &fetch = kFetchOf<Layout>;
   if constexpr (Layout::kSharedByColumns) {
-    return {Layout::kSharedByLines ? colour.halfPair : nullptr, colour.half, colour.makeConstants, turn, pixelBytes};
+    return {
+        Layout::kSharedByLines ? colour.halfPair : nullptr, colour.half, fetch, colour.makeConstants, turn, pixelBytes};
   } else {
-    return {nullptr, colour.full, colour.makeConstants, turn, pixelBytes};
+    return {nullptr, colour.full, fetch, colour.makeConstants, turn, pixelBytes};
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include "base/turn.h"
 #include "kernels/convert_rect.h"
+#include "vector/fetch.h"
 #include "vector/stages.h"
 
 namespace zqcc {
@@ -20,6 +21,7 @@ struct ColourStages {
 struct RowStages {
   const PerLevel<ColourRows> *pair;   ///< null if lines do not share chroma
   const PerLevel<ColourRows> *single; ///< null if all lines come in pairs
+  FetchStages fetch;
   MakeConstants makeConstants;
   Turn turn;
   int pixelBytes;
