@@ -1,7 +1,8 @@
-// Highway's assertions, which only unoptimised builds have, end here and not in its library.
+// Highway's assertions, which only unoptimised and sanitizer builds have, end here and not in its library. Weak, for
+// programs that link the library of Highway beside a static one of ours.
 namespace hwy {
 
-[[noreturn]] void Abort(const char *file, int line, const char *format, ...);
+[[noreturn]] __attribute__((weak)) void Abort(const char *file, int line, const char *format, ...);
 
 void Abort(const char * /*file*/, int /*line*/, const char * /*format*/, ...) {
   __builtin_trap();
