@@ -15,12 +15,15 @@ template <class Source>
 constexpr MbKernelPair kDithered{kStrip<typename Source::Layout, MatrixDitherWords, Turn::Upright>,
                                  kTile<typename Source::Layout, MatrixDither<Turn::Upright>, Turn::Upright>};
 
+constexpr MbKernelPair kSemiPlanar{kStrip<SemiPlanar420::Layout, StudioVideoRange, Turn::Upright>,
+                                   kTile<SemiPlanar420::Layout, StudioSixBit, Turn::Upright>};
+
 constexpr Tile packPlanes = kTile<Yuv444::Layout, PackRgb, Turn::Upright>;
 
 template <class Source>
-void convertWith(const Job &job, MbPair pair) {
+void convertWith(const Job &job, const MbKernelPair &kernels) {
   const ConvertParams &p = job.params;
-  convertMacroblocks(job, Source::view(p, p.outWidth, p.outHeight), MB_KERNELS[pair]);
+  convertMacroblocks(job, Source::view(p, p.outWidth, p.outHeight), kernels);
 }
 
 } // namespace
@@ -56,27 +59,29 @@ void convertMacroblocks(const Job &job, const PlaneView &view, const MbKernelPai
 }
 
 void convertMbYuv420ToRgb565(const Job &job) {
-  if (job.isYuv420) {
-    convertWith<Yuv420>(job, MB_YUV420);
+  if (readsPairs(job)) {
+    convertWith<SemiPlanar420>(job, kSemiPlanar);
+  } else if (job.isYuv420) {
+    convertWith<Yuv420>(job, MB_KERNELS[MB_YUV420]);
   } else {
-    convertWith<Yuv422EvenLines>(job, MB_YUV420);
+    convertWith<Yuv422EvenLines>(job, MB_KERNELS[MB_YUV420]);
   }
 }
 
 void convertMbYuv444ToRgb565(const Job &job) {
-  convertWith<Yuv444>(job, MB_YUV444);
+  convertWith<Yuv444>(job, MB_KERNELS[MB_YUV444]);
 }
 void convertMbYuv440ToRgb565(const Job &job) {
-  convertWith<Yuv440>(job, MB_YUV440);
+  convertWith<Yuv440>(job, MB_KERNELS[MB_YUV440]);
 }
 void convertMbYuv411ToRgb565(const Job &job) {
-  convertWith<Yuv411>(job, MB_YUV411);
+  convertWith<Yuv411>(job, MB_KERNELS[MB_YUV411]);
 }
 void convertMbYuvQuarterHeightToRgb565(const Job &job) {
-  convertWith<YuvQuarterHeight>(job, MB_QUARTER_HEIGHT);
+  convertWith<YuvQuarterHeight>(job, MB_KERNELS[MB_QUARTER_HEIGHT]);
 }
 void convertMbPlanarRgbToRgb565(const Job &job) {
-  convertWith<Yuv444>(job, MB_PLANAR_RGB);
+  convertWith<Yuv444>(job, MB_KERNELS[MB_PLANAR_RGB]);
 }
 
 } // namespace zqcc

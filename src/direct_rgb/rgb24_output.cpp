@@ -20,8 +20,17 @@ PlaneView viewAs422(const ConvertParams &p) {
 
 PlaneView viewOf(const Job &job) {
   const ConvertParams &p = job.params;
+  if (readsPairs(job)) {
+    return SemiPlanar420::view(p, p.outWidth, p.outHeight);
+  }
   return job.isYuv420 ? Yuv420::view(p, p.outWidth, p.outHeight) : viewAs422(p);
 }
+
+constexpr Tile convertPairs = kTile24<SemiPlanar420::Layout, StudioQ12, Turn::Upright>;
+constexpr MbKernelPair kSemiPlanar{convertPairs, convertPairs};
+
+template <class Source>
+constexpr Tile kFlip = kTile24<typename Source::Layout, MatrixRgb24, Turn::Flip>;
 
 template <bool swapped>
 void convertPacked(const Job &job, const PlaneView &view) {
@@ -44,12 +53,12 @@ void convertYuvToRgb24(const Job &job) {
 }
 
 void convertMbYuvToRgb24(const Job &job) {
-  convertMacroblocks(job, viewOf(job), MB_KERNELS[MB_RGB24]);
+  convertMacroblocks(job, viewOf(job), readsPairs(job) ? kSemiPlanar : MB_KERNELS[MB_RGB24]);
 }
 
 void convertFlippedYuvToRgb24(const Job &job) {
   const ConvertParams &p = job.params;
-  runTile(job, kTile24<Yuv420::Layout, MatrixRgb24, Turn::Flip>, viewOf(job),
+  runTile(job, readsPairs(job) ? kFlip<SemiPlanar420> : kFlip<Yuv420>, viewOf(job),
           targetOf<Turn::Flip, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight});
 }
 

@@ -86,7 +86,9 @@ using FlipDither = MatrixDither<Turn::Upright>;
 } // namespace
 
 void convertRotatedMbYuv420ToRgb565(const Job &job) {
-  if (job.isYuv420) {
+  if (readsPairs(job)) {
+    convertRotatedYuv<SemiPlanar420, SemiPlanar420>(job);
+  } else if (job.isYuv420) {
     convertRotatedYuv<Yuv420, Yuv420>(job);
   } else {
     convertRotatedYuv<Yuv422EvenLines, Yuv422>(job);
@@ -111,7 +113,9 @@ void convertRotatedPlanarRgbToRgb565(const Job &job) {
 }
 
 void convertFlippedYuv420ToRgb565(const Job &job) {
-  if (job.isYuv420) {
+  if (readsPairs(job)) {
+    convertFlipped<SemiPlanar420, FlipDither>(job);
+  } else if (job.isYuv420) {
     convertFlipped<Yuv420, FlipDither>(job);
   } else {
     convertFlipped<Yuv422As420, FlipDither>(job);

@@ -46,6 +46,15 @@ ConvertParams splitChroma(const ConvertContext &context, const ConvertParams &pa
   return planar;
 }
 
+/// Whether the routine reads the pairs as they lie, which every conversion to RGB that keeps the size does where there
+/// is vector code. The bytes are those of split planes. With a short stride these have lines that run into one another,
+/// so that pairs have to be split then.
+bool takesPairs(const ConvertParams &params, const Route &route) {
+  const bool keepsSize = params.isResize == 0 || !route.scales;
+  return usableLevels() != setOf(LEVEL_PORTABLE) && keepsSize && !route.copies &&
+         params.inWidth / 2 <= params.inStride / 2;
+}
+
 /// The frame turned by a quarter into the context's planes, each by its own geometry.
 ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &params) {
   const auto rotate = turnOf(params.rotation) == Turn::Left ? rotatePlaneLeft : rotatePlaneRight;
@@ -63,6 +72,12 @@ ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &par
 void run(ConvertContext &context, ConvertParams &params, const Route &route, int64_t skippedBytes) {
   switch (route.prePass) {
   case PrePass::SplitChroma: {
+    if (takesPairs(params, route)) {
+      Job job = jobFor(context, params, skippedBytes);
+      job.isYuv420 = job.hasChromaPairs = true;
+      route.routine(job);
+      break;
+    }
     const ConvertParams planar = splitChroma(context, params);
     route.routine(jobFor(context, planar, skippedBytes));
     break;

@@ -1,47 +1,11 @@
 #include "vector/rows.h"
 
 #include "base/limits.h"
+#include "vector/line_maker.h"
+#include "vector/turned_rows.h"
 
 namespace zqcc {
 namespace {
-
-/// The stages of a conversion as the machine has them, and what they take from the frame.
-struct Work {
-  ColourRows pair;
-  ColourRows single;
-  ColourConstants constants;
-};
-
-/// Bytes from one source column, and from one source line, to the next in the output.
-struct Steps {
-  std::ptrdiff_t column;
-  std::ptrdiff_t line;
-};
-
-Steps stepsOf(Turn turn, int pixelBytes, std::ptrdiff_t stride) {
-  switch (turn) {
-  case Turn::Left:
-    return {-stride, pixelBytes};
-  case Turn::Right:
-    return {stride, -pixelBytes};
-  case Turn::Half:
-    return {-pixelBytes, -stride};
-  case Turn::Flip:
-    return {pixelBytes, -stride};
-  default:
-    return {pixelBytes, stride};
-  }
-}
-
-/// Whether there is a stage for every line, and the constants for this matrix.
-bool prepare(const RowStages &stages, LevelSet usable, const ColorMatrix &matrix, Work &work) {
-  work.pair = stages.pair != nullptr ? stages.pair->in(usable) : nullptr;
-  work.single = stages.single != nullptr ? stages.single->in(usable) : nullptr;
-  if (work.pair == nullptr && work.single == nullptr) {
-    return false;
-  }
-  return stages.makeConstants == nullptr || stages.makeConstants(matrix, work.constants);
-}
 
 /// What of a rectangle goes by rows: pairs of lines, and pairs of columns that have chroma samples of their own.
 Rect rowsOf(const Rect &rect, const PlaneView &view) {
@@ -49,28 +13,18 @@ Rect rowsOf(const Rect &rect, const PlaneView &view) {
   return {rect.left, rect.top, smaller(rect.right & ~1, ownChromaEnd), rect.bottom & ~1};
 }
 
-/// Columns [x, x + pixels) of lines y and y + 1 to `to`.
-void colourLines(const Work &work, const PlaneView &view, int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) {
-  const LinePair lines = linePairAt(view, y);
-  const std::ptrdiff_t sample = x >> view.layout.xShift;
-  if (work.pair != nullptr) {
-    work.pair({{lines.luma[0] + x, lines.luma[1] + x}, lines.u[0] + sample, lines.v[0] + sample}, to, pixels, 0,
-              work.constants);
-    return;
-  }
-  for (int line = 0; line < 2; ++line) {
-    uint8_t *const one[2] = {to[line], nullptr};
-    work.single({{lines.luma[line] + x, nullptr}, lines.u[line] + sample, lines.v[line] + sample}, one, pixels, line,
-                work.constants);
-  }
+/// Where output lines overlap, the order of the stores shows; it is that of the portable kernel.
+bool linesOverlap(const Rect &rows, Turn turn, int pixelBytes, std::ptrdiff_t stride) {
+  const int32_t pixels = isQuarterTurn(turn) ? rows.bottom - rows.top : rows.right - rows.left;
+  return stride < std::ptrdiff_t{pixels} * pixelBytes;
 }
 
 /// Lines that stay lines, and run the way they did, are written where they belong.
-void convertUpright(const Work &work, const PlaneView &view, const Rect &rows, uint8_t *origin, const Steps &steps) {
+void convertUpright(const LineMaker &maker, const Rect &rows, uint8_t *origin, const Steps &steps) {
   for (int32_t y = rows.top; y < rows.bottom; y += 2) {
     uint8_t *first = origin + rows.left * steps.column + y * steps.line;
     uint8_t *const to[2] = {first, first + steps.line};
-    colourLines(work, view, y, rows.left, rows.right - rows.left, to);
+    maker.make(y, rows.left, rows.right - rows.left, to);
   }
 }
 
@@ -79,15 +33,19 @@ void convertUpright(const Work &work, const PlaneView &view, const Rect &rows, u
 bool convertByRows(const RowStages &stages, LevelSet usable, TileKernel rest, const PlaneView &view,
                    const Target &target, const Rect &rect, const ColorMatrix &matrix) {
   const Rect rows = rowsOf(rect, view);
-  const int32_t outPixels = isQuarterTurn(stages.turn) ? rows.bottom - rows.top : rows.right - rows.left;
-  // Where output lines overlap, the order of the stores shows; it is that of the portable kernel.
-  const bool linesOverlap = target.stride < std::ptrdiff_t{outPixels} * stages.pixelBytes;
-  Work work{};
-  if (rows.right - rows.left < 64 || isQuarterTurn(stages.turn) || stages.turn == Turn::Half || rows.bottom <= rows.top || linesOverlap ||
-      !prepare(stages, usable, matrix, work)) {
+  LineMaker maker(view);
+  if (rows.right - rows.left < 64 || rows.bottom <= rows.top ||
+      linesOverlap(rows, stages.turn, stages.pixelBytes, target.stride) || !maker.prepare(stages, usable, matrix)) {
     return false;
   }
-  convertUpright(work, view, rows, target.origin, stepsOf(stages.turn, stages.pixelBytes, target.stride));
+  const Steps steps = stepsOf(stages.turn, stages.pixelBytes, target.stride);
+  if (isQuarterTurn(stages.turn)) {
+    convertQuarterTurned(maker, stages.place.transpose->in(usable), rows, target.origin, steps);
+  } else if (stages.turn == Turn::Half) {
+    convertHalfTurned(maker, stages.place.reverse->in(usable), rows, target.origin, steps);
+  } else {
+    convertUpright(maker, rows, target.origin, steps);
+  }
   if (rows.right < rect.right) {
     rest(view, target, {rows.right, rect.top, rect.right, rows.bottom}, matrix);
   }

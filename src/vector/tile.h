@@ -59,6 +59,16 @@ constexpr Tile kTile24 = tileOf<Layout, Arithmetic, turn, 3>(convertTile24<Layou
 template <class Layout, class Arithmetic, Turn turn>
 constexpr Tile kStrip = tileOf<Layout, Arithmetic, turn, 2>(convertStrip<Arithmetic, turn>);
 
+/// Whether the routine reads pairs of chroma samples as they lie: where no code serves them by rows, they are split
+/// before it runs.
+constexpr bool readsPairs(const Job &job) {
+#if ZQCC_VECTOR
+  return job.hasChromaPairs;
+#else
+  return false;
+#endif
+}
+
 inline void runTile(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
   if (!byRows(job, tile, view, target, rect)) {
     tile.portable(view, target, rect, *job.matrix);
