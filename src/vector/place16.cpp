@@ -16,15 +16,31 @@ namespace {
 
 constexpr std::ptrdiff_t kBytes = 2; // a pixel's
 
-/// Whole vectors from the row's start on, the last of which overlaps. For rows of at least one vector.
+alignas(16) constexpr uint8_t kBackwards[16] = {14, 15, 12, 13, 10, 11, 8, 9, 6, 7, 4, 5, 2, 3, 0, 1};
+
+/// The vector at `from` backwards to `to`.
+template <class D>
+HWY_INLINE void reverseVector(D d, const uint8_t *from, uint8_t *to) {
+  const hn::Repartition<uint8_t, D> bytes;
+  const auto reversed = hn::TableLookupBytes(hn::LoadU(bytes, from), hn::LoadDup128(bytes, kBackwards));
+  storeBytes(hn::ReverseBlocks(d, hn::BitCast(d, reversed)), d, to);
+}
+
+/// Vectors from the row's start on, the last of which overlaps. For rows of at least one vector.
 template <class D>
 HWY_INLINE void reverseVectors(D d, const uint8_t *from, uint8_t *to, int32_t pixels) {
-  constexpr std::ptrdiff_t kGroup = hn::MaxLanes(D()) * kBytes;
-  const std::ptrdiff_t last = pixels * kBytes - kGroup;
-  for (std::ptrdiff_t x = 0; x < last; x += kGroup) {
-    storeBytes(hn::Reverse(d, loadBytes(d, from + x)), d, to + (last - x));
+  constexpr std::ptrdiff_t kVector = hn::MaxLanes(D()) * kBytes;
+  const uint8_t *last = from + pixels * kBytes - kVector;
+  uint8_t *end = to + pixels * kBytes;
+  for (; last - from >= kVector; from += 2 * kVector) {
+    end -= 2 * kVector;
+    reverseVector(d, from, end + kVector);
+    reverseVector(d, from + kVector, end);
   }
-  storeBytes(hn::Reverse(d, loadBytes(d, from + last)), d, to);
+  if (from < last) {
+    reverseVector(d, from, end - kVector);
+  }
+  reverseVector(d, last, to);
 }
 
 void reverseRow(const uint8_t *from, uint8_t *to, int32_t pixels) {

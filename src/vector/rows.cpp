@@ -14,8 +14,8 @@ Rect rowsOf(const Rect &rect, const PlaneView &view) {
 }
 
 /// Where output lines overlap, the order of the stores shows; it is that of the portable kernel.
-bool linesOverlap(const Rect &rows, Turn turn, int pixelBytes, std::ptrdiff_t stride) {
-  const int32_t pixels = isQuarterTurn(turn) ? rows.bottom - rows.top : rows.right - rows.left;
+bool linesOverlap(const Rect &rect, Turn turn, int pixelBytes, std::ptrdiff_t stride) {
+  const int32_t pixels = isQuarterTurn(turn) ? rect.bottom - rect.top : rect.right - rect.left;
   return stride < std::ptrdiff_t{pixels} * pixelBytes;
 }
 
@@ -35,7 +35,7 @@ bool convertByRows(const RowStages &stages, LevelSet usable, TileKernel rest, co
   const Rect rows = rowsOf(rect, view);
   LineMaker maker(view);
   if (rows.right - rows.left < 64 || rows.bottom <= rows.top ||
-      linesOverlap(rows, stages.turn, stages.pixelBytes, target.stride) || !maker.prepare(stages, usable, matrix)) {
+      linesOverlap(rect, stages.turn, stages.pixelBytes, target.stride) || !maker.prepare(stages, usable, matrix)) {
     return false;
   }
   const Steps steps = stepsOf(stages.turn, stages.pixelBytes, target.stride);

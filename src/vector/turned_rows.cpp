@@ -15,45 +15,66 @@ constexpr int32_t nextPixels(int32_t left, int32_t most) {
   return left - most < kLeastPixels ? most - kLeastPixels : most;
 }
 
-/// Output lines that are asked for before they are written, a few at a time: all at once they would have to wait for
-/// each other.
+/// A block of a quarter turn: of the output lines that its columns become its lines fill 128 bytes, with pixels of two
+/// bytes. Wider blocks have less to do for each row, but their output lines do not stay in the cache where these are a
+/// power of two apart.
+constexpr int32_t kBlockColumns = 64;
+constexpr int32_t kBlockLines = 64;
+
+/// Asks for output lines before they are written, a few at a time: all at once would have to wait for each other.
 class LinesAhead {
 public:
-  LinesAhead(uint8_t *first, std::ptrdiff_t stride, int32_t lines, int32_t bytes, int32_t steps)
-      : line_(first), stride_(stride), left_(lines), bytes_(bytes), atATime_((lines + steps - 1) / steps) {}
+  /// `lines` lines, of which `bytes` bytes will be written, in `times` times.
+  LinesAhead(const uint8_t *first, std::ptrdiff_t stride, int32_t lines, std::ptrdiff_t bytes, int32_t times)
+      : line_(first), end_(first + lines * stride), stride_(stride), lastByte_(bytes - 1),
+        advance_((lines + times - 1) / times * stride) {}
 
   void next() {
-    for (int32_t i = 0; i < atATime_ && left_ > 0; ++i) {
-      for (int32_t byte = 0; byte < bytes_; byte += 64) {
-        __builtin_prefetch(line_ + byte, 1);
-      }
-      line_ += stride_;
-      --left_;
+    const std::ptrdiff_t left = end_ - line_;
+    const uint8_t *end = (stride_ < 0 ? left < advance_ : left > advance_) ? line_ + advance_ : end_;
+    for (; line_ != end; line_ += stride_) {
+      __builtin_prefetch(line_, 1);
+      __builtin_prefetch(line_ + lastByte_, 1);
     }
   }
 
 private:
-  uint8_t *line_;
+  const uint8_t *line_;
+  const uint8_t *end_;
   std::ptrdiff_t stride_;
-  int32_t left_;
-  int32_t bytes_;
-  int32_t atATime_;
+  std::ptrdiff_t lastByte_;
+  std::ptrdiff_t advance_;
 };
 
-/// Asks for the samples of lines y and y + 1 from column x on that a block of columns needs.
-void prefetchSamples(const PlaneView &view, int32_t y, int32_t x) {
-  const LayoutValues &layout = view.layout;
-  const uint8_t *luma = view.y + y * view.yStride + std::ptrdiff_t{x >> 1} * layout.pairStep;
-  __builtin_prefetch(luma);
-  __builtin_prefetch(luma + view.yStride);
-  const std::ptrdiff_t chroma = chromaLineOffset(view, y) + std::ptrdiff_t{x >> layout.xShift} * layout.sampleStep;
-  __builtin_prefetch(view.u + chroma);
-  __builtin_prefetch(view.v + chroma);
-}
+/// Asks for the samples of the next block's lines, two lines at a time.
+class SamplesAhead {
+public:
+  SamplesAhead(const PlaneView &view, int32_t y, int32_t x)
+      : luma_(view.y + y * view.yStride + std::ptrdiff_t{x >> 1} * view.layout.pairStep), yStride_(view.yStride),
+        chromaStep_(chromaLineOffset(view, y + 2) - chromaLineOffset(view, y)) {
+    const std::ptrdiff_t chroma =
+        chromaLineOffset(view, y) + std::ptrdiff_t{x >> view.layout.xShift} * view.layout.sampleStep;
+    u_ = view.u + chroma;
+    v_ = view.v + chroma;
+  }
 
-/// A block's lines fill 128 bytes of every output line that it has a column of.
-constexpr int32_t kBlockColumns = 64;
-constexpr int32_t kBlockLines = 64;
+  void next() {
+    __builtin_prefetch(luma_);
+    __builtin_prefetch(luma_ + yStride_);
+    __builtin_prefetch(u_);
+    __builtin_prefetch(v_);
+    luma_ += 2 * yStride_;
+    u_ += chromaStep_;
+    v_ += chromaStep_;
+  }
+
+private:
+  const uint8_t *luma_;
+  const uint8_t *u_;
+  const uint8_t *v_;
+  std::ptrdiff_t yStride_;
+  std::ptrdiff_t chromaStep_;
+};
 
 } // namespace
 
@@ -76,29 +97,31 @@ void convertHalfTurned(const LineMaker &maker, ReverseRow reverse, const Rect &r
 
 void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, const Rect &rows, uint8_t *origin,
                           const Steps &steps) {
-  constexpr std::ptrdiff_t kStride = kBlockColumns * kMostPixelBytes;
-  alignas(64) uint8_t pixels[kBlockLines * kStride];
-  // Where lines run backwards, the last one is the first of the output.
+  alignas(64) uint8_t pixels[kBlockLines * kBlockColumns * kMostPixelBytes];
+  // Where lines become columns from the right to the left, the last one is the first of the output.
   const bool rowsGoUp = steps.line < 0;
-  const int32_t pixelBytes = static_cast<int32_t>(rowsGoUp ? -steps.line : steps.line);
+  const std::ptrdiff_t pixelBytes = rowsGoUp ? -steps.line : steps.line;
+  const std::ptrdiff_t stride = kBlockColumns * pixelBytes;
   int32_t lines = 0;
   for (int32_t top = rows.top; top < rows.bottom; top += lines) {
     lines = smaller(kBlockLines, rows.bottom - top);
-    const int32_t firstLine = rowsGoUp ? lines - 1 : 0;
+    const std::ptrdiff_t firstLine = rowsGoUp ? lines - 1 : 0;
     int32_t columns = 0;
     for (int32_t left = rows.left; left < rows.right; left += columns) {
       columns = nextPixels(rows.right - left, kBlockColumns);
       uint8_t *to = origin + left * steps.column + (top + firstLine) * steps.line;
-      LinesAhead ahead(to, steps.column, columns, lines * pixelBytes, lines / 2);
+      LinesAhead output(to, steps.column, columns, lines * pixelBytes, lines / 2);
+      const bool isLast = left + columns == rows.right;
+      SamplesAhead samples(maker.view(), isLast ? top + lines : top, isLast ? rows.left : left + columns);
+      uint8_t *row[2] = {pixels, pixels + stride};
       for (int32_t line = 0; line < lines; line += 2) {
-        ahead.next();
-        if (left + columns < rows.right) {
-          prefetchSamples(maker.view(), top + line, left + columns);
-        }
-        uint8_t *const row[2] = {pixels + line * kStride, pixels + (line + 1) * kStride};
+        output.next();
+        samples.next();
         maker.make(top + line, left, columns, row);
+        row[0] += 2 * stride;
+        row[1] += 2 * stride;
       }
-      transpose({pixels + firstLine * kStride, rowsGoUp ? -kStride : kStride, columns, lines}, to, steps.column);
+      transpose({pixels + firstLine * stride, rowsGoUp ? -stride : stride, columns, lines}, to, steps.column);
     }
   }
 }
