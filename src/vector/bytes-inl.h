@@ -13,6 +13,14 @@ namespace zqcc::HWY_NAMESPACE {
 namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 
+/// Hides from the compiler which numbers stand there. It would make them anew from immediate operands at every use, and
+/// shifts and sums of the products with them, instead of keeping them in registers or beside them on the stack.
+template <class T>
+HWY_INLINE const T *hidden(const T *numbers) {
+  __asm__("" : "+r"(numbers));
+  return numbers;
+}
+
 #if HWY_ARCH_X86
 HWY_INLINE __m128i multiplyAddBytes(__m128i bytes, __m128i factors) {
   return _mm_maddubs_epi16(bytes, factors);
@@ -38,24 +46,27 @@ HWY_INLINE __m512i narrowBlocks(__m512i low, __m512i high) {
 #endif
 #endif
 
-/// factor (0..127) times the even bytes of a vector of bytes.
-template <int factor, class DI>
-HWY_INLINE hn::Vec<DI> evenBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes) {
+/// The even bytes of a vector of bytes times `factor`, which has 0..127 in every lane.
+template <class DI>
+HWY_INLINE hn::Vec<DI> evenBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes, hn::Vec<DI> factor) {
 #if HWY_ARCH_X86
-  return hn::Vec<DI>{multiplyAddBytes(bytes.raw, hn::Set(di, factor).raw)};
+  (void)di;
+  return hn::Vec<DI>{multiplyAddBytes(bytes.raw, factor.raw)};
 #else
-  return hn::Mul(hn::And(hn::BitCast(di, bytes), hn::Set(di, 0xFF)), hn::Set(di, factor));
+  return hn::Mul(hn::And(hn::BitCast(di, bytes), hn::Set(di, 0xFF)), factor);
 #endif
 }
 
-/// factor (0..127) times the odd bytes of a vector of bytes.
-template <int factor, class DI>
-HWY_INLINE hn::Vec<DI> oddBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes) {
+/// The odd bytes of a vector of bytes times `factor256` / 256, which has 0..127 in every lane.
+template <class DI>
+HWY_INLINE hn::Vec<DI> oddBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes, hn::Vec<DI> factor256) {
 #if HWY_ARCH_X86
-  return hn::Vec<DI>{multiplyAddBytes(bytes.raw, hn::Set(di, factor << 8).raw)};
+  (void)di;
+  return hn::Vec<DI>{multiplyAddBytes(bytes.raw, factor256.raw)};
 #else
   const hn::RebindToUnsigned<DI> d;
-  return hn::Mul(hn::BitCast(di, hn::ShiftRight<8>(hn::BitCast(d, bytes))), hn::Set(di, factor));
+  const auto odd = hn::BitCast(di, hn::ShiftRight<8>(hn::BitCast(d, bytes)));
+  return hn::Mul(odd, hn::ShiftRight<8>(factor256));
 #endif
 }
 

@@ -40,63 +40,113 @@ namespace {
 /// How components are clamped and reduced; see kernels/arithmetic.h.
 enum class StudioClamp { sixBit, videoRange, fiveSix };
 
-/// What the pixels of a chroma sample add to their luma.
-template <class DI>
-struct StudioTermsOf {
-  hn::Vec<DI> red;
-  hn::Vec<DI> blue;
-  hn::Vec<DI> green;
-  hn::Vec<DI> greenRest; // -1 - T modulo 2^16, chroma's share
+/// Every number of the arithmetic; sums and products are modulo 2^16.
+struct StudioNumbers {
+  static constexpr int64_t kY = 1220542;
+  static constexpr int64_t kCrG = 852492;
+  static constexpr int64_t kCbG = 411041;
+  static constexpr uint16_t low(int64_t value) { return static_cast<uint16_t>(value & 0xFFFF); }
+
+  // Chroma before its high products.
+  uint16_t scaleU = 96;
+  uint16_t offsetU = 8;
+  uint16_t scaleV = 110;
+  uint16_t offsetV = 3;
+  // Red and blue, 378 a level and one more.
+  uint16_t redFactor = 44929;
+  uint16_t redOffset = low(1 - 10535);
+  uint16_t blueFactor = 65061;
+  uint16_t blueOffset = low(1 - 13087);
+  uint16_t blueLess = 168;
+  uint16_t blueLessAtTop = 132;
+  uint16_t eighths = 1387;
+  // Green: T >> 14 from above or from below, and -1 - T.
+  uint16_t greenFactorU = 17126;
+  uint16_t greenFactorV = 31000;
+  uint16_t greenOffset = 8680;
+  uint16_t greenFactorY = 44384;
+  uint16_t restFactorU = low(kCbG);
+  uint16_t restFactorV = low(kCrG);
+  uint16_t restOffset = low(-1 - 128 * (kCrG + kCbG) + 16 * kY);
+  uint16_t restFactorY = 13927;
+  // Luma.
+  uint16_t even55 = 55;
+  uint16_t odd55 = 55 << 8;
+  uint16_t even110 = 110;
+  uint16_t odd110 = 110 << 8;
+};
+static_assert(StudioNumbers::low(StudioNumbers().restFactorY * 110 + StudioNumbers::kY) == 0);
+static_assert(StudioNumbers().eighths * 378 == (1 << 19) - 2);
+
+constexpr StudioNumbers kStudioNumbers;
+
+/// All of them in vectors.
+template <class D>
+struct StudioConstants {
+  using V = hn::Vec<D>;
+  using VI = hn::Vec<hn::RebindToSigned<D>>;
+
+  HWY_INLINE explicit StudioConstants(const StudioNumbers *n)
+      : scaleU(of(n->scaleU)), offsetU(of(n->offsetU)), scaleV(of(n->scaleV)), offsetV(of(n->offsetV)),
+        redFactor(of(n->redFactor)), redOffset(of(n->redOffset)), blueFactor(of(n->blueFactor)),
+        blueOffset(of(n->blueOffset)), blueLess(of(n->blueLess)), blueLessAtTop(of(n->blueLessAtTop)),
+        greenFactorU(of(n->greenFactorU)), greenFactorV(of(n->greenFactorV)), greenOffset(of(n->greenOffset)),
+        greenFactorY(of(n->greenFactorY)), restFactorU(of(n->restFactorU)), restFactorV(of(n->restFactorV)),
+        restOffset(of(n->restOffset)), restFactorY(of(n->restFactorY)), eighths(signedOf(n->eighths)),
+        even55(signedOf(n->even55)), odd55(signedOf(n->odd55)), even110(signedOf(n->even110)),
+        odd110(signedOf(n->odd110)) {}
+
+  V scaleU, offsetU, scaleV, offsetV;
+  V redFactor, redOffset, blueFactor, blueOffset, blueLess, blueLessAtTop;
+  V greenFactorU, greenFactorV, greenOffset, greenFactorY;
+  V restFactorU, restFactorV, restOffset, restFactorY;
+  VI eighths, even55, odd55, even110, odd110;
+
+private:
+  static HWY_INLINE V of(uint16_t number) { return hn::Set(D(), number); }
+  static HWY_INLINE VI signedOf(uint16_t number) { return hn::BitCast(hn::RebindToSigned<D>(), of(number)); }
 };
 
-constexpr int64_t kStudioY = 1220542;
-constexpr int64_t kStudioCrG = 852492;
-constexpr int64_t kStudioCbG = 411041;
-
-/// A constant modulo 2^16.
+/// What the pixels of a chroma sample add to their luma.
 template <class D>
-HWY_INLINE hn::Vec<D> wordOf(D d, int64_t value) {
-  return hn::Set(d, static_cast<hn::TFromD<D>>(value & 0xFFFF));
-}
+struct StudioTermsOf {
+  hn::Vec<hn::RebindToSigned<D>> red;
+  hn::Vec<hn::RebindToSigned<D>> blue;
+  hn::Vec<D> green;
+  hn::Vec<D> greenRest;
+};
 
-/// (scale * sample + offset) * factor >> 16, unsigned.
 template <StudioClamp clamp, class D>
-HWY_INLINE StudioTermsOf<hn::RebindToSigned<D>> studioTerms(D d, hn::Vec<D> u, hn::Vec<D> v) {
+HWY_INLINE StudioTermsOf<D> studioTerms(D d, const StudioConstants<D> &k, hn::Vec<D> u, hn::Vec<D> v) {
   const hn::RebindToSigned<D> di;
-  const auto scaledU = hn::Add(hn::Mul(u, hn::Set(d, 96)), hn::Set(d, 8));
-  const auto scaledV = hn::Add(hn::Mul(v, hn::Set(d, 110)), hn::Set(d, 3));
-  StudioTermsOf<hn::RebindToSigned<D>> terms;
-  terms.red = hn::BitCast(di, hn::Add(hn::MulHigh(scaledV, hn::Set(d, 44929)), wordOf(d, 1 - 10535)));
-  auto blue = hn::Add(hn::MulHigh(scaledU, hn::Set(d, 65061)), wordOf(d, 1 - 13087));
-  blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, hn::Set(d, 168))));
+  const auto scaledU = hn::Add(hn::Mul(u, k.scaleU), k.offsetU);
+  const auto scaledV = hn::Add(hn::Mul(v, k.scaleV), k.offsetV);
+  const auto red = hn::Add(hn::MulHigh(scaledV, k.redFactor), k.redOffset);
+  auto blue = hn::Add(hn::MulHigh(scaledU, k.blueFactor), k.blueOffset);
+  blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLess)));
   if constexpr (clamp == StudioClamp::fiveSix) {
-    blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, hn::Set(d, 132))));
+    blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLessAtTop)));
   }
-  terms.blue = hn::BitCast(di, blue);
-  const auto green = hn::Add(hn::MulHigh(scaledU, hn::Set(d, 17126)), hn::MulHigh(scaledV, hn::Set(d, 31000)));
-  terms.green = hn::BitCast(di, hn::Sub(wordOf(d, 8680), green));
-  const auto rest = hn::Add(hn::Mul(u, wordOf(d, kStudioCbG)), hn::Mul(v, wordOf(d, kStudioCrG)));
-  terms.greenRest = hn::BitCast(di, hn::Add(rest, wordOf(d, -1 - 128 * (kStudioCrG + kStudioCbG) + 16 * kStudioY)));
-  return terms;
+  const auto green = hn::Add(hn::MulHigh(scaledU, k.greenFactorU), hn::MulHigh(scaledV, k.greenFactorV));
+  const auto rest = hn::Add(hn::Mul(u, k.restFactorU), hn::Mul(v, k.restFactorV));
+  return {hn::BitCast(di, red), hn::BitCast(di, blue), hn::Sub(k.greenOffset, green), hn::Add(rest, k.restOffset)};
 }
 
 /// Words on a scale of 256 a full range, not clamped yet.
-template <class DI>
+template <class D>
 struct StudioWords {
-  hn::Vec<DI> red, green, blue;
+  hn::Vec<hn::RebindToSigned<D>> red, green, blue;
 };
 
-/// From 55 y and 110 y.
-template <class DI>
-HWY_INLINE StudioWords<DI> studioWords(DI di, hn::Vec<DI> y55, hn::Vec<DI> y110, const StudioTermsOf<DI> &terms) {
-  const hn::RebindToUnsigned<DI> d;
-  const auto eighths = hn::Set(di, 1387);
+template <class D>
+HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<hn::RebindToSigned<D>> y55,
+                                      hn::Vec<hn::RebindToSigned<D>> y110, const StudioTermsOf<D> &terms) {
+  const hn::RebindToSigned<D> di;
   const auto y = hn::BitCast(d, y110);
-  const auto approximation = hn::Add(hn::BitCast(di, hn::MulHigh(y, hn::Set(d, 44384))), terms.green);
-  const auto rest = hn::Add(hn::Mul(y, hn::Set(d, 13927)), hn::BitCast(d, terms.greenRest));
-  const auto green = hn::Add(approximation, hn::BitCast(di, hn::ShiftRight<14>(rest)));
-  return {hn::MulHigh(hn::SaturatedAdd(y55, terms.red), eighths), hn::ShiftRight<6>(green),
-          hn::MulHigh(hn::SaturatedAdd(y55, terms.blue), eighths)};
+  const auto rest = hn::ShiftRight<14>(hn::Add(hn::Mul(y, k.restFactorY), terms.greenRest));
+  const auto green = hn::Add(hn::Add(hn::MulHigh(y, k.greenFactorY), terms.green), rest);
+  return {hn::MulHigh(hn::SaturatedAdd(y55, terms.red), k.eighths), hn::ShiftRight<6>(hn::BitCast(di, green)),
+          hn::MulHigh(hn::SaturatedAdd(y55, terms.blue), k.eighths)};
 }
 
 /// Pixels in two vectors, the first half of the group and the second.
@@ -134,13 +184,12 @@ HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioGreen(DI di, hn::Vec<DI> 
 
 /// The pixels of a line, whose even and odd ones have the terms given.
 template <StudioClamp clamp, class D>
-HWY_INLINE StudioPixels<D> studioPixels(D d, hn::Vec<hn::Repartition<uint8_t, D>> y,
-                                        const StudioTermsOf<hn::RebindToSigned<D>> &evenTerms,
-                                        const StudioTermsOf<hn::RebindToSigned<D>> &oddTerms) {
+HWY_INLINE StudioPixels<D> studioPixels(D d, const StudioConstants<D> &k, hn::Vec<hn::Repartition<uint8_t, D>> y,
+                                        const StudioTermsOf<D> &evenTerms, const StudioTermsOf<D> &oddTerms) {
   const hn::RebindToSigned<D> di;
   const hn::Repartition<uint8_t, D> bytes;
-  const auto even = studioWords(di, evenBytesTimes<55>(di, y), evenBytesTimes<110>(di, y), evenTerms);
-  const auto odd = studioWords(di, oddBytesTimes<55>(di, y), oddBytesTimes<110>(di, y), oddTerms);
+  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenBytesTimes(di, y, k.even110), evenTerms);
+  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddBytesTimes(di, y, k.odd110), oddTerms);
   const auto red = studioRedBlue<clamp>(di, even.red, odd.red);
   const auto green = hn::BitCast(d, studioGreen<clamp>(di, even.green, odd.green));
   const auto blue = hn::BitCast(d, studioRedBlue<clamp>(di, even.blue, odd.blue));

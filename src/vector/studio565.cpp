@@ -16,54 +16,70 @@ namespace {
 enum class StudioRows { halfPair, halfSingle, fullSingle };
 
 template <StudioClamp clamp, class D>
-HWY_INLINE void studioLine(D d, const uint8_t *y, const StudioTermsOf<hn::RebindToSigned<D>> &even,
-                           const StudioTermsOf<hn::RebindToSigned<D>> &odd, uint8_t *to) {
-  const auto pixels = studioPixels<clamp>(d, studioSamples(d, y), even, odd);
+HWY_INLINE void studioLine(D d, const StudioConstants<D> &k, const uint8_t *y, const StudioTermsOf<D> &even,
+                           const StudioTermsOf<D> &odd, uint8_t *to) {
+  const auto pixels = studioPixels<clamp>(d, k, studioSamples(d, y), even, odd);
   auto *words = reinterpret_cast<uint16_t *>(to);
   hn::StoreU(pixels.first, d, words);
   hn::StoreU(pixels.second, d, words + hn::MaxLanes(d));
 }
 
-/// The group of pixels from column x on.
+/// The group of pixels from column 2 * pair on.
 template <StudioClamp clamp, StudioRows rows, class D>
-HWY_INLINE void studioGroup(D d, const SampleRows &from, uint8_t *const to[2], ptrdiff_t x) {
+HWY_INLINE void studioGroup(D d, const StudioConstants<D> &k, const SampleRows &from, uint8_t *const to[2],
+                            ptrdiff_t pair) {
   if constexpr (rows == StudioRows::fullSingle) {
-    const auto u = hn::BitCast(d, studioSamples(d, from.u + x));
-    const auto v = hn::BitCast(d, studioSamples(d, from.v + x));
+    const auto u = hn::BitCast(d, studioSamples(d, from.u + 2 * pair));
+    const auto v = hn::BitCast(d, studioSamples(d, from.v + 2 * pair));
     const auto low = hn::Set(d, 0xFF);
-    studioLine<clamp>(d, from.y[0] + x, studioTerms<clamp>(d, hn::And(u, low), hn::And(v, low)),
-                      studioTerms<clamp>(d, hn::ShiftRight<8>(u), hn::ShiftRight<8>(v)), to[0] + 2 * x);
+    studioLine<clamp>(d, k, from.y[0] + 2 * pair, studioTerms<clamp>(d, k, hn::And(u, low), hn::And(v, low)),
+                      studioTerms<clamp>(d, k, hn::ShiftRight<8>(u), hn::ShiftRight<8>(v)), to[0] + 4 * pair);
   } else {
     const auto terms =
-        studioTerms<clamp>(d, studioHalfSamples(d, from.u + x / 2), studioHalfSamples(d, from.v + x / 2));
-    studioLine<clamp>(d, from.y[0] + x, terms, terms, to[0] + 2 * x);
+        studioTerms<clamp>(d, k, studioHalfSamples(d, from.u + pair), studioHalfSamples(d, from.v + pair));
+    studioLine<clamp>(d, k, from.y[0] + 2 * pair, terms, terms, to[0] + 4 * pair);
     if constexpr (rows == StudioRows::halfPair) {
-      studioLine<clamp>(d, from.y[1] + x, terms, terms, to[1] + 2 * x);
+      studioLine<clamp>(d, k, from.y[1] + 2 * pair, terms, terms, to[1] + 4 * pair);
     }
   }
 }
 
+/// Whole groups, then one that ends with the row. Rows of full chroma may have an odd number of pixels: their last
+/// group begins at an odd column.
 template <StudioClamp clamp, StudioRows rows, class D>
 HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels) {
-  constexpr auto kGroup = static_cast<ptrdiff_t>(2 * hn::MaxLanes(D()));
-  const SampleRows samples = from;
-  uint8_t *const lines[2] = {to[0], to[1]};
-  const ptrdiff_t last = pixels - kGroup;
-  for (ptrdiff_t x = 0; x < last; x += kGroup) {
-    studioGroup<clamp, rows>(d, samples, lines, x);
+  constexpr auto kPairs = static_cast<ptrdiff_t>(hn::MaxLanes(D()));
+  const StudioConstants<D> k(hidden(&kStudioNumbers));
+  SampleRows samples = from;
+  uint8_t *lines[2] = {to[0], to[1]};
+  const ptrdiff_t last = pixels / 2 - kPairs;
+  for (ptrdiff_t pair = 0;; pair = last) {
+    for (; pair <= last; pair += kPairs) {
+      studioGroup<clamp, rows>(d, k, samples, lines, pair);
+    }
+    const bool odd = rows == StudioRows::fullSingle && pixels % 2 != 0;
+    if (pair == last + kPairs && !odd) {
+      return;
+    }
+    if (odd) {
+      pixels = 0;
+      samples = {{from.y[0] + 1, nullptr}, from.u + 1, from.v + 1};
+      lines[0] = to[0] + 2;
+    }
   }
-  studioGroup<clamp, rows>(d, samples, lines, last);
 }
 
 template <StudioClamp clamp, StudioRows rows>
 void studioRows(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
                 const ColourConstants & /*constants*/) {
   const hn::ScalableTag<uint16_t> whole;
-  if (pixels >= static_cast<int32_t>(2 * hn::MaxLanes(whole))) {
-    studioGroups<clamp, rows>(whole, from, to, pixels);
-  } else {
-    studioGroups<clamp, rows>(hn::CappedTag<uint16_t, 8>(), from, to, pixels);
+  if constexpr (hn::MaxLanes(whole) > 8) {
+    if (pixels < static_cast<int32_t>(2 * hn::MaxLanes(whole))) {
+      studioGroups<clamp, rows>(hn::CappedTag<uint16_t, 8>(), from, to, pixels);
+      return;
+    }
   }
+  studioGroups<clamp, rows>(whole, from, to, pixels);
 }
 
 constexpr ColourRows studioSixBitPair = studioRows<StudioClamp::sixBit, StudioRows::halfPair>;
