@@ -53,6 +53,8 @@ HWY_INLINE void transposeLanes(D d, hn::Vec<D> (&rows)[4]) {
   interleave<uint64_t>(d, rows[1], rows[3]);
 }
 
+#if HWY_ARCH_X86
+
 /// Where the three bytes of four lanes come from when they are packed and turned round to where they stand in the
 /// vectors of 16 pixels: those of `quarter` begin at byte 12 * quarter, modulo 16.
 template <int quarter>
@@ -80,6 +82,26 @@ HWY_INLINE void storeTriples(D d, const hn::Vec<D> (&lanes)[4], uint8_t *to) {
   storeBlocks3(d, blendBlocks<uint32_t, 8>(first, second), blendBlocks<uint32_t, 12>(second, third),
                blendBlocks<uint32_t, 14>(third, fourth), to);
 }
+
+#else
+
+/// Bytes of two vectors: those of the second count from 16 on.
+HWY_INLINE hn::Vec128<uint8_t> bytesOfTwo(hn::Vec128<uint8_t> a, hn::Vec128<uint8_t> b, const uint8_t (&order)[16]) {
+  return hn::Vec128<uint8_t>(vqtbl2q_u8(uint8x16x2_t{{a.raw, b.raw}}, vld1q_u8(order)));
+}
+
+/// 16 pixels, four vectors of 32-bit lanes, to 48 bytes.
+alignas(16) constexpr uint8_t kTriples0[16] = {0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 16, 17, 18, 20};
+alignas(16) constexpr uint8_t kTriples1[16] = {5, 6, 8, 9, 10, 12, 13, 14, 16, 17, 18, 20, 21, 22, 24, 25};
+alignas(16) constexpr uint8_t kTriples2[16] = {10, 12, 13, 14, 16, 17, 18, 20, 21, 22, 24, 25, 26, 28, 29, 30};
+template <class D>
+HWY_INLINE void storeTriples(D d, const hn::Vec<D> (&lanes)[4], uint8_t *to) {
+  hn::StoreU(bytesOfTwo(lanes[0], lanes[1], kTriples0), d, to);
+  hn::StoreU(bytesOfTwo(lanes[1], lanes[2], kTriples1), d, to + 16);
+  hn::StoreU(bytesOfTwo(lanes[2], lanes[3], kTriples2), d, to + 32);
+}
+
+#endif
 
 /// Four columns of 16 rows a block. Rows are read with `before` more bytes in front.
 template <class D>

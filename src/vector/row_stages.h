@@ -3,6 +3,8 @@
 
 #include "kernels/arithmetic.h"
 #include "vector/place16.h"
+#include "vector/place24.h"
+#include "vector/rgb24.h"
 #include "vector/rows.h"
 #include "vector/studio565.h"
 
@@ -15,11 +17,17 @@ inline constexpr ColourStages kColourOf{};
 template <>
 inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO565_PAIR, nullptr, nullptr, nullptr};
 
+template <>
+inline constexpr ColourStages kColourOf<StudioQ12>{&STUDIO_Q12_PAIR, nullptr, nullptr, nullptr};
+
 template <int pixelBytes>
 inline constexpr PlaceStages kPlaceOf{};
 
 template <>
 inline constexpr PlaceStages kPlaceOf<2>{&REVERSE_ROW16, &TRANSPOSE_BLOCK16};
+
+template <>
+inline constexpr PlaceStages kPlaceOf<3>{&REVERSE_ROW24, &TRANSPOSE_BLOCK24};
 
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {
