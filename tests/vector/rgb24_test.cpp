@@ -3,6 +3,7 @@
 
 #include "kernels/arithmetic.h"
 #include "vector/detect.h"
+#include "vector/matrix_constants.h"
 
 #include <gtest/gtest.h>
 
@@ -35,16 +36,9 @@ zqcc::Bgr pixelOf(const Arithmetic &arithmetic, int y, int u, int v) {
   return arithmetic.template pixel<0, 0>(arithmetic.terms(u, v), y);
 }
 
-zqcc::SplitFactor split(int32_t coefficient) {
-  return {static_cast<int16_t>(coefficient >> 8), static_cast<int16_t>(coefficient & 255)};
-}
-
 ColourConstants constantsOf(const ColorMatrix &matrix) {
   ColourConstants constants{};
-  constants.crToR = split(matrix.crToR);
-  constants.crToG = split(matrix.crToG);
-  constants.cbToB = split(matrix.cbToB);
-  constants.cbToG = split(matrix.cbToG);
+  EXPECT_TRUE(zqcc::makeMatrixConstants(matrix, constants));
   return constants;
 }
 
