@@ -23,14 +23,13 @@ constexpr const RowStages *rowStagesOf() {
   return stages.isServed() ? &stages : nullptr;
 }
 
-inline bool byRows(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
-  return tile.rows != nullptr && convertByRows(*tile.rows, job.levels, tile.portable, view, target, rect, *job.matrix);
-}
-
-/// Whether the routine reads pairs of chroma samples as they lie: where no code serves them by rows, they are split
-/// before it runs.
+/// Whether the routine reads pairs of chroma samples as they lie. Without vector code they are split before it runs.
 constexpr bool readsPairs(const Job &job) {
   return job.hasChromaPairs;
+}
+
+inline bool byRows(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
+  return tile.rows != nullptr && convertByRows(*tile.rows, job.levels, tile.portable, view, target, rect, *job.matrix);
 }
 
 #else
@@ -39,11 +38,11 @@ struct Tile {
   TileKernel portable;
 };
 
-constexpr bool byRows(const Job &, const Tile &, const PlaneView &, const Target &, const Rect &) {
+constexpr bool readsPairs(const Job &) {
   return false;
 }
 
-constexpr bool readsPairs(const Job &) {
+constexpr bool byRows(const Job &, const Tile &, const PlaneView &, const Target &, const Rect &) {
   return false;
 }
 
