@@ -20,6 +20,11 @@ void save(const fs::path &directory, const std::string &kind, int number, const 
   file.write(bytes, static_cast<std::streamsize>(count));
 }
 
+/// The levels take turns.
+zqcc::Level levelOf(int number) {
+  return static_cast<zqcc::Level>(number % zqcc::LEVEL_COUNT);
+}
+
 void save(const fs::path &directory, const std::string &kind, int number, const fuzz::ScriptWriter &writer) {
   const std::vector<uint8_t> &bytes = writer.bytes();
   save(directory, kind, number, reinterpret_cast<const char *>(bytes.data()), bytes.size());
@@ -41,6 +46,7 @@ void handles(const fs::path &directory) {
       record.inHeight = 8 + number % 29;
       record.outWidth = record.isResize != 0 ? 4 + number % 53 : record.inWidth;
       record.outHeight = record.isResize != 0 ? 4 + number % 47 : record.inHeight;
+      fuzz::writeLevel(writer, levelOf(number));
       writer.byte(0);
       writer.byte(1);
       fuzz::writeRecord(writer, record, number % 7, number % 5);
@@ -111,6 +117,7 @@ private:
   void add(const ConvertParams &p) { add(p, p); }
   void add(const ConvertParams &prepared, const ConvertParams &frame) {
     fuzz::ScriptWriter writer;
+    fuzz::writeLevel(writer, levelOf(number_));
     writer.byte(kRestart);
     writer.byte(kPrepare);
     fuzz::writeRecord(writer, prepared);
@@ -181,12 +188,42 @@ private:
   int number_ = 0;
 };
 
+/// Pictures at their own size that are wide enough for vector code, every conversion to RGB at every level: tight
+/// lines, longer ones, and such as overlap.
+void wideHandles(const fs::path &directory) {
+  int number = 0;
+  for (const int in : fuzz::kTypes) {
+    for (const int out : {30, 32}) {
+      for (uint32_t rotation = 2; rotation <= 6; ++rotation) {
+        for (int level = zqcc::LEVEL_SSE4; level < zqcc::LEVEL_COUNT; ++level, ++number) {
+          const int32_t width = 16 + number % 7 * 16 + number % 3;
+          const int32_t height = 16 + number % 11;
+          const bool quarter = rotation == ROTATION_90_LEFT || rotation == ROTATION_90_RIGHT;
+          const int32_t inStride = support::tightStride(in, width) + number % 5;
+          const int32_t outStride = support::tightStride(out, quarter ? height : width) - (number % 13 == 0 ? 7 : 0);
+          const ConvertParams p =
+              sized(recordOf(in, out, 0, rotation, 0), {width, height, inStride}, {width, height, outStride});
+          fuzz::ScriptWriter writer;
+          fuzz::writeLevel(writer, static_cast<zqcc::Level>(level));
+          writer.byte(kRestart);
+          writer.byte(kPrepare);
+          fuzz::writeRecord(writer, p);
+          writer.byte(kConvert);
+          fuzz::writeRecord(writer, p);
+          save(directory, "wide", number, writer);
+        }
+      }
+    }
+  }
+}
+
 /// Products of strides, lines and places beside 2^31 and 2^32.
 void largeOneShots(const fs::path &directory) {
   using F = fuzz::Function;
   int number = 0;
   const auto add = [&](F function, const std::array<int32_t, 13> &arguments) {
     fuzz::ScriptWriter writer;
+    fuzz::writeLevel(writer, levelOf(number));
     fuzz::writeCall(writer, function, arguments);
     save(directory, "large", number++, writer);
   };
@@ -223,6 +260,7 @@ void oneShots(const fs::path &directory) {
   int number = 0;
   const auto add = [&](F function, const std::array<int32_t, 13> &arguments) {
     fuzz::ScriptWriter writer;
+    fuzz::writeLevel(writer, levelOf(number));
     fuzz::writeCall(writer, function, arguments);
     save(directory, "seed", number++, writer);
   };
@@ -276,6 +314,7 @@ int main(int count, char **words) {
   const fs::path root = words[1];
   handles(root / "fuzz_handles");
   LargeHandles(root / "fuzz_handles").write();
+  wideHandles(root / "fuzz_handles");
   oneShots(root / "fuzz_one_shot");
   largeOneShots(root / "fuzz_one_shot");
   streams(root / "fuzz_y4m");
