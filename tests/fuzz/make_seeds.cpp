@@ -2,6 +2,7 @@
 #include "fuzz/one_shot_call.h"
 #include "fuzz/records.h"
 #include "fuzz/script.h"
+#include "support/levels.h"
 #include "support/picture.h"
 
 #include <cstdio>
@@ -195,7 +196,7 @@ void wideHandles(const fs::path &directory) {
   for (const int in : fuzz::kTypes) {
     for (const int out : {30, 32}) {
       for (uint32_t rotation = 2; rotation <= 6; ++rotation) {
-        for (int level = zqcc::LEVEL_SSE4; level < zqcc::LEVEL_COUNT; ++level, ++number) {
+        for (const zqcc::Level level : support::kLevels) {
           const int32_t width = 16 + number % 7 * 16 + number % 3;
           const int32_t height = 16 + number % 11;
           const bool quarter = rotation == ROTATION_90_LEFT || rotation == ROTATION_90_RIGHT;
@@ -204,13 +205,13 @@ void wideHandles(const fs::path &directory) {
           const ConvertParams p =
               sized(recordOf(in, out, 0, rotation, 0), {width, height, inStride}, {width, height, outStride});
           fuzz::ScriptWriter writer;
-          fuzz::writeLevel(writer, static_cast<zqcc::Level>(level));
+          fuzz::writeLevel(writer, level);
           writer.byte(kRestart);
           writer.byte(kPrepare);
           fuzz::writeRecord(writer, p);
           writer.byte(kConvert);
           fuzz::writeRecord(writer, p);
-          save(directory, "wide", number, writer);
+          save(directory, "wide", number++, writer);
         }
       }
     }
