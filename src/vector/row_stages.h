@@ -2,6 +2,7 @@
 #pragma once
 
 #include "kernels/arithmetic.h"
+#include "vector/place16.h"
 #include "vector/rows.h"
 #include "vector/studio565.h"
 
@@ -12,18 +13,25 @@ template <class Arithmetic>
 inline constexpr ColourStages kColourOf{};
 
 template <>
-inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO565_PAIR, nullptr, nullptr, nullptr};
+inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO_SIX_BIT_PAIR, nullptr, nullptr, nullptr};
+
+template <int pixelBytes>
+inline constexpr PlaceStages kPlaceOf{};
+
+template <>
+inline constexpr PlaceStages kPlaceOf<2>{&REVERSE_ROW16, &TRANSPOSE_BLOCK16};
 
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {
   const ColourStages &colour = kColourOf<Arithmetic>;
-  const FetchStages &fetch = kFetchOf<Layout>;
+  RowStages stages{kFetchOf<Layout>, nullptr, nullptr, colour.makeConstants, kPlaceOf<pixelBytes>, turn, pixelBytes};
   if constexpr (Layout::kSharedByColumns) {
-    return {
-        Layout::kSharedByLines ? colour.halfPair : nullptr, colour.half, fetch, colour.makeConstants, turn, pixelBytes};
+    stages.pair = Layout::kSharedByLines ? colour.halfPair : nullptr;
+    stages.single = colour.half;
   } else {
-    return {nullptr, colour.full, fetch, colour.makeConstants, turn, pixelBytes};
+    stages.single = colour.full;
   }
+  return stages;
 }
 
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>

@@ -5,6 +5,7 @@
 #include "base/turn.h"
 #include "kernels/convert_rect.h"
 #include "vector/fetch.h"
+#include "vector/place_stages.h"
 #include "vector/stages.h"
 
 namespace zqcc {
@@ -19,14 +20,18 @@ struct ColourStages {
 
 /// What serves a conversion by rows. It makes the same bytes as the conversion's portable kernel.
 struct RowStages {
+  FetchStages fetch;
   const PerLevel<ColourRows> *pair;   ///< null if lines do not share chroma
   const PerLevel<ColourRows> *single; ///< null if all lines come in pairs
-  FetchStages fetch;
   MakeConstants makeConstants;
+  PlaceStages place;
   Turn turn;
   int pixelBytes;
 
-  [[nodiscard]] constexpr bool isServed() const { return pair != nullptr || single != nullptr; }
+  [[nodiscard]] constexpr bool isServed() const {
+    const bool staysUpright = turn == Turn::Upright || turn == Turn::Flip;
+    return (pair != nullptr || single != nullptr) && (staysUpright || place.reverse != nullptr);
+  }
 };
 
 /// Converts a rectangle with the stages of `usable` levels, what they cannot do with the portable kernel `rest`. False

@@ -1,0 +1,108 @@
+#include "vector/line_maker.h"
+
+#include "base/limits.h"
+
+namespace zqcc {
+namespace {
+
+template <class Function>
+Function bestOf(const PerLevel<Function> *levels, LevelSet usable) {
+  return levels != nullptr ? levels->in(usable) : nullptr;
+}
+
+/// Pixels whose samples are fetched at a time: the buffers share the first-level cache with what is read and written.
+constexpr int32_t kFetchedPixels = 1024;
+
+/// Pixels of the widest groups.
+constexpr int32_t kWidestGroup = 64;
+
+/// As many of the pixels as are fetched at once, all in whole groups. Those that remain are none, or not too few for
+/// one.
+int32_t fetchedOf(int32_t pixels) {
+  return pixels <= kFetchedPixels ? pixels : smaller(kFetchedPixels, (pixels - kWidestGroup) & -kWidestGroup);
+}
+
+} // namespace
+
+struct LineMaker::Buffers {
+  uint8_t y[2][kFetchedPixels];
+  uint8_t u[kFetchedPixels];
+  uint8_t v[kFetchedPixels];
+};
+
+bool LineMaker::prepare(const RowStages &stages, LevelSet usable, const ColorMatrix &matrix) {
+  pair_ = bestOf(stages.pair, usable);
+  single_ = bestOf(stages.single, usable);
+  whole_ = bestOf(stages.fetch.whole, usable);
+  luma_ = bestOf(stages.fetch.luma, usable);
+  lumaLies_ = view_.layout.pairStep == 2;
+  pixelBytes_ = stages.pixelBytes;
+  const bool colours = pair_ != nullptr || single_ != nullptr;
+  const bool fetches =
+      (stages.fetch.whole == nullptr || whole_ != nullptr) && (stages.fetch.luma == nullptr || luma_ != nullptr);
+  return colours && fetches && (stages.makeConstants == nullptr || stages.makeConstants(matrix, constants_));
+}
+
+/// Where the samples of a line's column x stand, x even.
+SourceLine LineMaker::sourceAt(const LinePair &lines, int line, int32_t x) const {
+  const LayoutValues &layout = view_.layout;
+  const std::ptrdiff_t sample = std::ptrdiff_t{x >> layout.xShift} * layout.sampleStep;
+  return {lines.luma[line] + std::ptrdiff_t{x >> 1} * layout.pairStep + layout.leftLuma, lines.u[line] + sample,
+          lines.v[line] + sample};
+}
+
+/// The rows of one line's samples: fetched, or where they lie.
+SampleRows LineMaker::samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const {
+  if (whole_ == nullptr) {
+    return {{from.y, nullptr}, from.u, from.v};
+  }
+  whole_(from, {buffers.y[0], buffers.u, buffers.v}, pixels);
+  return {{lumaLies_ ? from.y : buffers.y[0], nullptr}, buffers.u, buffers.v};
+}
+
+/// As samplesOf for the line below, which shares the chroma.
+const uint8_t *LineMaker::lumaOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const {
+  if (lumaLies_) {
+    return from.y;
+  }
+  luma_(from, {buffers.y[1], nullptr, nullptr}, pixels);
+  return buffers.y[1];
+}
+
+void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2],
+                            Buffers &buffers) const {
+  if (pair_ != nullptr) {
+    SampleRows rows = samplesOf(sourceAt(lines, 0, x), buffers, pixels);
+    rows.y[1] = lumaOf(sourceAt(lines, 1, x), buffers, pixels);
+    pair_(rows, to, pixels, 0, constants_);
+    return;
+  }
+  for (int line = 0; line < 2; ++line) {
+    uint8_t *const one[2] = {to[line], nullptr};
+    single_(samplesOf(sourceAt(lines, line, x), buffers, pixels), one, pixels, line, constants_);
+  }
+}
+
+void LineMaker::make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
+  if (pair_ == nullptr || whole_ != nullptr) {
+    makeFetched(y, x, pixels, to);
+    return;
+  }
+  const uint8_t *luma = view_.y + y * view_.yStride + x;
+  const std::ptrdiff_t chroma = chromaLineOffset(view_, y) + (x >> view_.layout.xShift);
+  pair_({{luma, luma + view_.yStride}, view_.u + chroma, view_.v + chroma}, to, pixels, 0, constants_);
+}
+
+void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
+  const LinePair lines = linePairAt(view_, y);
+  Buffers buffers;
+  for (int32_t done = 0; done < pixels;) {
+    const int32_t count = whole_ == nullptr ? pixels : fetchedOf(pixels - done);
+    const std::ptrdiff_t bytes = std::ptrdiff_t{done} * pixelBytes_;
+    uint8_t *const part[2] = {to[0] + bytes, to[1] + bytes};
+    makeColumns(lines, x + done, count, part, buffers);
+    done += count;
+  }
+}
+
+} // namespace zqcc
