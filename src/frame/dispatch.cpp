@@ -11,7 +11,7 @@
 namespace zqcc {
 namespace {
 
-Job jobFor(const ConvertContext &context, const ConvertParams &params, int64_t skippedBytes) {
+Job jobFor(const ConvertContext &context, const ConvertParams &params, LevelSet levels, int64_t skippedBytes) {
   const uint32_t variant = isPacked422(params.inType) ? packedVariantOf(params.inType) : 0;
   return {params,
           context.xTable,
@@ -20,7 +20,7 @@ Job jobFor(const ConvertContext &context, const ConvertParams &params, int64_t s
           isPlanar420(params.inType),
           variant,
           params.inStride - skippedBytes,
-          usableLevels()};
+          levels};
 }
 
 /// V comes before U in these; the caller's own record is put right, so converting with the same record twice
@@ -49,10 +49,9 @@ ConvertParams splitChroma(const ConvertContext &context, const ConvertParams &pa
 /// Whether the routine reads the pairs as they lie, which every conversion to RGB that keeps the size does where there
 /// is vector code. The bytes are those of split planes. With a short stride these have lines that run into one another,
 /// so that pairs have to be split then.
-bool takesPairs(const ConvertParams &params, const Route &route) {
+bool takesPairs(const ConvertParams &params, const Route &route, LevelSet levels) {
   const bool keepsSize = params.isResize == 0 || !route.scales;
-  return usableLevels() != setOf(LEVEL_PORTABLE) && keepsSize && !route.copies &&
-         params.inWidth / 2 <= params.inStride / 2;
+  return levels != setOf(LEVEL_PORTABLE) && keepsSize && !route.copies && params.inWidth / 2 <= params.inStride / 2;
 }
 
 /// The frame turned by a quarter into the context's planes, each by its own geometry.
@@ -70,25 +69,26 @@ ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &par
 }
 
 void run(ConvertContext &context, ConvertParams &params, const Route &route, int64_t skippedBytes) {
+  const LevelSet levels = usableLevels();
   switch (route.prePass) {
   case PrePass::SplitChroma: {
-    if (takesPairs(params, route)) {
-      Job job = jobFor(context, params, skippedBytes);
+    if (takesPairs(params, route, levels)) {
+      Job job = jobFor(context, params, levels, skippedBytes);
       job.isYuv420 = job.hasChromaPairs = true;
       route.routine(job);
       break;
     }
     const ConvertParams planar = splitChroma(context, params);
-    route.routine(jobFor(context, planar, skippedBytes));
+    route.routine(jobFor(context, planar, levels, skippedBytes));
     break;
   }
   case PrePass::TurnPlanes: {
     const ConvertParams turned = turnPlanes(context, params);
-    route.routine(jobFor(context, turned, 0));
+    route.routine(jobFor(context, turned, levels, 0));
     break;
   }
   case PrePass::None:
-    route.routine(jobFor(context, params, skippedBytes));
+    route.routine(jobFor(context, params, levels, skippedBytes));
     break;
   }
 }

@@ -21,19 +21,29 @@ namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// The lanes of a block of `a`, then those of the same block of `b`, saturated to bytes.
+// packBlocks: the lanes of a block of `a`, then those of the same block of `b`, saturated to bytes.
+// sumPairs: every pair of bytes times the pair of signed bytes that the other lane holds, summed.
 #if HWY_ARCH_X86
 HWY_INLINE hn::Vec128<uint8_t> packBlocks(hn::Vec128<int16_t> a, hn::Vec128<int16_t> b) {
   return hn::Vec128<uint8_t>{_mm_packus_epi16(a.raw, b.raw)};
+}
+HWY_INLINE hn::Vec128<int16_t> sumPairs(hn::Vec128<uint8_t> bytes, hn::Vec128<int16_t> factors) {
+  return hn::Vec128<int16_t>{_mm_maddubs_epi16(bytes.raw, factors.raw)};
 }
 #if HWY_MAX_BYTES >= 32
 HWY_INLINE hn::Vec256<uint8_t> packBlocks(hn::Vec256<int16_t> a, hn::Vec256<int16_t> b) {
   return hn::Vec256<uint8_t>{_mm256_packus_epi16(a.raw, b.raw)};
 }
+HWY_INLINE hn::Vec256<int16_t> sumPairs(hn::Vec256<uint8_t> bytes, hn::Vec256<int16_t> factors) {
+  return hn::Vec256<int16_t>{_mm256_maddubs_epi16(bytes.raw, factors.raw)};
+}
 #endif
 #if HWY_MAX_BYTES >= 64
 HWY_INLINE hn::Vec512<uint8_t> packBlocks(hn::Vec512<int16_t> a, hn::Vec512<int16_t> b) {
   return hn::Vec512<uint8_t>{_mm512_packus_epi16(a.raw, b.raw)};
+}
+HWY_INLINE hn::Vec512<int16_t> sumPairs(hn::Vec512<uint8_t> bytes, hn::Vec512<int16_t> factors) {
+  return hn::Vec512<int16_t>{_mm512_maddubs_epi16(bytes.raw, factors.raw)};
 }
 #endif
 #else

@@ -20,6 +20,30 @@ namespace {
 template <class D>
 using Words = hn::Repartition<int16_t, D>;
 
+/// The bytes of even and of odd numbers, once or twice their value, as 16-bit lanes.
+template <class D16, int scale>
+struct EvenAndOdd {
+  hn::Vec<D16> even;
+  hn::Vec<D16> odd;
+
+  HWY_INLINE explicit EvenAndOdd(hn::Vec<hn::Repartition<uint8_t, D16>> bytes) {
+    const D16 d;
+#if HWY_ARCH_X86
+    even = sumPairs(bytes, hn::Set(d, scale));
+    odd = sumPairs(bytes, hn::Set(d, scale << 8));
+#else
+    const hn::RebindToUnsigned<D16> u16;
+    const auto both = hn::BitCast(u16, bytes);
+    even = hn::BitCast(d, hn::And(both, hn::Set(u16, 0xFF)));
+    odd = hn::BitCast(d, hn::ShiftRight<8>(both));
+    if constexpr (scale == 2) {
+      even = hn::Add(even, even);
+      odd = hn::Add(odd, odd);
+    }
+#endif
+  }
+};
+
 /// Components of the pixels of every second column, one a lane, not yet limited to a byte.
 template <class V>
 struct Components {
@@ -27,6 +51,13 @@ struct Components {
   V green;
   V red;
 };
+
+/// A constant that is made once: its value is hidden from the compiler, which would rather make it anew in every turn
+/// of a loop that is short of registers than read it from memory.
+HWY_INLINE int16_t once(int32_t value) {
+  __asm__("" : "+r"(value));
+  return static_cast<int16_t>(value);
+}
 
 /// The low 16 bits.
 constexpr int16_t low16(int32_t value) {
@@ -67,13 +98,31 @@ static_assert(kTooMuchBlue % 65536 == 0 && kTooMuchRed % 65536 == 0 && kTooMuchG
 
 } // namespace studio24
 
+/// A factor F, even, of signed 16-bit numbers.
+template <class D16>
+class SplitProduct {
+public:
+  HWY_INLINE explicit SplitProduct(int32_t factor)
+      : half(hn::Set(D16(), once(factor / 2))), negative(hn::Set(D16(), once(low16(-factor)))) {}
+
+  /// (F value + 32768) >> 16.
+  HWY_INLINE hn::Vec<D16> high(hn::Vec<D16> value) const { return hn::MulFixedPoint15(value, half); }
+  /// - F value modulo 65536.
+  HWY_INLINE hn::Vec<D16> negativeLow(hn::Vec<D16> value) const { return hn::Mul(value, negative); }
+
+private:
+  hn::Vec<D16> half;
+  hn::Vec<D16> negative;
+};
+
 template <class D>
 class StudioQ12Lanes {
 public:
   using D16 = Words<D>;
   using V = hn::Vec<D16>;
+  static constexpr int kLumaScale = 2; // a rounded product has no factor as large as 76272 / 65536, but half of it
 
-  explicit StudioQ12Lanes(const ColourConstants & /*built in*/) {}
+  HWY_INLINE explicit StudioQ12Lanes(const ColourConstants & /*built in*/) {}
 
   /// Of every component what is added to yHigh, and what yLow is compared with.
   struct Terms {
@@ -82,29 +131,28 @@ public:
   };
 
   HWY_INLINE Terms terms(V u, V v) const {
-    using namespace studio24;
-    const D16 d;
-    const V u8 = hn::Add(hn::ShiftLeft<3>(u), hn::Set(d, kOffsetU - 8 * 128));
-    const V v8 = hn::Add(hn::ShiftLeft<3>(v), hn::Set(d, kOffsetV - 8 * 128));
-    const V greenU8 = hn::Add(u8, hn::Set(d, kOffsetGreenU - kOffsetU));
+    const V u8 = hn::Add(hn::ShiftLeft<3>(u), offsetU);
+    const V v8 = hn::Add(hn::ShiftLeft<3>(v), offsetV);
+    const V greenU8 = hn::Add(u8, moreGreenU);
     Terms t;
-    t.high.blue = less<kTooMuchBlue>(high<kBlue>(u8));
-    t.negativeLow.blue = low<-kBlue>(u8);
-    t.high.red = less<kTooMuchRed>(high<kRed>(v8));
-    t.negativeLow.red = low<-kRed>(v8);
+    t.high.blue = hn::Sub(blue.high(u8), tooMuchBlue);
+    t.negativeLow.blue = blue.negativeLow(u8);
+    t.high.red = hn::Sub(red.high(v8), tooMuchRed);
+    t.negativeLow.red = red.negativeLow(v8);
     // Two products in two such parts each. The sum of the low parts may need 17 bits: that it does shows in its sign.
-    const V lowU = low<-kGreenU>(greenU8);
-    const V negativeLowV = low<kGreenV>(v8);
-    const V floored = lessOneWhere(hn::Lt(lowU, negativeLowV), hn::Add(high<-kGreenV>(v8), high<-kGreenU>(greenU8)));
-    t.negativeLow.green = hn::Sub(negativeLowV, lowU);
-    t.high.green = less<kTooMuchGreen>(oneMoreWhere(hn::Gt(t.negativeLow.green, hn::Zero(d)), floored));
+    const V negativeLowU = greenU.negativeLow(greenU8);
+    const V lowV = hn::Mul(v8, greenLowV);
+    const V floored =
+        lessOneWhere(hn::Lt(lowV, negativeLowU), hn::Add(greenU.high(greenU8), hn::MulFixedPoint15(v8, greenHighV)));
+    t.negativeLow.green = hn::Sub(negativeLowU, lowV);
+    t.high.green = oneMoreWhere(hn::Gt(t.negativeLow.green, hn::Zero(D16())), hn::Sub(floored, tooMuchGreen));
     return t;
   }
 
+  /// y is doubled.
   HWY_INLINE Components<V> pixels(V y, const Terms &t) const {
-    const D16 d;
-    const V yHigh = hn::Add(y, hn::MulFixedPoint15(y, hn::Set(d, (studio24::kLuma - 65536) / 2)));
-    const V yLow = low<studio24::kLuma>(y);
+    const V yHigh = hn::MulFixedPoint15(y, lumaHigh);
+    const V yLow = hn::Mul(y, lumaLow);
     return {component(yHigh, yLow, t.high.blue, t.negativeLow.blue),
             component(yHigh, yLow, t.high.green, t.negativeLow.green),
             component(yHigh, yLow, t.high.red, t.negativeLow.red)};
@@ -114,19 +162,6 @@ public:
   HWY_INLINE hn::Vec<D> limited(hn::Vec<D> components) const { return components; }
 
 private:
-  template <int32_t factor>
-  HWY_INLINE static V low(V value) {
-    return hn::Mul(value, hn::Set(D16(), low16(factor)));
-  }
-  /// (factor * value + 32768) >> 16.
-  template <int32_t factor>
-  HWY_INLINE static V high(V value) {
-    return hn::MulFixedPoint15(value, hn::Set(D16(), factor / 2));
-  }
-  template <int32_t tooMuch>
-  HWY_INLINE static V less(V value) {
-    return hn::Sub(value, hn::Set(D16(), tooMuch / 65536));
-  }
 #if HWY_TARGET == HWY_AVX3
   template <class M>
   HWY_INLINE static V lessOneWhere(M mask, V value) {
@@ -146,10 +181,26 @@ private:
     return hn::Sub(value, hn::VecFromMask(D16(), mask));
   }
 #endif
-
   HWY_INLINE static V component(V yHigh, V yLow, V tHigh, V negativeLow) {
     return lessOneWhere(hn::Lt(yLow, negativeLow), hn::Add(yHigh, tHigh));
   }
+  HWY_INLINE static V constant(int32_t value) {
+    return hn::Set(D16(), once(value));
+  }
+
+  V lumaHigh = constant(studio24::kLuma / 4);
+  V lumaLow = constant(low16(studio24::kLuma / 2));
+  SplitProduct<D16> blue{studio24::kBlue};
+  SplitProduct<D16> red{studio24::kRed};
+  SplitProduct<D16> greenU{-studio24::kGreenU};
+  V greenHighV = constant(-studio24::kGreenV / 2);
+  V greenLowV = constant(-studio24::kGreenV);
+  V offsetU = constant(studio24::kOffsetU - 8 * 128);
+  V offsetV = constant(studio24::kOffsetV - 8 * 128);
+  V moreGreenU = constant(studio24::kOffsetGreenU - studio24::kOffsetU);
+  V tooMuchBlue = constant(studio24::kTooMuchBlue / 65536);
+  V tooMuchRed = constant(studio24::kTooMuchRed / 65536);
+  V tooMuchGreen = constant(studio24::kTooMuchGreen / 65536);
 };
 
 /// The matrix in force (see zqcc::MatrixRgb24): terms of whole steps, and every component held in 16..235.
@@ -158,6 +209,7 @@ class MatrixRgb24Lanes {
 public:
   using D16 = Words<D>;
   using V = hn::Vec<D16>;
+  static constexpr int kLumaScale = 1;
 
   HWY_INLINE explicit MatrixRgb24Lanes(const ColourConstants &constants)
       : crToR(constants.crToR), crToG(constants.crToG), cbToB(constants.cbToB), cbToG(constants.cbToG) {}

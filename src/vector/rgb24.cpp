@@ -15,13 +15,9 @@ namespace {
 /// As many pixels of a line as D has lanes, with the terms of their pairs.
 template <class D, class Lanes>
 HWY_INLINE void makePixels(D d, const Lanes &lanes, const typename Lanes::Terms &terms, const uint8_t *y, uint8_t *to) {
-  const Words<D> d16;
-  const hn::RebindToUnsigned<Words<D>> u16;
-  const auto both = hn::BitCast(u16, hn::LoadU(d, y));
-  const auto even = hn::BitCast(d16, hn::And(both, hn::Set(u16, 0xFF)));
-  const auto odd = hn::BitCast(d16, hn::ShiftRight<8>(both));
+  const EvenAndOdd<Words<D>, Lanes::kLumaScale> luma(hn::LoadU(d, y));
   storePixels(
-      d, lanes.pixels(even, terms), lanes.pixels(odd, terms),
+      d, lanes.pixels(luma.even, terms), lanes.pixels(luma.odd, terms),
       [&lanes](hn::Vec<D> components) HWY_ATTR { return lanes.limited(components); }, to);
 }
 

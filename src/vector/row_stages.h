@@ -13,7 +13,7 @@ template <class Arithmetic>
 inline constexpr ColourStages kColourOf{};
 
 template <>
-inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO565_PAIR, nullptr, nullptr, nullptr};
+inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO_SIX_BIT_PAIR, nullptr, nullptr, nullptr};
 
 template <int pixelBytes>
 inline constexpr PlaceStages kPlaceOf{};

@@ -34,7 +34,7 @@ bool convertByRows(const RowStages &stages, LevelSet usable, TileKernel rest, co
                    const Target &target, const Rect &rect, const ColorMatrix &matrix) {
   const Rect rows = rowsOf(rect, view);
   LineMaker maker(view);
-  if (rows.right - rows.left < 64 || rows.bottom <= rows.top ||
+  if (rows.right - rows.left < kLeastPixels || rows.bottom <= rows.top ||
       linesOverlap(rect, stages.turn, stages.pixelBytes, target.stride) || !maker.prepare(stages, usable, matrix)) {
     return false;
   }

@@ -23,8 +23,19 @@ constexpr const RowStages *rowStagesOf() {
   return stages.isServed() ? &stages : nullptr;
 }
 
+/// Whether the routine reads pairs of chroma samples as they lie. Without vector code they are split before it runs.
+constexpr bool readsPairs(const Job &job) {
+  return job.hasChromaPairs;
+}
+
 inline bool byRows(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
   return tile.rows != nullptr && convertByRows(*tile.rows, job.levels, tile.portable, view, target, rect, *job.matrix);
+}
+
+/// Whether the routine reads pairs of chroma samples as they lie: where no code serves them by rows, they are split
+/// before it runs.
+constexpr bool readsPairs(const Job &job) {
+  return job.hasChromaPairs;
 }
 
 #else
@@ -33,7 +44,15 @@ struct Tile {
   TileKernel portable;
 };
 
+constexpr bool readsPairs(const Job &) {
+  return false;
+}
+
 constexpr bool byRows(const Job &, const Tile &, const PlaneView &, const Target &, const Rect &) {
+  return false;
+}
+
+constexpr bool readsPairs(const Job &) {
   return false;
 }
 
@@ -58,16 +77,6 @@ constexpr Tile kTile24 = tileOf<Layout, Arithmetic, turn, 3>(convertTile24<Layou
 /// Strips and edge blocks, which are never wide or high.
 template <class Layout, class Arithmetic, Turn turn>
 constexpr Tile kStrip = tileOf<Layout, Arithmetic, turn, 2>(convertStrip<Arithmetic, turn>);
-
-/// Whether the routine reads pairs of chroma samples as they lie: where no code serves them by rows, they are split
-/// before it runs.
-constexpr bool readsPairs(const Job &job) {
-#if ZQCC_VECTOR
-  return job.hasChromaPairs;
-#else
-  return false;
-#endif
-}
 
 inline void runTile(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
   if (!byRows(job, tile, view, target, rect)) {
