@@ -60,20 +60,23 @@ SampleRows LineMaker::samplesOf(const SourceLine &from, Buffers &buffers, int32_
   return {{lumaLies_ ? from.y : buffers.y[0], nullptr}, buffers.u, buffers.v};
 }
 
-/// As samplesOf for the line below, which shares the chroma.
-const uint8_t *LineMaker::lumaOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const {
+/// Luma of the line `below` bytes on, which shares the chroma of `upper`. Where luma has to be fetched it stands among
+/// chroma of its own, which is passed over.
+const uint8_t *LineMaker::lumaBelow(const SourceLine &upper, std::ptrdiff_t below, Buffers &buffers,
+                                    int32_t pixels) const {
   if (lumaLies_) {
-    return from.y;
+    return upper.y + below;
   }
-  luma_(from, {buffers.y[1], nullptr, nullptr}, pixels);
+  luma_({upper.y + below, upper.u + below, upper.v + below}, {buffers.y[1], nullptr, nullptr}, pixels);
   return buffers.y[1];
 }
 
 void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2],
                             Buffers &buffers) const {
   if (pair_ != nullptr) {
-    SampleRows rows = samplesOf(sourceAt(lines, 0, x), buffers, pixels);
-    rows.y[1] = lumaOf(sourceAt(lines, 1, x), buffers, pixels);
+    const SourceLine upper = sourceAt(lines, 0, x);
+    SampleRows rows = samplesOf(upper, buffers, pixels);
+    rows.y[1] = lumaBelow(upper, lines.luma[1] - lines.luma[0], buffers, pixels);
     pair_(rows, to, pixels, 0, constants_);
     return;
   }

@@ -26,7 +26,8 @@ private:
   void makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2], Buffers &buffers) const;
   [[nodiscard]] SourceLine sourceAt(const LinePair &lines, int line, int32_t x) const;
   [[nodiscard]] SampleRows samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const;
-  [[nodiscard]] const uint8_t *lumaOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const;
+  [[nodiscard]] const uint8_t *lumaBelow(const SourceLine &upper, std::ptrdiff_t below, Buffers &buffers,
+                                         int32_t pixels) const;
 
   const PlaneView &view_;
   ColourRows pair_ = nullptr;

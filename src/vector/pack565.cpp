@@ -32,7 +32,7 @@ struct BgrBytes {
     hn::Vec<D> red;
     hn::Vec<D> green;
     hn::Vec<D> blue;
-    hn::LoadInterleaved3(d8, from.y[0] + std::ptrdiff_t{3} * x, blue, green, red);
+    hn::LoadInterleaved3(d8, from.v + std::ptrdiff_t{3} * x, blue, green, red);
     const auto bytes = rgb565(d8, red, green, blue);
     hn::StoreInterleaved2(bytes.low, bytes.high, d8, to);
   }
@@ -47,7 +47,7 @@ struct BgrBytes {
   template <class D>
   static HWY_INLINE void convert(D d8, const SampleRows &from, int32_t x, uint8_t *to) {
     constexpr std::ptrdiff_t kQuarter = hn::MaxLanes(D()) * 3 / 4;
-    const uint8_t *bytes = from.y[0] + std::ptrdiff_t{3} * x;
+    const uint8_t *bytes = from.v + std::ptrdiff_t{3} * x;
     hn::StoreU(pixels(d8, words<false>(d8, bytes), words<false>(d8, bytes + kQuarter)), d8, to);
     hn::StoreU(pixels(d8, words<false>(d8, bytes + 2 * kQuarter), words<true>(d8, bytes + 3 * kQuarter)), d8,
                to + hn::MaxLanes(D()));

@@ -8,7 +8,7 @@ namespace zqcc {
 /// PackRgb from planes.
 extern const PerLevel<ColourRows> PACK565;
 
-/// The same from B, G, R bytes: y[0] points at three of them a pixel, u and v are not looked at.
+/// The same from B, G, R bytes, three a pixel: v points at the first of them, y and u are not looked at.
 extern const PerLevel<ColourRows> PACK565_RGB24;
 
 } // namespace zqcc

@@ -2,9 +2,16 @@
 #pragma once
 
 #include "kernels/arithmetic.h"
+#include "kernels/layouts.h"
+#include "vector/matrix565.h"
+#include "vector/matrix_constants.h"
+#include "vector/pack565.h"
 #include "vector/place16.h"
+#include "vector/rgb24.h"
 #include "vector/rows.h"
 #include "vector/studio565.h"
+
+#include <type_traits>
 
 namespace zqcc {
 
@@ -14,6 +21,20 @@ inline constexpr ColourStages kColourOf{};
 
 template <>
 inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO_SIX_BIT_PAIR, nullptr, nullptr, nullptr};
+
+template <Turn turn>
+inline constexpr ColourStages kColourOf<MatrixDither<turn>>{&MATRIX565_HALF_PAIR, &MATRIX565_HALF, &MATRIX565_FULL,
+                                                            makeDitherConstants<turn>};
+
+template <>
+inline constexpr ColourStages kColourOf<PackRgb>{nullptr, nullptr, &PACK565, nullptr};
+
+template <>
+inline constexpr ColourStages kColourOf<StudioQ12>{&STUDIO_Q12_PAIR, nullptr, nullptr, nullptr};
+
+template <>
+inline constexpr ColourStages kColourOf<MatrixRgb24>{&MATRIX_RGB24_PAIR, &MATRIX_RGB24_SINGLE, nullptr,
+                                                     makeMatrixConstants};
 
 template <int pixelBytes>
 inline constexpr PlaceStages kPlaceOf{};
@@ -25,7 +46,10 @@ template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {
   const ColourStages &colour = kColourOf<Arithmetic>;
   RowStages stages{kFetchOf<Layout>, nullptr, nullptr, colour.makeConstants, kPlaceOf<pixelBytes>, turn, pixelBytes};
-  if constexpr (Layout::kSharedByColumns) {
+  if constexpr (std::is_same_v<Layout, Rgb24Bytes::Layout> && std::is_same_v<Arithmetic, PackRgb>) {
+    stages.fetch = {}; // packed as they lie
+    stages.single = &PACK565_RGB24;
+  } else if constexpr (Layout::kSharedByColumns) {
     stages.pair = Layout::kSharedByLines ? colour.halfPair : nullptr;
     stages.single = colour.half;
   } else {

@@ -32,12 +32,6 @@ inline bool byRows(const Job &job, const Tile &tile, const PlaneView &view, cons
   return tile.rows != nullptr && convertByRows(*tile.rows, job.levels, tile.portable, view, target, rect, *job.matrix);
 }
 
-/// Whether the routine reads pairs of chroma samples as they lie: where no code serves them by rows, they are split
-/// before it runs.
-constexpr bool readsPairs(const Job &job) {
-  return job.hasChromaPairs;
-}
-
 #else
 
 struct Tile {
@@ -49,10 +43,6 @@ constexpr bool readsPairs(const Job &) {
 }
 
 constexpr bool byRows(const Job &, const Tile &, const PlaneView &, const Target &, const Rect &) {
-  return false;
-}
-
-constexpr bool readsPairs(const Job &) {
   return false;
 }
 

@@ -49,7 +49,7 @@ TEST(Pack565, PacksEveryColour) {
         PACK565.of[level]({{from.red.data(), nullptr}, from.green.data(), from.blue.data()}, to, 256, 0, constants);
         ASSERT_EQ(pixels, expected) << levelName(level) << ", planes, red " << red << ", green " << green;
         pixels.fill(0);
-        PACK565_RGB24.of[level]({{from.bytes.data(), nullptr}, nullptr, nullptr}, to, 256, 0, constants);
+        PACK565_RGB24.of[level]({{nullptr, nullptr}, nullptr, from.bytes.data()}, to, 256, 0, constants);
         ASSERT_EQ(pixels, expected) << levelName(level) << ", bytes, red " << red << ", green " << green;
         pixels.fill(0);
       }
@@ -66,7 +66,7 @@ protected:
     for (int32_t pixels = kShortestRow; pixels <= kLongestRow; ++pixels) {
       for (const auto against : {support::Against::End, support::Against::Start}) {
         const auto count = static_cast<std::size_t>(pixels);
-        const GuardedRows rows(bytesAPixel * count, count, 2 * count, against);
+        const GuardedRows rows(count, bytesAPixel * count, 2 * count, against);
         rows.run(stage.of[GetParam()], pixels, 0, ColourConstants{});
         for (int32_t x = 0; x < pixels; ++x) {
           ASSERT_EQ(rows.pixel(0, x), expected(rows.samples(), x)) << "pixel " << x << " of " << pixels;
@@ -82,7 +82,7 @@ TEST_P(Pack565Rows, OfPlanesKeepWithinTheirEnds) {
 
 TEST_P(Pack565Rows, OfBytesKeepWithinTheirEnds) {
   expectRows(PACK565_RGB24, 3, [](const SampleRows &from, int32_t x) {
-    const uint8_t *bgr = from.y[0] + std::ptrdiff_t{3} * x;
+    const uint8_t *bgr = from.v + std::ptrdiff_t{3} * x;
     return packed(bgr[2], bgr[1], bgr[0]);
   });
 }
