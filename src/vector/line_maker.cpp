@@ -104,16 +104,6 @@ void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, ui
   }
 }
 
-void LineMaker::make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
-  if (pair_ == nullptr || whole_ != nullptr) {
-    makeFetched(y, x, pixels, to);
-    return;
-  }
-  const uint8_t *luma = view_.y + y * view_.yStride + x;
-  const std::ptrdiff_t chroma = chromaLineOffset(view_, y) + (x >> view_.layout.xShift);
-  pair_({{luma, luma + view_.yStride}, view_.u + chroma, view_.v + chroma}, to, pixels, 0, constants_);
-}
-
 void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
   const LinePair lines = linePairAt(view_, y);
   Buffers buffers;

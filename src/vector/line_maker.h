@@ -19,7 +19,13 @@ public:
 
   /// Makes the pixels of columns [x, x + pixels) of lines y and y + 1 at to[0] and to[1]. x and y are even, all columns
   /// have chroma samples of their own.
-  void make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
+  [[gnu::always_inline]] void make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
+    if (pair_ == nullptr || whole_ != nullptr) {
+      makeFetched(y, x, pixels, to);
+    } else {
+      makePlanar(y, x, pixels, to);
+    }
+  }
 
   /// Makes the same columns of `pairs` pairs of lines from line y on, one line behind the other: upper lines at to[0],
   /// lower lines at to[1]. For rows that would leave most of a vector empty; at most kStackedPixels pixels of each.
@@ -33,8 +39,22 @@ public:
 private:
   struct Buffers;
   struct Stacked;
-  /// As make, for any layout. Rows of a block are short, so that what a row costs shows: pairs of planar lines have a
-  /// shorter way.
+  /// As make, for pairs of lines whose samples lie as rows. Rows of a block are short, so that what a row costs shows.
+  [[gnu::always_inline]] void makePlanar(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
+    const int32_t sample = x >> view_.layout.xShift;
+    const int32_t nextSample = (x + pixels) >> view_.layout.xShift;
+    const uint8_t *luma = view_.y + y * view_.yStride + x;
+    const std::ptrdiff_t chroma = chromaLineOffset(view_, y);
+    const uint8_t *u = view_.u + chroma;
+    const uint8_t *v = view_.v + chroma;
+    // What comes next if the lines are cut into blocks.
+    __builtin_prefetch(luma + pixels);
+    __builtin_prefetch(luma + view_.yStride + pixels);
+    __builtin_prefetch(u + nextSample);
+    __builtin_prefetch(v + nextSample);
+    pair_({{luma, luma + view_.yStride}, u + sample, v + sample}, to, pixels, 0, constants_);
+  }
+  /// As make, for any layout.
   [[gnu::noinline]] void makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
   void makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2], Buffers &buffers) const;
   [[nodiscard]] SourceLine sourceAt(const LinePair &lines, int line, int32_t x) const;
