@@ -45,10 +45,11 @@ struct Pairs {
 
   template <class D>
   HWY_INLINE void operator()(D d, std::ptrdiff_t i) const {
-    const auto low = hn::LoadU(d, pairs + 2 * i);
-    const auto high = hn::LoadU(d, pairs + 2 * i + hn::MaxLanes(d));
-    hn::StoreU(hn::ConcatEven(d, high, low), d, first + i);
-    hn::StoreU(hn::ConcatOdd(d, high, low), d, second + i);
+    hn::Vec<D> a;
+    hn::Vec<D> b;
+    hn::LoadInterleaved2(d, pairs + 2 * i, a, b);
+    hn::StoreU(a, d, first + i);
+    hn::StoreU(b, d, second + i);
   }
 };
 
