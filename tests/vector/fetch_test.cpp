@@ -22,8 +22,6 @@ using zqcc::FetchStages;
 using zqcc::kFetchOf;
 using zqcc::LayoutValues;
 using zqcc::PackedLayout;
-using zqcc::PerLevel;
-using zqcc::RowBuffers;
 using zqcc::SourceLine;
 
 constexpr int kShortest = 16;

@@ -171,7 +171,7 @@ void forEachMode(Case c, Visit visit) {
   }
 }
 
-constexpr std::array<std::array<int, 2>, 14> kSizes{{{2, 2},
+constexpr std::array<std::array<int, 2>, 15> kSizes{{{2, 2},
                                                      {3, 3},
                                                      {15, 31},
                                                      {16, 16},
@@ -183,6 +183,7 @@ constexpr std::array<std::array<int, 2>, 14> kSizes{{{2, 2},
                                                      {95, 20},
                                                      {130, 18},
                                                      {143, 48},
+                                                     {1030, 18},
                                                      {1040, 16},
                                                      {2091, 18}}};
 
