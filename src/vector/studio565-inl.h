@@ -31,7 +31,7 @@
 #define ZQCC_VECTOR_STUDIO565_INL_H
 #endif
 
-#include "vector/bytes-inl.h"
+#include "vector/words-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
@@ -50,11 +50,10 @@ struct StudioNumbers {
   // Chroma before its high products.
   uint16_t scaleU = 96;
   uint16_t offsetU = 8;
-  uint16_t scaleV = 110;
-  uint16_t offsetV = 3;
+  uint16_t scaleV = 167;
+  uint16_t offsetV = low(-23323);
   // Red and blue, 378 a level and one more.
-  uint16_t redFactor = 44929;
-  uint16_t redOffset = low(1 - 10535);
+  uint16_t redFactor = 29594;
   uint16_t blueFactor = 65061;
   uint16_t blueOffset = low(1 - 13087);
   uint16_t blueLess = 168;
@@ -62,8 +61,8 @@ struct StudioNumbers {
   uint16_t eighths = 1387;
   // Green: T >> 14 from above or from below, and -1 - T.
   uint16_t greenFactorU = 17126;
-  uint16_t greenFactorV = 31000;
-  uint16_t greenOffset = 8680;
+  uint16_t greenFactorV = 20419;
+  uint16_t greenOffset = low(-1412);
   uint16_t greenFactorY = 44384;
   uint16_t restFactorU = low(kCbG);
   uint16_t restFactorV = low(kCrG);
@@ -86,21 +85,31 @@ struct StudioConstants {
   using V = hn::Vec<D>;
   using VI = hn::Vec<hn::RebindToSigned<D>>;
 
-  HWY_INLINE explicit StudioConstants(const StudioNumbers *n)
-      : scaleU(of(n->scaleU)), offsetU(of(n->offsetU)), scaleV(of(n->scaleV)), offsetV(of(n->offsetV)),
-        redFactor(of(n->redFactor)), redOffset(of(n->redOffset)), blueFactor(of(n->blueFactor)),
-        blueOffset(of(n->blueOffset)), blueLess(of(n->blueLess)), blueLessAtTop(of(n->blueLessAtTop)),
-        greenFactorU(of(n->greenFactorU)), greenFactorV(of(n->greenFactorV)), greenOffset(of(n->greenOffset)),
-        greenFactorY(of(n->greenFactorY)), restFactorU(of(n->restFactorU)), restFactorV(of(n->restFactorV)),
-        restOffset(of(n->restOffset)), restFactorY(of(n->restFactorY)), eighths(signedOf(n->eighths)),
-        even55(signedOf(n->even55)), odd55(signedOf(n->odd55)), even110(signedOf(n->even110)),
-        odd110(signedOf(n->odd110)) {}
+  HWY_INLINE StudioConstants() {} // written out, so that it is compiled for the level
 
-  V scaleU, offsetU, scaleV, offsetV;
-  V redFactor, redOffset, blueFactor, blueOffset, blueLess, blueLessAtTop;
-  V greenFactorU, greenFactorV, greenOffset, greenFactorY;
-  V restFactorU, restFactorV, restOffset, restFactorY;
-  VI eighths, even55, odd55, even110, odd110;
+  const StudioNumbers *const numbers = hidden(&kStudioNumbers);
+  const V scaleU = of(numbers->scaleU);
+  const V offsetU = of(numbers->offsetU);
+  const V scaleV = of(numbers->scaleV);
+  const V offsetV = of(numbers->offsetV);
+  const V blueFactor = of(numbers->blueFactor);
+  const V blueOffset = of(numbers->blueOffset);
+  const V blueLess = of(numbers->blueLess);
+  const V blueLessAtTop = of(numbers->blueLessAtTop);
+  const V greenFactorU = of(numbers->greenFactorU);
+  const V greenOffset = of(numbers->greenOffset);
+  const V greenFactorY = of(numbers->greenFactorY);
+  const V restFactorU = of(numbers->restFactorU);
+  const V restFactorV = of(numbers->restFactorV);
+  const V restOffset = of(numbers->restOffset);
+  const V restFactorY = of(numbers->restFactorY);
+  const VI redFactor = signedOf(numbers->redFactor);
+  const VI greenFactorV = signedOf(numbers->greenFactorV);
+  const VI eighths = signedOf(numbers->eighths);
+  const VI even55 = signedOf(numbers->even55);
+  const VI odd55 = signedOf(numbers->odd55);
+  const VI even110 = signedOf(numbers->even110);
+  const VI odd110 = signedOf(numbers->odd110);
 
 private:
   static HWY_INLINE V of(uint16_t number) { return hn::Set(D(), number); }
@@ -120,16 +129,17 @@ template <StudioClamp clamp, class D>
 HWY_INLINE StudioTermsOf<D> studioTerms(D d, const StudioConstants<D> &k, hn::Vec<D> u, hn::Vec<D> v) {
   const hn::RebindToSigned<D> di;
   const auto scaledU = hn::Add(hn::Mul(u, k.scaleU), k.offsetU);
-  const auto scaledV = hn::Add(hn::Mul(v, k.scaleV), k.offsetV);
-  const auto red = hn::Add(hn::MulHigh(scaledV, k.redFactor), k.redOffset);
+  const auto scaledV = hn::BitCast(di, hn::Add(hn::Mul(v, k.scaleV), k.offsetV));
+  const auto red = hn::MulHigh(scaledV, k.redFactor);
   auto blue = hn::Add(hn::MulHigh(scaledU, k.blueFactor), k.blueOffset);
   blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLess)));
   if constexpr (clamp == StudioClamp::fiveSix) {
     blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLessAtTop)));
   }
-  const auto green = hn::Add(hn::MulHigh(scaledU, k.greenFactorU), hn::MulHigh(scaledV, k.greenFactorV));
+  const auto green =
+      hn::Add(hn::MulHigh(scaledU, k.greenFactorU), hn::BitCast(d, hn::MulHigh(scaledV, k.greenFactorV)));
   const auto rest = hn::Add(hn::Mul(u, k.restFactorU), hn::Mul(v, k.restFactorV));
-  return {hn::BitCast(di, red), hn::BitCast(di, blue), hn::Sub(k.greenOffset, green), hn::Add(rest, k.restOffset)};
+  return {red, hn::BitCast(di, blue), hn::Add(green, k.greenOffset), hn::Add(rest, k.restOffset)};
 }
 
 /// Words on a scale of 256 a full range, not clamped yet.
@@ -144,7 +154,7 @@ HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<
   const hn::RebindToSigned<D> di;
   const auto y = hn::BitCast(d, y110);
   const auto rest = hn::ShiftRight<14>(hn::Add(hn::Mul(y, k.restFactorY), terms.greenRest));
-  const auto green = hn::Add(hn::Add(hn::MulHigh(y, k.greenFactorY), terms.green), rest);
+  const auto green = hn::Add(hn::Sub(hn::MulHigh(y, k.greenFactorY), terms.green), rest);
   return {hn::MulHigh(hn::SaturatedAdd(y55, terms.red), k.eighths), hn::ShiftRight<6>(hn::BitCast(di, green)),
           hn::MulHigh(hn::SaturatedAdd(y55, terms.blue), k.eighths)};
 }
@@ -209,8 +219,6 @@ HWY_INLINE StudioPixels<D> studioPixels(D d, const StudioConstants<D> &k, hn::Ve
 // within blocks of 16 bytes. So that its results are whole halves of the group, block b of a vector of samples gets the
 // eight that belong to the first half and the eight that belong to the second one.
 
-HWY_ALIGN constexpr uint32_t kBlocks2[8] = {0, 1, 4, 5, 2, 3, 6, 7};
-HWY_ALIGN constexpr uint32_t kBlocks4[16] = {0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
 HWY_ALIGN constexpr uint8_t kChroma2[32] = {0, 128, 1, 128, 2, 128, 3, 128, 8,  128, 9,  128, 10, 128, 11, 128,
                                             4, 128, 5, 128, 6, 128, 7, 128, 12, 128, 13, 128, 14, 128, 15, 128};
 HWY_ALIGN constexpr uint32_t kChroma4[8] = {0, 4, 1, 5, 2, 6, 3, 7};
@@ -223,9 +231,7 @@ HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D>> studioSamples(D d, const uint8_t
   if constexpr (hn::MaxLanes(d) == 8) {
     return hn::LoadU(bytes, from);
   } else {
-    const hn::Repartition<uint32_t, D> d32;
-    const auto order = hn::SetTableIndices(d32, hn::MaxLanes(d) == 16 ? kBlocks2 : kBlocks4);
-    return hn::BitCast(bytes, hn::TableLookupLanes(hn::BitCast(d32, hn::LoadU(bytes, from)), order));
+    return zipHalves(bytes, hn::LoadU(bytes, from));
   }
 }
 

@@ -1,9 +1,9 @@
 // Between bytes and 16-bit lanes: what x86 has one instruction for and Highway 1.0.3 no name.
-#if defined(ZQCC_VECTOR_BYTES_INL_H) == defined(HWY_TARGET_TOGGLE)
-#ifdef ZQCC_VECTOR_BYTES_INL_H
-#undef ZQCC_VECTOR_BYTES_INL_H
+#if defined(ZQCC_VECTOR_WORDS_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef ZQCC_VECTOR_WORDS_INL_H
+#undef ZQCC_VECTOR_WORDS_INL_H
 #else
-#define ZQCC_VECTOR_BYTES_INL_H
+#define ZQCC_VECTOR_WORDS_INL_H
 #endif
 
 #include "hwy/highway.h"
@@ -28,12 +28,18 @@ HWY_INLINE __m128i multiplyAddBytes(__m128i bytes, __m128i factors) {
 HWY_INLINE __m128i narrowBlocks(__m128i low, __m128i high) {
   return _mm_packus_epi16(low, high);
 }
+HWY_INLINE __m128i zipQuadwords(__m128i bytes) {
+  return bytes;
+}
 #if HWY_MAX_BYTES >= 32
 HWY_INLINE __m256i multiplyAddBytes(__m256i bytes, __m256i factors) {
   return _mm256_maddubs_epi16(bytes, factors);
 }
 HWY_INLINE __m256i narrowBlocks(__m256i low, __m256i high) {
   return _mm256_packus_epi16(low, high);
+}
+HWY_INLINE __m256i zipQuadwords(__m256i bytes) {
+  return _mm256_permute4x64_epi64(bytes, 0xD8);
 }
 #endif
 #if HWY_MAX_BYTES >= 64
@@ -42,6 +48,9 @@ HWY_INLINE __m512i multiplyAddBytes(__m512i bytes, __m512i factors) {
 }
 HWY_INLINE __m512i narrowBlocks(__m512i low, __m512i high) {
   return _mm512_packus_epi16(low, high);
+}
+HWY_INLINE __m512i zipQuadwords(__m512i bytes) {
+  return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7), bytes);
 }
 #endif
 #endif
@@ -81,6 +90,17 @@ HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> narrowInBlocks(DI di, hn::Vec<D
   (void)di;
   const hn::Half<decltype(bytes)> half;
   return hn::Combine(bytes, hn::DemoteTo(half, high), hn::DemoteTo(half, low));
+#endif
+}
+
+/// Block b of the result has the b-th eight bytes of the lower half and then the b-th eight of the upper half.
+template <class DB>
+HWY_INLINE hn::Vec<DB> zipHalves(DB bytes, hn::Vec<DB> v) {
+  (void)bytes;
+#if HWY_ARCH_X86
+  return hn::Vec<DB>{zipQuadwords(v.raw)};
+#else
+  return v; // one block
 #endif
 }
 
