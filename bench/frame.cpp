@@ -39,9 +39,20 @@ int32_t scene(int32_t channel, int32_t across, int32_t down, uint32_t noise) {
 
 /// Which channel a byte of a plane belongs to.
 int32_t channelAt(int32_t type, int32_t plane, int32_t byte) {
-  if (type == COLOR_YUV422_YUYV || type == COLOR_YUV422_UYVY) {
-    const int32_t luma = type == COLOR_YUV422_YUYV ? 0 : 1;
-    return byte % 2 == luma ? 0 : 1 + byte % 4 / 2;
+  constexpr struct {
+    int32_t type;
+    int32_t channels[4];
+  } kPacked[] = {
+      {COLOR_YUV422_YUYV, {0, 1, 0, 2}}, {COLOR_YUV422_YVYU, {0, 2, 0, 1}},  {COLOR_YUV422_UYVY, {1, 0, 2, 0}},
+      {COLOR_YUV422_VYUY, {2, 0, 1, 0}}, {COLOR_YUV422_YUYV2, {0, 1, 0, 2}},
+  };
+  for (const auto &order : kPacked) {
+    if (order.type == type) {
+      return order.channels[byte % 4];
+    }
+  }
+  if (type == COLOR_YUV420_PACK2 && plane == 1) {
+    return 2 - byte % 2;
   }
   if (support::isSemiPlanar(type)) {
     return plane == 0 ? 0 : 1 + byte % 2;

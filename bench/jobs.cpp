@@ -11,8 +11,12 @@ constexpr int32_t I411 = COLOR_YUV411_PLANAR;
 constexpr int32_t QUARTER = COLOR_YUV_QUARTER_HEIGHT;
 constexpr int32_t PLANAR_RGB = COLOR_RGB888_PLANAR;
 constexpr int32_t NV12 = COLOR_YUV420_PACK;
+constexpr int32_t NV21 = COLOR_YUV420_PACK2;
 constexpr int32_t YUYV = COLOR_YUV422_YUYV;
 constexpr int32_t UYVY = COLOR_YUV422_UYVY;
+constexpr int32_t YVYU = COLOR_YUV422_YVYU;
+constexpr int32_t VYUY = COLOR_YUV422_VYUY;
+constexpr int32_t YUYV2 = COLOR_YUV422_YUYV2;
 constexpr int32_t RGB565 = COLOR_RGB565;
 constexpr int32_t RGB24 = COLOR_RGB24;
 
@@ -33,54 +37,94 @@ constexpr Scale SAME = {1, 1};
 constexpr Scale UP = {5, 4};
 constexpr Scale DOWN = {3, 5};
 
+constexpr Group kGroups[] = {
+    {"planar", "planar 4:2:0, 4:2:2, semi-planar to RGB565", 1.5, 2.5},
+    {"packed", "packed 4:2:2 to RGB565", 1.3, 2},
+    {"layouts", "4:4:4 and the other layouts to RGB565", 1, 1.5},
+    {"planar_rgb", "planar RGB to RGB565", 1.8, 3},
+    {"from_rgb24", "RGB24 to RGB565", 1.2, 2},
+    {"planar_to_rgb24", "to RGB24, planar and semi-planar", 1.2, 2},
+    {"packed_to_rgb24", "to RGB24, packed", 1, 2},
+    {"quarter_turn", "turned left and right", 1.7, 3},
+    {"half_turn", "half turn", 1.6, 3},
+    {"flip", "flip", 1.5, 3},
+    {"call", "16x16 call", 1, 3},
+    {"resized_rgb24", "resized to RGB24"},
+    {"general", "resized to RGB565, any ratio"},
+    {"special", "resized to RGB565, ratios with routines of their own"},
+    {"filtered", "resized to RGB565 by five taps"},
+    {"box", "resized to RGB565 by the mean of a box"},
+    {"yuv", "YUV to YUV"},
+    {"same_i420", "planar 4:2:0, type kept"},
+    {"same_nv12", "semi-planar, type kept"},
+    {"same_yuyv", "packed 4:2:2, type kept"},
+    {"same_rgb565", "RGB565, type kept"},
+    {"resizing_call", "16x16 call that resizes"},
+    {"setup", "set-up at 1920x1080"},
+};
+
 constexpr Job kJobs[] = {
     // Same size, upright, to RGB565.
-    {"rgb565", "i420", I420, RGB565},
-    {"rgb565", "i422", I422, RGB565},
-    {"rgb565", "i444", I444, RGB565},
-    {"rgb565", "i440", I440, RGB565},
-    {"rgb565", "i411", I411, RGB565},
-    {"rgb565", "quarter_height", QUARTER, RGB565},
-    {"rgb565", "planar_rgb", PLANAR_RGB, RGB565},
-    {"rgb565", "nv12", NV12, RGB565},
-    {"rgb565", "yuyv", YUYV, RGB565},
-    {"rgb565", "uyvy", UYVY, RGB565},
-    {"rgb565", "rgb24", RGB24, RGB565},
+    {"planar", "i420", I420, RGB565},
+    {"planar", "i422", I422, RGB565},
+    {"planar", "nv12", NV12, RGB565},
+    {"planar", "nv21", NV21, RGB565},
+    {"packed", "yuyv", YUYV, RGB565},
+    {"packed", "uyvy", UYVY, RGB565},
+    {"packed", "yvyu", YVYU, RGB565},
+    {"packed", "vyuy", VYUY, RGB565},
+    {"packed", "yuyv2", YUYV2, RGB565},
+    {"layouts", "i444", I444, RGB565},
+    {"layouts", "i440", I440, RGB565},
+    {"layouts", "i411", I411, RGB565},
+    {"layouts", "quarter_height", QUARTER, RGB565},
+    {"planar_rgb", "planar_rgb", PLANAR_RGB, RGB565},
+    {"from_rgb24", "rgb24", RGB24, RGB565},
 
-    // To RGB24. Planar input other than 4:2:0 is read with half pitches whatever its planes hold.
-    {"rgb24", "i420", I420, RGB24},
-    {"rgb24", "i422", I422, RGB24},
-    {"rgb24", "nv12", NV12, RGB24},
-    {"rgb24", "yuyv", YUYV, RGB24},
-    {"rgb24", "i420_flip", I420, RGB24, SAME, NONE, FLIP},
-    {"rgb24", "yuyv_left", YUYV, RGB24, SAME, NONE, LEFT},
-    {"rgb24", "i420_3:5", I420, RGB24, DOWN, NEAREST},
-    // Enlarged RGB24 repeats lines in part only.
-    {"rgb24", "i420_5:4", I420, RGB24, UP, NEAREST, UPRIGHT, 0, kAnyPicture},
-    {"rgb24", "yuyv_3:5", YUYV, RGB24, DOWN, NEAREST},
-    {"rgb24", "yuyv_5:4", YUYV, RGB24, UP, NEAREST},
+    // Same size, to RGB24. Planar input other than 4:2:0 is read with half pitches whatever its planes hold.
+    {"planar_to_rgb24", "i420", I420, RGB24},
+    {"planar_to_rgb24", "i422", I422, RGB24},
+    {"planar_to_rgb24", "nv12", NV12, RGB24},
+    {"planar_to_rgb24", "i420_flip", I420, RGB24, SAME, NONE, FLIP},
+    {"packed_to_rgb24", "yuyv", YUYV, RGB24},
+    {"packed_to_rgb24", "uyvy", UYVY, RGB24},
+    {"packed_to_rgb24", "yuyv_left", YUYV, RGB24, SAME, NONE, LEFT},
 
     // Turned, to RGB565.
-    {"turned", "i420_left", I420, RGB565, SAME, NONE, LEFT},
-    {"turned", "i420_right", I420, RGB565, SAME, NONE, RIGHT},
-    {"turned", "i420_half", I420, RGB565, SAME, NONE, HALF},
-    {"turned", "i422_left", I422, RGB565, SAME, NONE, LEFT},
-    {"turned", "i444_left", I444, RGB565, SAME, NONE, LEFT},
-    {"turned", "i440_left", I440, RGB565, SAME, NONE, LEFT},
-    {"turned", "i411_left", I411, RGB565, SAME, NONE, LEFT},
-    {"turned", "quarter_height_left", QUARTER, RGB565, SAME, NONE, LEFT},
-    {"turned", "planar_rgb_left", PLANAR_RGB, RGB565, SAME, NONE, LEFT},
-    {"turned", "nv12_left", NV12, RGB565, SAME, NONE, LEFT},
-    {"turned", "yuyv_left", YUYV, RGB565, SAME, NONE, LEFT},
-    {"turned", "yuyv_half", YUYV, RGB565, SAME, NONE, HALF},
-    {"turned", "rgb24_left", RGB24, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "i420_left", I420, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "i420_right", I420, RGB565, SAME, NONE, RIGHT},
+    {"quarter_turn", "i422_left", I422, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "i422_right", I422, RGB565, SAME, NONE, RIGHT},
+    {"quarter_turn", "nv12_left", NV12, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "nv12_right", NV12, RGB565, SAME, NONE, RIGHT},
+    {"quarter_turn", "yuyv_left", YUYV, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "yuyv_right", YUYV, RGB565, SAME, NONE, RIGHT},
+    {"quarter_turn", "i444_left", I444, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "i440_left", I440, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "i411_left", I411, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "quarter_height_left", QUARTER, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "planar_rgb_left", PLANAR_RGB, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "rgb24_left", RGB24, RGB565, SAME, NONE, LEFT},
+    {"quarter_turn", "rgb24_right", RGB24, RGB565, SAME, NONE, RIGHT},
+    {"half_turn", "i420_half", I420, RGB565, SAME, NONE, HALF},
+    {"half_turn", "i422_half", I422, RGB565, SAME, NONE, HALF},
+    {"half_turn", "nv12_half", NV12, RGB565, SAME, NONE, HALF},
+    {"half_turn", "yuyv_half", YUYV, RGB565, SAME, NONE, HALF},
+    {"half_turn", "i444_half", I444, RGB565, SAME, NONE, HALF},
 
     // Flipped, to RGB565. Flipped 4:2:2 takes its chroma from the upper half of the planes.
-    {"flipped", "i420", I420, RGB565, SAME, NONE, FLIP},
-    {"flipped", "i422", I422, RGB565, SAME, NONE, FLIP, 0, kAnyPicture},
-    {"flipped", "i444", I444, RGB565, SAME, NONE, FLIP},
-    {"flipped", "planar_rgb", PLANAR_RGB, RGB565, SAME, NONE, FLIP},
-    {"flipped", "nv12", NV12, RGB565, SAME, NONE, FLIP},
+    {"flip", "i420_flip", I420, RGB565, SAME, NONE, FLIP},
+    {"flip", "i422_flip", I422, RGB565, SAME, NONE, FLIP, 0, kAnyPicture},
+    {"flip", "nv12_flip", NV12, RGB565, SAME, NONE, FLIP},
+    {"flip", "i444_flip", I444, RGB565, SAME, NONE, FLIP},
+    {"flip", "planar_rgb_flip", PLANAR_RGB, RGB565, SAME, NONE, FLIP},
+
+    // Resized to RGB24.
+    {"resized_rgb24", "i420_3:5", I420, RGB24, DOWN, NEAREST},
+    // Enlarged RGB24 repeats lines in part only.
+    {"resized_rgb24", "i420_5:4", I420, RGB24, UP, NEAREST, UPRIGHT, 0, kAnyPicture},
+    {"resized_rgb24", "yuyv_3:5", YUYV, RGB24, DOWN, NEAREST},
+    {"resized_rgb24", "yuyv_5:4", YUYV, RGB24, UP, NEAREST},
 
     // Resized to RGB565, ratios without routines of their own.
     {"general", "i420_5:4", I420, RGB565, UP, BILINEAR},
@@ -152,6 +196,13 @@ constexpr Job kJobs[] = {
     {"same_rgb565", "filtered_3:5", RGB565, RGB565, DOWN, FILTERED, UPRIGHT, 1},
 };
 
+constexpr Job kCalls[] = {
+    {"call", "i420", I420, RGB565},
+    {"call", "nv12", NV12, RGB565},
+    {"call", "yuyv", YUYV, RGB565},
+    {"resizing_call", "i420_5:4", I420, RGB565, UP, BILINEAR},
+};
+
 constexpr Job kSetUps[] = {
     {"setup", "nothing", I420, RGB565},
     {"setup", "nearest", YUYV, RGB565, DOWN, NEAREST},
@@ -168,8 +219,14 @@ constexpr Job kSetUps[] = {
 
 } // namespace
 
+std::span<const Group> groups() {
+  return kGroups;
+}
 std::span<const Job> jobs() {
   return kJobs;
+}
+std::span<const Job> calls() {
+  return kCalls;
 }
 std::span<const Job> setUps() {
   return kSetUps;

@@ -1,4 +1,4 @@
-// What is measured: a table of conversions. Every job runs at every size and in every library that can do it.
+// What is measured: a table of conversions. Every job runs at every size and in every program that can do it.
 #pragma once
 
 #include "zqColorConversion.h"
@@ -17,7 +17,9 @@ constexpr Size turned(const Size &size) {
   return {size.height, size.width};
 }
 
-constexpr Size kSizes[] = {{320, 240}, {1280, 720}, {1920, 1080}};
+constexpr Size kSizes[] = {{1280, 720}, {1920, 1080}};
+/// A frame of 256 pixels costs little but the call itself.
+constexpr Size kTinySize = {16, 16};
 
 /// How a resized sample is made. The library decides by type, turn and quality; the other libraries are told.
 enum class Sampling { None, Nearest, Bilinear, Filtered, Box };
@@ -36,7 +38,7 @@ constexpr double kTolerance = 14;
 constexpr double kAnyPicture = 255;
 
 struct Job {
-  const char *family;
+  const char *group;
   const char *name;
   int32_t inType;
   int32_t outType;
@@ -55,8 +57,19 @@ struct Job {
   }
 };
 
-std::span<const Job> jobs();
+/// Jobs that are reported together: how many times faster than the best peer they must be, and how many they aim at.
+/// Zero where nothing is demanded.
+struct Group {
+  const char *key;
+  const char *title;
+  double must = 0;
+  double aim = 0;
+};
 
+std::span<const Group> groups();
+std::span<const Job> jobs();
+/// Jobs at kTinySize.
+std::span<const Job> calls();
 /// One description for every format of resampling table and every kind of scratch memory that set-up can make.
 std::span<const Job> setUps();
 

@@ -1,7 +1,8 @@
-// This library doing a job: set up once, then one call a frame.
+// This library doing a job at each of its levels: set up once, then one call a frame.
 #include "runner.h"
 
 #include "support/picture.h"
+#include "vector/detect.h"
 
 #include <algorithm>
 #include <memory>
@@ -42,7 +43,9 @@ ConvertParams describe(const Job &job, const Size &in) {
   return params;
 }
 
-Runner libraryRunner(const Task &task) {
+namespace {
+
+Runner conversion(const Task &task) {
   ConvertParams params = describe(task.job, task.input.size);
   std::copy(task.input.plane.begin(), task.input.plane.end(), params.inBuf);
   std::copy(task.output.plane.begin(), task.output.plane.end(), params.outBuf);
@@ -51,6 +54,30 @@ Runner libraryRunner(const Task &task) {
     return {};
   }
   return [handle, params]() mutable { return zqCCProcess(handle.get(), &params) == CC_OK; };
+}
+
+} // namespace
+
+std::vector<Program> ownPrograms() {
+  constexpr const char *kNames[zqcc::LEVEL_COUNT] = {"portable", "sse4", "avx2", "avx512", "neon"};
+  std::vector<Program> programs;
+  for (uint32_t level = zqcc::LEVEL_PORTABLE; level < zqcc::LEVEL_COUNT; ++level) {
+    const zqcc::LevelSet upTo = 2 * zqcc::setOf(static_cast<zqcc::Level>(level)) - 1;
+    if ((zqcc::detectedLevels() >> level & 1U) != 0) {
+      programs.push_back({kNames[level], conversion, [upTo] { zqcc::setLevelMask(upTo); }});
+    }
+  }
+  return programs;
+}
+
+Runner setUpRunner(const Task &task) {
+  ConvertParams params = describe(task.job, task.input.size);
+  ConvertContext *context = nullptr;
+  if (zqCCInit(&context) != CC_OK) {
+    return {};
+  }
+  const Handle handle(context, Uninit{});
+  return [handle, params]() mutable { return zqCCSetParameter(handle.get(), PARAM_CONVERT_DESC, &params) == CC_OK; };
 }
 
 } // namespace bench

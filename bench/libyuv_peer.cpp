@@ -23,12 +23,16 @@ struct Stage {
 /// Stages with the pictures between them.
 class Pipeline {
 public:
-  explicit Pipeline(const Task &task) : task_(task), type_(task.input.type), size_(task.input.size) {}
+  Pipeline(const Task &task, yuv::Packer packer)
+      : task_(task), packer_(packer), type_(task.input.type), size_(task.input.size) {}
 
   void add(int32_t type, const Size &size, StageFunction run, bool sharesLuma = false) {
     stages_.push_back({type, size, std::move(run), sharesLuma});
     type_ = type;
     size_ = size;
+  }
+  void addConversion(int32_t type, const Size &size) {
+    add(type, size, [packer = packer_](const View &from, const View &to) { return yuv::convert(from, to, packer); });
   }
   [[nodiscard]] int32_t type() const { return type_; }
   [[nodiscard]] Size size() const { return size_; }
@@ -59,6 +63,7 @@ public:
 
 private:
   Task task_;
+  yuv::Packer packer_;
   int32_t type_;
   Size size_;
   std::vector<Stage> stages_;
@@ -124,13 +129,13 @@ void unpack(Pipeline &pipeline, const Job &job) {
   case COLOR_YUV422_YUYV:
   case COLOR_YUV422_UYVY:
     if (moves) {
-      pipeline.add(isPacked(job.outType) ? COLOR_YUV422_PLANAR : COLOR_YUV420_PLANAR, size, yuv::convert);
+      pipeline.addConversion(isPacked(job.outType) ? COLOR_YUV422_PLANAR : COLOR_YUV420_PLANAR, size);
     }
     break;
   case COLOR_RGB24:
   case COLOR_RGB565:
     if (job.resizes() || (moves && job.inType == COLOR_RGB24)) {
-      pipeline.add(kArgb, size, yuv::convert);
+      pipeline.addConversion(kArgb, size);
     }
     break;
   default:
@@ -161,7 +166,7 @@ void scaleAndTurn(Pipeline &pipeline, const Task &task) {
     addRotate(pipeline, job);
   }
   if (enlargesAsArgb(job) && pipeline.type() != kArgb) {
-    pipeline.add(kArgb, pipeline.size(), yuv::convert);
+    pipeline.addConversion(kArgb, pipeline.size());
   }
   if (job.resizes()) {
     addScale(pipeline, task, turnFirst && job.quarterTurns());
@@ -173,20 +178,18 @@ void scaleAndTurn(Pipeline &pipeline, const Task &task) {
 
 void finish(Pipeline &pipeline, const View &output) {
   if (pipeline.type() != output.type) {
-    pipeline.add(output.type, output.size, yuv::convert);
+    pipeline.addConversion(output.type, output.size);
   } else if (pipeline.empty()) {
     pipeline.add(output.type, output.size, yuv::copy);
   }
 }
 
-} // namespace
-
-Runner libyuvRunner(const Task &task) {
+Runner libyuvRunner(const Task &task, yuv::Packer packer) {
   View output = task.job.rotation == ROTATION_FLIP_V ? bottomUp(task.output) : task.output;
   if (output.type == COLOR_YVU420_PLANAR) {
     output.type = COLOR_YUV420_PLANAR; // planes go over in their order
   }
-  const auto pipeline = std::make_shared<Pipeline>(task);
+  const auto pipeline = std::make_shared<Pipeline>(task, packer);
   unpack(*pipeline, task.job);
   scaleAndTurn(*pipeline, task);
   finish(*pipeline, output);
@@ -195,6 +198,18 @@ Runner libyuvRunner(const Task &task) {
     return {};
   }
   return [pipeline] { return pipeline->run(); };
+}
+
+} // namespace
+
+void addLibyuv(std::vector<Program> &programs) {
+  programs.push_back({"libyuv", [](const Task &task) { return libyuvRunner(task, yuv::Packer::Plain); }});
+  // For everything but 16-bit words it is the same.
+  programs.push_back({"libyuv dithering", [](const Task &task) {
+                        return task.job.outType == COLOR_RGB565 && task.job.inType != COLOR_RGB565
+                                   ? libyuvRunner(task, yuv::Packer::Dithering)
+                                   : Runner{};
+                      }});
 }
 
 } // namespace bench

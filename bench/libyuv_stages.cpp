@@ -22,6 +22,9 @@ constexpr int32_t PLANAR_RGB = COLOR_RGB888_PLANAR;
 /// Lines of an ARGB intermediate: few enough to stay in the cache between the two conversions.
 constexpr int32_t kStripLines = 16;
 
+/// The dithering packer with nothing to add makes the plain packer's pixels, by faster code.
+constexpr uint8_t kNoDither[16] = {};
+
 bool good(int result) {
   return result == 0;
 }
@@ -103,12 +106,19 @@ bool toArgb(const View &from, const View &to) {
   }
 }
 
-bool fromArgb(const View &from, const View &to) {
-  return to.type == RGB565 ? oneToOne(libyuv::ARGBToRGB565, from, to) : oneToOne(libyuv::ARGBToRGB24, from, to);
+bool fromArgb(const View &from, const View &to, Packer packer) {
+  if (to.type != RGB565) {
+    return oneToOne(libyuv::ARGBToRGB24, from, to);
+  }
+  if (packer == Packer::Plain) {
+    return oneToOne(libyuv::ARGBToRGB565, from, to);
+  }
+  return good(libyuv::ARGBToRGB565Dither(from.plane[0], from.stride[0], to.plane[0], to.stride[0], kNoDither,
+                                         from.size.width, from.size.height));
 }
 
 /// For layouts with a line of every plane for each line of the picture.
-bool throughArgb(const View &from, const View &to) {
+bool throughArgb(const View &from, const View &to, Packer packer) {
   static std::vector<uint8_t> scratch;
   const int32_t stride = 4 * from.size.width;
   scratch.resize(static_cast<std::size_t>(stride) * kStripLines);
@@ -116,25 +126,27 @@ bool throughArgb(const View &from, const View &to) {
   for (int32_t top = 0; done && top < from.size.height; top += kStripLines) {
     const int32_t lines = std::min(kStripLines, from.size.height - top);
     const View argb{kArgb, {from.size.width, lines}, {scratch.data(), nullptr, nullptr}, {stride, 0, 0}};
-    done = toArgb(strip(from, top, lines), argb) && fromArgb(argb, strip(to, top, lines));
+    done = toArgb(strip(from, top, lines), argb) && fromArgb(argb, strip(to, top, lines), packer);
   }
   return done;
 }
 
-bool toRgb565(const View &from, const View &to) {
+bool toRgb565(const View &from, const View &to, Packer packer) {
   const int32_t width = from.size.width;
   const int32_t height = from.size.height;
+  const bool plain = packer == Packer::Plain;
   switch (from.type) {
   case I420:
-    return threeToOne(libyuv::I420ToRGB565, from, to, width, height);
+    return plain ? threeToOne(libyuv::I420ToRGB565, from, to, width, height)
+                 : threeToOne(libyuv::I420ToRGB565Dither, from, to, kNoDither, width, height);
   case I422:
-    return threeToOne(libyuv::I422ToRGB565, from, to, width, height);
+    return plain ? threeToOne(libyuv::I422ToRGB565, from, to, width, height) : throughArgb(from, to, packer);
   case NV12:
     return twoToOne(libyuv::NV12ToRGB565, from, to);
   case kArgb:
-    return fromArgb(from, to);
+    return fromArgb(from, to, packer);
   default:
-    return throughArgb(from, to);
+    return throughArgb(from, to, packer);
   }
 }
 
@@ -149,9 +161,9 @@ bool toRgb24(const View &from, const View &to) {
   case NV12:
     return twoToOne(libyuv::NV12ToRGB24, from, to);
   case kArgb:
-    return fromArgb(from, to);
+    return fromArgb(from, to, Packer::Plain);
   default:
-    return throughArgb(from, to);
+    return throughArgb(from, to, Packer::Plain);
   }
 }
 
@@ -258,10 +270,10 @@ bool rotate(const View &from, const View &to, libyuv::RotationMode mode) {
   }
 }
 
-bool convert(const View &from, const View &to) {
+bool convert(const View &from, const View &to, Packer packer) {
   switch (to.type) {
   case RGB565:
-    return toRgb565(from, to);
+    return toRgb565(from, to, packer);
   case RGB24:
     return toRgb24(from, to);
   case kArgb:

@@ -8,10 +8,13 @@
 
 namespace bench::yuv {
 
+/// The two functions that make 16-bit words.
+enum class Packer { Plain, Dithering };
+
 bool scale(const View &from, const View &to, libyuv::FilterMode filter);
 bool rotate(const View &from, const View &to, libyuv::RotationMode mode);
 /// Same size, other layout.
-bool convert(const View &from, const View &to);
+bool convert(const View &from, const View &to, Packer packer);
 /// Chroma of a layout that libyuv does not know, resampled to one that it does; luma is not touched.
 bool spreadChroma(const View &from, const View &to);
 bool copy(const View &from, const View &to);

@@ -1,128 +1,153 @@
-// Benchmarks of every family of routes: family/job/size/library, with ns per output pixel as a counter. Libraries
-// follow one another job by job, so that all of them meet the same conditions and their ratios mean something.
-#include "runner.h"
+// usage: zqcc_bench [--quick] [--results FILE] [REGEX]
+// Measures the jobs whose "group/name" matches the expression and prints the tables; the figures of every program go to
+// the file.
+//
+// usage: zqcc_bench --frames NUMBER PROGRAM GROUP/NAME WIDTHxHEIGHT
+// Lets one program do one job that often, for those who count instructions: what two frames execute more than one is
+// free of start-up and set-up.
+#include "measure.h"
+#include "pictures.h"
+#include "report.h"
 
-#include <benchmark/benchmark.h>
-
-#include <map>
-#include <string>
-#include <utility>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <regex>
 
 namespace bench {
 namespace {
 
-struct Library {
-  const char *name;
-  MakeRunner make;
+constexpr Pace kFull = {9, 0.012};
+constexpr Pace kQuick = {5, 0.004};
+constexpr Size kSetUpSize = {1920, 1080};
+
+struct Options {
+  Pace pace = kFull;
+  std::string file;
+  std::string pattern = ".";
 };
 
-constexpr Library kLibraries[] = {
-    {"zqcc", libraryRunner},
-#ifdef ZQCC_BENCH_LIBYUV
-    {"libyuv", libyuvRunner},
-#endif
-#ifdef ZQCC_BENCH_SWSCALE
-    {"swscale", swscaleRunner},
-#endif
-};
-
-constexpr Size kTinySize = {16, 16};
-
-/// Input pictures are drawn once and shared.
-const View &inputOf(int32_t type, const Size &size) {
-  static std::map<std::pair<int32_t, int32_t>, Frame> frames;
-  const auto key = std::make_pair(type, size.width);
-  auto found = frames.find(key);
-  if (found == frames.end()) {
-    found = frames.emplace(key, Frame(type, size)).first;
-    found->second.drawScene();
-  }
-  return found->second.view();
+std::string nameOf(const Job &job) {
+  return std::string(job.group) + "/" + job.name;
 }
 
-Frame outputFor(const Job &job, const Size &size) {
-  const Size out = job.outputOf(size);
-  return {job.outType, job.quarterTurns() ? turned(out) : out};
-}
-
-/// How far the output is from what this library makes of the same picture; negative if that cannot be told.
-double distanceFromLibrary(const Task &task) {
-  const Frame reference = outputFor(task.job, task.input.size);
-  const Runner run = libraryRunner({task.job, task.input, reference.view()});
-  return run && run() ? largestDifference(reference.view(), task.output) : -1;
-}
-
-void runJob(benchmark::State &state, const Job &job, const Size &size, const Library &library) {
-  const Frame output = outputFor(job, size);
-  const Task task{job, inputOf(job.inType, size), output.view()};
-  const Runner run = library.make(task);
-  if (!run || !run()) {
-    state.SkipWithError("not offered");
-    return;
-  }
-  const double difference = distanceFromLibrary(task);
-  if (difference < 0 || difference > job.tolerance) {
-    state.SkipWithError(("another picture: mean difference " + std::to_string(difference)).c_str());
-    return;
-  }
-  for (auto step : state) {
-    static_cast<void>(step);
-    run();
-    benchmark::ClobberMemory();
-  }
-  const double pixels = static_cast<double>(output.view().size.width) * output.view().size.height;
-  // Inverted rate of 10^-9 pixels: seconds for 10^-9 of them are nanoseconds for one.
-  state.counters["ns_per_pixel"] =
-      benchmark::Counter(pixels * 1e-9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-  state.counters["difference"] = difference;
-}
-
-/// Whether the library has a way to do the job, tried on a tiny picture.
-bool offers(const Library &library, const Job &job) {
-  const Frame output = outputFor(job, kTinySize);
-  return static_cast<bool>(library.make({job, inputOf(job.inType, kTinySize), output.view()}));
-}
-
-void registerJob(const Job &job, const Size &size) {
-  const std::string sizeName = std::to_string(size.width) + "x" + std::to_string(size.height);
-  for (const Library &library : kLibraries) {
-    if (!offers(library, job)) {
-      continue;
+class Run {
+public:
+  explicit Run(const Options &options) : pace_(options.pace), pattern_(options.pattern), file_(options.file) {
+    if (!options.file.empty()) {
+      file_ << resultHeading() << '\n';
     }
-    const std::string name = std::string(job.family) + "/" + job.name + "/" + sizeName + "/" + library.name;
-    benchmark::RegisterBenchmark(
-        name.c_str(), [&job, size, &library](benchmark::State &state) { runJob(state, job, size, library); });
   }
-}
 
-/// A frame of 256 pixels costs little but the call itself.
-constexpr Job kTinyJobs[] = {
-    {"call", "i420_to_rgb565", COLOR_YUV420_PLANAR, COLOR_RGB565},
-    {"call", "i420_to_rgb565_5:4", COLOR_YUV420_PLANAR, COLOR_RGB565, {5, 4}, Sampling::Bilinear},
-    {"call", "yuyv_to_rgb565", COLOR_YUV422_YUYV, COLOR_RGB565},
+  void conversion(const Job &job, const Size &size) {
+    if (wanted(job)) {
+      for (const Result &result : measure(job, size, pace_, own_, peers_)) {
+        add(result);
+      }
+    }
+  }
+  void setUp(const Job &job) {
+    if (wanted(job)) {
+      own_.back().select();
+      if (const Runner run = setUpRunner({job, {job.inType, kSetUpSize, {}, {}}, {}})) {
+        add(measureAlone(job, kSetUpSize, pace_, run));
+      }
+    }
+  }
+  [[nodiscard]] const std::vector<Result> &results() const { return results_; }
+
+private:
+  bool wanted(const Job &job) const { return std::regex_search(nameOf(job), pattern_); }
+  void add(const Result &result) {
+    results_.push_back(result);
+    if (file_.is_open()) {
+      file_ << resultLine(result) << std::endl;
+    }
+  }
+
+  Pace pace_;
+  std::regex pattern_;
+  std::ofstream file_;
+  std::vector<Program> own_ = ownPrograms();
+  std::vector<Program> peers_ = peerPrograms();
+  std::vector<Result> results_;
 };
 
-void registerAll() {
+/// False if the program has no way to do the job. SIGCONT is a mark for whoever watches and nothing for anybody else.
+bool runFrames(const Program &program, const Job &job, const Size &size, int frames) {
+  program.select();
+  const Frame output = outputFor(job, size);
+  const Runner run = program.make({job, inputOf(job.inType, size), output.view()});
+  bool done = static_cast<bool>(run);
+  while (done && frames-- > 0) {
+    std::raise(SIGCONT);
+    done = run();
+  }
+  return done;
+}
+
+int countedFrames(char **arguments) {
+  const std::string programName = arguments[1];
+  const std::string jobName = arguments[2];
+  Size size{};
+  if (std::sscanf(arguments[3], "%dx%d", &size.width, &size.height) != 2) {
+    return 2;
+  }
+  std::vector<Program> programs = ownPrograms();
+  const std::vector<Program> peers = peerPrograms();
+  programs.insert(programs.end(), peers.begin(), peers.end());
+  for (const Job &job : jobs()) {
+    for (const Program &program : programs) {
+      if (nameOf(job) == jobName && program.name == programName) {
+        return runFrames(program, job, size, std::atoi(arguments[0])) ? 0 : 3;
+      }
+    }
+  }
+  return 3;
+}
+
+int benchmark(const Options &options) {
+  Run run(options);
   for (const Job &job : jobs()) {
     for (const Size &size : kSizes) {
-      registerJob(job, size);
+      run.conversion(job, size);
     }
   }
-  for (const Job &job : kTinyJobs) {
-    registerJob(job, kTinySize);
+  for (const Job &job : calls()) {
+    run.conversion(job, kTinySize);
   }
-  registerOverhead();
+  for (const Job &job : setUps()) {
+    run.setUp(job);
+  }
+  if (run.results().empty()) {
+    std::fprintf(stderr, "nothing matches %s\n", options.pattern.c_str());
+    return 1;
+  }
+  std::fputs(report(run.results()).c_str(), stdout);
+  return 0;
 }
 
 } // namespace
 } // namespace bench
 
 int main(int argc, char **argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-    return 2;
+  if (argc == 6 && std::strcmp(argv[1], "--frames") == 0) {
+    return bench::countedFrames(argv + 2);
   }
-  bench::registerAll();
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
+  bench::Options options;
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--quick") == 0) {
+      options.pace = bench::kQuick;
+    } else if (std::strcmp(argv[i], "--results") == 0 && i + 1 < argc) {
+      options.file = argv[++i];
+    } else if (argv[i][0] == '-') {
+      std::fputs("usage: zqcc_bench [--quick] [--results FILE] [REGEX]\n", stderr);
+      return 2;
+    } else {
+      options.pattern = argv[i];
+    }
+  }
+  return bench::benchmark(options);
 }

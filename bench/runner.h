@@ -1,10 +1,12 @@
-// One library doing one job on one picture.
+// One program doing one job on one picture: this library at a level, or one way to do it with another library.
 #pragma once
 
 #include "frame.h"
 #include "jobs.h"
 
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace bench {
 
@@ -20,17 +22,27 @@ struct Task {
   [[nodiscard]] Size resized() const { return job.outputOf(input.size); }
 };
 
-/// Everything that needs to be done once is done here; an empty runner means that the library has no way to do the job.
-using MakeRunner = Runner (*)(const Task &task);
+/// Everything that needs to be done once is done in `make`; an empty runner means that there is no way to do the job.
+/// `select` comes before every series of runs.
+struct Program {
+  std::string name;
+  std::function<Runner(const Task &)> make;
+  std::function<void()> select = [] {};
+};
 
-Runner libraryRunner(const Task &task);
-Runner libyuvRunner(const Task &task);
-Runner swscaleRunner(const Task &task);
+/// This library, once a level that the machine has, the lowest first.
+std::vector<Program> ownPrograms();
+/// The other libraries, each in every way that may be the fastest for some job.
+std::vector<Program> peerPrograms();
+
+void addLibyuv(std::vector<Program> &programs);
+void addLibyuvRows(std::vector<Program> &programs);
+void addSwscale(std::vector<Program> &programs);
+void addOpenCv(std::vector<Program> &programs);
 
 /// Description of a job for a picture of the given size; planes are left null.
 ConvertParams describe(const Job &job, const Size &in);
-
-/// Adds the benchmarks of set-up and of calls on tiny pictures.
-void registerOverhead();
+/// Set-up for a job and nothing else.
+Runner setUpRunner(const Task &task);
 
 } // namespace bench

@@ -1,4 +1,5 @@
-// libswscale doing a job. It has no turns; the flip is a picture written from its last line up.
+// libswscale doing a job, in one step or, where that takes a slow general path, by two steps through a layout that has
+// fast ones. It has no turns; the flip is a picture written from its last line up.
 #include "runner.h"
 
 extern "C" {
@@ -17,8 +18,9 @@ constexpr std::pair<int32_t, AVPixelFormat> kFormats[] = {
     {COLOR_YUV420_PLANAR, AV_PIX_FMT_YUV420P}, {COLOR_YVU420_PLANAR, AV_PIX_FMT_YUV420P},
     {COLOR_YUV422_PLANAR, AV_PIX_FMT_YUV422P}, {COLOR_YUV444_PLANAR, AV_PIX_FMT_YUV444P},
     {COLOR_YUV440_PLANAR, AV_PIX_FMT_YUV440P}, {COLOR_YUV411_PLANAR, AV_PIX_FMT_YUV411P},
-    {COLOR_YUV420_PACK, AV_PIX_FMT_NV12},      {COLOR_YUV422_YUYV, AV_PIX_FMT_YUYV422},
-    {COLOR_YUV422_UYVY, AV_PIX_FMT_UYVY422},   {COLOR_RGB565, AV_PIX_FMT_RGB565LE},
+    {COLOR_YUV420_PACK, AV_PIX_FMT_NV12},      {COLOR_YUV420_PACK2, AV_PIX_FMT_NV21},
+    {COLOR_YUV422_YUYV, AV_PIX_FMT_YUYV422},   {COLOR_YUV422_UYVY, AV_PIX_FMT_UYVY422},
+    {COLOR_YUV422_YVYU, AV_PIX_FMT_YVYU422},   {COLOR_RGB565, AV_PIX_FMT_RGB565LE},
     {COLOR_RGB24, AV_PIX_FMT_BGR24},           {COLOR_RGB888_PLANAR, AV_PIX_FMT_GBRP},
 };
 
@@ -63,32 +65,78 @@ Planes planesOf(const View &view) {
   return planes;
 }
 
-} // namespace
+using Context = std::shared_ptr<SwsContext>;
 
-Runner swscaleRunner(const Task &task) {
-  const AVPixelFormat in = formatOf(task.job.inType);
-  const AVPixelFormat out = formatOf(task.job.outType);
+Context contextOf(const Size &from, AVPixelFormat in, const Size &to, AVPixelFormat out, int flags) {
+  return {sws_getContext(from.width, from.height, in, to.width, to.height, out, flags, nullptr, nullptr, nullptr),
+          sws_freeContext};
+}
+
+bool offers(const Task &task) {
+  const Job &job = task.job;
   // Its copy of semi-planar pictures of the same size leaves the chroma out.
-  const bool incomplete = in == AV_PIX_FMT_NV12 && out == in && !task.job.resizes();
-  const bool turns = task.job.quarterTurns() || task.job.rotation == ROTATION_180;
-  if (in == AV_PIX_FMT_NONE || out == AV_PIX_FMT_NONE || turns || incomplete) {
+  const bool incomplete = job.inType == COLOR_YUV420_PACK && job.outType == job.inType && !job.resizes();
+  const bool turns = job.quarterTurns() || job.rotation == ROTATION_180;
+  return formatOf(job.inType) != AV_PIX_FMT_NONE && formatOf(job.outType) != AV_PIX_FMT_NONE && !turns && !incomplete;
+}
+
+Planes targetOf(const Task &task) {
+  return planesOf(task.job.rotation == ROTATION_FLIP_V ? bottomUp(task.output) : task.output);
+}
+
+Runner inOneStep(const Task &task) {
+  if (!offers(task)) {
     return {};
   }
-  av_log_set_level(AV_LOG_ERROR);
   const Size from = task.input.size;
   const Size to = task.resized();
-  const std::shared_ptr<SwsContext> context(sws_getContext(from.width, from.height, in, to.width, to.height, out,
-                                                           flagsOf(task.job), nullptr, nullptr, nullptr),
-                                            sws_freeContext);
+  const Context context = contextOf(from, formatOf(task.job.inType), to, formatOf(task.job.outType), flagsOf(task.job));
   if (!context) {
     return {};
   }
   const Planes source = planesOf(task.input);
-  const Planes target = planesOf(task.job.rotation == ROTATION_FLIP_V ? bottomUp(task.output) : task.output);
-  return [context, source, target, from, to] {
+  const Planes target = targetOf(task);
+  return [=] {
     return sws_scale(context.get(), source.data, source.stride, 0, from.height, target.data, target.stride) ==
            to.height;
   };
+}
+
+Runner inTwoSteps(const Task &task, int32_t through) {
+  const Size size = task.input.size;
+  const bool tooNarrow = size.width < 64; // its fast paths want lines of aligned vectors
+  if (!offers(task) || tooNarrow || task.job.resizes() || task.job.inType == through || task.job.outType == through) {
+    return {};
+  }
+  const Context first = contextOf(size, formatOf(task.job.inType), size, formatOf(through), SWS_POINT);
+  const Context second = contextOf(size, formatOf(through), size, formatOf(task.job.outType), SWS_POINT);
+  if (!first || !second) {
+    return {};
+  }
+  const auto between = std::make_shared<Frame>(through, size);
+  const Planes source = planesOf(task.input);
+  const Planes middle = planesOf(between->view());
+  const Planes target = targetOf(task);
+  return [=] { // `between` is kept alive here
+    static_cast<void>(between);
+    return sws_scale(first.get(), source.data, source.stride, 0, size.height, middle.data, middle.stride) ==
+               size.height &&
+           sws_scale(second.get(), middle.data, middle.stride, 0, size.height, target.data, target.stride) ==
+               size.height;
+  };
+}
+
+} // namespace
+
+void addSwscale(std::vector<Program> &programs) {
+  av_log_set_level(AV_LOG_ERROR);
+  programs.push_back({"swscale", inOneStep});
+  constexpr std::pair<int32_t, const char *> kThrough[] = {
+      {COLOR_YUV420_PLANAR, "yuv420p"}, {COLOR_YUV422_PLANAR, "yuv422p"}, {COLOR_RGB24, "bgr24"}};
+  for (const auto &[type, name] : kThrough) {
+    programs.push_back(
+        {std::string("swscale via ") + name, [type = type](const Task &task) { return inTwoSteps(task, type); }});
+  }
 }
 
 } // namespace bench

@@ -1,6 +1,7 @@
 // What every conversion routine is given, and the shape of the routines in the static tables.
 #pragma once
 
+#include "base/levels.h"
 #include "zqColorConversion.h"
 
 #include <cstdint>
@@ -19,6 +20,8 @@ struct Job {
   bool isYuv420;             ///< the input, after the pre-passes, is planar 4:2:0
   uint32_t packedVariant;    ///< 0..7 for packed 4:2:2 types 6..9 and 14..17
   int64_t inRoom;            ///< bytes from the start of an input line to the end of its stride
+  LevelSet levels = setOf(LEVEL_PORTABLE); ///< the vector code that may run
+  bool hasChromaPairs = false; ///< isYuv420, but its chroma lies in pairs in the second plane, as inType says
 };
 
 using Routine = void (*)(const Job &);

@@ -6,21 +6,24 @@ namespace zqcc {
 namespace {
 
 // 4:2:0 saturates at two precisions: see StudioVideoRange.
-constexpr TileKernel convertEdgeBlockToRgb565 = convertStrip<StudioVideoRange, Turn::Upright>;
-constexpr TileKernel convertFullBlockToRgb565 = convertTile<Yuv420::Layout, StudioSixBit, Turn::Upright>;
-constexpr TileKernel convertBlockToRgb24 = convertTile24<Yuv420::Layout, StudioQ12, Turn::Upright>;
+constexpr Tile convertEdgeBlockToRgb565 = kStrip<Yuv420::Layout, StudioVideoRange, Turn::Upright>;
+constexpr Tile convertFullBlockToRgb565 = kTile<Yuv420::Layout, StudioSixBit, Turn::Upright>;
+constexpr Tile convertBlockToRgb24 = kTile24<Yuv420::Layout, StudioQ12, Turn::Upright>;
 
 /// The other chroma layouts differ between edge and full in where their dither offsets come from.
 template <class Source>
-constexpr MbKernelPair kDithered{convertStrip<MatrixDitherWords, Turn::Upright>,
-                                 convertTile<typename Source::Layout, MatrixDither<Turn::Upright>, Turn::Upright>};
+constexpr MbKernelPair kDithered{kStrip<typename Source::Layout, MatrixDitherWords, Turn::Upright>,
+                                 kTile<typename Source::Layout, MatrixDither<Turn::Upright>, Turn::Upright>};
 
-constexpr TileKernel packPlanes = convertTile<Yuv444::Layout, PackRgb, Turn::Upright>;
+constexpr MbKernelPair kSemiPlanar{kStrip<SemiPlanar420::Layout, StudioVideoRange, Turn::Upright>,
+                                   kTile<SemiPlanar420::Layout, StudioSixBit, Turn::Upright>};
+
+constexpr Tile packPlanes = kTile<Yuv444::Layout, PackRgb, Turn::Upright>;
 
 template <class Source>
-void convertWith(const Job &job, MbPair pair) {
+void convertWith(const Job &job, const MbKernelPair &kernels) {
   const ConvertParams &p = job.params;
-  convertMacroblocks(p, Source::view(p, p.outWidth, p.outHeight), MB_KERNELS[pair], *job.matrix);
+  convertMacroblocks(job, Source::view(p, p.outWidth, p.outHeight), kernels);
 }
 
 } // namespace
@@ -35,8 +38,8 @@ constexpr MbKernelPair MB_KERNELS[MB_PAIR_COUNT] = {
     {packPlanes, packPlanes},
 };
 
-void convertMacroblocks(const ConvertParams &params, const PlaneView &view, const MbKernelPair &kernels,
-                        const ColorMatrix &matrix) {
+void convertMacroblocks(const Job &job, const PlaneView &view, const MbKernelPair &kernels) {
+  const ConvertParams &params = job.params;
   const int32_t width = params.outWidth;
   const int32_t height = params.outHeight;
   const Target target{params.outBuf[0], params.outStride};
@@ -45,38 +48,40 @@ void convertMacroblocks(const ConvertParams &params, const PlaneView &view, cons
   const Rect bottom{0, full.bottom, width, height};
   // Block order does not show in the picture, so whole lines of blocks are converted at once.
   if (!isEmpty(full)) {
-    kernels.full(view, target, full, matrix);
+    runTile(job, kernels.full, view, target, full);
   }
   if (!isEmpty(right)) {
-    kernels.edge(view, target, right, matrix);
+    runTile(job, kernels.edge, view, target, right);
   }
   if (!isEmpty(bottom)) {
-    kernels.edge(view, target, bottom, matrix);
+    runTile(job, kernels.edge, view, target, bottom);
   }
 }
 
 void convertMbYuv420ToRgb565(const Job &job) {
-  if (job.isYuv420) {
-    convertWith<Yuv420>(job, MB_YUV420);
+  if (readsPairs(job)) {
+    convertWith<SemiPlanar420>(job, kSemiPlanar);
+  } else if (job.isYuv420) {
+    convertWith<Yuv420>(job, MB_KERNELS[MB_YUV420]);
   } else {
-    convertWith<Yuv422EvenLines>(job, MB_YUV420);
+    convertWith<Yuv422EvenLines>(job, MB_KERNELS[MB_YUV420]);
   }
 }
 
 void convertMbYuv444ToRgb565(const Job &job) {
-  convertWith<Yuv444>(job, MB_YUV444);
+  convertWith<Yuv444>(job, MB_KERNELS[MB_YUV444]);
 }
 void convertMbYuv440ToRgb565(const Job &job) {
-  convertWith<Yuv440>(job, MB_YUV440);
+  convertWith<Yuv440>(job, MB_KERNELS[MB_YUV440]);
 }
 void convertMbYuv411ToRgb565(const Job &job) {
-  convertWith<Yuv411>(job, MB_YUV411);
+  convertWith<Yuv411>(job, MB_KERNELS[MB_YUV411]);
 }
 void convertMbYuvQuarterHeightToRgb565(const Job &job) {
-  convertWith<YuvQuarterHeight>(job, MB_QUARTER_HEIGHT);
+  convertWith<YuvQuarterHeight>(job, MB_KERNELS[MB_QUARTER_HEIGHT]);
 }
 void convertMbPlanarRgbToRgb565(const Job &job) {
-  convertWith<Yuv444>(job, MB_PLANAR_RGB);
+  convertWith<Yuv444>(job, MB_KERNELS[MB_PLANAR_RGB]);
 }
 
 } // namespace zqcc

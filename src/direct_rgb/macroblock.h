@@ -3,15 +3,15 @@
 #pragma once
 
 #include "base/job.h"
-#include "kernels/convert_rect.h"
+#include "vector/tile.h"
 
 namespace zqcc {
 
 /// Kernels of a source: `edge` for blocks smaller than 16 x 16, `full` for whole ones. They may differ in saturation
 /// and dither, which is intended: the same pixel can come out one step apart in an edge block.
 struct MbKernelPair {
-  TileKernel edge;
-  TileKernel full;
+  Tile edge;
+  Tile full;
 };
 
 enum MbPair : unsigned {
@@ -28,8 +28,7 @@ enum MbPair : unsigned {
 extern const MbKernelPair MB_KERNELS[MB_PAIR_COUNT];
 
 /// Bytes of the described output, upright, from a view of the input.
-void convertMacroblocks(const ConvertParams &params, const PlaneView &view, const MbKernelPair &kernels,
-                        const ColorMatrix &matrix);
+void convertMacroblocks(const Job &job, const PlaneView &view, const MbKernelPair &kernels);
 
 void convertMbYuv420ToRgb565(const Job &job);
 void convertMbYuv444ToRgb565(const Job &job);

@@ -3,14 +3,14 @@
 
 #include "base/job.h"
 #include "base/turn.h"
-#include "kernels/convert_rect.h"
 #include "tables/packed_layout.h"
+#include "vector/tile.h"
 
 namespace zqcc {
 
 /// Rows by packedVariant, columns by turn: the members of a row differ in placement only, those of a column in byte
 /// positions only.
-extern const TileKernel PACKED_KERNELS[kPackedVariants][4];
+extern const Tile PACKED_KERNELS[kPackedVariants][4];
 
 inline constexpr PerTurn kPackedColumns{.upright = 0, .left = 1, .right = 2, .half = 3, .flip = 0};
 

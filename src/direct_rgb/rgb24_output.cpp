@@ -2,8 +2,8 @@
 
 #include "base/picture_shape.h"
 #include "direct_rgb/macroblock.h"
-#include "kernels/convert_rect.h"
 #include "kernels/layouts.h"
+#include "vector/tile.h"
 
 namespace zqcc {
 namespace {
@@ -20,15 +20,25 @@ PlaneView viewAs422(const ConvertParams &p) {
 
 PlaneView viewOf(const Job &job) {
   const ConvertParams &p = job.params;
+  if (readsPairs(job)) {
+    return SemiPlanar420::view(p, p.outWidth, p.outHeight);
+  }
   return job.isYuv420 ? Yuv420::view(p, p.outWidth, p.outHeight) : viewAs422(p);
 }
 
+constexpr Tile convertPairs = kTile24<SemiPlanar420::Layout, StudioQ12, Turn::Upright>;
+constexpr MbKernelPair kSemiPlanar{convertPairs, convertPairs};
+
+template <class Source>
+constexpr Tile kFlip = kTile24<typename Source::Layout, MatrixRgb24, Turn::Flip>;
+
 template <bool swapped>
-void convertPacked(const ConvertParams &p, const PlaneView &view, const ColorMatrix &matrix) {
+void convertPacked(const Job &job, const PlaneView &view) {
+  const ConvertParams &p = job.params;
   withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turnOf(p.rotation), [&](auto turn) {
-    inBlocks(convertTile24<typename Packed422<swapped>::Layout, MatrixRgb24, turn>, view,
-             targetOf<turn, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
-             matrix);
+    runTileInBlocks(job, kTile24<typename Packed422<swapped>::Layout, MatrixRgb24, turn>, view,
+                    targetOf<turn, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight),
+                    {0, 0, p.outWidth, p.outHeight});
   });
 }
 
@@ -43,14 +53,13 @@ void convertYuvToRgb24(const Job &job) {
 }
 
 void convertMbYuvToRgb24(const Job &job) {
-  convertMacroblocks(job.params, viewOf(job), MB_KERNELS[MB_RGB24], *job.matrix);
+  convertMacroblocks(job, viewOf(job), readsPairs(job) ? kSemiPlanar : MB_KERNELS[MB_RGB24]);
 }
 
 void convertFlippedYuvToRgb24(const Job &job) {
   const ConvertParams &p = job.params;
-  convertTile24<Yuv420::Layout, MatrixRgb24, Turn::Flip>(
-      viewOf(job), targetOf<Turn::Flip, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight),
-      {0, 0, p.outWidth, p.outHeight}, *job.matrix);
+  runTile(job, readsPairs(job) ? kFlip<SemiPlanar420> : kFlip<Yuv420>, viewOf(job),
+          targetOf<Turn::Flip, 3>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight});
 }
 
 void convertPacked422ToRgb24(const Job &job) {
@@ -58,9 +67,9 @@ void convertPacked422ToRgb24(const Job &job) {
   const PackedLayout layout = packedLayout(job.packedVariant);
   const PlaneView view = packedView(p, p.outWidth, p.outHeight, layout, layout.left, false);
   if (layout.isSwapped()) {
-    convertPacked<true>(p, view, *job.matrix);
+    convertPacked<true>(job, view);
   } else {
-    convertPacked<false>(p, view, *job.matrix);
+    convertPacked<false>(job, view);
   }
 }
 

@@ -2,8 +2,8 @@
 
 #include "base/picture_shape.h"
 #include "direct_rgb/macroblock.h"
-#include "kernels/convert_rect.h"
 #include "kernels/layouts.h"
+#include "vector/tile.h"
 
 namespace zqcc {
 namespace {
@@ -35,8 +35,8 @@ Target rightStripTarget(const ConvertParams &p) {
 }
 
 struct TurnedKernels {
-  TileKernel block;
-  TileKernel strip;
+  Tile block;
+  Tile strip;
 };
 
 template <Turn turn>
@@ -45,17 +45,17 @@ void convertRegions(const Job &job, const PlaneView &blockView, const PlaneView 
   const ConvertParams &p = job.params;
   const Regions regions = regionsOf(p.outWidth, p.outHeight);
   const Target target = blockTargetOf<turn>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
-  inBlocks(kernels.block, blockView, target, regions.blocks, *job.matrix);
-  inBlocks(kernels.strip, stripView, rightStripTarget<turn>(p), regions.rightStrip, *job.matrix);
-  inBlocks(kernels.strip, stripView, target, regions.bottomStrip, *job.matrix);
+  runTileInBlocks(job, kernels.block, blockView, target, regions.blocks);
+  runTileInBlocks(job, kernels.strip, stripView, rightStripTarget<turn>(p), regions.rightStrip);
+  runTileInBlocks(job, kernels.strip, stripView, target, regions.bottomStrip);
 }
 
 /// BlockSource and StripSource differ for 4:2:2, whose blocks read every second chroma line and whose strips read all.
 template <class BlockSource, class StripSource, class BlockArithmetic, class StripArithmetic, Turn turn>
 void convertTurned(const Job &job) {
   const ConvertParams &p = job.params;
-  constexpr TurnedKernels kernels{convertTile<typename BlockSource::Layout, BlockArithmetic, turn>,
-                                  convertStrip<StripArithmetic, turn>};
+  constexpr TurnedKernels kernels{kTile<typename BlockSource::Layout, BlockArithmetic, turn>,
+                                  kStrip<typename StripSource::Layout, StripArithmetic, turn>};
   convertRegions<turn>(job, BlockSource::view(p, p.outWidth, p.outHeight),
                        StripSource::view(p, p.outWidth, p.outHeight), kernels);
 }
@@ -76,10 +76,8 @@ template <class Source, class Arithmetic>
 void convertFlipped(const Job &job) {
   const ConvertParams &p = job.params;
   const PictureSize planes = planesSize(p);
-  convertTile<typename Source::Layout, Arithmetic, Turn::Flip>(
-      Source::view(p, planes.width, planes.height),
-      targetOf<Turn::Flip, 2>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
-      *job.matrix);
+  runTile(job, kTile<typename Source::Layout, Arithmetic, Turn::Flip>, Source::view(p, planes.width, planes.height),
+          targetOf<Turn::Flip, 2>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight});
 }
 
 /// The dither of a flip follows the source lines.
@@ -88,7 +86,9 @@ using FlipDither = MatrixDither<Turn::Upright>;
 } // namespace
 
 void convertRotatedMbYuv420ToRgb565(const Job &job) {
-  if (job.isYuv420) {
+  if (readsPairs(job)) {
+    convertRotatedYuv<SemiPlanar420, SemiPlanar420>(job);
+  } else if (job.isYuv420) {
     convertRotatedYuv<Yuv420, Yuv420>(job);
   } else {
     convertRotatedYuv<Yuv422EvenLines, Yuv422>(job);
@@ -113,7 +113,9 @@ void convertRotatedPlanarRgbToRgb565(const Job &job) {
 }
 
 void convertFlippedYuv420ToRgb565(const Job &job) {
-  if (job.isYuv420) {
+  if (readsPairs(job)) {
+    convertFlipped<SemiPlanar420, FlipDither>(job);
+  } else if (job.isYuv420) {
     convertFlipped<Yuv420, FlipDither>(job);
   } else {
     convertFlipped<Yuv422As420, FlipDither>(job);

@@ -5,12 +5,13 @@
 #include "frame/frame_check.h"
 #include "frame/route.h"
 #include "sameformat/plane_rotation.h"
+#include "vector/detect.h"
 #include "yuv/yuv_to_yuv.h"
 
 namespace zqcc {
 namespace {
 
-Job jobFor(const ConvertContext &context, const ConvertParams &params, int64_t skippedBytes) {
+Job jobFor(const ConvertContext &context, const ConvertParams &params, LevelSet levels, int64_t skippedBytes) {
   const uint32_t variant = isPacked422(params.inType) ? packedVariantOf(params.inType) : 0;
   return {params,
           context.xTable,
@@ -18,7 +19,8 @@ Job jobFor(const ConvertContext &context, const ConvertParams &params, int64_t s
           currentMatrix(),
           isPlanar420(params.inType),
           variant,
-          params.inStride - skippedBytes};
+          params.inStride - skippedBytes,
+          levels};
 }
 
 /// V comes before U in these; the caller's own record is put right, so converting with the same record twice
@@ -44,6 +46,14 @@ ConvertParams splitChroma(const ConvertContext &context, const ConvertParams &pa
   return planar;
 }
 
+/// Whether the routine reads the pairs as they lie, which every conversion to RGB that keeps the size does where there
+/// is vector code. The bytes are those of split planes. With a short stride these have lines that run into one another,
+/// so that pairs have to be split then.
+bool takesPairs(const ConvertParams &params, const Route &route, LevelSet levels) {
+  const bool keepsSize = params.isResize == 0 || !route.scales;
+  return levels != setOf(LEVEL_PORTABLE) && keepsSize && !route.copies && params.inWidth / 2 <= params.inStride / 2;
+}
+
 /// The frame turned by a quarter into the context's planes, each by its own geometry.
 ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &params) {
   const auto rotate = turnOf(params.rotation) == Turn::Left ? rotatePlaneLeft : rotatePlaneRight;
@@ -59,19 +69,26 @@ ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &par
 }
 
 void run(ConvertContext &context, ConvertParams &params, const Route &route, int64_t skippedBytes) {
+  const LevelSet levels = usableLevels();
   switch (route.prePass) {
   case PrePass::SplitChroma: {
+    if (takesPairs(params, route, levels)) {
+      Job job = jobFor(context, params, levels, skippedBytes);
+      job.isYuv420 = job.hasChromaPairs = true;
+      route.routine(job);
+      break;
+    }
     const ConvertParams planar = splitChroma(context, params);
-    route.routine(jobFor(context, planar, skippedBytes));
+    route.routine(jobFor(context, planar, levels, skippedBytes));
     break;
   }
   case PrePass::TurnPlanes: {
     const ConvertParams turned = turnPlanes(context, params);
-    route.routine(jobFor(context, turned, 0));
+    route.routine(jobFor(context, turned, levels, 0));
     break;
   }
   case PrePass::None:
-    route.routine(jobFor(context, params, skippedBytes));
+    route.routine(jobFor(context, params, levels, skippedBytes));
     break;
   }
 }

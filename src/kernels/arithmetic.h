@@ -178,6 +178,19 @@ inline constexpr int32_t kDitherRed[2][2] = {{1, -3}, {2, -1}};
 inline constexpr int32_t kDitherGreen[2][2] = {{0, -3}, {-2, -1}};
 inline constexpr int32_t kDitherBlue[2][2] = {{2, -1}, {1, -3}};
 
+/// Where an offset stands in the tables above.
+struct DitherPlace {
+  int line;
+  int column;
+};
+
+/// The place of the offset for the source pixel of these parities: quarter turns lay the cell on its side.
+template <Turn turn>
+constexpr DitherPlace ditherPlace(int line, int column) {
+  const int neighbour = isQuarterTurn(turn) ? line : column;
+  return {isQuarterTurn(turn) ? column : line, pairsBackwards(turn) ? 1 - neighbour : neighbour};
+}
+
 /// 16-bit pixels with the fixed dither. `turn` says which way the 2 x 2 cell lies: the offsets follow the source pixel
 /// for Upright, and the place in the output word for the others.
 template <Turn turn>
@@ -186,9 +199,8 @@ struct MatrixDither : Matrix {
   using Matrix::Matrix;
   template <int line, int column>
   [[nodiscard]] uint32_t pixel(const ColorTerms &t, int32_t y) const {
-    constexpr int l = isQuarterTurn(turn) ? column : line;
-    constexpr int neighbour = isQuarterTurn(turn) ? line : column;
-    constexpr int c = pairsBackwards(turn) ? 1 - neighbour : neighbour;
+    constexpr int l = ditherPlace<turn>(line, column).line;
+    constexpr int c = ditherPlace<turn>(line, column).column;
     return packRgb565(five[(y + t.red + kDitherRed[l][c]) >> 3], six[(y + t.green + kDitherGreen[l][c]) >> 2],
                       five[(y + t.blue + kDitherBlue[l][c]) >> 3]);
   }

@@ -25,6 +25,18 @@ struct Yuv420 {
   }
 };
 
+/// 4:2:0 with pairs of chroma samples in the second plane.
+struct SemiPlanar420 {
+  using Layout = Shape<1, 1, 2>;
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    PlaneView view = planesOf<Layout>(p, p.inStride, w / 2 - 1, h / 2 - 1);
+    const bool uFirst = p.inType == COLOR_YUV420_PACK;
+    view.u = p.inBuf[1] + (uFirst ? 0 : 1);
+    view.v = p.inBuf[1] + (uFirst ? 1 : 0);
+    return view;
+  }
+};
+
 /// Planar 4:2:2 of which every second chroma line is read.
 struct Yuv422EvenLines {
   using Layout = Shape<1, 1>;

@@ -1,7 +1,7 @@
 // The stages that vector code is made of. A conversion works on rows of pixels that lie in the first-level cache: a
 // fetch stage makes rows of samples of whatever layout the picture has, a colour stage makes pixels of them, a
-// placement stage puts blocks of pixels where a turn wants them. Planar samples are read where they lie, and pixels that
-// stay upright are written where they belong, without a buffer in between.
+// placement stage puts blocks of pixels where a turn wants them. Planar samples are read where they lie, and pixels
+// that stay upright are written where they belong, without a buffer in between.
 //
 // Every stage reads and writes exactly the samples and pixels that it is asked for: what does not fill its last group
 // of lanes is done by a group that overlaps the one before it.

@@ -2,8 +2,8 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "vector/studio565.cpp"
-#include "hwy/foreach_target.h"
-#include "hwy/highway.h"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
 
 #include "vector/studio565-inl.h"
 #include "vector/studio565.h"

@@ -6,7 +6,7 @@
 #define ZQCC_VECTOR_WORDS_INL_H
 #endif
 
-#include "hwy/highway.h"
+#include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {

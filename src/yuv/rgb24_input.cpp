@@ -1,7 +1,7 @@
 #include "yuv/rgb24_input.h"
 
-#include "kernels/convert_rect.h"
 #include "kernels/layouts.h"
+#include "vector/tile.h"
 
 namespace zqcc {
 namespace {
@@ -9,9 +9,9 @@ namespace {
 template <Turn turn>
 void convertRgb24(const Job &job) {
   const ConvertParams &p = job.params;
-  inBlocks(convertTile<Rgb24Bytes::Layout, PackRgb, turn>, Rgb24Bytes::view(p, p.outWidth, p.outHeight),
-           targetOf<turn, 2>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight), {0, 0, p.outWidth, p.outHeight},
-           *job.matrix);
+  runTileInBlocks(job, kTile<Rgb24Bytes::Layout, PackRgb, turn>, Rgb24Bytes::view(p, p.outWidth, p.outHeight),
+                  targetOf<turn, 2>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight),
+                  {0, 0, p.outWidth, p.outHeight});
 }
 
 } // namespace

@@ -1,9 +1,10 @@
 // Drives every cell of every routine table with random sizes, strides, contents and alignments on buffers that end at
 // unmapped pages, and says of a conversion that goes wrong which edge it crossed, by how much, and which pixels differ.
 //
-//   zqcc_checker [--seconds N | --rounds N] [--seed S] [--cell NAME] [--list] [--self-test]
+//   zqcc_checker [--seconds N | --rounds N] [--seed S] [--cell NAME] [--level NAME] [--list] [--self-test]
 #include "containment/mistakes.h"
 #include "containment/random_case.h"
+#include "support/levels.h"
 
 #include <chrono>
 #include <cstdio>
@@ -26,13 +27,15 @@ struct Options {
   long rounds = 0;
   uint32_t seed = 1;
   std::string cell;
+  std::string level; ///< of vector code; empty: the best there is
   bool list = false;
   bool selfTest = false;
 };
 
 int usage() {
-  std::fputs("usage: zqcc_checker [--seconds N | --rounds N] [--seed S] [--cell NAME] [--list] [--self-test]\n",
-             stderr);
+  std::fputs(
+      "usage: zqcc_checker [--seconds N | --rounds N] [--seed S] [--cell NAME] [--level NAME] [--list] [--self-test]\n",
+      stderr);
   return 2;
 }
 
@@ -55,6 +58,8 @@ bool parse(int count, char **words, Options &options) {
       options.seed = static_cast<uint32_t>(std::strtoul(value, nullptr, 10));
     } else if (word == "--cell") {
       options.cell = value;
+    } else if (word == "--level") {
+      options.level = value;
     } else {
       return false;
     }
@@ -160,6 +165,11 @@ int main(int count, char **words) {
   Options options;
   if (!parse(count, words, options)) {
     return usage();
+  }
+  if (!options.level.empty()) {
+    if (const int status = support::holdAtLevel(options.level)) {
+      return status;
+    }
   }
   if (options.list) {
     return list();

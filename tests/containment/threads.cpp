@@ -1,13 +1,17 @@
 // Conversions on different handles on different threads at the same time, under the thread sanitizer: every cell of the
-// routine tables, and results equal to those of one thread. Nobody changes the matrix meanwhile; --race does, and the
-// sanitizer has to say so.
+// routine tables, and results equal to those of one thread. The process begins with frames on all threads at once, so
+// that what is found out once, like the levels of vector code, is found out by all of them. Nobody changes the matrix
+// meanwhile; --race does, and the sanitizer has to say so.
 #include "containment/cells.h"
 #include "support/picture.h"
+#include "vector/detect.h"
 
+#include <algorithm>
 #include <barrier>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <numeric>
 #include <set>
 #include <string>
 #include <thread>
@@ -79,27 +83,40 @@ Conversions everyCell(std::set<int> &reached) {
   return all;
 }
 
-/// Each thread takes every kThreads-th conversion, all of them at the same time.
-int convertTogether(const Conversions &all) {
+/// Calls `work` with 0 to kThreads - 1 on as many threads, which begin at the same time.
+template <class Work>
+void onAllThreads(const Work &work) {
   std::barrier start(static_cast<std::ptrdiff_t>(kThreads));
-  std::vector<int> wrong(kThreads, 0);
   std::vector<std::thread> threads;
   for (std::size_t t = 0; t < kThreads; ++t) {
     threads.emplace_back([&, t] {
       start.arrive_and_wait();
-      for (int n = 0; n < kFrames; ++n) {
-        for (std::size_t i = t; i < all.size(); i += kThreads) {
-          wrong[t] += all[i]->frame() == all[i]->alone ? 0 : 1;
-        }
-      }
+      work(t);
     });
   }
-  int total = 0;
-  for (std::size_t t = 0; t < kThreads; ++t) {
-    threads[t].join();
-    total += wrong[t];
+  for (std::thread &thread : threads) {
+    thread.join();
   }
-  return total;
+}
+
+/// The first frames of the process, all at the same time: what is found out once in a process is found out here.
+std::vector<std::vector<uint8_t>> firstFrames(const Conversions &all) {
+  std::vector<std::vector<uint8_t>> frames(kThreads);
+  onAllThreads([&](std::size_t t) { frames[t] = all[t]->frame(); });
+  return frames;
+}
+
+/// Each thread takes every kThreads-th conversion, all of them at the same time.
+int convertTogether(const Conversions &all) {
+  std::vector<int> wrong(kThreads, 0);
+  onAllThreads([&](std::size_t t) {
+    for (int n = 0; n < kFrames; ++n) {
+      for (std::size_t i = t; i < all.size(); i += kThreads) {
+        wrong[t] += all[i]->frame() == all[i]->alone ? 0 : 1;
+      }
+    }
+  });
+  return std::accumulate(wrong.begin(), wrong.end(), 0);
 }
 
 /// What hosts must not do: one thread selects a matrix while another converts.
@@ -130,9 +147,15 @@ int main(int count, char **words) {
   for (const containment::Cell &cell : containment::cells()) {
     filled += cell.routine != nullptr ? 1 : 0;
   }
+  if (std::any_of(all.begin(), all.end(), [](const auto &conversion) { return conversion->prepare() != CC_OK; })) {
+    std::puts("a conversion is refused");
+    return 1;
+  }
+  const std::vector<std::vector<uint8_t>> first = firstFrames(all);
   for (const auto &conversion : all) {
-    if (conversion->prepare() != CC_OK || (conversion->alone = conversion->frame()).empty()) {
-      std::puts("a conversion is refused");
+    conversion->alone = conversion->frame();
+    if (conversion->alone.empty()) {
+      std::puts("a frame is refused");
       return 1;
     }
   }
@@ -140,8 +163,12 @@ int main(int count, char **words) {
     race(*all.front());
     return 0;
   }
-  const int wrong = convertTogether(all);
-  std::printf("%zu conversions through %zu of %zu cells, %d frames each on %zu threads: %d differ from one thread's\n",
-              all.size(), reached.size(), filled, kFrames, kThreads, wrong);
+  int wrong = convertTogether(all);
+  for (std::size_t t = 0; t < kThreads; ++t) {
+    wrong += first[t] == all[t]->alone ? 0 : 1;
+  }
+  std::printf("%zu conversions through %zu of %zu cells, %d frames each on %zu threads, levels %x: %d differ from one "
+              "thread's\n",
+              all.size(), reached.size(), filled, kFrames, kThreads, zqcc::detectedLevels(), wrong);
   return wrong == 0 && reached.size() == filled ? 0 : 1;
 }

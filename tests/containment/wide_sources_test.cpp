@@ -10,6 +10,7 @@
 #include "support/picture.h"
 #include "support/sparse_pages.h"
 #include "tables/color_matrix.h"
+#include "vector/detect.h"
 
 #include <gtest/gtest.h>
 
@@ -170,7 +171,8 @@ std::string WideSources::convert(const Mode &mode) {
                       zqcc::matrixEntry(MATRIX_BT601),
                       zqcc::isPlanar420(mode.inType),
                       variant,
-                      wide.inStride};
+                      wide.inStride,
+                      zqcc::usableLevels()};
   if (support::catchFault([&] { route.routine(job); })) {
     return "reaches for memory that is not there";
   }

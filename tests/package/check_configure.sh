@@ -66,4 +66,45 @@ CMAKE
 configure half_of_gtest -DGTest_DIR="$work/half" -DZQCC_BUILD_TOOLS=OFF || fail "half of GoogleTest stops everything"
 grep -q 'The tests are left out: GTest::gmock not found' "$work/half_of_gtest.txt" || fail "no word about GTest::gmock"
 
-verdict "build types, warnings, missing packages and pkg-config paths are as promised"
+# Vector code wants the headers of Highway, of a version that it was tried with; without them AUTO is the portable library
+# and says so. Processors without levels are not asked for any.
+vector() { # NAME: how many compilations have vector code, and how many have none
+  echo "$(compile_lines "$work/$1" -DZQCC_VECTOR=1) and $(compile_lines "$work/$1" -DZQCC_VECTOR=0)"
+}
+all_lines() { grep -c '"command"' "$work/$1/compile_commands.json"; }
+headers() { # DIRECTORY MAJOR MINOR PATCH: stand-ins for Highway's
+  mkdir -p "$1/hwy"
+  : >"$1/hwy/foreach_target.h"
+  printf '#define HWY_%s\n' "MAJOR $2" "MINOR $3" "PATCH $4" >"$1/hwy/highway.h"
+}
+headers "$work/new" 1 10 0
+headers "$work/old" 1 0 2
+library off -DZQCC_VECTOR=OFF -DZQCC_HIGHWAY_HEADERS="$work/new"
+equal "the compilations with and without vector code, OFF" "$(vector off)" "0 and $(all_lines off)"
+if grep 'src/vector/' "$work/off/compile_commands.json"; then fail "vector code is built although it is OFF"; fi
+if grep -i vector "$work/off.txt"; then fail "words about vector code although it is OFF"; fi
+case $(uname -m) in
+  x86_64 | aarch64)
+    for wish in AUTO ON; do
+      library "with_$wish" -DZQCC_VECTOR=$wish -DZQCC_HIGHWAY_HEADERS="$work/new"
+      equal "those with it and without, $wish" "$(vector with_$wish)" "$(all_lines "with_$wish") and 0"
+      grep -q 'src/vector/detect\.cpp' "$work/with_$wish/compile_commands.json" || fail "vector code is missing, $wish"
+    done
+    library without -DCMAKE_IGNORE_PATH='/usr/include;/usr/local/include'
+    library old -DZQCC_HIGHWAY_HEADERS="$work/old"
+    for name in without:'were not found (Debian: libhwy-dev)' old:"in $work/old are older than 1.0.3"; do
+      words=${name#*:} name=${name%%:*}
+      equal "the compilations with and without vector code, $name" "$(vector "$name")" "0 and $(all_lines "$name")"
+      grep -qF "Vector code is left out: Highway's headers $words" "$work/$name.txt" || fail "no word about it: $name"
+      configure "$name" -DZQCC_VECTOR=ON && fail "no headers, no error: $name"
+      tr -s ' \n' ' ' <"$work/$name.txt" | grep -qF "Vector code is wanted (ZQCC_VECTOR), but Highway's headers $words" ||
+        fail "an error, but not about the headers: $(cat "$work/$name.txt")"
+    done
+    # Headers that have gone since they were found.
+    rm -r "$work/new/hwy"
+    configure with_AUTO || fail "headers that went away: $(cat "$work/with_AUTO.txt")"
+    if grep -qF "$work/new" "$work/with_AUTO/CMakeCache.txt"; then fail "headers that went away are still known"; fi
+    ;;
+esac
+
+verdict "build types, warnings, vector code, missing packages and pkg-config paths are as promised"

@@ -7,6 +7,7 @@ cd "$1"
 
 order='frame
 direct_rgb resize_rgb sameformat yuv
+vector
 kernels
 tables
 base'

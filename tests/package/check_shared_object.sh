@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Reads the built shared object: what it exports, what it needs, what runs when it is loaded.
-# usage: check_shared_object.sh LIBRARY STATIC_LIBRARY EXPORT_MAP
+# Reads the built shared object: what it exports, what it needs, what runs when it is loaded, how large it is.
+# usage: check_shared_object.sh LIBRARY STATIC_LIBRARY EXPORT_MAP [LIMIT] (bytes that its code and data stay below)
 set -euo pipefail
-library=$1 static=$2 map=$3
+library=$1 static=$2 map=$3 limit=${4:-}
 failed=0
 fail() { echo "FAILED: $*"; failed=1; }
 
@@ -29,6 +29,21 @@ done
 
 initialisers=$(readelf -SW "$static" | grep -E '\.(init_array|ctors|preinit_array)' || true)
 [ -z "$initialisers" ] || fail "static constructors: $initialisers"
+# Beyond the linker's own start-up code, which has one, such constructors could also come from libgcc, whose answer to
+# questions about the processor is one, with names that do not leave the object.
+pointer=$(readelf -h "$library" | awk '/Class:/ { print ($2 == "ELF64") ? 8 : 4 }')
+for section in .init_array .ctors .preinit_array; do
+  size=$(size -A "$library" | awk -v name=$section '$1 == name { print $2 }')
+  [ "${size:-0}" -le "$pointer" ] || fail "static constructors: $section has $size bytes"
+done
+foreign=$(nm -u "$static" 2>/dev/null | awk '{ print $NF }' | grep -E '^(__cpu_|_ZN3hwy)' | LC_ALL=C sort -u |
+  grep -v -x -F -f <(nm --defined-only "$static" 2>/dev/null | awk 'NF > 2 { print $3 }') | tr '\n' ' ' || true)
+[ -z "$foreign" ] || fail "of libgcc or Highway: $foreign"
+
+if [ -n "$limit" ]; then
+  bytes=$(size "$library" | awk 'NR == 2 { print $1 + $2 }')
+  [ "$bytes" -lt "$limit" ] || fail "code and data of $bytes bytes, not below $limit"
+fi
 # The node and the object's name change together.
 soname=$(readelf -d "$library" | sed -n 's/.*SONAME.*\[\(.*\)\]/\1/p')
 [ "$soname" = "libzqColorConversion.so.${node#ZQCC_}" ] || fail "soname $soname, but version node $node"

@@ -2,6 +2,7 @@
 #include "resize_rgb/antialias.h"
 
 #include "reference/resize_check.h"
+#include "vector/detect.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -185,7 +186,7 @@ TEST(ResizeAntiAlias, LumaTapsStopBeforeTheLastColumnAndLineForBothSettings) {
     p.outStride = 4;
     p.outBuf[0] = out.data();
     p.antiAlias = quality;
-    zqcc::resizeYuvToRgb565AntiAlias(zqcc::Job{p, x.data(), y.data(), nullptr, true, 0, 8});
+    zqcc::resizeYuvToRgb565AntiAlias(zqcc::Job{p, x.data(), y.data(), nullptr, true, 0, 8, zqcc::usableLevels()});
     // (20 + 235 + 167 + 40 + 100) / 5 = 112, level 27; 100 is level 24, 200 level 53.
     const std::array<int, 4> levels{27, 24, 53, 53};
     for (std::size_t i = 0; i < 4; ++i) {

@@ -2,6 +2,7 @@
 #include "sameformat/rgb16.h"
 
 #include "reference/same_format_check.h"
+#include "vector/detect.h"
 
 #include <gtest/gtest.h>
 
@@ -108,7 +109,7 @@ Words withTables(zqcc::Routine routine, const Words &in, const std::vector<int32
   p.rotation = ROTATION_90_LEFT; // of consequence to the turning routine only
   p.inBuf[0] = source.data();
   p.outBuf[0] = out.data();
-  routine(zqcc::Job{p, x.data(), y.data(), nullptr, false, 0, 4});
+  routine(zqcc::Job{p, x.data(), y.data(), nullptr, false, 0, 4, zqcc::usableLevels()});
   Words words;
   for (std::size_t i = 0; i < out.size(); i += 2) {
     words.push_back(static_cast<uint16_t>(out[i] | out[i + 1] << 8));

@@ -1,6 +1,7 @@
 #include "support/guarded_pages.h"
 
 #include <algorithm>
+#include <array>
 #include <csetjmp>
 #include <csignal>
 #include <cstdlib>
@@ -15,9 +16,17 @@ namespace {
 
 constexpr std::size_t kWatched = 4096;
 
-/// Depends on the distance from the page's start, so that a block moved by a few bytes is no longer whole.
-uint8_t poisonAt(std::size_t i) {
-  return static_cast<uint8_t>(0xA5U ^ (i * 29U));
+/// Poison from position i on, kWatched bytes of it. Depends on the distance from the page's start, so that a block
+/// moved by a few bytes is no longer whole; repeats after 256 bytes.
+const uint8_t *poisonFrom(std::size_t i) {
+  static const auto kPoison = [] {
+    std::array<uint8_t, kWatched + 256> bytes{};
+    for (std::size_t k = 0; k < bytes.size(); ++k) {
+      bytes[k] = static_cast<uint8_t>(0xA5U ^ (k * 29U));
+    }
+    return bytes;
+  }();
+  return kPoison.data() + i % 256;
 }
 
 [[noreturn]] void giveUp(const char *what) {
@@ -55,19 +64,17 @@ GuardedPages::~GuardedPages() {
   munmap(written_, capacity_);
 }
 
-void GuardedPages::place(std::size_t bytes, Against against) {
-  if (bytes > capacity_) {
+void GuardedPages::place(std::size_t bytes, Against against, std::size_t distance) {
+  if (bytes + distance > capacity_) {
     giveUp("the buffer is larger than the guarded pages");
   }
   size_ = bytes;
-  offset_ = against == Against::End ? capacity_ - bytes : 0;
+  offset_ = against == Against::End ? capacity_ - bytes - distance : distance;
   const Window watched = window();
-  for (std::size_t i = offset_ - watched.before; i < offset_; ++i) {
-    written_[i] = poisonAt(i);
-  }
-  for (std::size_t i = offset_ + size_; i < offset_ + size_ + watched.behind; ++i) {
-    written_[i] = poisonAt(i);
-  }
+  const std::size_t front = offset_ - watched.before;
+  const std::size_t back = offset_ + size_;
+  std::memcpy(written_ + front, poisonFrom(front), watched.before);
+  std::memcpy(written_ + back, poisonFrom(back), watched.behind);
 }
 
 GuardedPages::Window GuardedPages::window() const {
@@ -76,17 +83,22 @@ GuardedPages::Window GuardedPages::window() const {
 
 std::optional<std::ptrdiff_t> GuardedPages::damage() const {
   const Window watched = window();
+  const std::size_t front = offset_ - watched.before;
+  const std::size_t back = offset_ + size_;
+  if (std::memcmp(written_ + front, poisonFrom(front), watched.before) == 0 &&
+      std::memcmp(written_ + back, poisonFrom(back), watched.behind) == 0) {
+    return std::nullopt;
+  }
   for (std::size_t i = 1; i <= watched.before; ++i) {
-    if (written_[offset_ - i] != poisonAt(offset_ - i)) {
+    if (written_[offset_ - i] != *poisonFrom(offset_ - i)) {
       return -static_cast<std::ptrdiff_t>(i);
     }
   }
-  for (std::size_t i = offset_ + size_; i < offset_ + size_ + watched.behind; ++i) {
-    if (written_[i] != poisonAt(i)) {
-      return static_cast<std::ptrdiff_t>(i - offset_);
-    }
+  std::size_t i = back;
+  while (written_[i] == *poisonFrom(i)) {
+    ++i;
   }
-  return std::nullopt;
+  return static_cast<std::ptrdiff_t>(i - offset_);
 }
 
 bool GuardedPages::covers(std::uintptr_t address) const {

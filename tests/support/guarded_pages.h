@@ -24,8 +24,9 @@ public:
   GuardedPages &operator=(const GuardedPages &) = delete;
   ~GuardedPages();
 
-  /// Lays out a buffer of `bytes` bytes and poisons its surroundings, which poisonIsWhole() watches.
-  void place(std::size_t bytes, Against against);
+  /// Lays out a buffer of `bytes` bytes, `distance` bytes away from the unmapped page that it lies against, and poisons
+  /// its surroundings, which damage() watches.
+  void place(std::size_t bytes, Against against, std::size_t distance = 0);
   /// The buffer as the code under test sees it.
   [[nodiscard]] uint8_t *data() const { return seen_ + offset_; }
   /// The same bytes, always writable.

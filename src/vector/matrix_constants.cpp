@@ -1,0 +1,55 @@
+#include "vector/matrix_constants.h"
+
+namespace zqcc {
+namespace {
+
+constexpr int32_t kFactorEnd = 1 << 23;
+
+constexpr bool isFactor(int32_t coefficient) {
+  return coefficient >= -kFactorEnd && coefficient < kFactorEnd;
+}
+
+constexpr SplitFactor splitFactor(int32_t coefficient) {
+  return {static_cast<int16_t>(coefficient >> 8), static_cast<int16_t>(coefficient & 0xFF)};
+}
+
+/// The offset of one source pixel.
+template <Turn turn>
+constexpr int16_t offsetOf(const int32_t (&offsets)[2][2], int line, int column) {
+  const DitherPlace place = ditherPlace<turn>(line, column);
+  return static_cast<int16_t>(offsets[place.line][place.column]);
+}
+
+} // namespace
+
+bool makeMatrixConstants(const ColorMatrix &matrix, ColourConstants &constants) {
+  constants = {splitFactor(matrix.crToR),
+               splitFactor(matrix.crToG),
+               splitFactor(matrix.cbToB),
+               splitFactor(matrix.cbToG),
+               {},
+               {},
+               {}};
+  return isFactor(matrix.crToR) && isFactor(matrix.crToG) && isFactor(matrix.cbToB) && isFactor(matrix.cbToG);
+}
+
+template <Turn turn>
+bool makeDitherConstants(const ColorMatrix &matrix, ColourConstants &constants) {
+  const bool areFactors = makeMatrixConstants(matrix, constants);
+  for (int line = 0; line < 2; ++line) {
+    for (int column = 0; column < 2; ++column) {
+      constants.red[line][column] = offsetOf<turn>(kDitherRed, line, column);
+      constants.green[line][column] = offsetOf<turn>(kDitherGreen, line, column);
+      constants.blue[line][column] = offsetOf<turn>(kDitherBlue, line, column);
+    }
+  }
+  return areFactors;
+}
+
+template bool makeDitherConstants<Turn::Upright>(const ColorMatrix &, ColourConstants &);
+template bool makeDitherConstants<Turn::Left>(const ColorMatrix &, ColourConstants &);
+template bool makeDitherConstants<Turn::Right>(const ColorMatrix &, ColourConstants &);
+template bool makeDitherConstants<Turn::Half>(const ColorMatrix &, ColourConstants &);
+template bool makeDitherConstants<Turn::Flip>(const ColorMatrix &, ColourConstants &);
+
+} // namespace zqcc

@@ -1,0 +1,68 @@
+// Which stages serve an arithmetic, and which make a layout, an arithmetic and a turn a conversion by rows.
+#pragma once
+
+#include "kernels/arithmetic.h"
+#include "kernels/layouts.h"
+#include "vector/matrix565.h"
+#include "vector/matrix_constants.h"
+#include "vector/pack565.h"
+#include "vector/place16.h"
+#include "vector/place24.h"
+#include "vector/rgb24.h"
+#include "vector/rows.h"
+#include "vector/studio565.h"
+
+#include <type_traits>
+
+namespace zqcc {
+
+/// Nothing for arithmetics that have no vector code.
+template <class Arithmetic>
+inline constexpr ColourStages kColourOf{};
+
+template <>
+inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO_SIX_BIT_PAIR, nullptr, nullptr, nullptr};
+
+template <Turn turn>
+inline constexpr ColourStages kColourOf<MatrixDither<turn>>{&MATRIX565_HALF_PAIR, &MATRIX565_HALF, &MATRIX565_FULL,
+                                                            makeDitherConstants<turn>};
+
+template <>
+inline constexpr ColourStages kColourOf<PackRgb>{nullptr, nullptr, &PACK565, nullptr};
+
+template <>
+inline constexpr ColourStages kColourOf<StudioQ12>{&STUDIO_Q12_PAIR, nullptr, nullptr, nullptr};
+
+template <>
+inline constexpr ColourStages kColourOf<MatrixRgb24>{&MATRIX_RGB24_PAIR, &MATRIX_RGB24_SINGLE, nullptr,
+                                                     makeMatrixConstants};
+
+template <int pixelBytes>
+inline constexpr PlaceStages kPlaceOf{};
+
+template <>
+inline constexpr PlaceStages kPlaceOf<2>{&REVERSE_ROW16, &TRANSPOSE_BLOCK16};
+
+template <>
+inline constexpr PlaceStages kPlaceOf<3>{&REVERSE_ROW24, &TRANSPOSE_BLOCK24};
+
+template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
+constexpr RowStages rowStages() {
+  const ColourStages &colour = kColourOf<Arithmetic>;
+  RowStages stages{kFetchOf<Layout>, nullptr, nullptr, colour.makeConstants, kPlaceOf<pixelBytes>, turn, pixelBytes};
+  if constexpr (std::is_same_v<Layout, Rgb24Bytes::Layout> && std::is_same_v<Arithmetic, PackRgb>) {
+    stages.fetch = {}; // packed as they lie
+    stages.single = &PACK565_RGB24;
+  } else if constexpr (Layout::kSharedByColumns) {
+    stages.pair = Layout::kSharedByLines ? colour.halfPair : nullptr;
+    stages.single = colour.half;
+  } else {
+    stages.single = colour.full;
+  }
+  return stages;
+}
+
+template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
+inline constexpr RowStages kRowStages = rowStages<Layout, Arithmetic, turn, pixelBytes>();
+
+} // namespace zqcc

@@ -1,0 +1,94 @@
+#include "vector/turned_rows.h"
+
+#include "base/limits.h"
+
+namespace zqcc {
+namespace {
+
+/// Pixels to do next of those that are left: at most `most`, and not so many that less than a row would remain.
+constexpr int32_t nextPixels(int32_t left, int32_t most) {
+  if (left <= most) {
+    return left;
+  }
+  return left - most < kLeastPixels ? most - kLeastPixels : most;
+}
+
+/// A block of a quarter turn: of the output lines that its columns become its lines fill 128 bytes, with pixels of two
+/// bytes. Wider blocks have less to do for each row, but their output lines do not stay in the cache where these are a
+/// power of two apart.
+constexpr int32_t kBlockColumns = 64;
+constexpr int32_t kBlockLines = 64;
+
+/// Asks for output lines before they are written, a few at a time: all at once would have to wait for each other.
+class LinesAhead {
+public:
+  /// `lines` lines, of which `bytes` bytes will be written, in `times` times.
+  LinesAhead(const uint8_t *first, std::ptrdiff_t stride, int32_t lines, std::ptrdiff_t bytes, int32_t times)
+      : line_(first), end_(first + lines * stride), stride_(stride), lastByte_(bytes - 1),
+        advance_((lines + times - 1) / times * stride) {}
+
+  void next() {
+    const std::ptrdiff_t left = end_ - line_;
+    const uint8_t *end = (stride_ < 0 ? left < advance_ : left > advance_) ? line_ + advance_ : end_;
+    for (; line_ != end; line_ += stride_) {
+      __builtin_prefetch(line_, 1);
+      __builtin_prefetch(line_ + lastByte_, 1);
+    }
+  }
+
+private:
+  const uint8_t *line_;
+  const uint8_t *end_;
+  std::ptrdiff_t stride_;
+  std::ptrdiff_t lastByte_;
+  std::ptrdiff_t advance_;
+};
+
+} // namespace
+
+void convertHalfTurned(const LineMaker &maker, ReverseRow reverse, const Rect &rows, uint8_t *origin,
+                       const Steps &steps) {
+  constexpr int32_t kPixels = 512;
+  alignas(64) uint8_t pixels[2][kPixels * kMostPixelBytes];
+  uint8_t *const to[2] = {pixels[0], pixels[1]};
+  for (int32_t y = rows.top; y < rows.bottom; y += 2) {
+    int32_t count = 0;
+    for (int32_t x = rows.left; x < rows.right; x += count) {
+      count = nextPixels(rows.right - x, kPixels);
+      maker.make(y, x, count, to);
+      uint8_t *first = origin + (x + count - 1) * steps.column + y * steps.line;
+      reverse(to[0], first, count);
+      reverse(to[1], first + steps.line, count);
+    }
+  }
+}
+
+void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, const Rect &rows, uint8_t *origin,
+                          const Steps &steps) {
+  alignas(64) uint8_t pixels[kBlockLines * kBlockColumns * kMostPixelBytes];
+  // Where lines become columns from the right to the left, the last one is the first of the output.
+  const bool rowsGoUp = steps.line < 0;
+  const std::ptrdiff_t pixelBytes = rowsGoUp ? -steps.line : steps.line;
+  const std::ptrdiff_t stride = kBlockColumns * pixelBytes;
+  int32_t lines = 0;
+  for (int32_t top = rows.top; top < rows.bottom; top += lines) {
+    lines = smaller(kBlockLines, rows.bottom - top);
+    const std::ptrdiff_t firstLine = rowsGoUp ? lines - 1 : 0;
+    int32_t columns = 0;
+    for (int32_t left = rows.left; left < rows.right; left += columns) {
+      columns = nextPixels(rows.right - left, kBlockColumns);
+      uint8_t *to = origin + left * steps.column + (top + firstLine) * steps.line;
+      LinesAhead output(to, steps.column, columns, lines * pixelBytes, lines / 2);
+      uint8_t *row[2] = {pixels, pixels + stride};
+      for (int32_t line = 0; line < lines; line += 2) {
+        output.next();
+        maker.make(top + line, left, columns, row);
+        row[0] += 2 * stride;
+        row[1] += 2 * stride;
+      }
+      transpose({pixels + firstLine * stride, rowsGoUp ? -stride : stride, columns, lines}, to, steps.column);
+    }
+  }
+}
+
+} // namespace zqcc

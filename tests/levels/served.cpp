@@ -1,0 +1,73 @@
+#include "levels/served.h"
+
+#include "containment/expectation.h"
+#include "reference/direct_case.h"
+#include "support/picture.h"
+
+#include <array>
+
+namespace levels {
+namespace {
+
+using containment::Mode;
+using support::Canvas;
+using support::Picture;
+
+/// Whole 16 x 16 blocks and whole vectors of every level: no edge is left to the portable code.
+constexpr containment::Sizes kSizes{128, 64, 128, 64};
+
+uint32_t convert(const Mode &mode, Canvas &canvas) {
+  const Picture picture(mode.inType, kSizes.width, kSizes.height, support::tightStride(mode.inType, kSizes.width),
+                        support::Fill::Noise, 3);
+  ConvertParams params = containment::recordOf(mode, kSizes);
+  picture.describe(params);
+  canvas.describe(params);
+  return support::convertOnce(params);
+}
+
+Canvas canvasFor(const Mode &mode) {
+  const reference::Size written = containment::writtenSize(containment::recordOf(mode, kSizes));
+  return Canvas::forPicture(mode.outType, written.width, written.height,
+                            support::tightStride(mode.outType, written.width));
+}
+
+} // namespace
+
+zqcc::LevelSet Served::levels() const {
+  zqcc::LevelSet all = 0;
+  for (const Calls &call : calls) {
+    all |= zqcc::setOf(call.level);
+  }
+  return all;
+}
+
+std::vector<Mode> conversionsToRgb() {
+  std::vector<Mode> modes;
+  for (const Mode &mode : containment::allModes()) {
+    const bool turns = mode.rotation >= ROTATION_NONE && mode.rotation <= ROTATION_FLIP_V;
+    const bool toRgb = support::isRgb16(mode.outType) || mode.outType == COLOR_RGB24;
+    const bool plain = mode.isResize == 0 && mode.quality == 0 && mode.inType != mode.outType;
+    if (turns && toRgb && plain && containment::cellOf(containment::recordOf(mode, kSizes)) >= 0) {
+      modes.push_back(mode);
+    }
+  }
+  return modes;
+}
+
+Served servedBy(const Mode &mode) {
+  Canvas canvas = canvasFor(mode);
+  const Muted silence;
+  forgetCalls();
+  Served served;
+  const bool converted = convert(mode, canvas) == CC_OK;
+  served.calls = calls();
+  served.whole = converted && !served.calls.empty() && canvas.touched().empty();
+  return served;
+}
+
+std::string nameOf(const Mode &mode) {
+  static constexpr std::array<const char *, 7> kTurns{"", "", "upright", "left", "right", "half", "flip"};
+  return std::to_string(mode.inType) + " " + std::to_string(mode.outType) + " " + kTurns.at(mode.rotation);
+}
+
+} // namespace levels

@@ -1,0 +1,30 @@
+// Which level of vector code serves a conversion: found out by converting a picture, with spies in every stage.
+#pragma once
+
+#include "base/levels.h"
+#include "containment/cells.h"
+#include "levels/spies.h"
+
+#include <string>
+#include <vector>
+
+namespace levels {
+
+struct Served {
+  std::vector<Calls> calls; ///< of stages, while one picture was converted
+  bool whole = false;       ///< stages made every pixel; portable code made none
+
+  /// The levels whose stages were called.
+  [[nodiscard]] zqcc::LevelSet levels() const;
+};
+
+/// The modes to RGB at the picture's own size that the library accepts and that write something, upright and turned.
+std::vector<containment::Mode> conversionsToRgb();
+
+/// What serves a conversion with the levels that may run now.
+Served servedBy(const containment::Mode &mode);
+
+/// "3 30 left": the types and the turn.
+std::string nameOf(const containment::Mode &mode);
+
+} // namespace levels

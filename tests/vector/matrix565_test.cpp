@@ -1,0 +1,214 @@
+// The stages of matrix arithmetic against the portable arithmetic.
+#include "vector/matrix565.h"
+
+#include "vector/colour_rows.h"
+#include "vector/matrix_constants.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+#include <vector>
+
+namespace zqcc {
+namespace {
+
+constexpr int kFirst = -(1 << 23);
+constexpr int kLast = (1 << 23) - 1;
+
+/// The built-in matrices, and what bounds the factors: the widest ones, sums that wrap, terms that end just at an
+/// integer.
+const std::array<ColorMatrix, 7> kMatrices{{
+    *matrixEntry(0),
+    *matrixEntry(1),
+    *matrixEntry(2),
+    {kLast, kFirst, kFirst, kFirst},
+    {kFirst, kLast, kLast, kLast},
+    {1 << 20, -1, (1 << 20) - 1, 1},
+    {-(1 << 20), 1 << 19, 1 - (1 << 20), (1 << 19) + 1},
+}};
+
+/// Pixels of 256 chroma samples, two to each, on two lines.
+using Lines = std::array<std::array<uint16_t, 512>, 2>;
+
+/// What the arithmetic makes of luma y, chroma u and every v: the even and the odd pixel of either line.
+template <class Arithmetic>
+Lines expectedLines(const Arithmetic &arithmetic, int32_t y, int32_t u) {
+  Lines lines;
+  for (int32_t v = 0; v < 256; ++v) {
+    const auto at = static_cast<std::size_t>(2 * v);
+    const auto terms = arithmetic.terms(u, v);
+    lines[0][at] = static_cast<uint16_t>(arithmetic.template pixel<0, 0>(terms, y));
+    lines[0][at + 1] = static_cast<uint16_t>(arithmetic.template pixel<0, 1>(terms, y));
+    lines[1][at] = static_cast<uint16_t>(arithmetic.template pixel<1, 0>(terms, y));
+    lines[1][at + 1] = static_cast<uint16_t>(arithmetic.template pixel<1, 1>(terms, y));
+  }
+  return lines;
+}
+
+/// Rows of samples for expectedLines.
+struct Samples {
+  std::array<uint8_t, 512> y;
+  std::array<uint8_t, 512> u;
+  std::array<uint8_t, 256> everyV;
+  std::array<uint8_t, 512> everyVTwice;
+
+  Samples() {
+    for (std::size_t v = 0; v < everyV.size(); ++v) {
+      everyV[v] = static_cast<uint8_t>(v);
+      everyVTwice[2 * v] = everyVTwice[2 * v + 1] = static_cast<uint8_t>(v);
+    }
+  }
+};
+
+uint8_t *bytesOf(Lines &lines, std::size_t line) {
+  return reinterpret_cast<uint8_t *>(lines[line].data());
+}
+
+/// The same lines by the three stages of a level.
+void expectStages(Level level, const Samples &from, const ColourConstants &constants, const Lines &expected) {
+  Lines pair;
+  uint8_t *const both[2] = {bytesOf(pair, 0), bytesOf(pair, 1)};
+  const SampleRows half{{from.y.data(), from.y.data()}, from.u.data(), from.everyV.data()};
+  MATRIX565_HALF_PAIR.of[level](half, both, 512, 0, constants);
+  ASSERT_EQ(pair, expected) << "pair of lines";
+  Lines single;
+  Lines full;
+  for (std::size_t line = 0; line < 2; ++line) {
+    const auto parity = static_cast<int32_t>(line);
+    uint8_t *const one[2] = {bytesOf(single, line), nullptr};
+    MATRIX565_HALF.of[level]({{from.y.data(), nullptr}, half.u, half.v}, one, 512, parity, constants);
+    uint8_t *const another[2] = {bytesOf(full, line), nullptr};
+    MATRIX565_FULL.of[level]({{from.y.data(), nullptr}, half.u, from.everyVTwice.data()}, another, 512, parity,
+                             constants);
+  }
+  ASSERT_EQ(single, expected) << "half chroma";
+  ASSERT_EQ(full, expected) << "full chroma";
+}
+
+/// Every level on every v with the luma and chroma u given, `step` apart.
+template <class Arithmetic>
+void expectEverySample(const ColorMatrix &matrix, const ColourConstants &constants, int32_t step) {
+  const Arithmetic arithmetic(matrix);
+  Samples samples;
+  for (int32_t u = 0; u < 256; u += step) {
+    samples.u.fill(static_cast<uint8_t>(u));
+    for (int32_t y = 0; y < 256; ++y) {
+      samples.y.fill(static_cast<uint8_t>(y));
+      const Lines expected = expectedLines(arithmetic, y, u);
+      for (const Level level : levelsOf(MATRIX565_HALF)) {
+        expectStages(level, samples, constants, expected);
+        ASSERT_FALSE(testing::Test::HasFatalFailure()) << levelName(level) << ", y " << y << ", u " << u;
+      }
+    }
+  }
+}
+
+TEST(Matrix565, MakesEveryColourOfEveryMatrix) {
+  for (const ColorMatrix &matrix : kMatrices) {
+    SCOPED_TRACE(testing::Message() << matrix.crToR << ' ' << matrix.crToG << ' ' << matrix.cbToB << ' '
+                                    << matrix.cbToG);
+    ColourConstants constants;
+    ASSERT_TRUE(makeDitherConstants<Turn::Upright>(matrix, constants));
+    ASSERT_NO_FATAL_FAILURE((expectEverySample<MatrixDither<Turn::Upright>>(matrix, constants, 1)));
+  }
+}
+
+template <Turn turn>
+void expectTurn() {
+  for (const uint32_t index : {0U, 1U}) {
+    SCOPED_TRACE(testing::Message() << "turn " << static_cast<uint32_t>(turn) << ", matrix " << index);
+    ColourConstants constants;
+    ASSERT_TRUE(makeDitherConstants<turn>(*matrixEntry(index), constants));
+    ASSERT_NO_FATAL_FAILURE((expectEverySample<MatrixDither<turn>>(*matrixEntry(index), constants, 15)));
+  }
+}
+
+TEST(Matrix565, DithersByTurn) {
+  ASSERT_NO_FATAL_FAILURE(expectTurn<Turn::Left>());
+  ASSERT_NO_FATAL_FAILURE(expectTurn<Turn::Right>());
+  ASSERT_NO_FATAL_FAILURE(expectTurn<Turn::Half>());
+  ASSERT_NO_FATAL_FAILURE(expectTurn<Turn::Flip>());
+}
+
+TEST(Matrix565, IsPlainWithoutOffsets) {
+  for (const uint32_t index : {0U, 1U, 2U}) {
+    ColourConstants constants;
+    ASSERT_TRUE(makeMatrixConstants(*matrixEntry(index), constants));
+    ASSERT_NO_FATAL_FAILURE(expectEverySample<MatrixPlain>(*matrixEntry(index), constants, 5));
+  }
+}
+
+TEST(Matrix565, RefusesFactorsOfMoreThan24Bits) {
+  const ColorMatrix inside{kFirst, kLast, kFirst, kLast};
+  constexpr int32_t ColorMatrix::*kCoefficients[] = {&ColorMatrix::crToR, &ColorMatrix::crToG, &ColorMatrix::cbToB,
+                                                     &ColorMatrix::cbToG};
+  ColourConstants constants;
+  EXPECT_TRUE(makeMatrixConstants(inside, constants));
+  EXPECT_TRUE(makeDitherConstants<Turn::Left>(inside, constants));
+  for (const auto coefficient : kCoefficients) {
+    for (const int32_t outside :
+         {kFirst - 1, kLast + 1, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()}) {
+      ColorMatrix matrix = inside;
+      matrix.*coefficient = outside;
+      EXPECT_FALSE(makeMatrixConstants(matrix, constants));
+      EXPECT_FALSE(makeDitherConstants<Turn::Right>(matrix, constants));
+    }
+  }
+}
+
+/// The pixel of the arithmetic in portable code; `half` says that two pixels share their chroma.
+uint16_t portablePixel(const SampleRows &from, int line, int parity, int32_t x, bool half) {
+  const MatrixDither<Turn::Upright> arithmetic(*matrixEntry(0));
+  const int32_t sample = half ? x / 2 : x;
+  const auto terms = arithmetic.terms(from.u[sample], from.v[sample]);
+  const int32_t y = from.y[line][x];
+  const uint32_t pixels[2][2] = {{arithmetic.pixel<0, 0>(terms, y), arithmetic.pixel<0, 1>(terms, y)},
+                                 {arithmetic.pixel<1, 0>(terms, y), arithmetic.pixel<1, 1>(terms, y)}};
+  return static_cast<uint16_t>(pixels[parity][x % 2]);
+}
+
+class Matrix565Rows : public AtEveryLevel {
+protected:
+  /// A stage on rows of a length, either of its lines being one of an even line first.
+  void expectRow(const PerLevel<ColourRows> &stage, int32_t pixels, int lines, bool half, support::Against against) {
+    ColourConstants constants;
+    ASSERT_TRUE(makeDitherConstants<Turn::Upright>(*matrixEntry(0), constants));
+    const auto bytes = static_cast<std::size_t>(pixels);
+    const GuardedRows rows(bytes, half ? bytes / 2 : bytes, 2 * bytes, against);
+    for (int first = 0; first < 2; ++first) {
+      rows.run(stage.of[GetParam()], pixels, first, constants);
+      for (int line = 0; line < lines; ++line) {
+        for (int32_t x = 0; x < pixels; ++x) {
+          ASSERT_EQ(rows.pixel(line, x), portablePixel(rows.samples(), line, (first + line) % 2, x, half))
+              << "pixel " << x << " of " << pixels << ", line " << first + line;
+        }
+      }
+    }
+  }
+
+  void expectRows(const PerLevel<ColourRows> &stage, int lines, bool half) {
+    for (int32_t pixels = kShortestRow; pixels <= kLongestRow; pixels += half ? 2 : 1) {
+      ASSERT_NO_FATAL_FAILURE(expectRow(stage, pixels, lines, half, support::Against::End));
+      ASSERT_NO_FATAL_FAILURE(expectRow(stage, pixels, lines, half, support::Against::Start));
+    }
+  }
+};
+
+TEST_P(Matrix565Rows, OfPairsKeepWithinTheirEnds) {
+  expectRows(MATRIX565_HALF_PAIR, 2, true);
+}
+
+TEST_P(Matrix565Rows, WithHalfChromaKeepWithinTheirEnds) {
+  expectRows(MATRIX565_HALF, 1, true);
+}
+
+TEST_P(Matrix565Rows, WithFullChromaKeepWithinTheirEnds) {
+  expectRows(MATRIX565_FULL, 1, false);
+}
+
+INSTANTIATE_TEST_SUITE_P(Levels, Matrix565Rows, testing::ValuesIn(kVectorLevels),
+                         [](const auto &level) { return levelName(level.param); });
+
+} // namespace
+} // namespace zqcc
