@@ -18,9 +18,9 @@
 // added one makes up for the two up to level 40.
 //
 // Green has too many combinations of chroma for that. A sum of three 16-bit products approximates T >> 14: it is one
-// of (T >> 14) - 3 .. T >> 14. T modulo 2^16, of low products without rounding, tells the two lowest bits of T >> 14:
-// adding their complement to the approximation gives a number in the same group of four as T >> 14 itself, and no level
-// ends inside of such a group.
+// of (T >> 14) - 3 .. T >> 14. T modulo 2^16, of low products, has no error, and its upper two bits are the lower two
+// of T >> 14. With their complement added, the approximation is in the same group of four as T >> 14 itself, and no
+// level ends inside of such a group.
 //
 // So every component comes as a word whose upper bits are exact, on a scale of 256 for full range. Narrowing with
 // saturation to bytes clamps all of them; even and odd pixels were apart until then, so that chroma is never doubled.
@@ -52,14 +52,14 @@ struct StudioNumbers {
   uint16_t offsetU = 8;
   uint16_t scaleV = 167;
   uint16_t offsetV = low(-23323);
-  // Red and blue, 378 a level and one more.
+  // Red and blue, 378 a level. Of blue, samples 168 and, for the level above the highest, 132 get one less.
   uint16_t redFactor = 29594;
   uint16_t blueFactor = 65061;
   uint16_t blueOffset = low(1 - 13087);
   uint16_t blueLess = 168;
   uint16_t blueLessAtTop = 132;
   uint16_t eighths = 1387;
-  // Green: T >> 14 from above or from below, and -1 - T.
+  // Green: the approximation of T >> 14, which chroma is subtracted from, and -1 - T.
   uint16_t greenFactorU = 17126;
   uint16_t greenFactorV = 20419;
   uint16_t greenOffset = low(-1412);
@@ -165,28 +165,26 @@ struct StudioPixels {
   hn::Vec<D> first, second;
 };
 
+/// Words clamped to the range of the arithmetic. Its bounds of 8 bits, 16 and 235, are bounds of levels as well.
 template <StudioClamp clamp, class DI>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioRedBlue(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioBytes(DI /*di*/, hn::Vec<DI> even, hn::Vec<DI> odd) {
   const hn::Repartition<uint8_t, DI> bytes;
-  const auto narrow = narrowInBlocks(di, even, odd);
+  const auto narrow = packBlocks(even, odd);
   if constexpr (clamp == StudioClamp::videoRange) {
     return hn::Min(hn::Max(narrow, hn::Set(bytes, 16)), hn::Set(bytes, 235));
-  } else if constexpr (clamp == StudioClamp::fiveSix) {
-    // 29 stands twice: from level 30 on, one level less.
-    const auto level = hn::Set(di, 8);
-    const auto lower = narrowInBlocks(di, hn::Sub(even, level), hn::Sub(odd, level));
-    return hn::Max(hn::Min(narrow, hn::Set(bytes, 239)), lower);
   } else {
     return narrow;
   }
 }
 
+/// The same of red and blue: in the table of 5 bits 29 stands twice, so that from level 30 on it is one level less.
 template <StudioClamp clamp, class DI>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioGreen(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
-  const hn::Repartition<uint8_t, DI> bytes;
-  const auto narrow = narrowInBlocks(di, even, odd);
-  if constexpr (clamp == StudioClamp::videoRange) {
-    return hn::Min(hn::Max(narrow, hn::Set(bytes, 16)), hn::Set(bytes, 235));
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioRedBlueBytes(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
+  const auto narrow = studioBytes<clamp>(di, even, odd);
+  if constexpr (clamp == StudioClamp::fiveSix) {
+    const auto level = hn::Set(di, 8);
+    const auto less = packBlocks(hn::Sub(even, level), hn::Sub(odd, level));
+    return hn::Max(hn::Min(narrow, hn::Set(hn::Repartition<uint8_t, DI>(), 30 * 8 - 1)), less);
   } else {
     return narrow;
   }
@@ -200,24 +198,21 @@ HWY_INLINE StudioPixels<D> studioPixels(D d, const StudioConstants<D> &k, hn::Ve
   const hn::Repartition<uint8_t, D> bytes;
   const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenBytesTimes(di, y, k.even110), evenTerms);
   const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddBytesTimes(di, y, k.odd110), oddTerms);
-  const auto red = studioRedBlue<clamp>(di, even.red, odd.red);
-  const auto green = hn::BitCast(d, studioGreen<clamp>(di, even.green, odd.green));
-  const auto blue = hn::BitCast(d, studioRedBlue<clamp>(di, even.blue, odd.blue));
-  const auto select = [&](uint8_t mask, auto yes, auto no) HWY_ATTR {
-    const auto m = hn::Set(bytes, mask);
-    return hn::Or(hn::And(m, hn::BitCast(bytes, yes)), hn::AndNot(m, hn::BitCast(bytes, no)));
-  };
-  const auto high = select(0xF8, red, hn::ShiftRight<5>(green));
-  const auto low = select(0xE0, hn::ShiftLeft<3>(green), hn::ShiftRight<3>(blue));
+  const auto red = studioRedBlueBytes<clamp>(di, even.red, odd.red);
+  const auto green = hn::BitCast(d, studioBytes<clamp>(di, even.green, odd.green));
+  const auto blue = hn::BitCast(d, studioRedBlueBytes<clamp>(di, even.blue, odd.blue));
+  // Bytes are shifted as words: what comes from the byte beside is not selected.
+  const auto greenHigh = hn::BitCast(bytes, hn::ShiftRight<5>(green));
+  const auto greenLow = hn::BitCast(bytes, hn::ShiftLeft<3>(green));
+  const auto high = selectBits(hn::Set(bytes, 0xF8), red, greenHigh);
+  const auto low = selectBits(hn::Set(bytes, 0xE0), greenLow, hn::BitCast(bytes, hn::ShiftRight<3>(blue)));
   const auto evens = hn::BitCast(d, hn::InterleaveLower(bytes, low, high));
   const auto odds = hn::BitCast(d, hn::InterleaveUpper(bytes, low, high));
   return {hn::InterleaveLower(d, evens, odds), hn::InterleaveUpper(d, evens, odds)};
 }
 
-// --- Orders of samples
-// ------------------------------------------------------------------------------------------------ Interleaving works
-// within blocks of 16 bytes. So that its results are whole halves of the group, block b of a vector of samples gets the
-// eight that belong to the first half and the eight that belong to the second one.
+// Orders of samples. Interleaving works within blocks of 16 bytes. So that its results are whole halves of the group,
+// block b of a vector of samples gets the eight that belong to the first half and the eight that belong to the second.
 
 HWY_ALIGN constexpr uint8_t kChroma2[32] = {0, 128, 1, 128, 2, 128, 3, 128, 8,  128, 9,  128, 10, 128, 11, 128,
                                             4, 128, 5, 128, 6, 128, 7, 128, 12, 128, 13, 128, 14, 128, 15, 128};
@@ -225,14 +220,8 @@ HWY_ALIGN constexpr uint32_t kChroma4[8] = {0, 4, 1, 5, 2, 6, 3, 7};
 
 /// Samples of full resolution.
 template <class D>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D>> studioSamples(D d, const uint8_t *from) {
-  const hn::Repartition<uint8_t, D> bytes;
-  (void)d;
-  if constexpr (hn::MaxLanes(d) == 8) {
-    return hn::LoadU(bytes, from);
-  } else {
-    return zipHalves(bytes, hn::LoadU(bytes, from));
-  }
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D>> studioSamples(D /*d*/, const uint8_t *from) {
+  return zipHalves(hn::LoadU(hn::Repartition<uint8_t, D>(), from));
 }
 
 /// Samples of half resolution as words.

@@ -1,4 +1,7 @@
-// Between bytes and 16-bit lanes: what x86 has one instruction for and Highway 1.0.3 no name.
+// Words of bytes: products of every other byte, orders of bytes that suit interleaving within blocks of 16 bytes, and
+// constants that stay constants.
+
+// Read once a level.
 #if defined(ZQCC_VECTOR_WORDS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ZQCC_VECTOR_WORDS_INL_H
 #undef ZQCC_VECTOR_WORDS_INL_H
@@ -6,12 +9,11 @@
 #define ZQCC_VECTOR_WORDS_INL_H
 #endif
 
-#include <hwy/highway.h>
+#include "vector/blocks-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
-namespace hn = hwy::HWY_NAMESPACE;
 
 /// Hides from the compiler which numbers stand there. It would make them anew from immediate operands at every use, and
 /// shifts and sums of the products with them, instead of keeping them in registers or beside them on the stack.
@@ -21,57 +23,23 @@ HWY_INLINE const T *hidden(const T *numbers) {
   return numbers;
 }
 
-#if HWY_ARCH_X86
-HWY_INLINE __m128i multiplyAddBytes(__m128i bytes, __m128i factors) {
-  return _mm_maddubs_epi16(bytes, factors);
-}
-HWY_INLINE __m128i narrowBlocks(__m128i low, __m128i high) {
-  return _mm_packus_epi16(low, high);
-}
-HWY_INLINE __m128i zipQuadwords(__m128i bytes) {
-  return bytes;
-}
-#if HWY_MAX_BYTES >= 32
-HWY_INLINE __m256i multiplyAddBytes(__m256i bytes, __m256i factors) {
-  return _mm256_maddubs_epi16(bytes, factors);
-}
-HWY_INLINE __m256i narrowBlocks(__m256i low, __m256i high) {
-  return _mm256_packus_epi16(low, high);
-}
-HWY_INLINE __m256i zipQuadwords(__m256i bytes) {
-  return _mm256_permute4x64_epi64(bytes, 0xD8);
-}
-#endif
-#if HWY_MAX_BYTES >= 64
-HWY_INLINE __m512i multiplyAddBytes(__m512i bytes, __m512i factors) {
-  return _mm512_maddubs_epi16(bytes, factors);
-}
-HWY_INLINE __m512i narrowBlocks(__m512i low, __m512i high) {
-  return _mm512_packus_epi16(low, high);
-}
-HWY_INLINE __m512i zipQuadwords(__m512i bytes) {
-  return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7), bytes);
-}
-#endif
-#endif
-
-/// The even bytes of a vector of bytes times `factor`, which has 0..127 in every lane.
+/// The even bytes times `factor`, which has 0..127 in every lane.
 template <class DI>
 HWY_INLINE hn::Vec<DI> evenBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes, hn::Vec<DI> factor) {
 #if HWY_ARCH_X86
   (void)di;
-  return hn::Vec<DI>{multiplyAddBytes(bytes.raw, factor.raw)};
+  return sumPairs(bytes, factor);
 #else
   return hn::Mul(hn::And(hn::BitCast(di, bytes), hn::Set(di, 0xFF)), factor);
 #endif
 }
 
-/// The odd bytes of a vector of bytes times `factor256` / 256, which has 0..127 in every lane.
+/// The odd bytes times `factor256` / 256, which has 0..127 in every lane.
 template <class DI>
 HWY_INLINE hn::Vec<DI> oddBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes, hn::Vec<DI> factor256) {
 #if HWY_ARCH_X86
   (void)di;
-  return hn::Vec<DI>{multiplyAddBytes(bytes.raw, factor256.raw)};
+  return sumPairs(bytes, factor256);
 #else
   const hn::RebindToUnsigned<DI> d;
   const auto odd = hn::BitCast(di, hn::ShiftRight<8>(hn::BitCast(d, bytes)));
@@ -79,32 +47,36 @@ HWY_INLINE hn::Vec<DI> oddBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>
 #endif
 }
 
-/// Clamps words to 0..255; every block of 16 bytes has the eight of `low` first and those of `high` after them.
-template <class DI>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> narrowInBlocks(DI di, hn::Vec<DI> low, hn::Vec<DI> high) {
-  const hn::Repartition<uint8_t, DI> bytes;
-#if HWY_ARCH_X86
-  (void)di;
-  return hn::Vec<decltype(bytes)>{narrowBlocks(low.raw, high.raw)};
+/// Every bit of `yes` where the mask has a one, else that of `no`. IfVecThenElse does that for whole lanes, and bit by
+/// bit where the processor has one instruction for it.
+template <class V>
+HWY_INLINE V selectBits(V mask, V yes, V no) {
+#if HWY_TARGET == HWY_SSE4 || HWY_TARGET == HWY_AVX2
+  return hn::Or(hn::And(mask, yes), hn::AndNot(mask, no));
 #else
-  (void)di;
-  const hn::Half<decltype(bytes)> half;
-  return hn::Combine(bytes, hn::DemoteTo(half, high), hn::DemoteTo(half, low));
+  return hn::IfVecThenElse(mask, yes, no);
 #endif
 }
 
-/// Block b of the result has the b-th eight bytes of the lower half and then the b-th eight of the upper half.
-template <class DB>
-HWY_INLINE hn::Vec<DB> zipHalves(DB bytes, hn::Vec<DB> v) {
-  (void)bytes;
-#if HWY_ARCH_X86
-  return hn::Vec<DB>{zipQuadwords(v.raw)};
-#else
-  return v; // one block
-#endif
+// zipHalves: block b of the result has the b-th eight bytes of the lower half, then the b-th eight of the upper half.
+template <class V128>
+HWY_INLINE V128 zipHalves(V128 bytes) {
+  return bytes;
 }
+#if HWY_ARCH_X86 && HWY_MAX_BYTES >= 32
+HWY_INLINE hn::Vec256<uint8_t> zipHalves(hn::Vec256<uint8_t> bytes) {
+  return hn::Vec256<uint8_t>{_mm256_permute4x64_epi64(bytes.raw, 0xD8)};
+}
+#endif
+#if HWY_ARCH_X86 && HWY_MAX_BYTES >= 64
+HWY_INLINE hn::Vec512<uint8_t> zipHalves(hn::Vec512<uint8_t> bytes) {
+  const auto order = _mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7);
+  return hn::Vec512<uint8_t>{_mm512_permutexvar_epi64(order, bytes.raw)};
+}
+#endif
 
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
+
 #endif
