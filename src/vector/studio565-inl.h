@@ -17,10 +17,12 @@
 // (sum + 1) * 1387 >> 16 then is eight times the level, three fractional bits below it: 1387 * 378 is 2^19 - 2, and the
 // added one makes up for the two up to level 40.
 //
-// Green has too many combinations of chroma for that. A sum of three 16-bit products approximates T >> 14: it is one
-// of (T >> 14) - 3 .. T >> 14. T modulo 2^16, of low products, has no error, and its upper two bits are the lower two
-// of T >> 14. With their complement added, the approximation is in the same group of four as T >> 14 itself, and no
-// level ends inside of such a group.
+// Green has too many combinations of chroma for that. One unit of the same scale is 22192 of T, so that a rounded
+// product of 55 y - g with 22192 / 2^15 is an approximation of T >> 15, with g a 16-bit product of 54 u + 112 v, whose
+// ratio is that of the factors. It is either T >> 15 or one less, for all 2^24 colours: twice a rounding, and the
+// constants leave just enough for the errors of ratio and scale. T modulo 2^16, of low products, has no error, and its
+// upper bit is the lowest one of T >> 15. With that bit's complement added, the approximation is in the same pair of
+// numbers as T >> 15 itself, and no level ends inside of a pair.
 //
 // So every component comes as a word whose upper bits are exact, on a scale of 256 for full range. Narrowing with
 // saturation to bytes clamps all of them; even and odd pixels were apart until then, so that chroma is never doubled.
@@ -59,22 +61,22 @@ struct StudioNumbers {
   uint16_t blueLess = 168;
   uint16_t blueLessAtTop = 132;
   uint16_t eighths = 1387;
-  // Green: the approximation of T >> 14, which chroma is subtracted from, and -1 - T.
-  uint16_t greenFactorU = 17126;
-  uint16_t greenFactorV = 20419;
-  uint16_t greenOffset = low(-1412);
-  uint16_t greenFactorY = 44384;
+  // Green: its g, and -1 - T.
+  uint16_t greenScaleU = 54;
+  uint16_t greenScaleV = 112;
+  uint16_t greenScaled = 24;
+  uint16_t greenFactor = 22478;
+  uint16_t greenOffset = low(-6414);
+  uint16_t halfUnit = 22192;
   uint16_t restFactorU = low(kCbG);
   uint16_t restFactorV = low(kCrG);
   uint16_t restOffset = low(-1 - 128 * (kCrG + kCbG) + 16 * kY);
-  uint16_t restFactorY = 13927;
+  uint16_t restFactorY = 27854;
   // Luma.
   uint16_t even55 = 55;
   uint16_t odd55 = 55 << 8;
-  uint16_t even110 = 110;
-  uint16_t odd110 = 110 << 8;
 };
-static_assert(StudioNumbers::low(StudioNumbers().restFactorY * 110 + StudioNumbers::kY) == 0);
+static_assert(StudioNumbers::low(StudioNumbers().restFactorY * 55 + StudioNumbers::kY) == 0);
 static_assert(StudioNumbers().eighths * 378 == (1 << 19) - 2);
 
 constexpr StudioNumbers kStudioNumbers;
@@ -96,20 +98,20 @@ struct StudioConstants {
   const V blueOffset = of(numbers->blueOffset);
   const V blueLess = of(numbers->blueLess);
   const V blueLessAtTop = of(numbers->blueLessAtTop);
-  const V greenFactorU = of(numbers->greenFactorU);
+  const V greenScaleU = of(numbers->greenScaleU);
+  const V greenScaleV = of(numbers->greenScaleV);
+  const V greenScaled = of(numbers->greenScaled);
+  const V greenFactor = of(numbers->greenFactor);
   const V greenOffset = of(numbers->greenOffset);
-  const V greenFactorY = of(numbers->greenFactorY);
   const V restFactorU = of(numbers->restFactorU);
   const V restFactorV = of(numbers->restFactorV);
   const V restOffset = of(numbers->restOffset);
   const V restFactorY = of(numbers->restFactorY);
   const VI redFactor = signedOf(numbers->redFactor);
-  const VI greenFactorV = signedOf(numbers->greenFactorV);
+  const VI halfUnit = signedOf(numbers->halfUnit);
   const VI eighths = signedOf(numbers->eighths);
   const VI even55 = signedOf(numbers->even55);
   const VI odd55 = signedOf(numbers->odd55);
-  const VI even110 = signedOf(numbers->even110);
-  const VI odd110 = signedOf(numbers->odd110);
 
 private:
   static HWY_INLINE V of(uint16_t number) { return hn::Set(D(), number); }
@@ -121,7 +123,7 @@ template <class D>
 struct StudioTermsOf {
   hn::Vec<hn::RebindToSigned<D>> red;
   hn::Vec<hn::RebindToSigned<D>> blue;
-  hn::Vec<D> green;
+  hn::Vec<hn::RebindToSigned<D>> green;
   hn::Vec<D> greenRest;
 };
 
@@ -136,10 +138,10 @@ HWY_INLINE StudioTermsOf<D> studioTerms(D d, const StudioConstants<D> &k, hn::Ve
   if constexpr (clamp == StudioClamp::fiveSix) {
     blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLessAtTop)));
   }
-  const auto green =
-      hn::Add(hn::MulHigh(scaledU, k.greenFactorU), hn::BitCast(d, hn::MulHigh(scaledV, k.greenFactorV)));
+  const auto scaled = hn::Add(hn::Add(hn::Mul(u, k.greenScaleU), hn::Mul(v, k.greenScaleV)), k.greenScaled);
+  const auto green = hn::Add(hn::MulHigh(scaled, k.greenFactor), k.greenOffset);
   const auto rest = hn::Add(hn::Mul(u, k.restFactorU), hn::Mul(v, k.restFactorV));
-  return {red, hn::BitCast(di, blue), hn::Add(green, k.greenOffset), hn::Add(rest, k.restOffset)};
+  return {red, hn::BitCast(di, blue), hn::BitCast(di, green), hn::Add(rest, k.restOffset)};
 }
 
 /// Words on a scale of 256 a full range, not clamped yet.
@@ -148,15 +150,15 @@ struct StudioWords {
   hn::Vec<hn::RebindToSigned<D>> red, green, blue;
 };
 
+/// From 55 y.
 template <class D>
-HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<hn::RebindToSigned<D>> y55,
-                                      hn::Vec<hn::RebindToSigned<D>> y110, const StudioTermsOf<D> &terms) {
+HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<hn::RebindToSigned<D>> y,
+                                      const StudioTermsOf<D> &terms) {
   const hn::RebindToSigned<D> di;
-  const auto y = hn::BitCast(d, y110);
-  const auto rest = hn::ShiftRight<14>(hn::Add(hn::Mul(y, k.restFactorY), terms.greenRest));
-  const auto green = hn::Add(hn::Sub(hn::MulHigh(y, k.greenFactorY), terms.green), rest);
-  return {hn::MulHigh(hn::SaturatedAdd(y55, terms.red), k.eighths), hn::ShiftRight<6>(hn::BitCast(di, green)),
-          hn::MulHigh(hn::SaturatedAdd(y55, terms.blue), k.eighths)};
+  const auto rest = hn::ShiftRight<15>(hn::Add(hn::Mul(hn::BitCast(d, y), k.restFactorY), terms.greenRest));
+  const auto green = hn::Add(hn::MulFixedPoint15(hn::Sub(y, terms.green), k.halfUnit), hn::BitCast(di, rest));
+  return {hn::MulHigh(hn::SaturatedAdd(y, terms.red), k.eighths), hn::ShiftRight<5>(green),
+          hn::MulHigh(hn::SaturatedAdd(y, terms.blue), k.eighths)};
 }
 
 /// Pixels in two vectors, the first half of the group and the second.
@@ -196,8 +198,8 @@ HWY_INLINE StudioPixels<D> studioPixels(D d, const StudioConstants<D> &k, hn::Ve
                                         const StudioTermsOf<D> &evenTerms, const StudioTermsOf<D> &oddTerms) {
   const hn::RebindToSigned<D> di;
   const hn::Repartition<uint8_t, D> bytes;
-  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenBytesTimes(di, y, k.even110), evenTerms);
-  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddBytesTimes(di, y, k.odd110), oddTerms);
+  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenTerms);
+  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddTerms);
   const auto red = studioRedBlueBytes<clamp>(di, even.red, odd.red);
   const auto green = hn::BitCast(d, studioBytes<clamp>(di, even.green, odd.green));
   const auto blue = hn::BitCast(d, studioRedBlueBytes<clamp>(di, even.blue, odd.blue));
