@@ -44,6 +44,62 @@ struct EvenAndOdd {
   }
 };
 
+/// Macropixels, the four bytes that hold two pixels and the chroma they share, as 16-bit lanes.
+template <class D>
+class MacropixelLanes {
+public:
+  using D16 = Words<D>;
+  using V = hn::Vec<D16>;
+
+  /// Where the samples of the first macropixel stand.
+  HWY_INLINE MacropixelLanes(const uint8_t *left, const uint8_t *right, const uint8_t *u, const uint8_t *v)
+      : base(HWY_MIN(HWY_MIN(left, right), HWY_MIN(u, v))), luma(order(left - base, right - base)),
+        chroma(order(u - base, v - base)) {}
+
+  struct Samples {
+    V even;
+    V odd;
+    V u;
+    V v;
+  };
+
+  /// The samples of as many pixels as D has lanes, from an even column on.
+  HWY_INLINE Samples load(std::ptrdiff_t x) const {
+    const D d;
+    const hn::Repartition<uint64_t, D> halves;
+    const D16 d16;
+    auto first = hn::LoadU(d, base + 2 * x);
+    auto second = hn::LoadU(d, base + 2 * x + static_cast<std::ptrdiff_t>(hn::MaxLanes(D())));
+    evenAndOddBlocks(d, first, second);
+    const auto pick = [&](hn::Vec<D> bytes, hn::Vec<D> which)
+                          HWY_ATTR { return hn::BitCast(halves, hn::TableLookupBytes(bytes, which)); };
+    const auto luma0 = pick(first, luma);
+    const auto luma1 = pick(second, luma);
+    const auto chroma0 = pick(first, chroma);
+    const auto chroma1 = pick(second, chroma);
+    return {hn::BitCast(d16, hn::InterleaveLower(halves, luma0, luma1)),
+            hn::BitCast(d16, hn::InterleaveUpper(halves, luma0, luma1)),
+            hn::BitCast(d16, hn::InterleaveLower(halves, chroma0, chroma1)),
+            hn::BitCast(d16, hn::InterleaveUpper(halves, chroma0, chroma1))};
+  }
+
+private:
+  /// Two samples of the four macropixels of a block, a 16-bit lane each: first all of the one, then all of the other.
+  HWY_INLINE static hn::Vec<D> order(std::ptrdiff_t one, std::ptrdiff_t other) {
+    uint8_t bytes[16];
+    for (std::ptrdiff_t i = 0; i < 4; ++i) {
+      bytes[2 * i] = static_cast<uint8_t>(4 * i + one);
+      bytes[2 * i + 8] = static_cast<uint8_t>(4 * i + other);
+      bytes[2 * i + 1] = bytes[2 * i + 9] = 0x80; // no byte: zero
+    }
+    return blockOf(D(), bytes);
+  }
+
+  const uint8_t *base;
+  hn::Vec<D> luma;
+  hn::Vec<D> chroma;
+};
+
 /// Components of the pixels of every second column, one a lane, not yet limited to a byte.
 template <class V>
 struct Components {
