@@ -121,18 +121,6 @@ HWY_INLINE void storeBlocks3(D d, V a, V b, V c, uint8_t *to) {
 
 #endif
 
-/// Every block is these bytes, at any address.
-template <class D>
-HWY_INLINE hn::Vec<D> blockOf(D d, const uint8_t *bytes) {
-  constexpr std::size_t kBlocks = hn::MaxLanes(D()) / 16;
-  if constexpr (kBlocks == 1) {
-    return hn::LoadU(d, bytes);
-  } else {
-    const hn::Half<D> half;
-    return hn::Combine(d, blockOf(half, bytes), blockOf(half, bytes));
-  }
-}
-
 /// Of the blocks of two vectors, one behind the other: those of even numbers to `a`, the others to `b`.
 template <class D, class V = hn::Vec<D>>
 HWY_INLINE void evenAndOddBlocks(D d, V &a, V &b) {
