@@ -31,7 +31,9 @@ public:
     const std::ptrdiff_t left = end_ - line_;
     const uint8_t *end = (stride_ < 0 ? left < advance_ : left > advance_) ? line_ + advance_ : end_;
     for (; line_ != end; line_ += stride_) {
-      __builtin_prefetch(line_, 1);
+      for (std::ptrdiff_t byte = 0; byte < lastByte_; byte += 64) {
+        __builtin_prefetch(line_ + byte, 1);
+      }
       __builtin_prefetch(line_ + lastByte_, 1);
     }
   }
