@@ -2,6 +2,7 @@
 // every conversion that vector code is meant for, and no pixel is left to portable code.
 #include "levels/served.h"
 #include "support/levels.h"
+#include "support/picture.h"
 #include "vector/detect.h"
 
 #include <gmock/gmock.h>
@@ -21,16 +22,14 @@ using zqcc::LevelSet;
 
 /// Conversions to RGB at the same size that portable code may make whatever the level.
 bool isLeftToPortableCode(const Mode &mode) {
-  const std::set<int> served{COLOR_YUV420_PLANAR, COLOR_YVU420_PLANAR, COLOR_YUV422_PLANAR,
-                             COLOR_YVU422_PLANAR, COLOR_YUV420_PACK,   COLOR_YUV420_PACK2};
-  return !(served.contains(mode.inType) && mode.outType != COLOR_RGB24 && mode.rotation == ROTATION_NONE);
+  const std::set<int> fullOrQuarter{COLOR_YUV444_PLANAR, COLOR_YUV411_PLANAR, COLOR_YUV_QUARTER_HEIGHT};
+  const bool turned = mode.rotation >= ROTATION_90_LEFT && mode.rotation <= ROTATION_180;
+  return turned &&
+         (mode.outType == COLOR_RGB24 ? support::isPacked422(mode.inType) : fullOrQuarter.contains(mode.inType));
 }
 
 /// Stages that no conversion to RGB at the same size leads to.
-const std::set<std::string> kForOthers{
-    "EVEN_CHROMA_ROWS",    "QUARTER_CHROMA_ROWS",     "PACKED_ROWS", "PACKED_LUMA_ROW",
-    "SWAPPED_PACKED_ROWS", "SWAPPED_PACKED_LUMA_ROW", "RGB24_ROWS",
-};
+const std::set<std::string> kForOthers{"RGB24_ROWS"};
 
 /// The highest of some levels; portable if there is none.
 Level highestOf(LevelSet set) {
