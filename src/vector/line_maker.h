@@ -5,6 +5,11 @@
 
 namespace zqcc {
 
+inline constexpr int32_t kMostPixelBytes = 3;
+
+/// Pixels that are made of one line after the other at a time.
+inline constexpr int32_t kStackedPixels = 256;
+
 class LineMaker {
 public:
   explicit LineMaker(const PlaneView &view) : view_(view) {}
@@ -14,20 +19,52 @@ public:
 
   /// Makes the pixels of columns [x, x + pixels) of lines y and y + 1 at to[0] and to[1]. x and y are even, all columns
   /// have chroma samples of their own.
-  void make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
+  [[gnu::always_inline]] void make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
+    if (pair_ == nullptr || whole_ != nullptr) {
+      makeFetched(y, x, pixels, to);
+    } else {
+      makePlanar(y, x, pixels, to);
+    }
+  }
+
+  /// Makes the same columns of `pairs` pairs of lines from line y on, one line behind the other: upper lines at to[0],
+  /// lower lines at to[1]. For rows that would leave most of a vector empty; at most kStackedPixels pixels of each.
+  void makeStacked(int32_t y, int32_t pairs, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
+
+  /// Whether the lines of these rows lie so that makeStacked can be used.
+  [[nodiscard]] bool canStack(const Rect &rows) const;
 
   [[nodiscard]] const PlaneView &view() const { return view_; }
 
 private:
   struct Buffers;
-  /// As make, for any layout. Rows of a block are short, so that what a row costs shows: pairs of planar lines have a
-  /// shorter way.
+  struct Stacked;
+  /// As make, for pairs of lines whose samples lie as rows. Rows of a block are short, so that what a row costs shows.
+  [[gnu::always_inline]] void makePlanar(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
+    const int32_t sample = x >> view_.layout.xShift;
+    const int32_t nextSample = (x + pixels) >> view_.layout.xShift;
+    const uint8_t *luma = view_.y + y * view_.yStride + x;
+    const std::ptrdiff_t chroma = chromaLineOffset(view_, y);
+    const uint8_t *u = view_.u + chroma;
+    const uint8_t *v = view_.v + chroma;
+    // What comes next if the lines are cut into blocks.
+    __builtin_prefetch(luma + pixels);
+    __builtin_prefetch(luma + view_.yStride + pixels);
+    __builtin_prefetch(u + nextSample);
+    __builtin_prefetch(v + nextSample);
+    pair_({{luma, luma + view_.yStride}, u + sample, v + sample}, to, pixels, 0, constants_);
+  }
+  /// As make, for any layout.
   [[gnu::noinline]] void makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
   void makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2], Buffers &buffers) const;
   [[nodiscard]] SourceLine sourceAt(const LinePair &lines, int line, int32_t x) const;
   [[nodiscard]] SampleRows samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const;
   [[nodiscard]] const uint8_t *lumaBelow(const SourceLine &upper, std::ptrdiff_t below, Buffers &buffers,
                                          int32_t pixels) const;
+
+  void fetchStacked(int32_t y, int32_t pairs, int32_t x, int32_t pixels, Stacked &rows) const;
+  void fetchStacked(const LinePair &lines, int line, int32_t x, int32_t pixels, int32_t at, Stacked &rows) const;
+  void stackPlanes(int32_t y, int32_t pairs, int32_t x, int32_t pixels, Stacked &rows) const;
 
   const PlaneView &view_;
   ColourRows pair_ = nullptr;

@@ -55,46 +55,48 @@ void reverseRow(const uint8_t *from, uint8_t *to, int32_t pixels) {
   }
 }
 
-/// Eight columns of as many rows as a vector has lanes.
+/// Eight columns of `groups` times as many rows as a vector has lanes.
 template <class D>
-HWY_INLINE void transposeColumns(D d, const uint8_t *from, std::ptrdiff_t stride, uint8_t *to,
-                                 std::ptrdiff_t toStride) {
-  hn::Vec<D> rows[8];
-  for (auto &row : rows) {
-    row = loadBlocks(d, from, 8 * stride);
-    from += stride;
-  }
-  transposeBlocks(d, rows);
-  for (const auto &row : rows) {
-    storeBytes(row, d, to);
-    to += toStride;
+HWY_NOINLINE void transposeColumns(D d, const uint8_t *from, std::ptrdiff_t stride, uint8_t *to,
+                                   std::ptrdiff_t toStride, int32_t groups) {
+  constexpr std::ptrdiff_t kLanes = hn::MaxLanes(D());
+  const std::ptrdiff_t fourRows = 4 * stride;
+  const std::ptrdiff_t fourLines = 4 * toStride;
+  for (; groups > 0; --groups) {
+    hn::Vec<D> rows[8];
+    for (int half = 0; half < 2; ++half) {
+      for (int row = 0; row < 4; ++row) {
+        rows[4 * half + row] = loadBlocks(d, from + half * fourRows + row * stride, 8 * stride);
+      }
+    }
+    transposeBlocks(d, rows);
+    for (int half = 0; half < 2; ++half) {
+      for (int row = 0; row < 4; ++row) {
+        storeBytes(rows[4 * half + row], d, to + half * fourLines + row * toStride);
+      }
+    }
+    from += kLanes * stride;
+    to += kLanes * kBytes;
   }
 }
 
-/// Rows of a block of at least 8 columns and a vector's lanes of rows. Every output line is written to its end before
-/// the next eight are begun.
+/// For blocks of at least 8 columns and a vector's lanes of rows. Eight output lines are written as far as whole
+/// vectors of rows go before the next eight are begun; then comes the vector that overlaps.
 template <class D>
 HWY_INLINE void transposeVectors(D d, const PixelBlock from, uint8_t *to, std::ptrdiff_t toStride) {
   const int32_t lanes = static_cast<int32_t>(hn::Lanes(d));
-  const int32_t lastColumn = from.columns - 8;
-  const int32_t lastLine = from.lines - lanes;
-  for (int32_t x = 0;; x += 8) {
-    if (x > lastColumn) {
-      x = lastColumn;
-    }
-    for (int32_t line = 0;; line += lanes) {
-      if (line > lastLine) {
-        line = lastLine;
-      }
-      transposeColumns(d, from.first + line * from.stride + x * kBytes, from.stride, to + x * toStride + line * kBytes,
-                       toStride);
-      if (line == lastLine) {
+  const int32_t last = from.columns - 8;
+  int32_t overlapping = from.lines % lanes != 0 ? 1 : 0;
+  int32_t line = 0;
+  for (int32_t groups = from.lines / lanes; groups > 0; groups = overlapping--) {
+    const uint8_t *rows = from.first + line * from.stride;
+    for (int32_t x = 0;; x = x + 8 < last ? x + 8 : last) {
+      transposeColumns(d, rows + x * kBytes, from.stride, to + x * toStride + line * kBytes, toStride, groups);
+      if (x == last) {
         break;
       }
     }
-    if (x == lastColumn) {
-      return;
-    }
+    line = from.lines - lanes;
   }
 }
 

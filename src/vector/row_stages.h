@@ -7,6 +7,7 @@
 #include "vector/matrix_constants.h"
 #include "vector/pack565.h"
 #include "vector/place16.h"
+#include "vector/place24.h"
 #include "vector/rgb24.h"
 #include "vector/rows.h"
 #include "vector/studio565.h"
@@ -41,6 +42,9 @@ inline constexpr PlaceStages kPlaceOf{};
 
 template <>
 inline constexpr PlaceStages kPlaceOf<2>{&REVERSE_ROW16, &TRANSPOSE_BLOCK16};
+
+template <>
+inline constexpr PlaceStages kPlaceOf<3>{&REVERSE_ROW24, &TRANSPOSE_BLOCK24};
 
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {

@@ -5,8 +5,6 @@
 namespace zqcc {
 namespace {
 
-constexpr int32_t kMostPixelBytes = 3;
-
 /// Pixels to do next of those that are left: at most `most`, and not so many that less than a row would remain.
 constexpr int32_t nextPixels(int32_t left, int32_t most) {
   if (left <= most) {
@@ -46,36 +44,6 @@ private:
   std::ptrdiff_t advance_;
 };
 
-/// Asks for the samples of the next block's lines, two lines at a time.
-class SamplesAhead {
-public:
-  SamplesAhead(const PlaneView &view, int32_t y, int32_t x)
-      : luma_(view.y + y * view.yStride + std::ptrdiff_t{x >> 1} * view.layout.pairStep), yStride_(view.yStride),
-        chromaStep_(chromaLineOffset(view, y + 2) - chromaLineOffset(view, y)) {
-    const std::ptrdiff_t chroma =
-        chromaLineOffset(view, y) + std::ptrdiff_t{x >> view.layout.xShift} * view.layout.sampleStep;
-    u_ = view.u + chroma;
-    v_ = view.v + chroma;
-  }
-
-  void next() {
-    __builtin_prefetch(luma_);
-    __builtin_prefetch(luma_ + yStride_);
-    __builtin_prefetch(u_);
-    __builtin_prefetch(v_);
-    luma_ += 2 * yStride_;
-    u_ += chromaStep_;
-    v_ += chromaStep_;
-  }
-
-private:
-  const uint8_t *luma_;
-  const uint8_t *u_;
-  const uint8_t *v_;
-  std::ptrdiff_t yStride_;
-  std::ptrdiff_t chromaStep_;
-};
-
 } // namespace
 
 void convertHalfTurned(const LineMaker &maker, ReverseRow reverse, const Rect &rows, uint8_t *origin,
@@ -111,12 +79,9 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
       columns = nextPixels(rows.right - left, kBlockColumns);
       uint8_t *to = origin + left * steps.column + (top + firstLine) * steps.line;
       LinesAhead output(to, steps.column, columns, lines * pixelBytes, lines / 2);
-      const bool isLast = left + columns == rows.right;
-      SamplesAhead samples(maker.view(), isLast ? top + lines : top, isLast ? rows.left : left + columns);
       uint8_t *row[2] = {pixels, pixels + stride};
       for (int32_t line = 0; line < lines; line += 2) {
         output.next();
-        samples.next();
         maker.make(top + line, left, columns, row);
         row[0] += 2 * stride;
         row[1] += 2 * stride;
