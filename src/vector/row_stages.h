@@ -21,7 +21,15 @@ template <class Arithmetic>
 inline constexpr ColourStages kColourOf{};
 
 template <>
-inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO_SIX_BIT_PAIR, nullptr, nullptr, nullptr};
+inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO_SIX_BIT_PAIR, &STUDIO_SIX_BIT_SINGLE,
+                                                      &STUDIO_SIX_BIT_FULL, nullptr};
+
+template <>
+inline constexpr ColourStages kColourOf<StudioVideoRange>{&STUDIO_VIDEO_RANGE_PAIR, nullptr, nullptr, nullptr};
+
+template <>
+inline constexpr ColourStages kColourOf<StudioFiveSix>{&STUDIO_FIVE_SIX_PAIR, &STUDIO_FIVE_SIX_SINGLE,
+                                                       &STUDIO_FIVE_SIX_FULL, nullptr};
 
 template <Turn turn>
 inline constexpr ColourStages kColourOf<MatrixDither<turn>>{&MATRIX565_HALF_PAIR, &MATRIX565_HALF, &MATRIX565_FULL,
