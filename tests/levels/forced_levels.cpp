@@ -2,7 +2,6 @@
 // every conversion that vector code is meant for, and no pixel is left to portable code.
 #include "levels/served.h"
 #include "support/levels.h"
-#include "support/picture.h"
 #include "vector/detect.h"
 
 #include <gmock/gmock.h>
@@ -19,14 +18,6 @@ using levels::Served;
 using support::LevelsForced;
 using zqcc::Level;
 using zqcc::LevelSet;
-
-/// Conversions to RGB at the same size that portable code may make whatever the level.
-bool isLeftToPortableCode(const Mode &mode) {
-  const std::set<int> fullOrQuarter{COLOR_YUV444_PLANAR, COLOR_YUV411_PLANAR, COLOR_YUV_QUARTER_HEIGHT};
-  const bool turned = mode.rotation >= ROTATION_90_LEFT && mode.rotation <= ROTATION_180;
-  return turned &&
-         (mode.outType == COLOR_RGB24 ? support::isPacked422(mode.inType) : fullOrQuarter.contains(mode.inType));
-}
 
 /// Stages that no conversion to RGB at the same size leads to.
 const std::set<std::string> kForOthers{"RGB24_ROWS"};
@@ -57,7 +48,7 @@ void expectColumns(LevelSet usable) {
     const Served served = levels::servedBy(mode);
     if (highestOf(usable) == zqcc::LEVEL_PORTABLE) {
       EXPECT_THAT(served.calls, testing::IsEmpty()) << levels::nameOf(mode);
-    } else if (!isLeftToPortableCode(mode)) {
+    } else {
       EXPECT_TRUE(served.whole) << levels::nameOf(mode);
     }
     for (const Calls &call : served.calls) {
@@ -79,9 +70,7 @@ protected:
 TEST_P(ForcedLevel, ServesEveryConversionToRgb) {
   const LevelsForced forced(GetParam());
   for (const Mode &mode : levels::conversionsToRgb()) {
-    if (!isLeftToPortableCode(mode)) {
-      EXPECT_TRUE(levels::servedBy(mode).whole) << levels::nameOf(mode);
-    }
+    EXPECT_TRUE(levels::servedBy(mode).whole) << levels::nameOf(mode);
   }
 }
 
@@ -100,9 +89,11 @@ TEST_P(ForcedLevel, CallsEveryStageThatItHas) {
     }
   }
   for (const Mode &mode : levels::conversionsToRgb()) {
-    for (const Calls &call : levels::servedBy(mode).calls) {
-      if (call.level == GetParam()) {
-        uncalled.erase(call.stage);
+    for (const containment::Sizes &sizes : {levels::kWholeBlocks, levels::kCutBlocks}) {
+      for (const Calls &call : levels::servedBy(mode, sizes).calls) {
+        if (call.level == GetParam()) {
+          uncalled.erase(call.stage);
+        }
       }
     }
   }
