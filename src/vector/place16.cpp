@@ -84,7 +84,7 @@ HWY_NOINLINE void transposeColumns(D d, const uint8_t *from, std::ptrdiff_t stri
 /// vectors of rows go before the next eight are begun; then comes the vector that overlaps.
 template <class D>
 HWY_INLINE void transposeVectors(D d, const PixelBlock from, uint8_t *to, std::ptrdiff_t toStride) {
-  const int32_t lanes = static_cast<int32_t>(hn::Lanes(d));
+  const auto lanes = static_cast<int32_t>(hn::Lanes(d));
   const int32_t last = from.columns - 8;
   int32_t overlapping = from.lines % lanes != 0 ? 1 : 0;
   int32_t line = 0;
