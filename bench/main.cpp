@@ -9,6 +9,7 @@
 #include "pictures.h"
 #include "report.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -74,13 +75,14 @@ private:
   std::vector<Result> results_;
 };
 
-/// False if the program has no way to do the job.
+/// False if the program has no way to do the job. SIGCONT is a mark for whoever watches and nothing for anybody else.
 bool runFrames(const Program &program, const Job &job, const Size &size, int frames) {
   program.select();
   const Frame output = outputFor(job, size);
   const Runner run = program.make({job, inputOf(job.inType, size), output.view()});
   bool done = static_cast<bool>(run);
   while (done && frames-- > 0) {
+    std::raise(SIGCONT);
     done = run();
   }
   return done;

@@ -5,6 +5,11 @@
 
 namespace zqcc {
 
+inline constexpr int32_t kMostPixelBytes = 3;
+
+/// Pixels that are made of one line after the other at a time.
+inline constexpr int32_t kStackedPixels = 256;
+
 class LineMaker {
 public:
   explicit LineMaker(const PlaneView &view) : view_(view) {}
@@ -22,10 +27,18 @@ public:
     }
   }
 
+  /// Makes the same columns of `pairs` pairs of lines from line y on, one line behind the other: upper lines at to[0],
+  /// lower lines at to[1]. For rows that would leave most of a vector empty; at most kStackedPixels pixels of each.
+  void makeStacked(int32_t y, int32_t pairs, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
+
+  /// Whether the lines of these rows lie so that makeStacked can be used.
+  [[nodiscard]] bool canStack(const Rect &rows) const;
+
   [[nodiscard]] const PlaneView &view() const { return view_; }
 
 private:
   struct Buffers;
+  struct Stacked;
   /// As make, for pairs of lines whose samples lie as rows. Rows of a block are short, so that what a row costs shows.
   [[gnu::always_inline]] void makePlanar(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
     const int32_t sample = x >> view_.layout.xShift;
@@ -48,6 +61,10 @@ private:
   [[nodiscard]] SampleRows samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const;
   [[nodiscard]] const uint8_t *lumaBelow(const SourceLine &upper, std::ptrdiff_t below, Buffers &buffers,
                                          int32_t pixels) const;
+
+  void fetchStacked(int32_t y, int32_t pairs, int32_t x, int32_t pixels, Stacked &rows) const;
+  void fetchStacked(const LinePair &lines, int line, int32_t x, int32_t pixels, int32_t at, Stacked &rows) const;
+  void stackPlanes(int32_t y, int32_t pairs, int32_t x, int32_t pixels, Stacked &rows) const;
 
   const PlaneView &view_;
   ColourRows pair_ = nullptr;

@@ -56,22 +56,9 @@ HWY_INLINE MatrixTerms<D16> biasedTerms(D16 d16, const uint8_t *u, const uint8_t
   return {hn::Sub(terms.red, bias), terms.green, hn::Sub(terms.blue, bias)};
 }
 
-/// The terms of the pixels in either half of a group.
-template <class D>
-struct GroupTerms {
-  MatrixTerms<Words<D>> lower;
-  MatrixTerms<Words<D>> upper;
-};
-
 /// With half chroma a group is taken apart into even and odd pixels, which have the same terms.
 struct HalfChroma {
-  static constexpr bool kStartsEven = true; ///< every group does
-
-  template <class D>
-  static HWY_INLINE GroupTerms<D> terms(D, const SampleRows &from, int32_t x, const MatrixLanes<Words<D>> &matrix) {
-    const auto both = biasedTerms(Words<D>(), from.u + x / 2, from.v + x / 2, matrix);
-    return {both, both};
-  }
+  static constexpr bool kIsFull = false;
 
   template <class D>
   static HWY_INLINE hn::Vec<D> lanes(D d8, int even, int odd) {
@@ -100,16 +87,7 @@ struct HalfChroma {
 
 /// With full chroma the pixels keep their order: saturatedBytes and interleaving cancel each other.
 struct FullChroma {
-  static constexpr bool kStartsEven = false;
-
-  template <class D>
-  static HWY_INLINE GroupTerms<D> terms(D, const SampleRows &from, int32_t x, const MatrixLanes<Words<D>> &matrix) {
-    const Words<D> d16;
-    const uint8_t *u = from.u + x;
-    const uint8_t *v = from.v + x;
-    const std::size_t half = hn::Lanes(d16);
-    return {biasedTerms(d16, u, v, matrix), biasedTerms(d16, u + half, v + half, matrix)};
-  }
+  static constexpr bool kIsFull = true;
 
   template <class D>
   static HWY_INLINE hn::Vec<D> lanes(D /*d8*/, int even, int odd) {
@@ -147,12 +125,11 @@ HWY_INLINE V reducedByFive(D d8, V sum, V dither) {
   return hn::Add(hn::SaturatedAdd(x, hn::Set(d8, uint8_t{23})), hn::Max(x, hn::Set(d8, uint8_t{240})));
 }
 
-template <class Chroma, class D>
-HWY_INLINE void convertGroup(D d8, const uint8_t *y, const GroupTerms<D> &terms, const DitherLanes<D> &dither,
-                             uint8_t *to) {
+/// A group of one line, given the terms of either half.
+template <class Chroma, class D, class Terms = MatrixTerms<Words<D>>>
+HWY_INLINE void convertGroup(D d8, const uint8_t *y, const Terms &lower, const Terms &upper,
+                             const DitherLanes<D> &dither, uint8_t *to) {
   const TwoHalves<D> luma = Chroma::luma(d8, y);
-  const auto &lower = terms.lower;
-  const auto &upper = terms.upper;
   const auto red = saturatedBytes(hn::Add(luma.lower, lower.red), hn::Add(luma.upper, upper.red));
   const auto green = saturatedBytes(hn::Sub(luma.lower, lower.green), hn::Sub(luma.upper, upper.green));
   const auto blue = saturatedBytes(hn::Add(luma.lower, lower.blue), hn::Add(luma.upper, upper.blue));
@@ -164,18 +141,28 @@ HWY_INLINE void convertGroup(D d8, const uint8_t *y, const GroupTerms<D> &terms,
 
 /// A row in groups, the last of which ends with the row.
 template <class Chroma, int lines, class D>
-HWY_INLINE void convertRows(D d8, const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t line,
+HWY_INLINE void convertRows(D d8, const SampleRows from, uint8_t *const to[2], int32_t pixels, int32_t line,
                             const ColourConstants &constants) {
-  constexpr auto kStep = static_cast<int32_t>(hn::MaxLanes(D()));
+  constexpr std::ptrdiff_t kStep = hn::MaxLanes(D());
+  const Words<D> d16;
   const MatrixLanes<Words<D>> matrix(constants);
   DitherLanes<D> first = ditherLanes<Chroma>(d8, constants, line, 0);
   const DitherLanes<D> second = ditherLanes<Chroma>(d8, constants, 1 - line, 0);
-  const int32_t last = pixels - kStep;
-  for (int32_t x = 0;;) {
-    const auto terms = Chroma::terms(d8, from, x, matrix);
-    convertGroup<Chroma>(d8, from.y[0] + x, terms, first, to[0] + 2 * x);
+  uint8_t *const upperLine = to[0];
+  uint8_t *const lowerLine = lines == 2 ? to[1] : nullptr;
+  const std::ptrdiff_t last = pixels - kStep;
+  for (std::ptrdiff_t x = 0;;) {
+    const std::ptrdiff_t sample = Chroma::kIsFull ? x : x >> 1;
+    const auto terms = biasedTerms(d16, from.u + sample, from.v + sample, matrix);
+    if constexpr (Chroma::kIsFull) {
+      const std::ptrdiff_t next = sample + kStep / 2;
+      convertGroup<Chroma>(d8, from.y[0] + x, terms, biasedTerms(d16, from.u + next, from.v + next, matrix), first,
+                           upperLine + 2 * x);
+    } else {
+      convertGroup<Chroma>(d8, from.y[0] + x, terms, terms, first, upperLine + 2 * x);
+    }
     if constexpr (lines == 2) {
-      convertGroup<Chroma>(d8, from.y[1] + x, terms, second, to[1] + 2 * x);
+      convertGroup<Chroma>(d8, from.y[1] + x, terms, terms, second, lowerLine + 2 * x);
     }
     if (x == last) {
       return;
@@ -183,8 +170,8 @@ HWY_INLINE void convertRows(D d8, const SampleRows &from, uint8_t *const to[2], 
     x += kStep;
     if (x > last) {
       x = last;
-      if constexpr (!Chroma::kStartsEven) {
-        first = ditherLanes<Chroma>(d8, constants, line, last & 1);
+      if constexpr (Chroma::kIsFull) {
+        first = ditherLanes<Chroma>(d8, constants, line, static_cast<int>(last & 1));
       }
     }
   }

@@ -7,6 +7,7 @@
 #include "vector/matrix_constants.h"
 #include "vector/pack565.h"
 #include "vector/place16.h"
+#include "vector/place24.h"
 #include "vector/rgb24.h"
 #include "vector/rows.h"
 #include "vector/studio565.h"
@@ -20,7 +21,15 @@ template <class Arithmetic>
 inline constexpr ColourStages kColourOf{};
 
 template <>
-inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO_SIX_BIT_PAIR, nullptr, nullptr, nullptr};
+inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO_SIX_BIT_PAIR, &STUDIO_SIX_BIT_SINGLE,
+                                                      &STUDIO_SIX_BIT_FULL, nullptr};
+
+template <>
+inline constexpr ColourStages kColourOf<StudioVideoRange>{&STUDIO_VIDEO_RANGE_PAIR, nullptr, nullptr, nullptr};
+
+template <>
+inline constexpr ColourStages kColourOf<StudioFiveSix>{&STUDIO_FIVE_SIX_PAIR, &STUDIO_FIVE_SIX_SINGLE,
+                                                       &STUDIO_FIVE_SIX_FULL, nullptr};
 
 template <Turn turn>
 inline constexpr ColourStages kColourOf<MatrixDither<turn>>{&MATRIX565_HALF_PAIR, &MATRIX565_HALF, &MATRIX565_FULL,
@@ -41,6 +50,9 @@ inline constexpr PlaceStages kPlaceOf{};
 
 template <>
 inline constexpr PlaceStages kPlaceOf<2>{&REVERSE_ROW16, &TRANSPOSE_BLOCK16};
+
+template <>
+inline constexpr PlaceStages kPlaceOf<3>{&REVERSE_ROW24, &TRANSPOSE_BLOCK24};
 
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {

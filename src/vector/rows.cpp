@@ -2,6 +2,7 @@
 
 #include "base/limits.h"
 #include "vector/line_maker.h"
+#include "vector/short_lines.h"
 #include "vector/turned_rows.h"
 
 namespace zqcc {
@@ -28,6 +29,25 @@ void convertUpright(const LineMaker &maker, const Rect &rows, uint8_t *origin, c
   }
 }
 
+/// Rows that would leave most of a vector empty are made one line behind the other.
+constexpr int32_t kNarrow = 64;
+
+void convertNarrow(const LineMaker &maker, const Rect &rows, uint8_t *origin, const Steps &steps) {
+  constexpr std::size_t kLeastBytes = std::size_t{2} * kLeastPixels;
+  alignas(64) uint8_t pixels[2][kStackedPixels * kMostPixelBytes];
+  uint8_t *const made[2] = {pixels[0], pixels[1]};
+  const int32_t width = rows.right - rows.left;
+  const std::ptrdiff_t bytes = width * steps.column;
+  int32_t pairs = 0;
+  for (int32_t y = rows.top; y < rows.bottom; y += 2 * pairs) {
+    pairs = smaller(kStackedPixels / width, (rows.bottom - y) / 2);
+    maker.makeStacked(y, pairs, rows.left, width, made);
+    uint8_t *to = origin + rows.left * steps.column + y * steps.line;
+    copyShortLines<kLeastBytes>({made[0], bytes}, {to, 2 * steps.line}, bytes, pairs);
+    copyShortLines<kLeastBytes>({made[1], bytes}, {to + steps.line, 2 * steps.line}, bytes, pairs);
+  }
+}
+
 } // namespace
 
 bool convertByRows(const RowStages &stages, LevelSet usable, TileKernel rest, const PlaneView &view,
@@ -43,6 +63,8 @@ bool convertByRows(const RowStages &stages, LevelSet usable, TileKernel rest, co
     convertQuarterTurned(maker, stages.place.transpose->in(usable), rows, target.origin, steps);
   } else if (stages.turn == Turn::Half) {
     convertHalfTurned(maker, stages.place.reverse->in(usable), rows, target.origin, steps);
+  } else if (rows.right - rows.left < kNarrow && maker.canStack(rows)) {
+    convertNarrow(maker, rows, target.origin, steps);
   } else {
     convertUpright(maker, rows, target.origin, steps);
   }

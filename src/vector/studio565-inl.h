@@ -1,4 +1,29 @@
-// Fixed limited-range BT.601 to RGB565 in 16-bit lanes.
+// Fixed limited-range BT.601 to RGB565, exact for every (y, u, v), in 16-bit lanes.
+//
+// The equations, with 20 fractional bits (kernels/arithmetic.h):
+//   T(red)   = 1220542 (y - 16)                      + 1673527 (v - 128)
+//   T(green) = 1220542 (y - 16) - 411041 (u - 128)   -  852492 (v - 128)
+//   T(blue)  = 1220542 (y - 16) + 2114977 (u - 128)
+// A pixel needs floor(T / 2^23) of red and blue and floor(T / 2^22) of green, clamped. T has 30 bits; the lanes
+// have 16.
+//
+// Red and blue. 1220542 / 2^23 is 0.1455 but for 5e-8, and 55 / 378 is a close approximation of that. On a scale of 378
+// units a level, luma is therefore the whole number 55 y, without any rounding, and adding chroma as a whole number g
+// asks of g only that 55 y + g reaches 378 k exactly when T reaches 2^23 k, for the 256 values of y and the levels k
+// that aren't clamped away. The 256 values of y fall on different places modulo 378, in the true order, so that for
+// each chroma sample there is a range of one to dozens of numbers g that are right for all y and k. The constants below
+// are one choice (of a search over all of its kind) where a 16-bit product lies inside these ranges: of red for all
+// 256 samples, of blue for all but one (and one more where the level above the highest counts), which are corrected.
+// (sum + 1) * 1387 >> 16 then is eight times the level, three fractional bits below it: 1387 * 378 is 2^19 - 2, and the
+// added one makes up for the two up to level 40.
+//
+// Green has too many combinations of chroma for that. A sum of three 16-bit products approximates T >> 14: it is one
+// of (T >> 14) - 3 .. T >> 14. T modulo 2^16, of low products without rounding, tells the two lowest bits of T >> 14:
+// adding their complement to the approximation gives a number in the same group of four as T >> 14 itself, and no level
+// ends inside of such a group.
+//
+// So every component comes as a word whose upper bits are exact, on a scale of 256 for full range. Narrowing with
+// saturation to bytes clamps all of them; even and odd pixels were apart until then, so that chroma is never doubled.
 #if defined(ZQCC_VECTOR_STUDIO565_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ZQCC_VECTOR_STUDIO565_INL_H
 #undef ZQCC_VECTOR_STUDIO565_INL_H
@@ -6,60 +31,218 @@
 #define ZQCC_VECTOR_STUDIO565_INL_H
 #endif
 
-#include <hwy/highway.h>
+#include "vector/bytes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
-namespace hn = hwy::HWY_NAMESPACE;
 
-constexpr uint16_t low16(int64_t value) {
-  return static_cast<uint16_t>(value & 0xFFFF);
-}
+/// How components are clamped and reduced; see kernels/arithmetic.h.
+enum class StudioClamp { sixBit, videoRange, fiveSix };
 
-/// The lowest of the four values that an approximation T >> 14 is spread over is clamped with this offset.
-constexpr int64_t kStudioBase = 49152;
+/// Every number of the arithmetic; sums and products are modulo 2^16.
+struct StudioNumbers {
+  static constexpr int64_t kY = 1220542;
+  static constexpr int64_t kCrG = 852492;
+  static constexpr int64_t kCbG = 411041;
+  static constexpr uint16_t low(int64_t value) { return static_cast<uint16_t>(value & 0xFFFF); }
 
+  // Chroma before its high products.
+  uint16_t scaleU = 96;
+  uint16_t offsetU = 8;
+  uint16_t scaleV = 110;
+  uint16_t offsetV = 3;
+  // Red and blue, 378 a level and one more.
+  uint16_t redFactor = 44929;
+  uint16_t redOffset = low(1 - 10535);
+  uint16_t blueFactor = 65061;
+  uint16_t blueOffset = low(1 - 13087);
+  uint16_t blueLess = 168;
+  uint16_t blueLessAtTop = 132;
+  uint16_t eighths = 1387;
+  // Green: T >> 14 from above or from below, and -1 - T.
+  uint16_t greenFactorU = 17126;
+  uint16_t greenFactorV = 31000;
+  uint16_t greenOffset = 8680;
+  uint16_t greenFactorY = 44384;
+  uint16_t restFactorU = low(kCbG);
+  uint16_t restFactorV = low(kCrG);
+  uint16_t restOffset = low(-1 - 128 * (kCrG + kCbG) + 16 * kY);
+  uint16_t restFactorY = 13927;
+  // Luma.
+  uint16_t even55 = 55;
+  uint16_t odd55 = 55 << 8;
+  uint16_t even110 = 110;
+  uint16_t odd110 = 110 << 8;
+};
+static_assert(StudioNumbers::low(StudioNumbers().restFactorY * 110 + StudioNumbers::kY) == 0);
+static_assert(StudioNumbers().eighths * 378 == (1 << 19) - 2);
+
+constexpr StudioNumbers kStudioNumbers;
+
+/// All of them in vectors.
+template <class D>
+struct StudioConstants {
+  using V = hn::Vec<D>;
+  using VI = hn::Vec<hn::RebindToSigned<D>>;
+
+  HWY_INLINE explicit StudioConstants(const StudioNumbers *n)
+      : scaleU(of(n->scaleU)), offsetU(of(n->offsetU)), scaleV(of(n->scaleV)), offsetV(of(n->offsetV)),
+        redFactor(of(n->redFactor)), redOffset(of(n->redOffset)), blueFactor(of(n->blueFactor)),
+        blueOffset(of(n->blueOffset)), blueLess(of(n->blueLess)), blueLessAtTop(of(n->blueLessAtTop)),
+        greenFactorU(of(n->greenFactorU)), greenFactorV(of(n->greenFactorV)), greenOffset(of(n->greenOffset)),
+        greenFactorY(of(n->greenFactorY)), restFactorU(of(n->restFactorU)), restFactorV(of(n->restFactorV)),
+        restOffset(of(n->restOffset)), restFactorY(of(n->restFactorY)), eighths(signedOf(n->eighths)),
+        even55(signedOf(n->even55)), odd55(signedOf(n->odd55)), even110(signedOf(n->even110)),
+        odd110(signedOf(n->odd110)) {}
+
+  V scaleU, offsetU, scaleV, offsetV;
+  V redFactor, redOffset, blueFactor, blueOffset, blueLess, blueLessAtTop;
+  V greenFactorU, greenFactorV, greenOffset, greenFactorY;
+  V restFactorU, restFactorV, restOffset, restFactorY;
+  VI eighths, even55, odd55, even110, odd110;
+
+private:
+  static HWY_INLINE V of(uint16_t number) { return hn::Set(D(), number); }
+  static HWY_INLINE VI signedOf(uint16_t number) { return hn::BitCast(hn::RebindToSigned<D>(), of(number)); }
+};
+
+/// What the pixels of a chroma sample add to their luma.
 template <class D>
 struct StudioTermsOf {
-  using V = hn::Vec<D>;
-  V redLow, redHigh, greenLow, greenHigh, blueLow, blueHigh;
+  hn::Vec<hn::RebindToSigned<D>> red;
+  hn::Vec<hn::RebindToSigned<D>> blue;
+  hn::Vec<D> green;
+  hn::Vec<D> greenRest;
+};
+
+template <StudioClamp clamp, class D>
+HWY_INLINE StudioTermsOf<D> studioTerms(D d, const StudioConstants<D> &k, hn::Vec<D> u, hn::Vec<D> v) {
+  const hn::RebindToSigned<D> di;
+  const auto scaledU = hn::Add(hn::Mul(u, k.scaleU), k.offsetU);
+  const auto scaledV = hn::Add(hn::Mul(v, k.scaleV), k.offsetV);
+  const auto red = hn::Add(hn::MulHigh(scaledV, k.redFactor), k.redOffset);
+  auto blue = hn::Add(hn::MulHigh(scaledU, k.blueFactor), k.blueOffset);
+  blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLess)));
+  if constexpr (clamp == StudioClamp::fiveSix) {
+    blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLessAtTop)));
+  }
+  const auto green = hn::Add(hn::MulHigh(scaledU, k.greenFactorU), hn::MulHigh(scaledV, k.greenFactorV));
+  const auto rest = hn::Add(hn::Mul(u, k.restFactorU), hn::Mul(v, k.restFactorV));
+  return {hn::BitCast(di, red), hn::BitCast(di, blue), hn::Sub(k.greenOffset, green), hn::Add(rest, k.restOffset)};
+}
+
+/// Words on a scale of 256 a full range, not clamped yet.
+template <class D>
+struct StudioWords {
+  hn::Vec<hn::RebindToSigned<D>> red, green, blue;
 };
 
 template <class D>
-HWY_INLINE StudioTermsOf<D> studioTerms(D d, const uint8_t *u8, const uint8_t *v8) {
-  constexpr int64_t kY = 1220542, kCrR = 1673527, kCrG = 852492, kCbG = 411041, kCbB = 2114977;
-  const hn::Rebind<uint8_t, D> bytes;
-  const auto K = [d](int64_t value) HWY_ATTR { return hn::Set(d, low16(value)); };
-  const auto u = hn::PromoteTo(d, hn::LoadU(bytes, u8));
-  const auto v = hn::PromoteTo(d, hn::LoadU(bytes, v8));
-  const auto u256 = hn::ShiftLeft<8>(u);
-  const auto v256 = hn::ShiftLeft<8>(v);
-  StudioTermsOf<D> t;
-  t.redLow = hn::Add(hn::Mul(v, K(-kCrR)), K(-1 + 128 * kCrR + 16 * kY));
-  t.redHigh = hn::Add(hn::MulHigh(v256, K(26149)), K(kStudioBase - 14265 - 3));
-  t.blueLow = hn::Add(hn::Mul(u, K(-kCbB)), K(-1 + 128 * kCbB + 16 * kY));
-  t.blueHigh = hn::Add(hn::MulHigh(u256, K(33047)), K(kStudioBase - 17714 - 3));
-  t.greenLow = hn::Add(hn::Add(hn::Mul(v, K(kCrG)), hn::Mul(u, K(kCbG))), K(-1 - 128 * (kCrG + kCbG) + 16 * kY));
-  t.greenHigh = hn::Sub(hn::Sub(K(kStudioBase + 8680 - 3), hn::MulHigh(u256, K(6423))), hn::MulHigh(v256, K(13320)));
-  return t;
+HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<hn::RebindToSigned<D>> y55,
+                                      hn::Vec<hn::RebindToSigned<D>> y110, const StudioTermsOf<D> &terms) {
+  const hn::RebindToSigned<D> di;
+  const auto y = hn::BitCast(d, y110);
+  const auto rest = hn::ShiftRight<14>(hn::Add(hn::Mul(y, k.restFactorY), terms.greenRest));
+  const auto green = hn::Add(hn::Add(hn::MulHigh(y, k.greenFactorY), terms.green), rest);
+  return {hn::MulHigh(hn::SaturatedAdd(y55, terms.red), k.eighths), hn::ShiftRight<6>(hn::BitCast(di, green)),
+          hn::MulHigh(hn::SaturatedAdd(y55, terms.blue), k.eighths)};
 }
 
+/// Pixels in two vectors, the first half of the group and the second.
 template <class D>
-HWY_INLINE hn::Vec<D> studioComponent(D d, hn::Vec<D> yHigh, hn::Vec<D> yLow, hn::Vec<D> high, hn::Vec<D> low) {
-  const auto sum = hn::SaturatedAdd(yHigh, hn::Add(high, hn::ShiftRight<14>(hn::Add(yLow, low))));
-  return hn::SaturatedSub(sum, hn::Set(d, low16(kStudioBase)));
+struct StudioPixels {
+  hn::Vec<D> first, second;
+};
+
+template <StudioClamp clamp, class DI>
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioRedBlue(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
+  const hn::Repartition<uint8_t, DI> bytes;
+  const auto narrow = narrowInBlocks(di, even, odd);
+  if constexpr (clamp == StudioClamp::videoRange) {
+    return hn::Min(hn::Max(narrow, hn::Set(bytes, 16)), hn::Set(bytes, 235));
+  } else if constexpr (clamp == StudioClamp::fiveSix) {
+    // 29 stands twice: from level 30 on, one level less.
+    const auto level = hn::Set(di, 8);
+    const auto lower = narrowInBlocks(di, hn::Sub(even, level), hn::Sub(odd, level));
+    return hn::Max(hn::Min(narrow, hn::Set(bytes, 239)), lower);
+  } else {
+    return narrow;
+  }
 }
 
+template <StudioClamp clamp, class DI>
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioGreen(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
+  const hn::Repartition<uint8_t, DI> bytes;
+  const auto narrow = narrowInBlocks(di, even, odd);
+  if constexpr (clamp == StudioClamp::videoRange) {
+    return hn::Min(hn::Max(narrow, hn::Set(bytes, 16)), hn::Set(bytes, 235));
+  } else {
+    return narrow;
+  }
+}
+
+/// The pixels of a line, whose even and odd ones have the terms given.
+template <StudioClamp clamp, class D>
+HWY_INLINE StudioPixels<D> studioPixels(D d, const StudioConstants<D> &k, hn::Vec<hn::Repartition<uint8_t, D>> y,
+                                        const StudioTermsOf<D> &evenTerms, const StudioTermsOf<D> &oddTerms) {
+  const hn::RebindToSigned<D> di;
+  const hn::Repartition<uint8_t, D> bytes;
+  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenBytesTimes(di, y, k.even110), evenTerms);
+  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddBytesTimes(di, y, k.odd110), oddTerms);
+  const auto red = studioRedBlue<clamp>(di, even.red, odd.red);
+  const auto green = hn::BitCast(d, studioGreen<clamp>(di, even.green, odd.green));
+  const auto blue = hn::BitCast(d, studioRedBlue<clamp>(di, even.blue, odd.blue));
+  const auto select = [&](uint8_t mask, auto yes, auto no) HWY_ATTR {
+    const auto m = hn::Set(bytes, mask);
+    return hn::Or(hn::And(m, hn::BitCast(bytes, yes)), hn::AndNot(m, hn::BitCast(bytes, no)));
+  };
+  const auto high = select(0xF8, red, hn::ShiftRight<5>(green));
+  const auto low = select(0xE0, hn::ShiftLeft<3>(green), hn::ShiftRight<3>(blue));
+  const auto evens = hn::BitCast(d, hn::InterleaveLower(bytes, low, high));
+  const auto odds = hn::BitCast(d, hn::InterleaveUpper(bytes, low, high));
+  return {hn::InterleaveLower(d, evens, odds), hn::InterleaveUpper(d, evens, odds)};
+}
+
+// --- Orders of samples
+// ------------------------------------------------------------------------------------------------ Interleaving works
+// within blocks of 16 bytes. So that its results are whole halves of the group, block b of a vector of samples gets the
+// eight that belong to the first half and the eight that belong to the second one.
+
+HWY_ALIGN constexpr uint32_t kBlocks2[8] = {0, 1, 4, 5, 2, 3, 6, 7};
+HWY_ALIGN constexpr uint32_t kBlocks4[16] = {0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
+HWY_ALIGN constexpr uint8_t kChroma2[32] = {0, 128, 1, 128, 2, 128, 3, 128, 8,  128, 9,  128, 10, 128, 11, 128,
+                                            4, 128, 5, 128, 6, 128, 7, 128, 12, 128, 13, 128, 14, 128, 15, 128};
+HWY_ALIGN constexpr uint32_t kChroma4[8] = {0, 4, 1, 5, 2, 6, 3, 7};
+
+/// Samples of full resolution.
 template <class D>
-HWY_INLINE hn::Vec<D> studioPixels(D d, hn::Vec<D> y257, const StudioTermsOf<D> &t) {
-  const auto yHigh = hn::MulHigh(y257, hn::Set(d, 18997));
-  const auto yLow = hn::Mul(y257, hn::Set(d, low16(-57790)));
-  const auto r = studioComponent(d, yHigh, yLow, t.redHigh, t.redLow);
-  const auto g = studioComponent(d, yHigh, yLow, t.greenHigh, t.greenLow);
-  const auto b = studioComponent(d, yHigh, yLow, t.blueHigh, t.blueLow);
-  const auto rb = hn::OrAnd(hn::ShiftRight<9>(b), hn::ShiftLeft<2>(r), hn::Set(d, 0xF800));
-  return hn::OrAnd(rb, hn::ShiftRight<3>(g), hn::Set(d, 0x07E0));
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D>> studioSamples(D d, const uint8_t *from) {
+  const hn::Repartition<uint8_t, D> bytes;
+  (void)d;
+  if constexpr (hn::MaxLanes(d) == 8) {
+    return hn::LoadU(bytes, from);
+  } else {
+    const hn::Repartition<uint32_t, D> d32;
+    const auto order = hn::SetTableIndices(d32, hn::MaxLanes(d) == 16 ? kBlocks2 : kBlocks4);
+    return hn::BitCast(bytes, hn::TableLookupLanes(hn::BitCast(d32, hn::LoadU(bytes, from)), order));
+  }
+}
+
+/// Samples of half resolution as words.
+template <class D>
+HWY_INLINE hn::Vec<D> studioHalfSamples(D d, const uint8_t *from) {
+  if constexpr (hn::MaxLanes(d) == 8) {
+    return hn::PromoteTo(d, hn::LoadU(hn::Rebind<uint8_t, D>(), from));
+  } else if constexpr (hn::MaxLanes(d) == 16) {
+    const hn::Repartition<uint8_t, D> bytes;
+    return hn::BitCast(d, hn::TableLookupBytes(hn::LoadDup128(bytes, from), hn::Load(bytes, kChroma2)));
+  } else {
+    const hn::Rebind<uint8_t, D> bytes;
+    const hn::Repartition<uint32_t, decltype(bytes)> d32;
+    const auto order = hn::SetTableIndices(d32, kChroma4);
+    return hn::PromoteTo(d, hn::BitCast(bytes, hn::TableLookupLanes(hn::BitCast(d32, hn::LoadU(bytes, from)), order)));
+  }
 }
 
 } // namespace

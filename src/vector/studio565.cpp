@@ -12,44 +12,83 @@ HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
-HWY_ALIGN constexpr uint8_t kEvenTwice[16] = {0, 0, 2, 2, 4, 4, 6, 6, 8, 8, 10, 10, 12, 12, 14, 14};
-HWY_ALIGN constexpr uint8_t kOddTwice[16] = {1, 1, 3, 3, 5, 5, 7, 7, 9, 9, 11, 11, 13, 13, 15, 15};
+/// One line, or two that share their chroma.
+enum class StudioRows { halfPair, halfSingle, fullSingle };
 
-template <class D>
-HWY_INLINE void studioLine(D d, const uint8_t *y, const StudioTermsOf<D> &terms, uint8_t *to) {
-  const hn::Repartition<uint8_t, D> bytes;
-  const auto samples = hn::LoadU(bytes, y);
-  const auto even = hn::TableLookupBytes(samples, hn::LoadDup128(bytes, kEvenTwice));
-  const auto odd = hn::TableLookupBytes(samples, hn::LoadDup128(bytes, kOddTwice));
-  hn::StoreInterleaved2(studioPixels(d, hn::BitCast(d, even), terms), studioPixels(d, hn::BitCast(d, odd), terms), d,
-                        reinterpret_cast<uint16_t *>(to));
+template <StudioClamp clamp, class D>
+HWY_INLINE void studioLine(D d, const StudioConstants<D> &k, const uint8_t *y, const StudioTermsOf<D> &even,
+                           const StudioTermsOf<D> &odd, uint8_t *to) {
+  const auto pixels = studioPixels<clamp>(d, k, studioSamples(d, y), even, odd);
+  auto *words = reinterpret_cast<uint16_t *>(to);
+  hn::StoreU(pixels.first, d, words);
+  hn::StoreU(pixels.second, d, words + hn::MaxLanes(d));
 }
 
-template <class D>
-HWY_INLINE void studioPairRows(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels) {
-  const auto group = static_cast<ptrdiff_t>(2 * hn::MaxLanes(d));
-  const ptrdiff_t last = pixels - group;
-  const uint8_t *HWY_RESTRICT y0 = from.y[0];
-  const uint8_t *HWY_RESTRICT y1 = from.y[1];
-  for (ptrdiff_t x = 0;; x = x + group < last ? x + group : last) {
-    const auto terms = studioTerms(d, from.u + x / 2, from.v + x / 2);
-    studioLine(d, y0 + x, terms, to[0] + 2 * x);
-    studioLine(d, y1 + x, terms, to[1] + 2 * x);
-    if (x == last) {
-      return;
+/// The group of pixels from column 2 * pair on.
+template <StudioClamp clamp, StudioRows rows, class D>
+HWY_INLINE void studioGroup(D d, const StudioConstants<D> &k, const SampleRows &from, uint8_t *const to[2],
+                            ptrdiff_t pair) {
+  if constexpr (rows == StudioRows::fullSingle) {
+    const auto u = hn::BitCast(d, studioSamples(d, from.u + 2 * pair));
+    const auto v = hn::BitCast(d, studioSamples(d, from.v + 2 * pair));
+    const auto low = hn::Set(d, 0xFF);
+    studioLine<clamp>(d, k, from.y[0] + 2 * pair, studioTerms<clamp>(d, k, hn::And(u, low), hn::And(v, low)),
+                      studioTerms<clamp>(d, k, hn::ShiftRight<8>(u), hn::ShiftRight<8>(v)), to[0] + 4 * pair);
+  } else {
+    const auto terms =
+        studioTerms<clamp>(d, k, studioHalfSamples(d, from.u + pair), studioHalfSamples(d, from.v + pair));
+    studioLine<clamp>(d, k, from.y[0] + 2 * pair, terms, terms, to[0] + 4 * pair);
+    if constexpr (rows == StudioRows::halfPair) {
+      studioLine<clamp>(d, k, from.y[1] + 2 * pair, terms, terms, to[1] + 4 * pair);
     }
   }
 }
 
-void studioSixBitPair(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
-                      const ColourConstants & /*constants*/) {
-  const hn::ScalableTag<uint16_t> whole;
-  if (pixels >= static_cast<int32_t>(2 * hn::MaxLanes(whole))) {
-    studioPairRows(whole, from, to, pixels);
-  } else {
-    studioPairRows(hn::CappedTag<uint16_t, 8>(), from, to, pixels);
+/// Whole groups, then one that ends with the row. Rows of full chroma may have an odd number of pixels: their last
+/// group begins at an odd column.
+template <StudioClamp clamp, StudioRows rows, class D>
+HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels) {
+  constexpr auto kPairs = static_cast<ptrdiff_t>(hn::MaxLanes(D()));
+  const StudioConstants<D> k(hidden(&kStudioNumbers));
+  SampleRows samples = from;
+  uint8_t *lines[2] = {to[0], to[1]};
+  const ptrdiff_t last = pixels / 2 - kPairs;
+  for (ptrdiff_t pair = 0;; pair = last) {
+    for (; pair <= last; pair += kPairs) {
+      studioGroup<clamp, rows>(d, k, samples, lines, pair);
+    }
+    const bool odd = rows == StudioRows::fullSingle && pixels % 2 != 0;
+    if (pair == last + kPairs && !odd) {
+      return;
+    }
+    if (odd) {
+      pixels = 0;
+      samples = {{from.y[0] + 1, nullptr}, from.u + 1, from.v + 1};
+      lines[0] = to[0] + 2;
+    }
   }
 }
+
+template <StudioClamp clamp, StudioRows rows>
+void studioRows(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
+                const ColourConstants & /*constants*/) {
+  const hn::ScalableTag<uint16_t> whole;
+  if constexpr (hn::MaxLanes(whole) > 8) {
+    if (pixels < static_cast<int32_t>(2 * hn::MaxLanes(whole))) {
+      studioGroups<clamp, rows>(hn::CappedTag<uint16_t, 8>(), from, to, pixels);
+      return;
+    }
+  }
+  studioGroups<clamp, rows>(whole, from, to, pixels);
+}
+
+constexpr ColourRows studioSixBitPair = studioRows<StudioClamp::sixBit, StudioRows::halfPair>;
+constexpr ColourRows studioSixBitSingle = studioRows<StudioClamp::sixBit, StudioRows::halfSingle>;
+constexpr ColourRows studioSixBitFull = studioRows<StudioClamp::sixBit, StudioRows::fullSingle>;
+constexpr ColourRows studioVideoRangePair = studioRows<StudioClamp::videoRange, StudioRows::halfPair>;
+constexpr ColourRows studioFiveSixPair = studioRows<StudioClamp::fiveSix, StudioRows::halfPair>;
+constexpr ColourRows studioFiveSixSingle = studioRows<StudioClamp::fiveSix, StudioRows::halfSingle>;
+constexpr ColourRows studioFiveSixFull = studioRows<StudioClamp::fiveSix, StudioRows::fullSingle>;
 
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
@@ -58,5 +97,11 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace zqcc {
 constexpr PerLevel<ColourRows> STUDIO_SIX_BIT_PAIR = ZQCC_EVERY_LEVEL(studioSixBitPair);
+constexpr PerLevel<ColourRows> STUDIO_SIX_BIT_SINGLE = ZQCC_EVERY_LEVEL(studioSixBitSingle);
+constexpr PerLevel<ColourRows> STUDIO_SIX_BIT_FULL = ZQCC_EVERY_LEVEL(studioSixBitFull);
+constexpr PerLevel<ColourRows> STUDIO_VIDEO_RANGE_PAIR = ZQCC_EVERY_LEVEL(studioVideoRangePair);
+constexpr PerLevel<ColourRows> STUDIO_FIVE_SIX_PAIR = ZQCC_EVERY_LEVEL(studioFiveSixPair);
+constexpr PerLevel<ColourRows> STUDIO_FIVE_SIX_SINGLE = ZQCC_EVERY_LEVEL(studioFiveSixSingle);
+constexpr PerLevel<ColourRows> STUDIO_FIVE_SIX_FULL = ZQCC_EVERY_LEVEL(studioFiveSixFull);
 } // namespace zqcc
 #endif

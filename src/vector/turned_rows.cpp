@@ -5,8 +5,6 @@
 namespace zqcc {
 namespace {
 
-constexpr int32_t kMostPixelBytes = 3;
-
 /// Pixels to do next of those that are left: at most `most`, and not so many that less than a row would remain.
 constexpr int32_t nextPixels(int32_t left, int32_t most) {
   if (left <= most) {

@@ -1,11 +1,14 @@
 // Sequences of calls on two handles: set-ups, frames that match them and frames that do not, matrices. Every answer is
-// compared with the rules, every accepted picture with the reference models, and planes end where the heap block ends.
+// compared with the rules, every accepted picture with the reference models or, if they are too slow for it or do not
+// define it, with the portable level's; and planes end where the heap block ends. The first byte chooses the level of
+// vector code.
 #include "containment/expectation.h"
 #include "fuzz/frame_memory.h"
 #include "fuzz/records.h"
 #include "fuzz/script.h"
 #include "reference/direct_case.h"
 #include "reference/result_code.h"
+#include "support/levels.h"
 #include "support/picture.h"
 
 #include <algorithm>
@@ -220,7 +223,7 @@ private:
       }
       return;
     }
-    comparePictures(memory, before);
+    comparePictures(slot, memory, before);
   }
 
   static void checkRecord(ConvertParams before, const ConvertParams &after, uint32_t code) {
@@ -233,16 +236,27 @@ private:
     }
   }
 
-  void comparePictures(fuzz::FrameMemory &memory, ConvertParams p) {
+  void comparePictures(const Slot &slot, fuzz::FrameMemory &memory, ConvertParams p) {
     const bool sameSize = p.isResize != 0 || (p.inWidth == p.outWidth && p.inHeight == p.outHeight);
     const bool empty = p.outWidth == 0 || p.outHeight == 0;
+    memory.attach(p, true);
     if (!sameSize || empty || !fuzz::isComparedInTime(p) || !fuzz::linesAreApart(p) || fuzz::inputLinesOverlap(p)) {
+      compareWithPortable(slot, memory, p);
       return;
     }
-    memory.attach(p, true);
     containment::convertByReference(p, colour_);
     if (!memory.agrees()) {
       fail("a picture differs from the reference", p);
+    }
+  }
+
+  static void compareWithPortable(const Slot &slot, const fuzz::FrameMemory &memory, ConvertParams p) {
+    const support::LevelsForced portable(zqcc::LEVEL_PORTABLE);
+    if (zqCCProcess(slot.handle, &p) != CC_OK) {
+      fail("the portable level refuses a picture", p);
+    }
+    if (!memory.agrees()) {
+      fail("a picture differs from the portable level's", p);
     }
   }
 
@@ -297,6 +311,8 @@ private:
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t count) {
-  Session(Script(bytes, count)).run();
+  Script script(bytes, count);
+  const support::LevelsForced level(fuzz::readLevel(script));
+  Session(script).run();
   return 0;
 }

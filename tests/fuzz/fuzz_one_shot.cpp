@@ -5,6 +5,7 @@
 #include "fuzz/one_shot_call.h"
 #include "fuzz/records.h"
 #include "reference/result_code.h"
+#include "support/levels.h"
 #include "support/picture.h"
 
 #include <algorithm>
@@ -101,6 +102,10 @@ void accepted(const Call &call) {
   }
   if (!need.comparable || !fuzz::isComparedInTime(call.params) || call.params.outWidth == 0 ||
       call.params.outHeight == 0) {
+    const support::LevelsForced portable(zqcc::LEVEL_PORTABLE);
+    if (fuzz::invoke(call, in.data(), expected.data()) != CC_OK || !areEqual(out, expected, call, need)) {
+      fail("a one-shot picture differs from the portable level's", call.params);
+    }
     return;
   }
   ConvertParams p = call.params;
@@ -119,6 +124,7 @@ void accepted(const Call &call) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t count) {
   const reference::DitherRestorer dither;
   fuzz::Script script(bytes, count);
+  const support::LevelsForced level(fuzz::readLevel(script));
   const Call call = fuzz::readCall(script);
   const ConvertParams &p = call.params;
   if (fuzz::setUpMemory(p) == fuzz::SetUpMemory::Unclear) {

@@ -2,6 +2,7 @@
 #include "fuzz/one_shot_call.h"
 #include "fuzz/records.h"
 #include "fuzz/script.h"
+#include "support/levels.h"
 #include "support/picture.h"
 
 #include <cstdio>
@@ -18,6 +19,11 @@ void save(const fs::path &directory, const std::string &kind, int number, const 
   fs::create_directories(directory);
   std::ofstream file(directory / (kind + "-" + std::to_string(number)), std::ios::binary);
   file.write(bytes, static_cast<std::streamsize>(count));
+}
+
+/// The levels take turns.
+zqcc::Level levelOf(int number) {
+  return static_cast<zqcc::Level>(number % zqcc::LEVEL_COUNT);
 }
 
 void save(const fs::path &directory, const std::string &kind, int number, const fuzz::ScriptWriter &writer) {
@@ -41,6 +47,7 @@ void handles(const fs::path &directory) {
       record.inHeight = 8 + number % 29;
       record.outWidth = record.isResize != 0 ? 4 + number % 53 : record.inWidth;
       record.outHeight = record.isResize != 0 ? 4 + number % 47 : record.inHeight;
+      fuzz::writeLevel(writer, levelOf(number));
       writer.byte(0);
       writer.byte(1);
       fuzz::writeRecord(writer, record, number % 7, number % 5);
@@ -111,6 +118,7 @@ private:
   void add(const ConvertParams &p) { add(p, p); }
   void add(const ConvertParams &prepared, const ConvertParams &frame) {
     fuzz::ScriptWriter writer;
+    fuzz::writeLevel(writer, levelOf(number_));
     writer.byte(kRestart);
     writer.byte(kPrepare);
     fuzz::writeRecord(writer, prepared);
@@ -181,12 +189,42 @@ private:
   int number_ = 0;
 };
 
+/// Pictures at their own size that are wide enough for vector code, every conversion to RGB at every level: tight
+/// lines, longer ones, and such as overlap.
+void wideHandles(const fs::path &directory) {
+  int number = 0;
+  for (const int in : fuzz::kTypes) {
+    for (const int out : {30, 32}) {
+      for (uint32_t rotation = 2; rotation <= 6; ++rotation) {
+        for (const zqcc::Level level : support::kLevels) {
+          const int32_t width = 16 + number % 7 * 16 + number % 3;
+          const int32_t height = 16 + number % 11;
+          const bool quarter = rotation == ROTATION_90_LEFT || rotation == ROTATION_90_RIGHT;
+          const int32_t inStride = support::tightStride(in, width) + number % 5;
+          const int32_t outStride = support::tightStride(out, quarter ? height : width) - (number % 13 == 0 ? 7 : 0);
+          const ConvertParams p =
+              sized(recordOf(in, out, 0, rotation, 0), {width, height, inStride}, {width, height, outStride});
+          fuzz::ScriptWriter writer;
+          fuzz::writeLevel(writer, level);
+          writer.byte(kRestart);
+          writer.byte(kPrepare);
+          fuzz::writeRecord(writer, p);
+          writer.byte(kConvert);
+          fuzz::writeRecord(writer, p);
+          save(directory, "wide", number++, writer);
+        }
+      }
+    }
+  }
+}
+
 /// Products of strides, lines and places beside 2^31 and 2^32.
 void largeOneShots(const fs::path &directory) {
   using F = fuzz::Function;
   int number = 0;
   const auto add = [&](F function, const std::array<int32_t, 13> &arguments) {
     fuzz::ScriptWriter writer;
+    fuzz::writeLevel(writer, levelOf(number));
     fuzz::writeCall(writer, function, arguments);
     save(directory, "large", number++, writer);
   };
@@ -223,6 +261,7 @@ void oneShots(const fs::path &directory) {
   int number = 0;
   const auto add = [&](F function, const std::array<int32_t, 13> &arguments) {
     fuzz::ScriptWriter writer;
+    fuzz::writeLevel(writer, levelOf(number));
     fuzz::writeCall(writer, function, arguments);
     save(directory, "seed", number++, writer);
   };
@@ -276,6 +315,7 @@ int main(int count, char **words) {
   const fs::path root = words[1];
   handles(root / "fuzz_handles");
   LargeHandles(root / "fuzz_handles").write();
+  wideHandles(root / "fuzz_handles");
   oneShots(root / "fuzz_one_shot");
   largeOneShots(root / "fuzz_one_shot");
   streams(root / "fuzz_y4m");

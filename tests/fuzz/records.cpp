@@ -101,6 +101,14 @@ void writeStrides(ScriptWriter &writer, int inExtra, int outExtra) {
   writer.byte(static_cast<uint8_t>(outExtra));
 }
 
+zqcc::Level readLevel(Script &script) {
+  return static_cast<zqcc::Level>(script.below(zqcc::LEVEL_COUNT));
+}
+
+void writeLevel(ScriptWriter &writer, zqcc::Level level) {
+  writer.byte(static_cast<uint8_t>(level));
+}
+
 ConvertParams readRecord(Script &script) {
   ConvertParams p{};
   p.inType = kTypes[script.below(kTypeCount)];

@@ -1,12 +1,17 @@
 // Conversion records as the fuzzers draw them.
 #pragma once
 
+#include "base/levels.h"
 #include "fuzz/script.h"
 #include "zqColorConversion.h"
 
 #include <cstdint>
 
 namespace fuzz {
+
+/// The level of vector code that an input runs at: its first byte. On a machine that lacks it, the next lower one runs.
+zqcc::Level readLevel(Script &script);
+void writeLevel(ScriptWriter &writer, zqcc::Level level);
 
 /// A record without planes. Mostly codes that exist and small sizes; strides are mostly tight or a little more.
 ConvertParams readRecord(Script &script);

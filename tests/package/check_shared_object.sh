@@ -37,7 +37,7 @@ for section in .init_array .ctors .preinit_array; do
   [ "${size:-0}" -le "$pointer" ] || fail "static constructors: $section has $size bytes"
 done
 foreign=$(nm -u "$static" 2>/dev/null | awk '{ print $NF }' | grep -E '^(__cpu_|_ZN3hwy)' | LC_ALL=C sort -u |
-  grep -v -x -F "$(nm --defined-only "$static" 2>/dev/null | awk 'NF > 2 { print $3 }')" | tr '\n' ' ' || true)
+  grep -v -x -F -f <(nm --defined-only "$static" 2>/dev/null | awk 'NF > 2 { print $3 }') | tr '\n' ' ' || true)
 [ -z "$foreign" ] || fail "of libgcc or Highway: $foreign"
 
 if [ -n "$limit" ]; then

@@ -1,6 +1,7 @@
-// Stages that place 16-bit pixels, each level against a plain loop, with unmapped pages next to what they read and
-// write.
+// Stages that place 16-bit and 24-bit pixels, each level against a plain loop, with unmapped pages next to what they
+// read and write.
 #include "vector/place16.h"
+#include "vector/place24.h"
 
 #include "support/guarded_pages.h"
 #include "support/picture.h"
@@ -19,8 +20,6 @@ namespace {
 using support::Against;
 using support::GuardedPages;
 using zqcc::PixelBlock;
-
-constexpr std::ptrdiff_t kBytes = 2;
 
 std::size_t bytesOf(std::ptrdiff_t count) {
   return static_cast<std::size_t>(count);
@@ -42,11 +41,16 @@ std::string nameOf(const Turning &t) {
          (t.outputGoesUp ? ", output up" : "") + (t.against == Against::End ? ", against the end" : "");
 }
 
-/// Runs at every level that the stages are made for.
-class Placing16 : public testing::TestWithParam<zqcc::Level> {
+/// The stages of one pixel size at one of the levels that they are made for.
+struct Placed {
+  std::ptrdiff_t pixelBytes;
+  zqcc::Level level;
+};
+
+class Placing : public testing::TestWithParam<Placed> {
 protected:
   void SetUp() override {
-    if ((zqcc::detectedLevels() & zqcc::setOf(GetParam())) == 0) {
+    if ((zqcc::detectedLevels() & zqcc::setOf(GetParam().level)) == 0) {
       GTEST_SKIP() << "this machine does not have the level";
     }
     ASSERT_NE(reverse_, nullptr);
@@ -88,8 +92,8 @@ protected:
 
   /// Transposes by the stage and by a plain loop.
   std::string transpose(const Turning &t) {
-    const std::ptrdiff_t rowStride = t.columns * kBytes + t.rowPadding;
-    const std::ptrdiff_t outStride = t.lines * kBytes + t.outPadding;
+    const std::ptrdiff_t rowStride = t.columns * bytes_ + t.rowPadding;
+    const std::ptrdiff_t outStride = t.lines * bytes_ + t.outPadding;
     // The padding behind the last line belongs to nobody.
     const uint8_t *rows = placeRows(rowStride * t.lines - t.rowPadding, t.against);
     uint8_t *out = placeOutput(outStride * t.columns - t.outPadding, t.against);
@@ -97,8 +101,8 @@ protected:
       for (std::ptrdiff_t x = 0; x < t.columns; ++x) {
         const std::ptrdiff_t row = t.rowsGoUp ? t.lines - 1 - line : line;
         const std::ptrdiff_t outLine = t.outputGoesUp ? t.columns - 1 - x : x;
-        std::memcpy(expected_.data() + outLine * outStride + line * kBytes, rows + row * rowStride + x * kBytes,
-                    kBytes);
+        std::memcpy(expected_.data() + outLine * outStride + line * bytes_, rows + row * rowStride + x * bytes_,
+                    bytes_);
       }
     }
     const PixelBlock block = t.rowsGoUp ? PixelBlock{rows + (t.lines - 1) * rowStride, -rowStride, t.columns, t.lines}
@@ -112,8 +116,10 @@ protected:
     });
   }
 
-  const zqcc::ReverseRow reverse_ = zqcc::REVERSE_ROW16.of[GetParam()];
-  const zqcc::TransposeBlock transpose_ = zqcc::TRANSPOSE_BLOCK16.of[GetParam()];
+  const std::ptrdiff_t bytes_ = GetParam().pixelBytes;
+  const zqcc::ReverseRow reverse_ = (bytes_ == 2 ? zqcc::REVERSE_ROW16 : zqcc::REVERSE_ROW24).of[GetParam().level];
+  const zqcc::TransposeBlock transpose_ =
+      (bytes_ == 2 ? zqcc::TRANSPOSE_BLOCK16 : zqcc::TRANSPOSE_BLOCK24).of[GetParam().level];
   std::vector<uint8_t> expected_;
 
 private:
@@ -122,37 +128,37 @@ private:
   uint32_t seed_ = 1;
 };
 
-TEST_P(Placing16, ReversesRowsOfEveryLength) {
+TEST_P(Placing, ReversesRowsOfEveryLength) {
   for (int32_t pixels = 1; pixels <= 140; ++pixels) {
     for (const Against against : {Against::End, Against::Start}) {
-      const std::ptrdiff_t bytes = pixels * kBytes;
+      const std::ptrdiff_t bytes = pixels * bytes_;
       const uint8_t *row = placeRows(bytes, against);
       uint8_t *out = placeOutput(bytes, against);
-      for (std::ptrdiff_t x = 0; x < bytes; x += kBytes) {
-        std::memcpy(expected_.data() + bytes - kBytes - x, row + x, kBytes);
+      for (std::ptrdiff_t x = 0; x < bytes; x += bytes_) {
+        std::memcpy(expected_.data() + bytes - bytes_ - x, row + x, bytes_);
       }
       ASSERT_EQ(run([&] { reverse_(row, out, pixels); }), "") << pixels << " pixels";
     }
   }
 }
 
-TEST_P(Placing16, ReversesRowsAtEveryAddress) {
+TEST_P(Placing, ReversesRowsAtEveryAddress) {
   constexpr int32_t kPixels = 77;
-  std::vector<uint8_t> from(bytesOf(kPixels * kBytes + 64));
+  std::vector<uint8_t> from(bytesOf(kPixels * bytes_ + 64));
   support::fill(from.data(), from.size(), support::Fill::Noise, 5);
   for (std::ptrdiff_t offset = 0; offset < 64; ++offset) {
     std::vector<uint8_t> to(from.size(), 0xA5);
     std::vector<uint8_t> expected = to;
     for (std::ptrdiff_t x = 0; x < kPixels; ++x) {
-      std::memcpy(expected.data() + 63 - offset + (kPixels - 1 - x) * kBytes, from.data() + offset + x * kBytes,
-                  kBytes);
+      std::memcpy(expected.data() + 63 - offset + (kPixels - 1 - x) * bytes_, from.data() + offset + x * bytes_,
+                  bytes_);
     }
     reverse_(from.data() + offset, to.data() + 63 - offset, kPixels);
     EXPECT_EQ(to, expected) << "offset " << offset;
   }
 }
 
-TEST_P(Placing16, TransposesBlocksOfEverySize) {
+TEST_P(Placing, TransposesBlocksOfEverySize) {
   for (int32_t columns = 1; columns <= 40; ++columns) {
     for (int32_t lines = 1; lines <= 70; ++lines) {
       // Every size one way; which one changes from size to size, with periods that share no factor.
@@ -163,7 +169,7 @@ TEST_P(Placing16, TransposesBlocksOfEverySize) {
   }
 }
 
-TEST_P(Placing16, TransposesEveryWay) {
+TEST_P(Placing, TransposesEveryWay) {
   for (const int32_t columns : {7, 8, 9, 16, 63, 64, 130}) {
     for (const int32_t lines : {7, 8, 15, 16, 17, 31, 32, 33, 64, 100}) {
       for (const std::ptrdiff_t padding : {0, 1, 2, 30}) {
@@ -181,11 +187,12 @@ TEST_P(Placing16, TransposesEveryWay) {
 }
 
 #if defined(__x86_64__)
-INSTANTIATE_TEST_SUITE_P(Sse4, Placing16, testing::Values(zqcc::LEVEL_SSE4));
-INSTANTIATE_TEST_SUITE_P(Avx2, Placing16, testing::Values(zqcc::LEVEL_AVX2));
-INSTANTIATE_TEST_SUITE_P(Avx512, Placing16, testing::Values(zqcc::LEVEL_AVX512));
+INSTANTIATE_TEST_SUITE_P(Sse4, Placing, testing::Values(Placed{2, zqcc::LEVEL_SSE4}, Placed{3, zqcc::LEVEL_SSE4}));
+INSTANTIATE_TEST_SUITE_P(Avx2, Placing, testing::Values(Placed{2, zqcc::LEVEL_AVX2}, Placed{3, zqcc::LEVEL_AVX2}));
+INSTANTIATE_TEST_SUITE_P(Avx512, Placing,
+                         testing::Values(Placed{2, zqcc::LEVEL_AVX512}, Placed{3, zqcc::LEVEL_AVX512}));
 #elif defined(__aarch64__)
-INSTANTIATE_TEST_SUITE_P(Neon, Placing16, testing::Values(zqcc::LEVEL_NEON));
+INSTANTIATE_TEST_SUITE_P(Neon, Placing, testing::Values(Placed{2, zqcc::LEVEL_NEON}, Placed{3, zqcc::LEVEL_NEON}));
 #endif
 
 } // namespace
