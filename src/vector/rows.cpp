@@ -65,7 +65,7 @@ bool convertByRows(const RowStages &stages, LevelSet usable, TileKernel rest, co
   }
   const Steps steps = stepsOf(stages.turn, stages.pixelBytes, target.stride);
   if (isQuarterTurn(stages.turn)) {
-    convertQuarterTurned(maker, stages.place.transpose->in(usable), rows, target.origin, steps);
+    convertQuarterTurned(maker, *stages.place.transpose, usable, rows, target.origin, steps);
   } else if (stages.turn == Turn::Half) {
     convertHalfTurned(maker, stages.place.reverse->in(usable), rows, target.origin, steps);
   } else if (rows.right - rows.left < kNarrow && maker.canStack(rows)) {
