@@ -27,11 +27,6 @@ struct RowStages {
   PlaceStages place;
   Turn turn;
   int pixelBytes;
-
-  [[nodiscard]] constexpr bool isServed() const {
-    const bool staysUpright = turn == Turn::Upright || turn == Turn::Flip;
-    return (pair != nullptr || single != nullptr) && (staysUpright || place.reverse != nullptr);
-  }
 };
 
 /// Converts a rectangle with the stages of `usable` levels, what they cannot do with the portable kernel `rest`. False

@@ -14,14 +14,8 @@ namespace zqcc {
 
 struct Tile {
   TileKernel portable;
-  const RowStages *rows; ///< null if nothing serves it by rows
+  const RowStages *rows;
 };
-
-template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
-constexpr const RowStages *rowStagesOf() {
-  constexpr const RowStages &stages = kRowStages<Layout, Arithmetic, turn, pixelBytes>;
-  return stages.isServed() ? &stages : nullptr;
-}
 
 /// Whether the routine reads pairs of chroma samples as they lie. Without vector code they are split before it runs.
 constexpr bool readsPairs(const Job &job) {
@@ -29,7 +23,7 @@ constexpr bool readsPairs(const Job &job) {
 }
 
 inline bool byRows(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
-  return tile.rows != nullptr && convertByRows(*tile.rows, job.levels, tile.portable, view, target, rect, *job.matrix);
+  return convertByRows(*tile.rows, job.levels, tile.portable, view, target, rect, *job.matrix);
 }
 
 #else
@@ -52,7 +46,7 @@ constexpr bool byRows(const Job &, const Tile &, const PlaneView &, const Target
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr Tile tileOf(TileKernel portable) {
 #if ZQCC_VECTOR
-  return {portable, rowStagesOf<Layout, Arithmetic, turn, pixelBytes>()};
+  return {portable, &kRowStages<Layout, Arithmetic, turn, pixelBytes>};
 #else
   return {portable};
 #endif

@@ -19,18 +19,8 @@ using support::LevelsForced;
 using zqcc::Level;
 using zqcc::LevelSet;
 
-/// Conversions to RGB at the same size that portable code may make whatever the level.
-bool isLeftToPortableCode(const Mode &mode) {
-  const std::set<int> served{COLOR_YUV420_PLANAR, COLOR_YVU420_PLANAR, COLOR_YUV422_PLANAR,
-                             COLOR_YVU422_PLANAR, COLOR_YUV420_PACK,   COLOR_YUV420_PACK2};
-  return !(served.contains(mode.inType) && mode.outType != COLOR_RGB24 && mode.rotation == ROTATION_NONE);
-}
-
 /// Stages that no conversion to RGB at the same size leads to.
-const std::set<std::string> kForOthers{
-    "EVEN_CHROMA_ROWS",    "QUARTER_CHROMA_ROWS",     "PACKED_ROWS", "PACKED_LUMA_ROW",
-    "SWAPPED_PACKED_ROWS", "SWAPPED_PACKED_LUMA_ROW", "RGB24_ROWS",
-};
+const std::set<std::string> kForOthers{"RGB24_ROWS"};
 
 /// The highest of some levels; portable if there is none.
 Level highestOf(LevelSet set) {
@@ -58,7 +48,7 @@ void expectColumns(LevelSet usable) {
     const Served served = levels::servedBy(mode);
     if (highestOf(usable) == zqcc::LEVEL_PORTABLE) {
       EXPECT_THAT(served.calls, testing::IsEmpty()) << levels::nameOf(mode);
-    } else if (!isLeftToPortableCode(mode)) {
+    } else {
       EXPECT_TRUE(served.whole) << levels::nameOf(mode);
     }
     for (const Calls &call : served.calls) {
@@ -80,9 +70,7 @@ protected:
 TEST_P(ForcedLevel, ServesEveryConversionToRgb) {
   const LevelsForced forced(GetParam());
   for (const Mode &mode : levels::conversionsToRgb()) {
-    if (!isLeftToPortableCode(mode)) {
-      EXPECT_TRUE(levels::servedBy(mode).whole) << levels::nameOf(mode);
-    }
+    EXPECT_TRUE(levels::servedBy(mode).whole) << levels::nameOf(mode);
   }
 }
 
@@ -101,9 +89,11 @@ TEST_P(ForcedLevel, CallsEveryStageThatItHas) {
     }
   }
   for (const Mode &mode : levels::conversionsToRgb()) {
-    for (const Calls &call : levels::servedBy(mode).calls) {
-      if (call.level == GetParam()) {
-        uncalled.erase(call.stage);
+    for (const containment::Sizes &sizes : {levels::kWholeBlocks, levels::kCutBlocks}) {
+      for (const Calls &call : levels::servedBy(mode, sizes).calls) {
+        if (call.level == GetParam()) {
+          uncalled.erase(call.stage);
+        }
       }
     }
   }

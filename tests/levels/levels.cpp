@@ -42,7 +42,7 @@ void printConversion(const containment::Mode &mode) {
   if (!served.whole) {
     by += by.empty() ? "portable" : "+portable";
   }
-  const int cell = containment::cellOf(containment::recordOf(mode, {128, 64, 128, 64}));
+  const int cell = containment::cellOf(containment::recordOf(mode, levels::kWholeBlocks));
   std::printf("conversion %s %s %s", levels::nameOf(mode).c_str(),
               containment::cells()[static_cast<std::size_t>(cell)].name.c_str(), by.c_str());
   for (const levels::Calls &call : served.calls) {

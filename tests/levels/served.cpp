@@ -10,23 +10,21 @@ namespace levels {
 namespace {
 
 using containment::Mode;
+using containment::Sizes;
 using support::Canvas;
 using support::Picture;
 
-/// Whole 16 x 16 blocks and whole vectors of every level: no edge is left to the portable code.
-constexpr containment::Sizes kSizes{128, 64, 128, 64};
-
-uint32_t convert(const Mode &mode, Canvas &canvas) {
-  const Picture picture(mode.inType, kSizes.width, kSizes.height, support::tightStride(mode.inType, kSizes.width),
+uint32_t convert(const Mode &mode, const Sizes &sizes, Canvas &canvas) {
+  const Picture picture(mode.inType, sizes.width, sizes.height, support::tightStride(mode.inType, sizes.width),
                         support::Fill::Noise, 3);
-  ConvertParams params = containment::recordOf(mode, kSizes);
+  ConvertParams params = containment::recordOf(mode, sizes);
   picture.describe(params);
   canvas.describe(params);
   return support::convertOnce(params);
 }
 
-Canvas canvasFor(const Mode &mode) {
-  const reference::Size written = containment::writtenSize(containment::recordOf(mode, kSizes));
+Canvas canvasFor(const Mode &mode, const Sizes &sizes) {
+  const reference::Size written = containment::writtenSize(containment::recordOf(mode, sizes));
   return Canvas::forPicture(mode.outType, written.width, written.height,
                             support::tightStride(mode.outType, written.width));
 }
@@ -47,19 +45,19 @@ std::vector<Mode> conversionsToRgb() {
     const bool turns = mode.rotation >= ROTATION_NONE && mode.rotation <= ROTATION_FLIP_V;
     const bool toRgb = support::isRgb16(mode.outType) || mode.outType == COLOR_RGB24;
     const bool plain = mode.isResize == 0 && mode.quality == 0 && mode.inType != mode.outType;
-    if (turns && toRgb && plain && containment::cellOf(containment::recordOf(mode, kSizes)) >= 0) {
+    if (turns && toRgb && plain && containment::cellOf(containment::recordOf(mode, kWholeBlocks)) >= 0) {
       modes.push_back(mode);
     }
   }
   return modes;
 }
 
-Served servedBy(const Mode &mode) {
-  Canvas canvas = canvasFor(mode);
+Served servedBy(const Mode &mode, const Sizes &sizes) {
+  Canvas canvas = canvasFor(mode, sizes);
   const Muted silence;
   forgetCalls();
   Served served;
-  const bool converted = convert(mode, canvas) == CC_OK;
+  const bool converted = convert(mode, sizes, canvas) == CC_OK;
   served.calls = calls();
   served.whole = converted && !served.calls.empty() && canvas.touched().empty();
   return served;

@@ -21,8 +21,13 @@ struct Served {
 /// The modes to RGB at the picture's own size that the library accepts and that write something, upright and turned.
 std::vector<containment::Mode> conversionsToRgb();
 
+/// A picture of whole 16 x 16 blocks and whole vectors of every level, so that no edge is left to portable code, and
+/// one whose right and bottom edges cut blocks.
+inline constexpr containment::Sizes kWholeBlocks{128, 64, 128, 64};
+inline constexpr containment::Sizes kCutBlocks{142, 78, 142, 78};
+
 /// What serves a conversion with the levels that may run now.
-Served servedBy(const containment::Mode &mode);
+Served servedBy(const containment::Mode &mode, const containment::Sizes &sizes = kWholeBlocks);
 
 /// "3 30 left": the types and the turn.
 std::string nameOf(const containment::Mode &mode);
