@@ -87,7 +87,7 @@ struct StudioConstants {
   using V = hn::Vec<D>;
   using VI = hn::Vec<hn::RebindToSigned<D>>;
 
-  HWY_INLINE StudioConstants() {} // written out, so that it is compiled for the level
+  HWY_INLINE StudioConstants() {} // NOLINT(modernize-use-equals-default): it has to be compiled for the level
 
   const StudioNumbers *const numbers = hidden(&kStudioNumbers);
   const V scaleU = of(numbers->scaleU);
