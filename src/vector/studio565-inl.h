@@ -87,7 +87,7 @@ struct StudioConstants {
   using V = hn::Vec<D>;
   using VI = hn::Vec<hn::RebindToSigned<D>>;
 
-  HWY_INLINE StudioConstants() {} // NOLINT(modernize-use-equals-default): it has to be compiled for the level
+  HWY_INLINE explicit StudioConstants(D /*d*/) {} // written out, so that it is compiled for the level
 
   const StudioNumbers *const numbers = hidden(&kStudioNumbers);
   const V scaleU = of(numbers->scaleU);
@@ -132,7 +132,7 @@ HWY_INLINE StudioTermsOf<D> studioTerms(D d, const StudioConstants<D> &k, hn::Ve
   const hn::RebindToSigned<D> di;
   const auto scaledU = hn::Add(hn::Mul(u, k.scaleU), k.offsetU);
   const auto scaledV = hn::BitCast(di, hn::Add(hn::Mul(v, k.scaleV), k.offsetV));
-  const auto red = hn::MulHigh(scaledV, k.redFactor);
+  const auto red = signedHigh(scaledV, k.redFactor);
   auto blue = hn::Add(hn::MulHigh(scaledU, k.blueFactor), k.blueOffset);
   blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLess)));
   if constexpr (clamp == StudioClamp::fiveSix) {
@@ -157,8 +157,8 @@ HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<
   const hn::RebindToSigned<D> di;
   const auto rest = hn::ShiftRight<15>(hn::Add(hn::Mul(hn::BitCast(d, y), k.restFactorY), terms.greenRest));
   const auto green = hn::Add(hn::MulFixedPoint15(hn::Sub(y, terms.green), k.halfUnit), hn::BitCast(di, rest));
-  return {hn::MulHigh(hn::SaturatedAdd(y, terms.red), k.eighths), hn::ShiftRight<5>(green),
-          hn::MulHigh(hn::SaturatedAdd(y, terms.blue), k.eighths)};
+  return {signedHigh(hn::SaturatedAdd(y, terms.red), k.eighths), hn::ShiftRight<5>(green),
+          signedHigh(hn::SaturatedAdd(y, terms.blue), k.eighths)};
 }
 
 /// Pixels in two vectors, the first half of the group and the second.

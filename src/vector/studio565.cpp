@@ -49,7 +49,7 @@ HWY_INLINE void studioGroup(D d, const StudioConstants<D> &k, const SampleRows &
 template <StudioClamp clamp, StudioRows rows, class D>
 HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels) {
   constexpr auto kPairs = static_cast<ptrdiff_t>(hn::MaxLanes(D()));
-  const StudioConstants<D> k;
+  const StudioConstants<D> k(d);
   SampleRows samples = from;
   uint8_t *lines[2] = {to[0], to[1]};
   const ptrdiff_t end = pixels / 2;

@@ -47,6 +47,16 @@ HWY_INLINE hn::Vec<DI> oddBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>
 #endif
 }
 
+/// The upper half of signed products.
+template <class V>
+HWY_INLINE V signedHigh(V a, V b) {
+#if HWY_ARCH_ARM
+  return V{vshrq_n_s16(vqdmulhq_s16(a.raw, b.raw), 1)}; // Highway's MulHigh takes three instructions
+#else
+  return hn::MulHigh(a, b);
+#endif
+}
+
 /// Every bit of `yes` where the mask has a one, else that of `no`. IfVecThenElse does that for whole lanes, and bit by
 /// bit where the processor has one instruction for it.
 template <class V>

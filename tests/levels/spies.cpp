@@ -67,7 +67,7 @@ namespace wrapped {
 namespace {
 
 template <class Do>
-void forEachStage(Do what) {
+void forEachStage([[maybe_unused]] const Do &what) {
 #define STAGE(Function, NAME, symbol) what(#NAME, levels::NAME, wrapped::NAME, real::NAME);
 #include "stage_list.inc"
 #undef STAGE
