@@ -89,6 +89,8 @@ constexpr Job kJobs[] = {
     {"packed_to_rgb24", "yuyv", YUYV, RGB24},
     {"packed_to_rgb24", "uyvy", UYVY, RGB24},
     {"packed_to_rgb24", "yuyv_left", YUYV, RGB24, SAME, NONE, LEFT},
+    {"packed_to_rgb24", "yuyv_right", YUYV, RGB24, SAME, NONE, RIGHT},
+    {"packed_to_rgb24", "yuyv_half", YUYV, RGB24, SAME, NONE, HALF},
 
     // Turned, to RGB565.
     {"quarter_turn", "i420_left", I420, RGB565, SAME, NONE, LEFT},

@@ -80,4 +80,22 @@ Runner setUpRunner(const Task &task) {
   return [handle, params]() mutable { return zqCCSetParameter(handle.get(), PARAM_CONVERT_DESC, &params) == CC_OK; };
 }
 
+Runner contextRunner() {
+  return [] {
+    ConvertContext *context = nullptr;
+    return zqCCInit(&context) == CC_OK && zqCCUninit(context) == CC_OK;
+  };
+}
+
+Runner oneShotRunner() {
+  const auto pixels = static_cast<std::size_t>(kTinySize.width) * kTinySize.height;
+  // The function wants its planes behind one another.
+  const auto planes = std::make_shared<std::vector<uint8_t>>(pixels * 3 / 2, uint8_t{128});
+  const auto output = std::make_shared<std::vector<uint8_t>>(pixels * 2);
+  return [planes, output] {
+    return zqColorConvert(planes->data(), output->data(), COLOR_YUV420_PLANAR, COLOR_RGB565, kTinySize.width,
+                          kTinySize.height, kTinySize.width, nullptr) == CC_OK;
+  };
+}
+
 } // namespace bench

@@ -48,11 +48,12 @@ public:
       }
     }
   }
-  void setUp(const Job &job) {
+  /// What is no conversion, at the highest level.
+  void alone(const Job &job, const Size &size, const std::function<Runner()> &make) {
     if (wanted(job)) {
       own_.back().select();
-      if (const Runner run = setUpRunner({job, {job.inType, kSetUpSize, {}, {}}, {}})) {
-        add(measureAlone(job, kSetUpSize, pace_, run));
+      if (const Runner run = make()) {
+        add(measureAlone(job, size, pace_, run));
       }
     }
   }
@@ -119,8 +120,10 @@ int benchmark(const Options &options) {
     run.conversion(job, kTinySize);
   }
   for (const Job &job : setUps()) {
-    run.setUp(job);
+    run.alone(job, kSetUpSize, [&job] { return setUpRunner({job, {job.inType, kSetUpSize, {}, {}}, {}}); });
   }
+  run.alone({"setup", "a context made and released", 0, 0}, kSetUpSize, contextRunner);
+  run.alone({"setup", "one-shot call, 16x16", 0, 0}, kTinySize, oneShotRunner);
   if (run.results().empty()) {
     std::fprintf(stderr, "nothing matches %s\n", options.pattern.c_str());
     return 1;

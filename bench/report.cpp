@@ -173,7 +173,7 @@ std::string groupTable(std::span<const Cell> cells, const std::vector<std::strin
 }
 
 std::string setUpTable(std::span<const Cell> cells) {
-  std::string text = heading({"set-up at 1920x1080", "microseconds"});
+  std::string text = heading({"set-up, at 1920x1080", "microseconds"});
   for (const Cell &cell : cells) {
     if (!cell.own.empty() && cell.own.front()->pixels == 0) {
       text += row({cell.job, number(cell.own.front()->best / 1000, 2)});

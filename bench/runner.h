@@ -44,5 +44,9 @@ void addOpenCv(std::vector<Program> &programs);
 ConvertParams describe(const Job &job, const Size &in);
 /// Set-up for a job and nothing else.
 Runner setUpRunner(const Task &task);
+/// A context made and released.
+Runner contextRunner();
+/// The whole road in one call for a picture of kTinySize: context, set-up, conversion, release.
+Runner oneShotRunner();
 
 } // namespace bench

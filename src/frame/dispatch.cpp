@@ -70,27 +70,30 @@ ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &par
 
 void run(ConvertContext &context, ConvertParams &params, const Route &route, int64_t skippedBytes) {
   const LevelSet levels = usableLevels();
+  const ConvertParams *frame = &params;
+  ConvertParams prepared; // the frame behind a pre-pass
+  bool hasChromaPairs = false;
   switch (route.prePass) {
-  case PrePass::SplitChroma: {
-    if (takesPairs(params, route, levels)) {
-      Job job = jobFor(context, params, levels, skippedBytes);
-      job.isYuv420 = job.hasChromaPairs = true;
-      route.routine(job);
-      break;
+  case PrePass::SplitChroma:
+    hasChromaPairs = takesPairs(params, route, levels);
+    if (!hasChromaPairs) {
+      prepared = splitChroma(context, params);
+      frame = &prepared;
     }
-    const ConvertParams planar = splitChroma(context, params);
-    route.routine(jobFor(context, planar, levels, skippedBytes));
     break;
-  }
-  case PrePass::TurnPlanes: {
-    const ConvertParams turned = turnPlanes(context, params);
-    route.routine(jobFor(context, turned, levels, 0));
+  case PrePass::TurnPlanes:
+    prepared = turnPlanes(context, params);
+    frame = &prepared;
+    skippedBytes = 0;
     break;
-  }
   case PrePass::None:
-    route.routine(jobFor(context, params, levels, skippedBytes));
     break;
   }
+  Job job = jobFor(context, *frame, levels, skippedBytes);
+  if (hasChromaPairs) {
+    job.isYuv420 = job.hasChromaPairs = true;
+  }
+  route.routine(job);
 }
 
 } // namespace

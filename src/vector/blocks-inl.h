@@ -121,6 +121,20 @@ HWY_INLINE void storeBlocks3(D d, V a, V b, V c, uint8_t *to) {
 
 #endif
 
+/// Of the blocks of two vectors, one behind the other: those of even numbers to `a`, the others to `b`.
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE void evenAndOddBlocks(D d, V &a, V &b) {
+  constexpr std::size_t kBytes = hn::MaxLanes(D());
+  const V first = a;
+  if constexpr (kBytes == 32) {
+    a = hn::ConcatLowerLower(d, b, first);
+    b = hn::ConcatUpperUpper(d, b, first);
+  } else if constexpr (kBytes == 64) {
+    a = fourBlocks<0, 2, 0, 2>(first, b);
+    b = fourBlocks<1, 3, 1, 3>(first, b);
+  }
+}
+
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();

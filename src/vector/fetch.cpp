@@ -15,7 +15,8 @@ namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 
 /// Calls samples(tag, first) for groups that cover [0, count), as wide as the count lets them be. The last one overlaps
-/// the one before it; count is not less than kLeast.
+/// the one before it; count is not less than kLeast. The copy of `samples` is this function's own, which no store can
+/// change.
 template <int kLeast, class D, class Samples>
 HWY_INLINE void inGroups(D d, std::ptrdiff_t count, const Samples samples) {
   constexpr std::ptrdiff_t kLanes = hn::MaxLanes(D{});
@@ -45,10 +46,11 @@ struct Pairs {
 
   template <class D>
   HWY_INLINE void operator()(D d, std::ptrdiff_t i) const {
-    const auto low = hn::LoadU(d, pairs + 2 * i);
-    const auto high = hn::LoadU(d, pairs + 2 * i + hn::MaxLanes(d));
-    hn::StoreU(hn::ConcatEven(d, high, low), d, first + i);
-    hn::StoreU(hn::ConcatOdd(d, high, low), d, second + i);
+    hn::Vec<D> a;
+    hn::Vec<D> b;
+    hn::LoadInterleaved2(d, pairs + 2 * i, a, b);
+    hn::StoreU(a, d, first + i);
+    hn::StoreU(b, d, second + i);
   }
 };
 
@@ -65,10 +67,10 @@ struct EvenSamples {
   }
 };
 
-HWY_NOINLINE void partPairs(const Pairs pairs, std::ptrdiff_t count) {
+HWY_NOINLINE void partPairs(const Pairs &pairs, std::ptrdiff_t count) {
   inGroups<kLeastHalf>(kBytes, count, pairs);
 }
-HWY_NOINLINE void takeEven(const EvenSamples samples, std::ptrdiff_t count) {
+HWY_NOINLINE void takeEven(const EvenSamples &samples, std::ptrdiff_t count) {
   inGroups<kLeastHalf>(kBytes, count, samples);
 }
 
@@ -135,9 +137,9 @@ constexpr MacropixelOrder kOrders[2][2] = {{orderOf(0), orderOf(2)}, {orderOf(4)
 /// by block: first samples in front, in the order of the vectors.
 template <std::size_t kLanes>
 struct ChromaLanes {
-  alignas(64) uint32_t from[kLanes];
+  alignas(64) uint32_t from[kLanes]{};
 
-  constexpr ChromaLanes() : from{} {
+  constexpr ChromaLanes() {
     constexpr uint32_t kBlocks = kLanes / 4;
     for (uint32_t block = 0; block < kBlocks; ++block) {
       for (uint32_t i = 0; i < 4; ++i) {
@@ -151,7 +153,7 @@ struct ChromaLanes {
 template <bool chroma>
 struct Macropixels {
   const uint8_t *from;
-  MacropixelOrder order; // a copy, which no store can change
+  MacropixelOrder order;
   uint8_t *luma;
   uint8_t *first;
   uint8_t *second;
@@ -177,7 +179,7 @@ struct Macropixels {
 };
 
 template <bool chroma>
-HWY_NOINLINE void partMacropixels(const Macropixels<chroma> macropixels, std::ptrdiff_t count) {
+HWY_NOINLINE void partMacropixels(const Macropixels<chroma> &macropixels, std::ptrdiff_t count) {
   inGroups<kLeastHalf>(hn::Half<decltype(kBytes)>{}, count, macropixels);
 }
 

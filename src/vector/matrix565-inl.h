@@ -1,5 +1,11 @@
-// What the chroma of a pixel adds to its luma, by a matrix whose coefficients have 20 fractional bits: exact, so
-// products are made in 32-bit lanes; what is left behind the shift fits 16.
+// What the chroma of a pixel adds to its luma, by a matrix whose coefficients have 20 fractional bits: exact in 16-bit
+// lanes.
+//
+// Let T be coefficient times sample, or a sum of such, of which T >> 20 is wanted. A rounded product of what 16 bits
+// hold of the coefficient gives T >> 15 or one more: the sample takes half a unit of the rounded coefficient at most,
+// and rounding the product another half. The lowest 16 bits of T are exact and say whether T >> 15 is odd; taking that
+// bit away leaves a number that gives the right one when it is halved, in either case. Green adds two rounded products,
+// so it has four candidates for T >> 14, from one less to two more, and takes away two bits.
 #if defined(ZQCC_MATRIX565_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ZQCC_MATRIX565_INL_H
 #undef ZQCC_MATRIX565_INL_H
@@ -16,87 +22,25 @@ namespace zqcc::HWY_NAMESPACE {
 namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Sums of products of 16-bit lanes, for the samples in the lower and in the upper half of their vector (of every block
-/// of 128 bits).
-template <class V>
-struct WideSums {
-  V lower;
-  V upper;
-};
-
-// Products of samples c and 24-bit factors are 256c * high + c * low.
-#if HWY_TARGET == HWY_NEON
-
+/// A coefficient: without its lowest bits, rounded, and without all that is above 16 bits.
 template <class D16>
 struct FactorLanes {
-  explicit FactorLanes(const SplitFactor &factor)
-      : high(hn::Set(D16(), factor.high)), low(hn::Set(D16(), factor.low)) {}
-  hn::Vec<D16> high;
+  HWY_INLINE FactorLanes(D16 d16, const SplitFactor &factor, int dropped)
+      : rounded(hn::Set(d16, static_cast<int16_t>((whole(factor) + (1 << (dropped - 1))) >> dropped))),
+        low(hn::Set(d16, static_cast<int16_t>(whole(factor)))) {}
+  hn::Vec<D16> rounded;
   hn::Vec<D16> low;
+
+private:
+  static HWY_INLINE int whole(const SplitFactor &factor) { return factor.high * 256 + factor.low; }
 };
-
-template <class D16>
-struct ChromaLanes {
-  explicit ChromaLanes(hn::Vec<D16> samples) : times256(hn::ShiftLeft<8>(samples)), once(samples) {}
-  hn::Vec<D16> times256;
-  hn::Vec<D16> once;
-};
-
-template <class D16, class D32 = hn::RepartitionToWide<D16>, class V32 = hn::Vec<D32>>
-HWY_INLINE WideSums<V32> addProducts(const ChromaLanes<D16> &chroma, const FactorLanes<D16> &factor,
-                                     WideSums<V32> sums) {
-  sums.lower = hn::ReorderWidenMulAccumulate(D32(), chroma.times256, factor.high, sums.lower, sums.upper);
-  sums.lower = hn::ReorderWidenMulAccumulate(D32(), chroma.once, factor.low, sums.lower, sums.upper);
-  return sums;
-}
-
-/// The sums shifted right by 20.
-template <class D16, class V32>
-HWY_INLINE hn::Vec<D16> integers(D16 d16, const WideSums<V32> &sums) {
-  return hn::ShiftRight<4>(hn::ConcatOdd(d16, hn::BitCast(d16, sums.upper), hn::BitCast(d16, sums.lower)));
-}
-
-#else
-
-template <class D16>
-struct FactorLanes {
-  explicit HWY_INLINE FactorLanes(const SplitFactor &factor)
-      : pairs(hn::BitCast(
-            D16(), hn::Set(hn::RepartitionToWide<D16>(), static_cast<int32_t>(static_cast<uint32_t>(factor.low) << 16 |
-                                                                              static_cast<uint16_t>(factor.high))))) {}
-  hn::Vec<D16> pairs;
-};
-
-template <class D16>
-struct ChromaLanes {
-  explicit HWY_INLINE ChromaLanes(hn::Vec<D16> samples)
-      : lower(hn::InterleaveLower(D16(), hn::ShiftLeft<8>(samples), samples)),
-        upper(hn::InterleaveUpper(D16(), hn::ShiftLeft<8>(samples), samples)) {}
-  hn::Vec<D16> lower;
-  hn::Vec<D16> upper;
-};
-
-template <class D16, class D32 = hn::RepartitionToWide<D16>, class V32 = hn::Vec<D32>>
-HWY_INLINE WideSums<V32> addProducts(const ChromaLanes<D16> &chroma, const FactorLanes<D16> &factor,
-                                     WideSums<V32> sums) {
-  V32 none = hn::Zero(D32()); // neighbours are added here
-  return {hn::ReorderWidenMulAccumulate(D32(), chroma.lower, factor.pairs, sums.lower, none),
-          hn::ReorderWidenMulAccumulate(D32(), chroma.upper, factor.pairs, sums.upper, none)};
-}
-
-/// The sums shifted right by 20.
-template <class D16, class V32>
-HWY_INLINE hn::Vec<D16> integers(D16 d16, const WideSums<V32> &sums) {
-  return hn::ReorderDemote2To(d16, hn::ShiftRight<20>(sums.lower), hn::ShiftRight<20>(sums.upper));
-}
-
-#endif
 
 /// The coefficients of a matrix.
 template <class D16>
 struct MatrixLanes {
-  explicit HWY_INLINE MatrixLanes(const ColourConstants &constants)
-      : crToR(constants.crToR), crToG(constants.crToG), cbToB(constants.cbToB), cbToG(constants.cbToG) {}
+  HWY_INLINE MatrixLanes(D16 d16, const ColourConstants &constants)
+      : crToR(d16, constants.crToR, 8), crToG(d16, constants.crToG, 7), cbToB(d16, constants.cbToB, 8),
+        cbToG(d16, constants.cbToG, 7) {}
   FactorLanes<D16> crToR;
   FactorLanes<D16> crToG;
   FactorLanes<D16> cbToB;
@@ -111,18 +55,29 @@ struct MatrixTerms {
   hn::Vec<D16> blue;
 };
 
+/// The term of red or blue; `times256` is 256 times the sample.
+template <class D16, class V = hn::Vec<D16>>
+HWY_INLINE V termOfOne(V sample, V times256, const FactorLanes<D16> &factor) {
+  const V isOdd = hn::ShiftRight<15>(hn::Mul(sample, factor.low)); // 0 or -1
+  return hn::ShiftRight<5>(hn::Add(hn::MulFixedPoint15(times256, factor.rounded), isOdd));
+}
+
 /// The terms of as many samples as D16 has lanes.
 template <class D16>
 HWY_INLINE MatrixTerms<D16> matrixTerms(D16 d16, const uint8_t *u, const uint8_t *v, const MatrixLanes<D16> &matrix) {
   const hn::Rebind<uint8_t, D16> d8;
-  const hn::RepartitionToWide<D16> d32;
+  const hn::RebindToUnsigned<D16> du16;
   const auto middle = hn::Set(d16, int16_t{128});
-  const ChromaLanes<D16> cb(hn::Sub(hn::PromoteTo(d16, hn::LoadU(d8, u)), middle));
-  const ChromaLanes<D16> cr(hn::Sub(hn::PromoteTo(d16, hn::LoadU(d8, v)), middle));
-  const WideSums<hn::Vec<decltype(d32)>> none{hn::Zero(d32), hn::Zero(d32)};
-  return {integers(d16, addProducts(cr, matrix.crToR, none)),
-          integers(d16, addProducts(cr, matrix.crToG, addProducts(cb, matrix.cbToG, none))),
-          integers(d16, addProducts(cb, matrix.cbToB, none))};
+  const auto cb = hn::Sub(hn::PromoteTo(d16, hn::LoadU(d8, u)), middle);
+  const auto cr = hn::Sub(hn::PromoteTo(d16, hn::LoadU(d8, v)), middle);
+  const auto cb256 = hn::ShiftLeft<8>(cb);
+  const auto cr256 = hn::ShiftLeft<8>(cr);
+  const auto low = hn::Add(hn::Mul(cb, matrix.cbToG.low), hn::Mul(cr, matrix.crToG.low));
+  const auto lowBits = hn::BitCast(d16, hn::ShiftRight<14>(hn::BitCast(du16, low)));
+  const auto most = hn::Add(hn::Add(hn::MulFixedPoint15(cb256, matrix.cbToG.rounded), hn::Set(d16, int16_t{1})),
+                            hn::MulFixedPoint15(cr256, matrix.crToG.rounded));
+  return {termOfOne(cr, cr256, matrix.crToR), hn::ShiftRight<6>(hn::Sub(most, lowBits)),
+          termOfOne(cb, cb256, matrix.cbToB)};
 }
 
 /// Two vectors of 16-bit lanes as one of bytes from 0 to 255, block by block of 128 bits: the lanes of `lower`, then

@@ -145,7 +145,7 @@ HWY_INLINE void convertRows(D d8, const SampleRows from, uint8_t *const to[2], i
                             const ColourConstants &constants) {
   constexpr std::ptrdiff_t kStep = hn::MaxLanes(D());
   const Words<D> d16;
-  const MatrixLanes<Words<D>> matrix(constants);
+  const MatrixLanes<Words<D>> matrix(d16, constants);
   DitherLanes<D> first = ditherLanes<Chroma>(d8, constants, line, 0);
   const DitherLanes<D> second = ditherLanes<Chroma>(d8, constants, 1 - line, 0);
   uint8_t *const upperLine = to[0];

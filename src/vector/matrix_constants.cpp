@@ -3,10 +3,13 @@
 namespace zqcc {
 namespace {
 
-constexpr int32_t kFactorEnd = 1 << 23;
+// The widest factors whose rounded products fit 16-bit lanes: of red and blue without their lowest 8 bits, of green, as
+// a sum, without the lowest 7. Rounding may add one to each.
+constexpr int64_t kMostOfOne = 0x7FFF * 0x100;
+constexpr int64_t kMostOfGreen = (0x8000 - 4) * 0x80;
 
-constexpr bool isFactor(int32_t coefficient) {
-  return coefficient >= -kFactorEnd && coefficient < kFactorEnd;
+constexpr int64_t magnitude(int32_t coefficient) {
+  return coefficient < 0 ? -int64_t{coefficient} : int64_t{coefficient};
 }
 
 constexpr SplitFactor splitFactor(int32_t coefficient) {
@@ -30,12 +33,13 @@ bool makeMatrixConstants(const ColorMatrix &matrix, ColourConstants &constants) 
                {},
                {},
                {}};
-  return isFactor(matrix.crToR) && isFactor(matrix.crToG) && isFactor(matrix.cbToB) && isFactor(matrix.cbToG);
+  return magnitude(matrix.crToR) <= kMostOfOne && magnitude(matrix.cbToB) <= kMostOfOne &&
+         magnitude(matrix.crToG) + magnitude(matrix.cbToG) <= kMostOfGreen;
 }
 
 template <Turn turn>
 bool makeDitherConstants(const ColorMatrix &matrix, ColourConstants &constants) {
-  const bool areFactors = makeMatrixConstants(matrix, constants);
+  const bool isInRange = makeMatrixConstants(matrix, constants);
   for (int line = 0; line < 2; ++line) {
     for (int column = 0; column < 2; ++column) {
       constants.red[line][column] = offsetOf<turn>(kDitherRed, line, column);
@@ -43,7 +47,7 @@ bool makeDitherConstants(const ColorMatrix &matrix, ColourConstants &constants) 
       constants.blue[line][column] = offsetOf<turn>(kDitherBlue, line, column);
     }
   }
-  return areFactors;
+  return isInRange;
 }
 
 template bool makeDitherConstants<Turn::Upright>(const ColorMatrix &, ColourConstants &);

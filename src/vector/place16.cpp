@@ -57,7 +57,7 @@ void reverseRow(const uint8_t *from, uint8_t *to, int32_t pixels) {
 
 /// Eight columns of `groups` times as many rows as a vector has lanes.
 template <class D>
-HWY_NOINLINE void transposeColumns(D d, const uint8_t *from, std::ptrdiff_t stride, uint8_t *to,
+HWY_INLINE void transposeColumns(D d, const uint8_t *from, std::ptrdiff_t stride, uint8_t *to,
                                    std::ptrdiff_t toStride, int32_t groups) {
   constexpr std::ptrdiff_t kLanes = hn::MaxLanes(D());
   const std::ptrdiff_t fourRows = 4 * stride;
@@ -84,7 +84,7 @@ HWY_NOINLINE void transposeColumns(D d, const uint8_t *from, std::ptrdiff_t stri
 /// vectors of rows go before the next eight are begun; then comes the vector that overlaps.
 template <class D>
 HWY_INLINE void transposeVectors(D d, const PixelBlock from, uint8_t *to, std::ptrdiff_t toStride) {
-  const int32_t lanes = static_cast<int32_t>(hn::Lanes(d));
+  const auto lanes = static_cast<int32_t>(hn::Lanes(d));
   const int32_t last = from.columns - 8;
   int32_t overlapping = from.lines % lanes != 0 ? 1 : 0;
   int32_t line = 0;

@@ -44,6 +44,63 @@ struct EvenAndOdd {
   }
 };
 
+/// Macropixels, the four bytes that hold two pixels and the chroma they share, as 16-bit lanes.
+template <class D>
+class MacropixelLanes {
+public:
+  using D16 = Words<D>;
+  using V = hn::Vec<D16>;
+
+  /// Where the samples of the first macropixel stand.
+  HWY_INLINE MacropixelLanes(const uint8_t *left, const uint8_t *right, const uint8_t *u, const uint8_t *v)
+      : base(HWY_MIN(HWY_MIN(left, right), HWY_MIN(u, v))), luma(order(left - base, right - base)),
+        chroma(order(u - base, v - base)) {}
+
+  struct Samples {
+    V even;
+    V odd;
+    V u;
+    V v;
+  };
+
+  /// The samples of as many pixels as D has lanes, from an even column on.
+  HWY_INLINE Samples load(std::ptrdiff_t x) const {
+    const D d;
+    const hn::Repartition<uint64_t, D> halves;
+    const D16 d16;
+    auto first = hn::LoadU(d, base + 2 * x);
+    auto second = hn::LoadU(d, base + 2 * x + static_cast<std::ptrdiff_t>(hn::MaxLanes(D())));
+    evenAndOddBlocks(d, first, second);
+    const auto pick = [&](hn::Vec<D> bytes, hn::Vec<D> which)
+                          HWY_ATTR { return hn::BitCast(halves, hn::TableLookupBytes(bytes, which)); };
+    const auto luma0 = pick(first, luma);
+    const auto luma1 = pick(second, luma);
+    const auto chroma0 = pick(first, chroma);
+    const auto chroma1 = pick(second, chroma);
+    return {hn::BitCast(d16, hn::InterleaveLower(halves, luma0, luma1)),
+            hn::BitCast(d16, hn::InterleaveUpper(halves, luma0, luma1)),
+            hn::BitCast(d16, hn::InterleaveLower(halves, chroma0, chroma1)),
+            hn::BitCast(d16, hn::InterleaveUpper(halves, chroma0, chroma1))};
+  }
+
+private:
+  /// Two samples of the four macropixels of a block, a 16-bit lane each: first all of the one, then all of the other.
+  HWY_INLINE static hn::Vec<D> order(std::ptrdiff_t one, std::ptrdiff_t other) {
+    const D d;
+    const D16 d16;
+    const hn::Repartition<uint64_t, D> halves;
+    const auto positions = hn::InterleaveLower(halves, hn::BitCast(halves, hn::Set(d16, static_cast<int16_t>(one))),
+                                               hn::BitCast(halves, hn::Set(d16, static_cast<int16_t>(other))));
+    return hn::Add(hn::LoadDup128(d, kMacropixels), hn::BitCast(d, positions));
+  }
+  alignas(16) static constexpr uint8_t kMacropixels[16] = {0, 128, 4, 128, 8, 128, 12, 128,
+                                                           0, 128, 4, 128, 8, 128, 12, 128};
+
+  const uint8_t *base;
+  hn::Vec<D> luma;
+  hn::Vec<D> chroma;
+};
+
 /// Components of the pixels of every second column, one a lane, not yet limited to a byte.
 template <class V>
 struct Components {
@@ -74,29 +131,28 @@ constexpr int16_t low16(int32_t value) {
 ///
 /// Y and t are multiples of 16. A constant below 16 in t (kSlack) does not show in the result, and keeps tLow and the
 /// sums that it is made of away from -32768, which has no negative.
-namespace studio24 {
+struct Studio24 {
 
-constexpr int32_t kLuma = 16 * 4767;
-constexpr int32_t kSlack = 8;
-constexpr int32_t kOffset = -16 * kLuma + kSlack;
+  static constexpr int32_t kLuma = 16 * 4767;
+  static constexpr int32_t kSlack = 8;
+  static constexpr int32_t kOffset = -16 * kLuma + kSlack;
 
-/// A factor F, and with it an offset e so that F * (8 (c - 128) + e) = 8 F (c - 128) + kOffset modulo 65536: the offset
-/// of a term comes with the product. What the product has too much is a multiple of 65536.
-constexpr int32_t kBlue = 16 * 8261 / 8;
-constexpr int32_t kRed = 16 * 6537 / 8;
-constexpr int32_t kGreenU = 16 * 1605 / 8;
-constexpr int32_t kGreenV = 16 * 3330 / 8;
-constexpr int32_t kOffsetU = 180;
-constexpr int32_t kOffsetV = 16228;
-/// The same for green, which takes both: u has an offset of its own there.
-constexpr int32_t kOffsetGreenU = 7972;
+  /// A factor F, and with it an offset e so that F * (8 (c - 128) + e) = 8 F (c - 128) + kOffset modulo 65536: the
+  /// offset of a term comes with the product. What the product has too much is a multiple of 65536.
+  static constexpr int32_t kBlue = 16 * 8261 / 8;
+  static constexpr int32_t kRed = 16 * 6537 / 8;
+  static constexpr int32_t kGreenU = 16 * 1605 / 8;
+  static constexpr int32_t kGreenV = 16 * 3330 / 8;
+  static constexpr int32_t kOffsetU = 180;
+  static constexpr int32_t kOffsetV = 16228;
+  /// The same for green, which takes both: u has an offset of its own there.
+  static constexpr int32_t kOffsetGreenU = 7972;
 
-constexpr int32_t kTooMuchBlue = kBlue * kOffsetU - kOffset;
-constexpr int32_t kTooMuchRed = kRed * kOffsetV - kOffset;
-constexpr int32_t kTooMuchGreen = -kGreenV * kOffsetV - kGreenU * kOffsetGreenU - kOffset;
-static_assert(kTooMuchBlue % 65536 == 0 && kTooMuchRed % 65536 == 0 && kTooMuchGreen % 65536 == 0);
-
-} // namespace studio24
+  static constexpr int32_t kTooMuchBlue = kBlue * kOffsetU - kOffset;
+  static constexpr int32_t kTooMuchRed = kRed * kOffsetV - kOffset;
+  static constexpr int32_t kTooMuchGreen = -kGreenV * kOffsetV - kGreenU * kOffsetGreenU - kOffset;
+  static_assert(kTooMuchBlue % 65536 == 0 && kTooMuchRed % 65536 == 0 && kTooMuchGreen % 65536 == 0);
+};
 
 /// A factor F, even, of signed 16-bit numbers.
 template <class D16>
@@ -188,19 +244,19 @@ private:
     return hn::Set(D16(), once(value));
   }
 
-  V lumaHigh = constant(studio24::kLuma / 4);
-  V lumaLow = constant(low16(studio24::kLuma / 2));
-  SplitProduct<D16> blue{studio24::kBlue};
-  SplitProduct<D16> red{studio24::kRed};
-  SplitProduct<D16> greenU{-studio24::kGreenU};
-  V greenHighV = constant(-studio24::kGreenV / 2);
-  V greenLowV = constant(-studio24::kGreenV);
-  V offsetU = constant(studio24::kOffsetU - 8 * 128);
-  V offsetV = constant(studio24::kOffsetV - 8 * 128);
-  V moreGreenU = constant(studio24::kOffsetGreenU - studio24::kOffsetU);
-  V tooMuchBlue = constant(studio24::kTooMuchBlue / 65536);
-  V tooMuchRed = constant(studio24::kTooMuchRed / 65536);
-  V tooMuchGreen = constant(studio24::kTooMuchGreen / 65536);
+  V lumaHigh = constant(Studio24::kLuma / 4);
+  V lumaLow = constant(low16(Studio24::kLuma / 2));
+  SplitProduct<D16> blue{Studio24::kBlue};
+  SplitProduct<D16> red{Studio24::kRed};
+  SplitProduct<D16> greenU{-Studio24::kGreenU};
+  V greenHighV = constant(-Studio24::kGreenV / 2);
+  V greenLowV = constant(-Studio24::kGreenV);
+  V offsetU = constant(Studio24::kOffsetU - 8 * 128);
+  V offsetV = constant(Studio24::kOffsetV - 8 * 128);
+  V moreGreenU = constant(Studio24::kOffsetGreenU - Studio24::kOffsetU);
+  V tooMuchBlue = constant(Studio24::kTooMuchBlue / 65536);
+  V tooMuchRed = constant(Studio24::kTooMuchRed / 65536);
+  V tooMuchGreen = constant(Studio24::kTooMuchGreen / 65536);
 };
 
 /// The matrix in force (see zqcc::MatrixRgb24): terms of whole steps, and every component held in 16..235.
@@ -303,15 +359,16 @@ private:
 /// Word k of kind w is number 3 k + w, so that every kind fills each of the eight positions once.
 template <int kind>
 struct WordOrder {
-  alignas(16) static constexpr uint8_t kBytes[16] = {
-#define ZQCC_WORD(position) (position - kind + 8) * 3 % 8, (position - kind + 8) * 3 % 8 + 8
-      ZQCC_WORD(0), ZQCC_WORD(1), ZQCC_WORD(2), ZQCC_WORD(3), ZQCC_WORD(4), ZQCC_WORD(5), ZQCC_WORD(6), ZQCC_WORD(7)};
-#undef ZQCC_WORD
+  static constexpr uint8_t word(int position) { return static_cast<uint8_t>((position - kind + 8) * 3 % 8); }
+  static constexpr uint8_t from(int byte) { return static_cast<uint8_t>(word(byte / 2) + byte % 2 * 8); }
+  alignas(16) static constexpr uint8_t kOrder[16] = {from(0),  from(1),  from(2),  from(3), from(4),  from(5),
+                                                     from(6),  from(7),  from(8),  from(9), from(10), from(11),
+                                                     from(12), from(13), from(14), from(15)};
 };
 
 template <int kind, class D, class V>
 HWY_INLINE hn::Vec<D> packWords(D d, V first, V second) {
-  return hn::TableLookupBytes(packBlocks(first, second), hn::LoadDup128(d, WordOrder<kind>::kBytes));
+  return hn::TableLookupBytes(packBlocks(first, second), hn::LoadDup128(d, WordOrder<kind>::kOrder));
 }
 
 /// Stores as many pixels as D has lanes: bytes blue, green, red.

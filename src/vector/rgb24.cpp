@@ -12,65 +12,94 @@ HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
-/// As many pixels of a line as D has lanes, with the terms of their pairs.
-template <class D, class Lanes>
-HWY_INLINE void makePixels(D d, const Lanes &lanes, const typename Lanes::Terms &terms, const uint8_t *y, uint8_t *to) {
-  const EvenAndOdd<Words<D>, Lanes::kLumaScale> luma(hn::LoadU(d, y));
-  storePixels(
-      d, lanes.pixels(luma.even, terms), lanes.pixels(luma.odd, terms),
-      [&lanes](hn::Vec<D> components) HWY_ATTR { return lanes.limited(components); }, to);
-}
-
-/// Lines of at least as many pixels as D has lanes, all with the same half chroma. The last group overlaps.
-template <int lines, template <class> class Arithmetic, class D>
-HWY_INLINE void makeLines(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels,
-                          const ColourConstants &constants) {
-  const hn::Rebind<uint8_t, Words<D>> samples;
-  const Words<D> d16;
-  const Arithmetic<D> lanes(constants);
-  constexpr std::ptrdiff_t kPixels = hn::MaxLanes(D());
+/// Calls group(x) for groups of kPixels pixels from the first one on, the last of which overlaps.
+template <std::ptrdiff_t kPixels, class Group>
+HWY_INLINE void forEachGroup(int32_t pixels, const Group &group) {
   const std::ptrdiff_t last = pixels - kPixels;
-  const SampleRows rows = from; // stores of bytes may alias what is reached through a reference
-  uint8_t *const out[2] = {to[0], lines == 2 ? to[1] : nullptr};
   for (std::ptrdiff_t x = 0;; x += kPixels) {
     if (x > last) {
       x = last;
     }
-    const auto terms = lanes.terms(hn::PromoteTo(d16, hn::LoadU(samples, rows.u + x / 2)),
-                                   hn::PromoteTo(d16, hn::LoadU(samples, rows.v + x / 2)));
-    for (int line = 0; line < lines; ++line) {
-      makePixels(d, lanes, terms, rows.y[line] + x, out[line] + 3 * x);
-    }
+    group(x);
     if (x == last) {
       return;
     }
   }
 }
 
+/// As many pixels of a line as D has lanes, with the terms of their pairs.
+template <class D, class Lanes, class V>
+HWY_INLINE void makePixels(D d, const Lanes &lanes, const typename Lanes::Terms &terms, V even, V odd, uint8_t *to) {
+  storePixels(
+      d, lanes.pixels(even, terms), lanes.pixels(odd, terms),
+      [&lanes](hn::Vec<D> components) HWY_ATTR { return lanes.limited(components); }, to);
+}
+
+/// Lines of at least as many pixels as D has lanes, all with the same half chroma.
 template <int lines, template <class> class Arithmetic>
+struct FromRows {
+  template <class D>
+  HWY_INLINE static void make(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels,
+                              const ColourConstants &constants) {
+    const Arithmetic<D> lanes(constants);
+    const SampleRows rows = from; // stores of bytes may alias what is reached through a reference
+    uint8_t *const out[2] = {to[0], lines == 2 ? to[1] : nullptr};
+    forEachGroup<hn::MaxLanes(D())>(pixels, [&](std::ptrdiff_t x) HWY_ATTR {
+      const hn::Rebind<uint8_t, Words<D>> samples;
+      const Words<D> d16;
+      const auto terms = lanes.terms(hn::PromoteTo(d16, hn::LoadU(samples, rows.u + x / 2)),
+                                     hn::PromoteTo(d16, hn::LoadU(samples, rows.v + x / 2)));
+      for (int line = 0; line < lines; ++line) {
+        const EvenAndOdd<Words<D>, Arithmetic<D>::kLumaScale> luma(hn::LoadU(d, rows.y[line] + x));
+        makePixels(d, lanes, terms, luma.even, luma.odd, out[line] + 3 * x);
+      }
+    });
+  }
+};
+
+/// One line of macropixels as they lie; the left pixel's luma is the second of the two if they are swapped.
+template <bool swapped>
+struct FromMacropixels {
+  template <class D>
+  HWY_INLINE static void make(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels,
+                              const ColourConstants &constants) {
+    const MatrixRgb24Lanes<D> lanes(constants);
+    const uint8_t *left = from.y[0];
+    const uint8_t *right = left + (swapped ? -2 : 2);
+    const MacropixelLanes<D> macropixels(left, right, from.u, from.v);
+    uint8_t *const out = to[0];
+    forEachGroup<hn::MaxLanes(D())>(pixels, [&](std::ptrdiff_t x) HWY_ATTR {
+      const auto samples = macropixels.load(x);
+      makePixels(d, lanes, lanes.terms(samples.u, samples.v), samples.even, samples.odd, out + 3 * x);
+    });
+  }
+};
+
+template <class Maker>
 void makeRows(const SampleRows &from, uint8_t *const to[2], int32_t pixels, const ColourConstants &constants) {
   const hn::ScalableTag<uint8_t> whole;
   const hn::CappedTag<uint8_t, kLeastPixels> least;
   if (pixels >= static_cast<int32_t>(hn::Lanes(whole))) {
-    makeLines<lines, Arithmetic>(whole, from, to, pixels, constants);
+    Maker::make(whole, from, to, pixels, constants);
   } else {
-    makeLines<lines, Arithmetic>(least, from, to, pixels, constants);
+    Maker::make(least, from, to, pixels, constants);
   }
 }
 
 void studioQ12Pair(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
                    const ColourConstants &constants) {
-  makeRows<2, StudioQ12Lanes>(from, to, pixels, constants);
+  makeRows<FromRows<2, StudioQ12Lanes>>(from, to, pixels, constants);
 }
 
 void matrixRgb24Pair(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
                      const ColourConstants &constants) {
-  makeRows<2, MatrixRgb24Lanes>(from, to, pixels, constants);
+  makeRows<FromRows<2, MatrixRgb24Lanes>>(from, to, pixels, constants);
 }
 
-void matrixRgb24Single(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
+template <bool swapped>
+void matrixRgb24Packed(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
                        const ColourConstants &constants) {
-  makeRows<1, MatrixRgb24Lanes>(from, to, pixels, constants);
+  makeRows<FromMacropixels<swapped>>(from, to, pixels, constants);
 }
 
 } // namespace
@@ -82,7 +111,8 @@ namespace zqcc {
 
 constexpr PerLevel<ColourRows> STUDIO_Q12_PAIR = ZQCC_EVERY_LEVEL(studioQ12Pair);
 constexpr PerLevel<ColourRows> MATRIX_RGB24_PAIR = ZQCC_EVERY_LEVEL(matrixRgb24Pair);
-constexpr PerLevel<ColourRows> MATRIX_RGB24_SINGLE = ZQCC_EVERY_LEVEL(matrixRgb24Single);
+constexpr PerLevel<ColourRows> MATRIX_RGB24_PACKED = ZQCC_EVERY_LEVEL(matrixRgb24Packed<false>);
+constexpr PerLevel<ColourRows> MATRIX_RGB24_PACKED_SWAPPED = ZQCC_EVERY_LEVEL(matrixRgb24Packed<true>);
 
 } // namespace zqcc
 #endif

@@ -12,8 +12,6 @@
 #include "vector/rows.h"
 #include "vector/studio565.h"
 
-#include <type_traits>
-
 namespace zqcc {
 
 /// Nothing for arithmetics that have no vector code.
@@ -42,8 +40,7 @@ template <>
 inline constexpr ColourStages kColourOf<StudioQ12>{&STUDIO_Q12_PAIR, nullptr, nullptr, nullptr};
 
 template <>
-inline constexpr ColourStages kColourOf<MatrixRgb24>{&MATRIX_RGB24_PAIR, &MATRIX_RGB24_SINGLE, nullptr,
-                                                     makeMatrixConstants};
+inline constexpr ColourStages kColourOf<MatrixRgb24>{&MATRIX_RGB24_PAIR, nullptr, nullptr, makeMatrixConstants};
 
 template <int pixelBytes>
 inline constexpr PlaceStages kPlaceOf{};
@@ -54,13 +51,26 @@ inline constexpr PlaceStages kPlaceOf<2>{&REVERSE_ROW16, &TRANSPOSE_BLOCK16};
 template <>
 inline constexpr PlaceStages kPlaceOf<3>{&REVERSE_ROW24, &TRANSPOSE_BLOCK24};
 
+/// What makes pixels of a packed layout as it lies, without a fetch; null if nothing does.
+template <class Layout, class Arithmetic>
+inline constexpr const PerLevel<ColourRows> *kPackedColour = nullptr;
+
+template <>
+inline constexpr const PerLevel<ColourRows> *kPackedColour<Rgb24Bytes::Layout, PackRgb> = &PACK565_RGB24;
+template <>
+inline constexpr const PerLevel<ColourRows> *kPackedColour<Packed422<false>::Layout, MatrixRgb24> =
+    &MATRIX_RGB24_PACKED;
+template <>
+inline constexpr const PerLevel<ColourRows> *kPackedColour<Packed422<true>::Layout, MatrixRgb24> =
+    &MATRIX_RGB24_PACKED_SWAPPED;
+
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {
   const ColourStages &colour = kColourOf<Arithmetic>;
   RowStages stages{kFetchOf<Layout>, nullptr, nullptr, colour.makeConstants, kPlaceOf<pixelBytes>, turn, pixelBytes};
-  if constexpr (std::is_same_v<Layout, Rgb24Bytes::Layout> && std::is_same_v<Arithmetic, PackRgb>) {
-    stages.fetch = {}; // packed as they lie
-    stages.single = &PACK565_RGB24;
+  if constexpr (kPackedColour<Layout, Arithmetic> != nullptr) {
+    stages.fetch = {};
+    stages.single = kPackedColour<Layout, Arithmetic>;
   } else if constexpr (Layout::kSharedByColumns) {
     stages.pair = Layout::kSharedByLines ? colour.halfPair : nullptr;
     stages.single = colour.half;

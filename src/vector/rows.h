@@ -27,12 +27,6 @@ struct RowStages {
   PlaceStages place;
   Turn turn;
   int pixelBytes;
-
-  /// Asked when a tile runs: GCC's sanitizers do not let constants depend on whether a table is there.
-  [[nodiscard]] bool isServed() const {
-    const bool staysUpright = turn == Turn::Upright || turn == Turn::Flip;
-    return (pair != nullptr || single != nullptr) && (staysUpright || place.reverse != nullptr);
-  }
 };
 
 /// Converts a rectangle with the stages of `usable` levels, what they cannot do with the portable kernel `rest`. False

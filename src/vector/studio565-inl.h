@@ -17,10 +17,12 @@
 // (sum + 1) * 1387 >> 16 then is eight times the level, three fractional bits below it: 1387 * 378 is 2^19 - 2, and the
 // added one makes up for the two up to level 40.
 //
-// Green has too many combinations of chroma for that. A sum of three 16-bit products approximates T >> 14: it is one
-// of (T >> 14) - 3 .. T >> 14. T modulo 2^16, of low products without rounding, tells the two lowest bits of T >> 14:
-// adding their complement to the approximation gives a number in the same group of four as T >> 14 itself, and no level
-// ends inside of such a group.
+// Green has too many combinations of chroma for that. One unit of the same scale is 22192 of T, so that a rounded
+// product of 55 y - g with 22192 / 2^15 is an approximation of T >> 15, with g a 16-bit product of 54 u + 112 v, whose
+// ratio is that of the factors. It is either T >> 15 or one less, for all 2^24 colours: twice a rounding, and the
+// constants leave just enough for the errors of ratio and scale. T modulo 2^16, of low products, has no error, and its
+// upper bit is the lowest one of T >> 15. With that bit's complement added, the approximation is in the same pair of
+// numbers as T >> 15 itself, and no level ends inside of a pair.
 //
 // So every component comes as a word whose upper bits are exact, on a scale of 256 for full range. Narrowing with
 // saturation to bytes clamps all of them; even and odd pixels were apart until then, so that chroma is never doubled.
@@ -31,7 +33,7 @@
 #define ZQCC_VECTOR_STUDIO565_INL_H
 #endif
 
-#include "vector/bytes-inl.h"
+#include "vector/words-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
@@ -50,32 +52,31 @@ struct StudioNumbers {
   // Chroma before its high products.
   uint16_t scaleU = 96;
   uint16_t offsetU = 8;
-  uint16_t scaleV = 110;
-  uint16_t offsetV = 3;
-  // Red and blue, 378 a level and one more.
-  uint16_t redFactor = 44929;
-  uint16_t redOffset = low(1 - 10535);
+  uint16_t scaleV = 167;
+  uint16_t offsetV = low(-23323);
+  // Red and blue, 378 a level. Of blue, samples 168 and, for the level above the highest, 132 get one less.
+  uint16_t redFactor = 29594;
   uint16_t blueFactor = 65061;
   uint16_t blueOffset = low(1 - 13087);
   uint16_t blueLess = 168;
   uint16_t blueLessAtTop = 132;
   uint16_t eighths = 1387;
-  // Green: T >> 14 from above or from below, and -1 - T.
-  uint16_t greenFactorU = 17126;
-  uint16_t greenFactorV = 31000;
-  uint16_t greenOffset = 8680;
-  uint16_t greenFactorY = 44384;
+  // Green: its g, and -1 - T.
+  uint16_t greenScaleU = 54;
+  uint16_t greenScaleV = 112;
+  uint16_t greenScaled = 24;
+  uint16_t greenFactor = 22478;
+  uint16_t greenOffset = low(-6414);
+  uint16_t halfUnit = 22192;
   uint16_t restFactorU = low(kCbG);
   uint16_t restFactorV = low(kCrG);
   uint16_t restOffset = low(-1 - 128 * (kCrG + kCbG) + 16 * kY);
-  uint16_t restFactorY = 13927;
+  uint16_t restFactorY = 27854;
   // Luma.
   uint16_t even55 = 55;
   uint16_t odd55 = 55 << 8;
-  uint16_t even110 = 110;
-  uint16_t odd110 = 110 << 8;
 };
-static_assert(StudioNumbers::low(StudioNumbers().restFactorY * 110 + StudioNumbers::kY) == 0);
+static_assert(StudioNumbers::low(StudioNumbers().restFactorY * 55 + StudioNumbers::kY) == 0);
 static_assert(StudioNumbers().eighths * 378 == (1 << 19) - 2);
 
 constexpr StudioNumbers kStudioNumbers;
@@ -86,21 +87,31 @@ struct StudioConstants {
   using V = hn::Vec<D>;
   using VI = hn::Vec<hn::RebindToSigned<D>>;
 
-  HWY_INLINE explicit StudioConstants(const StudioNumbers *n)
-      : scaleU(of(n->scaleU)), offsetU(of(n->offsetU)), scaleV(of(n->scaleV)), offsetV(of(n->offsetV)),
-        redFactor(of(n->redFactor)), redOffset(of(n->redOffset)), blueFactor(of(n->blueFactor)),
-        blueOffset(of(n->blueOffset)), blueLess(of(n->blueLess)), blueLessAtTop(of(n->blueLessAtTop)),
-        greenFactorU(of(n->greenFactorU)), greenFactorV(of(n->greenFactorV)), greenOffset(of(n->greenOffset)),
-        greenFactorY(of(n->greenFactorY)), restFactorU(of(n->restFactorU)), restFactorV(of(n->restFactorV)),
-        restOffset(of(n->restOffset)), restFactorY(of(n->restFactorY)), eighths(signedOf(n->eighths)),
-        even55(signedOf(n->even55)), odd55(signedOf(n->odd55)), even110(signedOf(n->even110)),
-        odd110(signedOf(n->odd110)) {}
+  HWY_INLINE explicit StudioConstants(D /*d*/) {} // written out, so that it is compiled for the level
 
-  V scaleU, offsetU, scaleV, offsetV;
-  V redFactor, redOffset, blueFactor, blueOffset, blueLess, blueLessAtTop;
-  V greenFactorU, greenFactorV, greenOffset, greenFactorY;
-  V restFactorU, restFactorV, restOffset, restFactorY;
-  VI eighths, even55, odd55, even110, odd110;
+  const StudioNumbers *const numbers = hidden(&kStudioNumbers);
+  const V scaleU = of(numbers->scaleU);
+  const V offsetU = of(numbers->offsetU);
+  const V scaleV = of(numbers->scaleV);
+  const V offsetV = of(numbers->offsetV);
+  const V blueFactor = of(numbers->blueFactor);
+  const V blueOffset = of(numbers->blueOffset);
+  const V blueLess = of(numbers->blueLess);
+  const V blueLessAtTop = of(numbers->blueLessAtTop);
+  const V greenScaleU = of(numbers->greenScaleU);
+  const V greenScaleV = of(numbers->greenScaleV);
+  const V greenScaled = of(numbers->greenScaled);
+  const V greenFactor = of(numbers->greenFactor);
+  const V greenOffset = of(numbers->greenOffset);
+  const V restFactorU = of(numbers->restFactorU);
+  const V restFactorV = of(numbers->restFactorV);
+  const V restOffset = of(numbers->restOffset);
+  const V restFactorY = of(numbers->restFactorY);
+  const VI redFactor = signedOf(numbers->redFactor);
+  const VI halfUnit = signedOf(numbers->halfUnit);
+  const VI eighths = signedOf(numbers->eighths);
+  const VI even55 = signedOf(numbers->even55);
+  const VI odd55 = signedOf(numbers->odd55);
 
 private:
   static HWY_INLINE V of(uint16_t number) { return hn::Set(D(), number); }
@@ -112,7 +123,7 @@ template <class D>
 struct StudioTermsOf {
   hn::Vec<hn::RebindToSigned<D>> red;
   hn::Vec<hn::RebindToSigned<D>> blue;
-  hn::Vec<D> green;
+  hn::Vec<hn::RebindToSigned<D>> green;
   hn::Vec<D> greenRest;
 };
 
@@ -120,16 +131,17 @@ template <StudioClamp clamp, class D>
 HWY_INLINE StudioTermsOf<D> studioTerms(D d, const StudioConstants<D> &k, hn::Vec<D> u, hn::Vec<D> v) {
   const hn::RebindToSigned<D> di;
   const auto scaledU = hn::Add(hn::Mul(u, k.scaleU), k.offsetU);
-  const auto scaledV = hn::Add(hn::Mul(v, k.scaleV), k.offsetV);
-  const auto red = hn::Add(hn::MulHigh(scaledV, k.redFactor), k.redOffset);
+  const auto scaledV = hn::BitCast(di, hn::Add(hn::Mul(v, k.scaleV), k.offsetV));
+  const auto red = signedHigh(scaledV, k.redFactor);
   auto blue = hn::Add(hn::MulHigh(scaledU, k.blueFactor), k.blueOffset);
   blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLess)));
   if constexpr (clamp == StudioClamp::fiveSix) {
     blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLessAtTop)));
   }
-  const auto green = hn::Add(hn::MulHigh(scaledU, k.greenFactorU), hn::MulHigh(scaledV, k.greenFactorV));
+  const auto scaled = hn::Add(hn::Add(hn::Mul(u, k.greenScaleU), hn::Mul(v, k.greenScaleV)), k.greenScaled);
+  const auto green = hn::Add(hn::MulHigh(scaled, k.greenFactor), k.greenOffset);
   const auto rest = hn::Add(hn::Mul(u, k.restFactorU), hn::Mul(v, k.restFactorV));
-  return {hn::BitCast(di, red), hn::BitCast(di, blue), hn::Sub(k.greenOffset, green), hn::Add(rest, k.restOffset)};
+  return {red, hn::BitCast(di, blue), hn::BitCast(di, green), hn::Add(rest, k.restOffset)};
 }
 
 /// Words on a scale of 256 a full range, not clamped yet.
@@ -138,15 +150,15 @@ struct StudioWords {
   hn::Vec<hn::RebindToSigned<D>> red, green, blue;
 };
 
+/// From 55 y.
 template <class D>
-HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<hn::RebindToSigned<D>> y55,
-                                      hn::Vec<hn::RebindToSigned<D>> y110, const StudioTermsOf<D> &terms) {
+HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<hn::RebindToSigned<D>> y,
+                                      const StudioTermsOf<D> &terms) {
   const hn::RebindToSigned<D> di;
-  const auto y = hn::BitCast(d, y110);
-  const auto rest = hn::ShiftRight<14>(hn::Add(hn::Mul(y, k.restFactorY), terms.greenRest));
-  const auto green = hn::Add(hn::Add(hn::MulHigh(y, k.greenFactorY), terms.green), rest);
-  return {hn::MulHigh(hn::SaturatedAdd(y55, terms.red), k.eighths), hn::ShiftRight<6>(hn::BitCast(di, green)),
-          hn::MulHigh(hn::SaturatedAdd(y55, terms.blue), k.eighths)};
+  const auto rest = hn::ShiftRight<15>(hn::Add(hn::Mul(hn::BitCast(d, y), k.restFactorY), terms.greenRest));
+  const auto green = hn::Add(hn::MulFixedPoint15(hn::Sub(y, terms.green), k.halfUnit), hn::BitCast(di, rest));
+  return {signedHigh(hn::SaturatedAdd(y, terms.red), k.eighths), hn::ShiftRight<5>(green),
+          signedHigh(hn::SaturatedAdd(y, terms.blue), k.eighths)};
 }
 
 /// Pixels in two vectors, the first half of the group and the second.
@@ -155,28 +167,26 @@ struct StudioPixels {
   hn::Vec<D> first, second;
 };
 
+/// Words clamped to the range of the arithmetic. Its bounds of 8 bits, 16 and 235, are bounds of levels as well.
 template <StudioClamp clamp, class DI>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioRedBlue(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioBytes(DI /*di*/, hn::Vec<DI> even, hn::Vec<DI> odd) {
   const hn::Repartition<uint8_t, DI> bytes;
-  const auto narrow = narrowInBlocks(di, even, odd);
+  const auto narrow = packBlocks(even, odd);
   if constexpr (clamp == StudioClamp::videoRange) {
     return hn::Min(hn::Max(narrow, hn::Set(bytes, 16)), hn::Set(bytes, 235));
-  } else if constexpr (clamp == StudioClamp::fiveSix) {
-    // 29 stands twice: from level 30 on, one level less.
-    const auto level = hn::Set(di, 8);
-    const auto lower = narrowInBlocks(di, hn::Sub(even, level), hn::Sub(odd, level));
-    return hn::Max(hn::Min(narrow, hn::Set(bytes, 239)), lower);
   } else {
     return narrow;
   }
 }
 
+/// The same of red and blue: in the table of 5 bits 29 stands twice, so that from level 30 on it is one level less.
 template <StudioClamp clamp, class DI>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioGreen(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
-  const hn::Repartition<uint8_t, DI> bytes;
-  const auto narrow = narrowInBlocks(di, even, odd);
-  if constexpr (clamp == StudioClamp::videoRange) {
-    return hn::Min(hn::Max(narrow, hn::Set(bytes, 16)), hn::Set(bytes, 235));
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioRedBlueBytes(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
+  const auto narrow = studioBytes<clamp>(di, even, odd);
+  if constexpr (clamp == StudioClamp::fiveSix) {
+    const auto level = hn::Set(di, 8);
+    const auto less = packBlocks(hn::Sub(even, level), hn::Sub(odd, level));
+    return hn::Max(hn::Min(narrow, hn::Set(hn::Repartition<uint8_t, DI>(), 30 * 8 - 1)), less);
   } else {
     return narrow;
   }
@@ -188,45 +198,32 @@ HWY_INLINE StudioPixels<D> studioPixels(D d, const StudioConstants<D> &k, hn::Ve
                                         const StudioTermsOf<D> &evenTerms, const StudioTermsOf<D> &oddTerms) {
   const hn::RebindToSigned<D> di;
   const hn::Repartition<uint8_t, D> bytes;
-  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenBytesTimes(di, y, k.even110), evenTerms);
-  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddBytesTimes(di, y, k.odd110), oddTerms);
-  const auto red = studioRedBlue<clamp>(di, even.red, odd.red);
-  const auto green = hn::BitCast(d, studioGreen<clamp>(di, even.green, odd.green));
-  const auto blue = hn::BitCast(d, studioRedBlue<clamp>(di, even.blue, odd.blue));
-  const auto select = [&](uint8_t mask, auto yes, auto no) HWY_ATTR {
-    const auto m = hn::Set(bytes, mask);
-    return hn::Or(hn::And(m, hn::BitCast(bytes, yes)), hn::AndNot(m, hn::BitCast(bytes, no)));
-  };
-  const auto high = select(0xF8, red, hn::ShiftRight<5>(green));
-  const auto low = select(0xE0, hn::ShiftLeft<3>(green), hn::ShiftRight<3>(blue));
+  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenTerms);
+  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddTerms);
+  const auto red = studioRedBlueBytes<clamp>(di, even.red, odd.red);
+  const auto green = hn::BitCast(d, studioBytes<clamp>(di, even.green, odd.green));
+  const auto blue = hn::BitCast(d, studioRedBlueBytes<clamp>(di, even.blue, odd.blue));
+  // Bytes are shifted as words: what comes from the byte beside is not selected.
+  const auto greenHigh = hn::BitCast(bytes, hn::ShiftRight<5>(green));
+  const auto greenLow = hn::BitCast(bytes, hn::ShiftLeft<3>(green));
+  const auto high = selectBits(hn::Set(bytes, 0xF8), red, greenHigh);
+  const auto low = selectBits(hn::Set(bytes, 0xE0), greenLow, hn::BitCast(bytes, hn::ShiftRight<3>(blue)));
   const auto evens = hn::BitCast(d, hn::InterleaveLower(bytes, low, high));
   const auto odds = hn::BitCast(d, hn::InterleaveUpper(bytes, low, high));
   return {hn::InterleaveLower(d, evens, odds), hn::InterleaveUpper(d, evens, odds)};
 }
 
-// --- Orders of samples
-// ------------------------------------------------------------------------------------------------ Interleaving works
-// within blocks of 16 bytes. So that its results are whole halves of the group, block b of a vector of samples gets the
-// eight that belong to the first half and the eight that belong to the second one.
+// Orders of samples. Interleaving works within blocks of 16 bytes. So that its results are whole halves of the group,
+// block b of a vector of samples gets the eight that belong to the first half and the eight that belong to the second.
 
-HWY_ALIGN constexpr uint32_t kBlocks2[8] = {0, 1, 4, 5, 2, 3, 6, 7};
-HWY_ALIGN constexpr uint32_t kBlocks4[16] = {0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
 HWY_ALIGN constexpr uint8_t kChroma2[32] = {0, 128, 1, 128, 2, 128, 3, 128, 8,  128, 9,  128, 10, 128, 11, 128,
                                             4, 128, 5, 128, 6, 128, 7, 128, 12, 128, 13, 128, 14, 128, 15, 128};
 HWY_ALIGN constexpr uint32_t kChroma4[8] = {0, 4, 1, 5, 2, 6, 3, 7};
 
 /// Samples of full resolution.
 template <class D>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D>> studioSamples(D d, const uint8_t *from) {
-  const hn::Repartition<uint8_t, D> bytes;
-  (void)d;
-  if constexpr (hn::MaxLanes(d) == 8) {
-    return hn::LoadU(bytes, from);
-  } else {
-    const hn::Repartition<uint32_t, D> d32;
-    const auto order = hn::SetTableIndices(d32, hn::MaxLanes(d) == 16 ? kBlocks2 : kBlocks4);
-    return hn::BitCast(bytes, hn::TableLookupLanes(hn::BitCast(d32, hn::LoadU(bytes, from)), order));
-  }
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D>> studioSamples(D /*d*/, const uint8_t *from) {
+  return zipHalves(hn::LoadU(hn::Repartition<uint8_t, D>(), from));
 }
 
 /// Samples of half resolution as words.

@@ -49,20 +49,24 @@ HWY_INLINE void studioGroup(D d, const StudioConstants<D> &k, const SampleRows &
 template <StudioClamp clamp, StudioRows rows, class D>
 HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels) {
   constexpr auto kPairs = static_cast<ptrdiff_t>(hn::MaxLanes(D()));
-  const StudioConstants<D> k(hidden(&kStudioNumbers));
+  const StudioConstants<D> k(d);
   SampleRows samples = from;
   uint8_t *lines[2] = {to[0], to[1]};
-  const ptrdiff_t last = pixels / 2 - kPairs;
-  for (ptrdiff_t pair = 0;; pair = last) {
-    for (; pair <= last; pair += kPairs) {
-      studioGroup<clamp, rows>(d, k, samples, lines, pair);
+  const ptrdiff_t end = pixels / 2;
+  const ptrdiff_t last = end - kPairs;
+  bool odd = rows == StudioRows::fullSingle && pixels % 2 != 0;
+  for (ptrdiff_t pair = 0;;) {
+    studioGroup<clamp, rows>(d, k, samples, lines, pair);
+    pair += kPairs;
+    if (pair <= last) {
+      continue;
     }
-    const bool odd = rows == StudioRows::fullSingle && pixels % 2 != 0;
-    if (pair == last + kPairs && !odd) {
+    if (pair == end && !odd) {
       return;
     }
+    pair = last;
     if (odd) {
-      pixels = 0;
+      odd = false;
       samples = {{from.y[0] + 1, nullptr}, from.u + 1, from.v + 1};
       lines[0] = to[0] + 2;
     }

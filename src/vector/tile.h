@@ -23,7 +23,7 @@ constexpr bool readsPairs(const Job &job) {
 }
 
 inline bool byRows(const Job &job, const Tile &tile, const PlaneView &view, const Target &target, const Rect &rect) {
-  return tile.rows->isServed() && convertByRows(*tile.rows, job.levels, tile.portable, view, target, rect, *job.matrix);
+  return convertByRows(*tile.rows, job.levels, tile.portable, view, target, rect, *job.matrix);
 }
 
 #else

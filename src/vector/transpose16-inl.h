@@ -25,7 +25,7 @@ HWY_INLINE hn::Vec<D> loadBytes(D d, const uint8_t *p) {
   return hn::BitCast(d, hn::LoadU(hn::Repartition<uint8_t, D>(), p));
 }
 template <class D>
-HWY_INLINE void storeBytes(hn::Vec<D> v, D, uint8_t *p) {
+HWY_INLINE void storeBytes(hn::Vec<D> v, D /*d*/, uint8_t *p) {
   const hn::Repartition<uint8_t, D> bytes;
   hn::StoreU(hn::BitCast(bytes, v), bytes, p);
 }

@@ -13,11 +13,14 @@ constexpr int32_t nextPixels(int32_t left, int32_t most) {
   return left - most < kLeastPixels ? most - kLeastPixels : most;
 }
 
-/// A block of a quarter turn: of the output lines that its columns become its lines fill 128 bytes, with pixels of two
-/// bytes. Wider blocks have less to do for each row, but their output lines do not stay in the cache where these are a
-/// power of two apart.
-constexpr int32_t kBlockColumns = 64;
-constexpr int32_t kBlockLines = 64;
+/// A block of a quarter turn in the first-level cache.
+constexpr int32_t kBlockPixels = 4096;
+
+/// Long rows have less to do for a pixel. At the widest level that counts for less than output lines that are filled
+/// for 128 bytes at a time, with pixels of two bytes, instead of 64.
+constexpr int32_t blockColumnsAt(Level level) {
+  return level == LEVEL_AVX512 ? 64 : 128;
+}
 
 /// Asks for output lines before they are written, a few at a time: all at once would have to wait for each other.
 class LinesAhead {
@@ -31,7 +34,9 @@ public:
     const std::ptrdiff_t left = end_ - line_;
     const uint8_t *end = (stride_ < 0 ? left < advance_ : left > advance_) ? line_ + advance_ : end_;
     for (; line_ != end; line_ += stride_) {
-      __builtin_prefetch(line_, 1);
+      for (std::ptrdiff_t byte = 0; byte < lastByte_; byte += 64) {
+        __builtin_prefetch(line_ + byte, 1);
+      }
       __builtin_prefetch(line_ + lastByte_, 1);
     }
   }
@@ -63,20 +68,22 @@ void convertHalfTurned(const LineMaker &maker, ReverseRow reverse, const Rect &r
   }
 }
 
-void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, const Rect &rows, uint8_t *origin,
-                          const Steps &steps) {
-  alignas(64) uint8_t pixels[kBlockLines * kBlockColumns * kMostPixelBytes];
+void convertQuarterTurned(const LineMaker &maker, const PerLevel<TransposeBlock> &transpose, LevelSet usable,
+                          const Rect &rows, uint8_t *origin, const Steps &steps) {
+  alignas(64) uint8_t pixels[kBlockPixels * kMostPixelBytes];
+  const TransposeBlock place = transpose.in(usable);
+  const int32_t blockColumns = blockColumnsAt(transpose.levelIn(usable));
   // Where lines become columns from the right to the left, the last one is the first of the output.
   const bool rowsGoUp = steps.line < 0;
   const std::ptrdiff_t pixelBytes = rowsGoUp ? -steps.line : steps.line;
-  const std::ptrdiff_t stride = kBlockColumns * pixelBytes;
+  const std::ptrdiff_t stride = blockColumns * pixelBytes;
   int32_t lines = 0;
   for (int32_t top = rows.top; top < rows.bottom; top += lines) {
-    lines = smaller(kBlockLines, rows.bottom - top);
+    lines = smaller(kBlockPixels / blockColumns, rows.bottom - top);
     const std::ptrdiff_t firstLine = rowsGoUp ? lines - 1 : 0;
     int32_t columns = 0;
     for (int32_t left = rows.left; left < rows.right; left += columns) {
-      columns = nextPixels(rows.right - left, kBlockColumns);
+      columns = nextPixels(rows.right - left, blockColumns);
       uint8_t *to = origin + left * steps.column + (top + firstLine) * steps.line;
       LinesAhead output(to, steps.column, columns, lines * pixelBytes, lines / 2);
       uint8_t *row[2] = {pixels, pixels + stride};
@@ -86,7 +93,7 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
         row[0] += 2 * stride;
         row[1] += 2 * stride;
       }
-      transpose({pixels + firstLine * stride, rowsGoUp ? -stride : stride, columns, lines}, to, steps.column);
+      place({pixels + firstLine * stride, rowsGoUp ? -stride : stride, columns, lines}, to, steps.column);
     }
   }
 }

@@ -13,8 +13,8 @@ objdump=$1 library=$2 system=${3:-}
       "|ptest|pmov[sz]x|pm(in|ax)(sb|sd|uw|ud)|pmul(ld|dq)|pcmp(eq|gt)q|packusdw|pinsr[bdq]|pextr[bdq]|insertps" \
       "|extractps|round[sp][sd]|dpp[sd]|mpsadbw|phminposuw|movntdqa|lddqu|mov(d|sh|sl)dup|hadd|hsub|addsub|popcnt|crc32" \
       "|lzcnt|pclmul|aes)"
-    beyond_all = "^(andn|bextr|blsi|blsr|blsmsk|bzhi|mulx|pdep|pext|rorx|sarx|shlx|shrx|lzcnt|v?aes|v?pclmul|v?gf2p8" \
-      "|vfn?m(add|sub)|vcvtph|vcvtps2ph)"
+    beyond_all = "^((andn|bextr|blsi|blsr|blsmsk|bzhi|mulx|pdep|pext|rorx|sarx|shlx|shrx|lzcnt)$" \
+      "|v?aes|v?pclmul|v?gf2p8|vfn?m(add|sub)|vcvtph|vcvtps2ph)"
     beyond_avx512 = "^(vpermi2b|vpermt2b|vpermb|vpmultishiftqb|vp(compress|expand)[bw]|vpsh[lr]d|vpopcnt|vpdp|vplzcnt" \
       "|vpconflict|vp2intersect|v.*ph$)"
     wide_aligned = "^vmov(aps|apd|dqa|dqa32|dqa64)$"

@@ -3,8 +3,8 @@
 
 #include "kernels/layouts.h"
 #include "support/guarded_pages.h"
+#include "support/levels.h"
 #include "support/picture.h"
-#include "vector/detect.h"
 
 #include <gtest/gtest.h>
 
@@ -22,8 +22,6 @@ using zqcc::FetchStages;
 using zqcc::kFetchOf;
 using zqcc::LayoutValues;
 using zqcc::PackedLayout;
-using zqcc::PerLevel;
-using zqcc::RowBuffers;
 using zqcc::SourceLine;
 
 constexpr int kShortest = 16;
@@ -157,8 +155,8 @@ void expectRows(const Layout &layout, FetchRows stage, bool chroma) {
 class FetchStage : public testing::TestWithParam<zqcc::Level> {
 protected:
   void SetUp() override {
-    if ((zqcc::detectedLevels() & zqcc::setOf(GetParam())) == 0) {
-      GTEST_SKIP() << "this machine lacks the level";
+    if (!support::hasLevel(GetParam())) {
+      GTEST_SKIP() << support::missing(GetParam());
     }
   }
 };

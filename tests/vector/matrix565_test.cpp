@@ -13,17 +13,19 @@
 namespace zqcc {
 namespace {
 
-constexpr int kFirst = -(1 << 23);
-constexpr int kLast = (1 << 23) - 1;
+constexpr int32_t kMostOfOne = 0x7FFF00;
+constexpr int32_t kMostOfGreen = 0x3FFE00;
 
-/// The built-in matrices, and what bounds the factors: the widest ones, sums that wrap, terms that end just at an
-/// integer.
-const std::array<ColorMatrix, 7> kMatrices{{
+/// The built-in matrices; the widest coefficients; those that lose most, or nothing, when they are rounded; terms that
+/// are integers, or next to them.
+const std::array<ColorMatrix, 9> kMatrices{{
     *matrixEntry(0),
     *matrixEntry(1),
     *matrixEntry(2),
-    {kLast, kFirst, kFirst, kFirst},
-    {kFirst, kLast, kLast, kLast},
+    {kMostOfOne, kMostOfGreen, -kMostOfOne, 0},
+    {-kMostOfOne, -kMostOfGreen / 2, kMostOfOne, -kMostOfGreen / 2},
+    {0x16E380, 0xC4540, -0x1DB280, 0x6B2C0},
+    {0x16E37F, -0xC453F, 0x1DB281, 0x6B2C1},
     {1 << 20, -1, (1 << 20) - 1, 1},
     {-(1 << 20), 1 << 19, 1 - (1 << 20), (1 << 19) + 1},
 }};
@@ -139,21 +141,32 @@ TEST(Matrix565, IsPlainWithoutOffsets) {
   }
 }
 
-TEST(Matrix565, RefusesFactorsOfMoreThan24Bits) {
-  const ColorMatrix inside{kFirst, kLast, kFirst, kLast};
-  constexpr int32_t ColorMatrix::*kCoefficients[] = {&ColorMatrix::crToR, &ColorMatrix::crToG, &ColorMatrix::cbToB,
-                                                     &ColorMatrix::cbToG};
+bool isServed(const ColorMatrix &matrix) {
   ColourConstants constants;
-  EXPECT_TRUE(makeMatrixConstants(inside, constants));
-  EXPECT_TRUE(makeDitherConstants<Turn::Left>(inside, constants));
-  for (const auto coefficient : kCoefficients) {
-    for (const int32_t outside :
-         {kFirst - 1, kLast + 1, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()}) {
-      ColorMatrix matrix = inside;
-      matrix.*coefficient = outside;
-      EXPECT_FALSE(makeMatrixConstants(matrix, constants));
-      EXPECT_FALSE(makeDitherConstants<Turn::Right>(matrix, constants));
-    }
+  const bool served = makeMatrixConstants(matrix, constants);
+  EXPECT_EQ(makeDitherConstants<Turn::Left>(matrix, constants), served);
+  return served;
+}
+
+TEST(Matrix565, RefusesWhatDoesNotFitLanes) {
+  constexpr int32_t kLowest = std::numeric_limits<int32_t>::min();
+  constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
+  for (const int32_t inside : {kMostOfOne, -kMostOfOne}) {
+    EXPECT_TRUE(isServed({inside, 0, inside, 0}));
+  }
+  for (const int32_t outside : {kMostOfOne + 1, -kMostOfOne - 1, kLowest, kHighest}) {
+    EXPECT_FALSE(isServed({outside, 0, 0, 0})) << outside;
+    EXPECT_FALSE(isServed({0, 0, outside, 0})) << outside;
+  }
+  for (const int32_t part : {0, 1, kMostOfGreen / 2, kMostOfGreen}) {
+    const int32_t rest = kMostOfGreen - part;
+    EXPECT_TRUE(isServed({0, part, 0, rest}) && isServed({0, -part, 0, rest}) && isServed({0, part, 0, -rest}));
+    EXPECT_FALSE(isServed({0, part + 1, 0, rest}) || isServed({0, -part - 1, 0, rest})) << part;
+    EXPECT_FALSE(isServed({0, part, 0, rest + 1}) || isServed({0, part, 0, -rest - 1})) << part;
+  }
+  for (const int32_t outside : {kLowest, kHighest}) {
+    EXPECT_FALSE(isServed({0, outside, 0, 0}) || isServed({0, 0, 0, outside})) << outside;
+    EXPECT_FALSE(isServed({0, outside, 0, outside})) << outside;
   }
 }
 

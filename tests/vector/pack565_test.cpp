@@ -62,7 +62,7 @@ protected:
   /// Red, green and blue of a pixel, wherever they stand.
   using PixelOf = uint16_t (*)(const SampleRows &from, int32_t x);
 
-  void expectRows(const PerLevel<ColourRows> &stage, std::size_t bytesAPixel, PixelOf expected) {
+  static void expectRows(const PerLevel<ColourRows> &stage, std::size_t bytesAPixel, PixelOf expected) {
     for (int32_t pixels = kShortestRow; pixels <= kLongestRow; ++pixels) {
       for (const auto against : {support::Against::End, support::Against::Start}) {
         const auto count = static_cast<std::size_t>(pixels);

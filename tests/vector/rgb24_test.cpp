@@ -2,6 +2,7 @@
 #include "vector/rgb24.h"
 
 #include "kernels/arithmetic.h"
+#include "tables/packed_layout.h"
 #include "vector/detect.h"
 #include "vector/matrix_constants.h"
 
@@ -93,7 +94,7 @@ public:
     }
   }
 
-  void compareWith(zqcc::ColourRows stage, std::size_t lines) const {
+  void compareWith(zqcc::ColourRows stage) const {
     ASSERT_NE(stage, nullptr);
     std::array<std::vector<uint8_t>, 2> got{std::vector<uint8_t>(3 * kRow), std::vector<uint8_t>(3 * kRow)};
     uint8_t *const to[2] = {got[0].data(), got[1].data()};
@@ -101,9 +102,26 @@ public:
       const std::size_t second = 255 - y;
       stage({{luma.at(y).data(), luma.at(second).data()}, rowU.data(), rowV.data()}, to, kRow, 0, constants);
       ASSERT_EQ(got[0], pixels.at(y)) << "y " << y << ", v " << int{rowV.front()};
-      if (lines == 2) {
-        ASSERT_EQ(got[1], pixels.at(second)) << "y " << second << ", v " << int{rowV.front()};
+      ASSERT_EQ(got[1], pixels.at(second)) << "y " << second << ", v " << int{rowV.front()};
+    }
+  }
+
+  /// The same from macropixels.
+  void compareWithPacked(zqcc::ColourRows stage, const zqcc::PackedLayout &order) const {
+    ASSERT_NE(stage, nullptr);
+    std::vector<uint8_t> got(3 * kRow);
+    uint8_t *const to[2] = {got.data(), nullptr};
+    std::vector<uint8_t> packed(2 * kRow);
+    for (std::size_t y = 0; y < 256; ++y) {
+      for (std::size_t i = 0; i < kRow / 2; ++i) {
+        uint8_t *macropixel = packed.data() + 4 * i;
+        macropixel[order.left] = macropixel[order.right] = static_cast<uint8_t>(y);
+        macropixel[order.u] = rowU[i];
+        macropixel[order.v] = rowV[i];
       }
+      stage({{packed.data() + order.left, nullptr}, packed.data() + order.u, packed.data() + order.v}, to, kRow, 0,
+            constants);
+      ASSERT_EQ(got, pixels.at(y)) << "y " << y << ", v " << int{rowV.front()};
     }
   }
 
@@ -117,7 +135,7 @@ private:
 
 TEST_P(Rgb24, StudioMakesThePortablePixelOfEveryTriple) {
   for (int v = 0; v < 256 && !HasFatalFailure(); ++v) {
-    EveryLuma<zqcc::StudioQ12>(*zqcc::matrixEntry(0), v).compareWith(at(zqcc::STUDIO_Q12_PAIR), 2);
+    EveryLuma<zqcc::StudioQ12>(*zqcc::matrixEntry(0), v).compareWith(at(zqcc::STUDIO_Q12_PAIR));
   }
 }
 
@@ -125,9 +143,15 @@ TEST_P(Rgb24, MatrixMakesThePortablePixelOfEveryTriple) {
   for (const ColorMatrix &matrix : matrices()) {
     for (int v = 0; v < 256 && !HasFatalFailure(); ++v) {
       const EveryLuma<zqcc::MatrixRgb24> every(matrix, v);
-      every.compareWith(at(zqcc::MATRIX_RGB24_PAIR), 2);
-      every.compareWith(at(zqcc::MATRIX_RGB24_SINGLE), 1);
+      every.compareWith(at(zqcc::MATRIX_RGB24_PAIR));
     }
+  }
+}
+
+TEST_P(Rgb24, PackedMakesThePortablePixelOfEveryTriple) {
+  for (int v = 0; v < 256 && !HasFatalFailure(); ++v) {
+    const EveryLuma<zqcc::MatrixRgb24> every(*zqcc::matrixEntry(1), v);
+    every.compareWithPacked(at(zqcc::MATRIX_RGB24_PACKED), zqcc::packedLayout(0));
   }
 }
 
@@ -155,7 +179,7 @@ constexpr uint8_t kUntouched = 0xA5;
 
 /// A row of every length, every pixel compared and every byte around the row still what it was.
 template <class Arithmetic>
-void expectRow(zqcc::ColourRows stage, std::size_t lines, std::size_t pixels, std::size_t offset) {
+void expectRow(zqcc::ColourRows stage, std::size_t pixels, std::size_t offset) {
   const ColorMatrix &matrix = *zqcc::matrixEntry(1);
   const Arithmetic arithmetic(matrix);
   const Samples u(pixels / 2, offset, 1);
@@ -166,7 +190,7 @@ void expectRow(zqcc::ColourRows stage, std::size_t lines, std::size_t pixels, st
   for (std::size_t line = 0; line < 2; ++line) {
     got.at(line).assign(kGuard + offset + 3 * pixels + kGuard, kUntouched);
     want.at(line).assign(kGuard + offset, kUntouched);
-    for (std::size_t x = 0; x < pixels && line < lines; ++x) {
+    for (std::size_t x = 0; x < pixels; ++x) {
       append(want.at(line), pixelOf(arithmetic, luma.at(line).at(x), u.at(x / 2), v.at(x / 2)));
     }
     want.at(line).resize(got.at(line).size(), kUntouched);
@@ -178,19 +202,52 @@ void expectRow(zqcc::ColourRows stage, std::size_t lines, std::size_t pixels, st
 }
 
 template <class Arithmetic>
-void expectEveryLength(zqcc::ColourRows stage, std::size_t lines) {
+void expectEveryLength(zqcc::ColourRows stage) {
   ASSERT_NE(stage, nullptr);
   for (std::size_t pixels = zqcc::kLeastPixels; pixels <= 260; pixels += 2) {
     for (std::size_t offset = 0; offset < 4 && !testing::Test::HasFatalFailure(); ++offset) {
-      expectRow<Arithmetic>(stage, lines, pixels, offset);
+      expectRow<Arithmetic>(stage, pixels, offset);
     }
   }
 }
 
 TEST_P(Rgb24, RowsOfEveryLengthStayInside) {
-  expectEveryLength<zqcc::StudioQ12>(at(zqcc::STUDIO_Q12_PAIR), 2);
-  expectEveryLength<zqcc::MatrixRgb24>(at(zqcc::MATRIX_RGB24_PAIR), 2);
-  expectEveryLength<zqcc::MatrixRgb24>(at(zqcc::MATRIX_RGB24_SINGLE), 1);
+  expectEveryLength<zqcc::StudioQ12>(at(zqcc::STUDIO_Q12_PAIR));
+  expectEveryLength<zqcc::MatrixRgb24>(at(zqcc::MATRIX_RGB24_PAIR));
+}
+
+void expectPackedRow(zqcc::ColourRows stage, const zqcc::PackedLayout &order, std::size_t pixels, std::size_t offset) {
+  const ColorMatrix &matrix = *zqcc::matrixEntry(1);
+  const zqcc::MatrixRgb24 arithmetic(matrix);
+  const Samples packed(2 * pixels, offset, 5);
+  const auto sample = [&packed](int32_t position, std::size_t i) {
+    return packed.at(4 * i + static_cast<std::size_t>(position));
+  };
+  std::vector<uint8_t> got(kGuard + offset + 3 * pixels + kGuard, kUntouched);
+  std::vector<uint8_t> want(kGuard + offset, kUntouched);
+  for (std::size_t i = 0; i < pixels / 2; ++i) {
+    for (const int32_t luma : {order.left, order.right}) {
+      append(want, pixelOf(arithmetic, sample(luma, i), sample(order.u, i), sample(order.v, i)));
+    }
+  }
+  want.resize(got.size(), kUntouched);
+  uint8_t *const to[2] = {got.data() + kGuard + offset, nullptr};
+  stage({{packed.data() + order.left, nullptr}, packed.data() + order.u, packed.data() + order.v}, to,
+        static_cast<int32_t>(pixels), 0, constantsOf(matrix));
+  ASSERT_EQ(got, want) << pixels << " pixels, offset " << offset;
+}
+
+TEST_P(Rgb24, PackedRowsOfEveryOrderAndLengthStayInside) {
+  for (uint32_t variant = 0; variant < zqcc::kPackedVariants; ++variant) {
+    const zqcc::PackedLayout order = zqcc::packedLayout(variant);
+    zqcc::ColourRows stage = at(order.isSwapped() ? zqcc::MATRIX_RGB24_PACKED_SWAPPED : zqcc::MATRIX_RGB24_PACKED);
+    ASSERT_NE(stage, nullptr);
+    for (std::size_t pixels = zqcc::kLeastPixels; pixels <= 260; pixels += 2) {
+      for (std::size_t offset = 0; offset < 4 && !HasFatalFailure(); ++offset) {
+        expectPackedRow(stage, order, pixels, offset);
+      }
+    }
+  }
 }
 
 constexpr std::array kLevels {

@@ -1,0 +1,92 @@
+// Words of bytes: products of every other byte, orders of bytes that suit interleaving within blocks of 16 bytes, and
+// constants that stay constants.
+
+// Read once a level.
+#if defined(ZQCC_VECTOR_WORDS_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef ZQCC_VECTOR_WORDS_INL_H
+#undef ZQCC_VECTOR_WORDS_INL_H
+#else
+#define ZQCC_VECTOR_WORDS_INL_H
+#endif
+
+#include "vector/blocks-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace zqcc::HWY_NAMESPACE {
+namespace {
+
+/// Hides from the compiler which numbers stand there. It would make them anew from immediate operands at every use, and
+/// shifts and sums of the products with them, instead of keeping them in registers or beside them on the stack.
+template <class T>
+HWY_INLINE const T *hidden(const T *numbers) {
+  __asm__("" : "+r"(numbers));
+  return numbers;
+}
+
+/// The even bytes times `factor`, which has 0..127 in every lane.
+template <class DI>
+HWY_INLINE hn::Vec<DI> evenBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes, hn::Vec<DI> factor) {
+#if HWY_ARCH_X86
+  (void)di;
+  return sumPairs(bytes, factor);
+#else
+  return hn::Mul(hn::And(hn::BitCast(di, bytes), hn::Set(di, 0xFF)), factor);
+#endif
+}
+
+/// The odd bytes times `factor256` / 256, which has 0..127 in every lane.
+template <class DI>
+HWY_INLINE hn::Vec<DI> oddBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes, hn::Vec<DI> factor256) {
+#if HWY_ARCH_X86
+  (void)di;
+  return sumPairs(bytes, factor256);
+#else
+  const hn::RebindToUnsigned<DI> d;
+  const auto odd = hn::BitCast(di, hn::ShiftRight<8>(hn::BitCast(d, bytes)));
+  return hn::Mul(odd, hn::ShiftRight<8>(factor256));
+#endif
+}
+
+/// The upper half of signed products.
+template <class V>
+HWY_INLINE V signedHigh(V a, V b) {
+#if HWY_ARCH_ARM
+  return V{vshrq_n_s16(vqdmulhq_s16(a.raw, b.raw), 1)}; // Highway's MulHigh takes three instructions
+#else
+  return hn::MulHigh(a, b);
+#endif
+}
+
+/// Every bit of `yes` where the mask has a one, else that of `no`. IfVecThenElse does that for whole lanes, and bit by
+/// bit where the processor has one instruction for it.
+template <class V>
+HWY_INLINE V selectBits(V mask, V yes, V no) {
+#if HWY_TARGET == HWY_SSE4 || HWY_TARGET == HWY_AVX2
+  return hn::Or(hn::And(mask, yes), hn::AndNot(mask, no));
+#else
+  return hn::IfVecThenElse(mask, yes, no);
+#endif
+}
+
+// zipHalves: block b of the result has the b-th eight bytes of the lower half, then the b-th eight of the upper half.
+template <class V128>
+HWY_INLINE V128 zipHalves(V128 bytes) {
+  return bytes;
+}
+#if HWY_ARCH_X86 && HWY_MAX_BYTES >= 32
+HWY_INLINE hn::Vec256<uint8_t> zipHalves(hn::Vec256<uint8_t> bytes) {
+  return hn::Vec256<uint8_t>{_mm256_permute4x64_epi64(bytes.raw, 0xD8)};
+}
+#endif
+#if HWY_ARCH_X86 && HWY_MAX_BYTES >= 64
+HWY_INLINE hn::Vec512<uint8_t> zipHalves(hn::Vec512<uint8_t> bytes) {
+  const auto order = _mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7);
+  return hn::Vec512<uint8_t>{_mm512_permutexvar_epi64(order, bytes.raw)};
+}
+#endif
+
+} // namespace
+} // namespace zqcc::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#endif
