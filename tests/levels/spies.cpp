@@ -8,18 +8,20 @@
 #include <cstddef>
 
 namespace levels {
-namespace {
 
 using zqcc::Level;
 using zqcc::PerLevel;
 
-// The library's own tables, by the name that --wrap gives them, and a number for each.
+// The library's own tables, by the name that --wrap gives them.
 namespace real {
 #define STAGE(Function, NAME, symbol) extern const PerLevel<zqcc::Function> NAME asm("__real_" symbol);
 #include "stage_list.inc"
 #undef STAGE
 } // namespace real
 
+namespace {
+
+/// A number for each of them.
 enum StageNumber : std::size_t {
 #define STAGE(Function, NAME, symbol) NAME,
 #include "stage_list.inc"
