@@ -10,6 +10,13 @@ inline constexpr int32_t kMostPixelBytes = 3;
 /// Pixels that are made of one line after the other at a time.
 inline constexpr int32_t kStackedPixels = 256;
 
+/// Asks for the `bytes` bytes behind as many, up to two cache lines of them. Always inlined, since g++ drops calls of a
+/// function that does nothing else.
+[[gnu::always_inline]] inline void prefetchBehind(const uint8_t *from, std::ptrdiff_t bytes) {
+  __builtin_prefetch(from + bytes);
+  __builtin_prefetch(from + 2 * bytes - 1);
+}
+
 class LineMaker {
 public:
   explicit LineMaker(const PlaneView &view) : view_(view) {}
@@ -42,20 +49,21 @@ private:
   /// As make, for pairs of lines whose samples lie as rows. Rows of a block are short, so that what a row costs shows.
   [[gnu::always_inline]] void makePlanar(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
     const int32_t sample = x >> view_.layout.xShift;
-    const int32_t nextSample = (x + pixels) >> view_.layout.xShift;
     const uint8_t *luma = view_.y + y * view_.yStride + x;
     const std::ptrdiff_t chroma = chromaLineOffset(view_, y);
     const uint8_t *u = view_.u + chroma;
     const uint8_t *v = view_.v + chroma;
     // What comes next if the lines are cut into blocks.
-    __builtin_prefetch(luma + pixels);
-    __builtin_prefetch(luma + view_.yStride + pixels);
-    __builtin_prefetch(u + nextSample);
-    __builtin_prefetch(v + nextSample);
+    const int32_t samples = pixels >> view_.layout.xShift;
+    prefetchBehind(luma, pixels);
+    prefetchBehind(luma + view_.yStride, pixels);
+    prefetchBehind(u + sample, samples);
+    prefetchBehind(v + sample, samples);
     pair_({{luma, luma + view_.yStride}, u + sample, v + sample}, to, pixels, 0, constants_);
   }
   /// As make, for any layout.
   [[gnu::noinline]] void makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
+  void prefetchNext(const LinePair &lines, int32_t x, int32_t pixels) const;
   void makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2], Buffers &buffers) const;
   [[nodiscard]] SourceLine sourceAt(const LinePair &lines, int line, int32_t x) const;
   [[nodiscard]] SampleRows samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const;

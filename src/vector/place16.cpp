@@ -57,8 +57,8 @@ void reverseRow(const uint8_t *from, uint8_t *to, int32_t pixels) {
 
 /// Eight columns of `groups` times as many rows as a vector has lanes.
 template <class D>
-HWY_INLINE void transposeColumns(D d, const uint8_t *from, std::ptrdiff_t stride, uint8_t *to,
-                                   std::ptrdiff_t toStride, int32_t groups) {
+HWY_INLINE void transposeColumns(D d, const uint8_t *from, std::ptrdiff_t stride, uint8_t *to, std::ptrdiff_t toStride,
+                                 int32_t groups) {
   constexpr std::ptrdiff_t kLanes = hn::MaxLanes(D());
   const std::ptrdiff_t fourRows = 4 * stride;
   const std::ptrdiff_t fourLines = 4 * toStride;

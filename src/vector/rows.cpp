@@ -20,11 +20,6 @@ bool linesOverlap(const Rect &rect, Turn turn, int pixelBytes, std::ptrdiff_t st
   return stride < std::ptrdiff_t{pixels} * pixelBytes;
 }
 
-/// Whether there are stages that put pixels where the turn wants them.
-bool isPlaced(const RowStages &stages) {
-  return stages.turn == Turn::Upright || stages.turn == Turn::Flip || stages.place.reverse != nullptr;
-}
-
 /// Lines that stay lines, and run the way they did, are written where they belong.
 void convertUpright(const LineMaker &maker, const Rect &rows, uint8_t *origin, const Steps &steps) {
   for (int32_t y = rows.top; y < rows.bottom; y += 2) {
@@ -59,13 +54,13 @@ bool convertByRows(const RowStages &stages, LevelSet usable, TileKernel rest, co
                    const Target &target, const Rect &rect, const ColorMatrix &matrix) {
   const Rect rows = rowsOf(rect, view);
   LineMaker maker(view);
-  if (rows.right - rows.left < kLeastPixels || rows.bottom <= rows.top || !isPlaced(stages) ||
+  if (rows.right - rows.left < kLeastPixels || rows.bottom <= rows.top ||
       linesOverlap(rect, stages.turn, stages.pixelBytes, target.stride) || !maker.prepare(stages, usable, matrix)) {
     return false;
   }
   const Steps steps = stepsOf(stages.turn, stages.pixelBytes, target.stride);
   if (isQuarterTurn(stages.turn)) {
-    convertQuarterTurned(maker, *stages.place.transpose, usable, rows, target.origin, steps);
+    convertQuarterTurned(maker, stages.place.transpose->in(usable), rows, target.origin, steps);
   } else if (stages.turn == Turn::Half) {
     convertHalfTurned(maker, stages.place.reverse->in(usable), rows, target.origin, steps);
   } else if (rows.right - rows.left < kNarrow && maker.canStack(rows)) {

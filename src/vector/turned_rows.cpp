@@ -13,14 +13,15 @@ constexpr int32_t nextPixels(int32_t left, int32_t most) {
   return left - most < kLeastPixels ? most - kLeastPixels : most;
 }
 
-/// A block of a quarter turn in the first-level cache.
-constexpr int32_t kBlockPixels = 4096;
+/// A block of a quarter turn in the first-level cache. Long rows have less to do for a pixel, many lines fill more of
+/// an output line at a time.
+constexpr int32_t kBlockLines = 64;
+constexpr int32_t kBlockBytes = 16384;
 
-/// Long rows have less to do for a pixel. At the widest level that counts for less than output lines that are filled
-/// for 128 bytes at a time, with pixels of two bytes, instead of 64.
-constexpr int32_t blockColumnsAt(Level level) {
-  return level == LEVEL_AVX512 ? 64 : 128;
+constexpr int32_t blockColumnsOf(std::ptrdiff_t pixelBytes) {
+  return pixelBytes == 2 ? 128 : 64;
 }
+static_assert(blockColumnsOf(2) * kBlockLines * 2 <= kBlockBytes && blockColumnsOf(3) * kBlockLines * 3 <= kBlockBytes);
 
 /// Asks for output lines before they are written, a few at a time: all at once would have to wait for each other.
 class LinesAhead {
@@ -68,18 +69,17 @@ void convertHalfTurned(const LineMaker &maker, ReverseRow reverse, const Rect &r
   }
 }
 
-void convertQuarterTurned(const LineMaker &maker, const PerLevel<TransposeBlock> &transpose, LevelSet usable,
-                          const Rect &rows, uint8_t *origin, const Steps &steps) {
-  alignas(64) uint8_t pixels[kBlockPixels * kMostPixelBytes];
-  const TransposeBlock place = transpose.in(usable);
-  const int32_t blockColumns = blockColumnsAt(transpose.levelIn(usable));
+void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, const Rect &rows, uint8_t *origin,
+                          const Steps &steps) {
+  alignas(64) uint8_t pixels[kBlockBytes];
   // Where lines become columns from the right to the left, the last one is the first of the output.
   const bool rowsGoUp = steps.line < 0;
   const std::ptrdiff_t pixelBytes = rowsGoUp ? -steps.line : steps.line;
+  const int32_t blockColumns = blockColumnsOf(pixelBytes);
   const std::ptrdiff_t stride = blockColumns * pixelBytes;
   int32_t lines = 0;
   for (int32_t top = rows.top; top < rows.bottom; top += lines) {
-    lines = smaller(kBlockPixels / blockColumns, rows.bottom - top);
+    lines = smaller(kBlockLines, rows.bottom - top);
     const std::ptrdiff_t firstLine = rowsGoUp ? lines - 1 : 0;
     int32_t columns = 0;
     for (int32_t left = rows.left; left < rows.right; left += columns) {
@@ -93,7 +93,7 @@ void convertQuarterTurned(const LineMaker &maker, const PerLevel<TransposeBlock>
         row[0] += 2 * stride;
         row[1] += 2 * stride;
       }
-      place({pixels + firstLine * stride, rowsGoUp ? -stride : stride, columns, lines}, to, steps.column);
+      transpose({pixels + firstLine * stride, rowsGoUp ? -stride : stride, columns, lines}, to, steps.column);
     }
   }
 }

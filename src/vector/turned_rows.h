@@ -35,7 +35,7 @@ void convertHalfTurned(const LineMaker &maker, ReverseRow reverse, const Rect &r
                        const Steps &steps);
 
 /// A quarter turn.
-void convertQuarterTurned(const LineMaker &maker, const PerLevel<TransposeBlock> &transpose, LevelSet usable,
-                          const Rect &rows, uint8_t *origin, const Steps &steps);
+void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, const Rect &rows, uint8_t *origin,
+                          const Steps &steps);
 
 } // namespace zqcc
