@@ -1,7 +1,6 @@
 #include "vector/line_maker.h"
 
 #include "base/limits.h"
-#include "vector/short_lines.h"
 
 namespace zqcc {
 namespace {
@@ -28,25 +27,12 @@ SourceLine lowered(const SourceLine &upper, std::ptrdiff_t below) {
   return {upper.y + below, upper.u + below, upper.v + below};
 }
 
-/// Lines copied one behind the other.
-template <std::size_t leastBytes>
-void stackLines(uint8_t *to, const uint8_t *from, std::ptrdiff_t step, std::ptrdiff_t bytes, int32_t lines) {
-  copyShortLines<leastBytes>({from, step}, {to, bytes}, bytes, lines);
-}
-
 } // namespace
 
 struct LineMaker::Buffers {
   uint8_t y[2][kFetchedPixels];
   uint8_t u[kFetchedPixels];
   uint8_t v[kFetchedPixels];
-};
-
-/// Rows of several lines behind one another; chroma of both lines of a pair where it is not shared.
-struct LineMaker::Stacked {
-  uint8_t y[2][kStackedPixels];
-  uint8_t u[2][kStackedPixels];
-  uint8_t v[2][kStackedPixels];
 };
 
 bool LineMaker::prepare(const RowStages &stages, LevelSet usable, const ColorMatrix &matrix) {
@@ -131,74 +117,6 @@ void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const
     uint8_t *const part[2] = {to[0] + bytes, to[1] + bytes};
     makeColumns(lines, x + done, count, part, buffers);
     done += count;
-  }
-}
-
-/// Fetches the samples of one line, from pixel `at` of the stacked rows on.
-void LineMaker::fetchStacked(const LinePair &lines, int line, int32_t x, int32_t pixels, int32_t at,
-                             Stacked &rows) const {
-  const SourceLine from = sourceAt(lines, line, x);
-  whole_(from, {rows.y[line] + at, rows.u[line] + at / 2, rows.v[line] + at / 2}, pixels);
-  if (lumaLies_) {
-    stackLines<kLeastPixels>(rows.y[line] + at, from.y, 0, pixels, 1);
-  }
-}
-
-void LineMaker::fetchStacked(int32_t y, int32_t pairs, int32_t x, int32_t pixels, Stacked &rows) const {
-  for (int32_t pair = 0; pair < pairs; ++pair) {
-    const LinePair lines = linePairAt(view_, y + 2 * pair);
-    const int32_t at = pair * pixels;
-    fetchStacked(lines, 0, x, pixels, at, rows);
-    if (pair_ == nullptr) {
-      fetchStacked(lines, 1, x, pixels, at, rows);
-    } else if (lumaLies_) {
-      stackLines<kLeastPixels>(rows.y[1] + at, lines.luma[1] + x, 0, pixels, 1);
-    } else {
-      const SourceLine lower = lowered(sourceAt(lines, 0, x), lines.luma[1] - lines.luma[0]);
-      luma_(lower, {rows.y[1] + at, nullptr, nullptr}, pixels);
-    }
-  }
-}
-
-/// Planes are stacked one after the other: lines are the same number of bytes apart.
-void LineMaker::stackPlanes(int32_t y, int32_t pairs, int32_t x, int32_t pixels, Stacked &rows) const {
-  const LinePair lines = linePairAt(view_, y);
-  const int32_t shift = view_.layout.xShift;
-  const std::ptrdiff_t chromaStep = chromaLineOffset(view_, y + 2) - chromaLineOffset(view_, y);
-  for (int line = 0; line < 2; ++line) {
-    stackLines<kLeastPixels>(rows.y[line], lines.luma[line] + x, 2 * view_.yStride, pixels, pairs);
-  }
-  for (int line = 0; line < (pair_ != nullptr ? 1 : 2); ++line) {
-    stackLines<kLeastPixels / 2>(rows.u[line], lines.u[line] + (x >> shift), chromaStep, pixels >> shift, pairs);
-    stackLines<kLeastPixels / 2>(rows.v[line], lines.v[line] + (x >> shift), chromaStep, pixels >> shift, pairs);
-  }
-}
-
-bool LineMaker::canStack(const Rect &rows) const {
-  if (whole_ != nullptr) {
-    return true;
-  }
-  // The last lines must have chroma lines of their own, or steps would not be the same all along.
-  const LayoutValues &layout = view_.layout;
-  return layout.pairStep == 2 && layout.yShift <= 1 &&
-         ((rows.bottom - 1) >> layout.yShift) * view_.lineStep <= view_.lastLine;
-}
-
-void LineMaker::makeStacked(int32_t y, int32_t pairs, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
-  Stacked rows;
-  if (whole_ != nullptr) {
-    fetchStacked(y, pairs, x, pixels, rows);
-  } else {
-    stackPlanes(y, pairs, x, pixels, rows);
-  }
-  const int32_t all = pairs * pixels;
-  if (pair_ != nullptr) {
-    pair_({{rows.y[0], rows.y[1]}, rows.u[0], rows.v[0]}, to, all, 0, constants_);
-    return;
-  }
-  for (int line = 0; line < 2; ++line) {
-    uint8_t *const one[2] = {to[line], nullptr};
-    single_({{rows.y[line], nullptr}, rows.u[line], rows.v[line]}, one, all, line, constants_);
   }
 }
 

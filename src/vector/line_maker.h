@@ -34,9 +34,17 @@ public:
     }
   }
 
-  /// Makes the same columns of `pairs` pairs of lines from line y on, one line behind the other: upper lines at to[0],
-  /// lower lines at to[1]. For rows that would leave most of a vector empty; at most kStackedPixels pixels of each.
-  void makeStacked(int32_t y, int32_t pairs, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
+  /// Columns [x, x + pixels) of `pairs` pairs of lines from line y on.
+  struct Block {
+    int32_t y;
+    int32_t pairs;
+    int32_t x;
+    int32_t pixels;
+  };
+
+  /// Makes the pixels of a block one line behind the other: upper lines at to[0], lower lines at to[1]. For rows that
+  /// would leave most of a vector empty; at most kStackedPixels pixels of each.
+  void makeStacked(const Block &block, uint8_t *const to[2]) const;
 
   /// Whether the lines of these rows lie so that makeStacked can be used.
   [[nodiscard]] bool canStack(const Rect &rows) const;
@@ -70,9 +78,9 @@ private:
   [[nodiscard]] const uint8_t *lumaBelow(const SourceLine &upper, std::ptrdiff_t below, Buffers &buffers,
                                          int32_t pixels) const;
 
-  void fetchStacked(int32_t y, int32_t pairs, int32_t x, int32_t pixels, Stacked &rows) const;
-  void fetchStacked(const LinePair &lines, int line, int32_t x, int32_t pixels, int32_t at, Stacked &rows) const;
-  void stackPlanes(int32_t y, int32_t pairs, int32_t x, int32_t pixels, Stacked &rows) const;
+  void stackPacked(const LinePair &lines, int line, const Block &block, Stacked &rows) const;
+  void stackChroma(const LinePair &lines, int line, const Block &block, Stacked &rows) const;
+  void stack(const Block &block, Stacked &rows) const;
 
   const PlaneView &view_;
   ColourRows pair_ = nullptr;

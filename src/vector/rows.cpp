@@ -41,7 +41,7 @@ void convertNarrow(const LineMaker &maker, const Rect &rows, uint8_t *origin, co
   int32_t pairs = 0;
   for (int32_t y = rows.top; y < rows.bottom; y += 2 * pairs) {
     pairs = smaller(kStackedPixels / width, (rows.bottom - y) / 2);
-    maker.makeStacked(y, pairs, rows.left, width, made);
+    maker.makeStacked({y, pairs, rows.left, width}, made);
     uint8_t *to = origin + rows.left * steps.column + y * steps.line;
     copyShortLines<kLeastBytes>({made[0], bytes}, {to, 2 * steps.line}, bytes, pairs);
     copyShortLines<kLeastBytes>({made[1], bytes}, {to + steps.line, 2 * steps.line}, bytes, pairs);

@@ -43,17 +43,18 @@ ColourConstants constantsOf(const ColorMatrix &matrix) {
   return constants;
 }
 
-constexpr int32_t kMost = (1 << 23) - 1; // what 24 bits hold
-constexpr int32_t kLeast = -(1 << 23);
+// The widest coefficients that rows take: of red and blue, and of green's two together.
+constexpr int32_t kMost = 0x7FFF00;
+constexpr int32_t kMostOfGreen = 0x3FFE00;
 
 std::vector<ColorMatrix> matrices() {
   std::vector<ColorMatrix> all;
   for (uint32_t i = 0; i < zqcc::kCustomMatrix; ++i) {
     all.push_back(*zqcc::matrixEntry(i));
   }
-  all.insert(all.end(), {{kMost, kMost, kMost, kMost},
-                         {kLeast, kLeast, kLeast, kLeast},
-                         {kMost, kLeast, -1471152, kMost},
+  all.insert(all.end(), {{kMost, kMostOfGreen / 2, kMost, kMostOfGreen / 2},
+                         {-kMost, -kMostOfGreen / 2, -kMost, -kMostOfGreen / 2},
+                         {kMost, -kMostOfGreen, -1471152, 0},
                          {1, -1, 255, -256},
                          {0x0FFFFF, 0x100000, -0x100001, 0x0FFFF0}});
   return all;
