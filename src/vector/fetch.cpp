@@ -200,31 +200,6 @@ constexpr FetchRows lumaInOrder = packedRows<false, false>;
 constexpr FetchRows packedSwapped = packedRows<true, true>;
 constexpr FetchRows lumaSwapped = packedRows<true, false>;
 
-// --- RGB24 ----------------------------------------------------------------------------------------------------------
-
-/// Three samples a pixel into three rows.
-struct Triples {
-  const uint8_t *from;
-  uint8_t *first;
-  uint8_t *second;
-  uint8_t *third;
-
-  template <class D>
-  HWY_INLINE void operator()(D d, std::ptrdiff_t i) const {
-    hn::Vec<D> a;
-    hn::Vec<D> b;
-    hn::Vec<D> c;
-    hn::LoadInterleaved3(d, from + 3 * i, a, b, c);
-    hn::StoreU(a, d, first + i);
-    hn::StoreU(b, d, second + i);
-    hn::StoreU(c, d, third + i);
-  }
-};
-
-void rgb24Rows(const SourceLine &from, const RowBuffers &to, int32_t pixels) {
-  inGroups<kLeastPixels>(kBytes, pixels, Triples{from.v, to.v, to.u, to.y});
-}
-
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -238,7 +213,6 @@ constexpr PerLevel<FetchRows> PACKED_ROWS = ZQCC_EVERY_LEVEL(packedInOrder);
 constexpr PerLevel<FetchRows> PACKED_LUMA_ROW = ZQCC_EVERY_LEVEL(lumaInOrder);
 constexpr PerLevel<FetchRows> SWAPPED_PACKED_ROWS = ZQCC_EVERY_LEVEL(packedSwapped);
 constexpr PerLevel<FetchRows> SWAPPED_PACKED_LUMA_ROW = ZQCC_EVERY_LEVEL(lumaSwapped);
-constexpr PerLevel<FetchRows> RGB24_ROWS = ZQCC_EVERY_LEVEL(rgb24Rows);
 
 } // namespace zqcc
 #endif

@@ -23,9 +23,6 @@ extern const PerLevel<FetchRows> PACKED_LUMA_ROW;
 extern const PerLevel<FetchRows> SWAPPED_PACKED_ROWS;
 extern const PerLevel<FetchRows> SWAPPED_PACKED_LUMA_ROW;
 
-/// Bytes B, G, R: rows of red (in luma's place), green and blue. Reads three bytes a pixel.
-extern const PerLevel<FetchRows> RGB24_ROWS;
-
 /// How the lines of a layout become rows; nothing where they lie as rows already.
 struct FetchStages {
   const PerLevel<FetchRows> *whole; ///< makes every row that does not lie as it is
@@ -47,8 +44,5 @@ template <int yShift, int left, int right>
 inline constexpr FetchStages kFetchOf<Shape<1, yShift, 4, 4, left, right>> =
     left < right ? FetchStages{&PACKED_ROWS, &PACKED_LUMA_ROW}
                  : FetchStages{&SWAPPED_PACKED_ROWS, &SWAPPED_PACKED_LUMA_ROW};
-
-template <>
-inline constexpr FetchStages kFetchOf<Shape<0, 0, 3, 6, 0, 3>>{&RGB24_ROWS, nullptr};
 
 } // namespace zqcc

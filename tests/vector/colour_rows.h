@@ -2,8 +2,8 @@
 #pragma once
 
 #include "support/guarded_pages.h"
+#include "support/levels.h"
 #include "support/picture.h"
-#include "vector/detect.h"
 #include "vector/stages.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ template <class Function>
 std::vector<Level> levelsOf(const PerLevel<Function> &stage) {
   std::vector<Level> levels;
   for (uint32_t level = LEVEL_PORTABLE; level < LEVEL_COUNT; ++level) {
-    if (stage.of[level] != nullptr && (detectedLevels() & LevelSet{1} << level) != 0) {
+    if (stage.of[level] != nullptr && support::hasLevel(static_cast<Level>(level))) {
       levels.push_back(static_cast<Level>(level));
     }
   }
@@ -79,16 +79,11 @@ private:
 class AtEveryLevel : public testing::TestWithParam<Level> {
 protected:
   void SetUp() override {
-    if ((detectedLevels() & setOf(GetParam())) == 0) {
-      GTEST_SKIP() << "this build or this machine does not have the level";
+    if (!support::hasLevel(GetParam())) {
+      GTEST_SKIP() << support::missing(GetParam());
     }
   }
 };
-
-inline std::string levelName(Level level) {
-  const char *const names[LEVEL_COUNT] = {"portable", "sse4", "avx2", "avx512", "neon"};
-  return names[level];
-}
 
 inline constexpr Level kVectorLevels[] = {LEVEL_SSE4, LEVEL_AVX2, LEVEL_AVX512, LEVEL_NEON};
 

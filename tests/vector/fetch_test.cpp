@@ -62,7 +62,6 @@ std::vector<Layout> everyLayout() {
   all.push_back(layoutOf<Half>("pairs, V first", false, 0, 1, 0, 4));
   all.push_back(layoutOf<Half>("4:4:0", true, 0, 0, 0, 4));
   all.push_back(layoutOf<zqcc::Yuv411::Layout>("4:1:1", true, 0, 0, 0, 1));
-  all.push_back(layoutOf<zqcc::Rgb24Bytes::Layout>("RGB24", false, 2, 1, 0, 12));
   addPacked<0>(all);
   addPacked<1>(all);
   addPacked<2>(all);

@@ -100,7 +100,7 @@ void expectEverySample(const ColorMatrix &matrix, const ColourConstants &constan
       const Lines expected = expectedLines(arithmetic, y, u);
       for (const Level level : levelsOf(MATRIX565_HALF)) {
         expectStages(level, samples, constants, expected);
-        ASSERT_FALSE(testing::Test::HasFatalFailure()) << levelName(level) << ", y " << y << ", u " << u;
+        ASSERT_FALSE(testing::Test::HasFatalFailure()) << support::nameOf(level) << ", y " << y << ", u " << u;
       }
     }
   }
@@ -221,7 +221,7 @@ TEST_P(Matrix565Rows, WithFullChromaKeepWithinTheirEnds) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, Matrix565Rows, testing::ValuesIn(kVectorLevels),
-                         [](const auto &level) { return levelName(level.param); });
+                         [](const auto &level) { return support::nameOf(level.param); });
 
 } // namespace
 } // namespace zqcc

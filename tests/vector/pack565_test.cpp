@@ -47,10 +47,10 @@ TEST(Pack565, PacksEveryColour) {
       }
       for (const Level level : levelsOf(PACK565)) {
         PACK565.of[level]({{from.red.data(), nullptr}, from.green.data(), from.blue.data()}, to, 256, 0, constants);
-        ASSERT_EQ(pixels, expected) << levelName(level) << ", planes, red " << red << ", green " << green;
+        ASSERT_EQ(pixels, expected) << support::nameOf(level) << ", planes, red " << red << ", green " << green;
         pixels.fill(0);
         PACK565_RGB24.of[level]({{nullptr, nullptr}, nullptr, from.bytes.data()}, to, 256, 0, constants);
-        ASSERT_EQ(pixels, expected) << levelName(level) << ", bytes, red " << red << ", green " << green;
+        ASSERT_EQ(pixels, expected) << support::nameOf(level) << ", bytes, red " << red << ", green " << green;
         pixels.fill(0);
       }
     }
@@ -88,7 +88,7 @@ TEST_P(Pack565Rows, OfBytesKeepWithinTheirEnds) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, Pack565Rows, testing::ValuesIn(kVectorLevels),
-                         [](const auto &level) { return levelName(level.param); });
+                         [](const auto &level) { return support::nameOf(level.param); });
 
 } // namespace
 } // namespace zqcc

@@ -107,7 +107,7 @@ TEST_P(Studio565, RowsKeepWithinTheirEnds) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, Studio565, testing::ValuesIn(kVectorLevels),
-                         [](const auto &level) { return levelName(level.param); });
+                         [](const auto &level) { return support::nameOf(level.param); });
 
 } // namespace
 } // namespace zqcc
