@@ -6,12 +6,11 @@
 #define ZQCC_PACK565_INL_H
 #endif
 
-#include <hwy/highway.h>
+#include "vector/words-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
-namespace hn = hwy::HWY_NAMESPACE;
 
 /// The two bytes of the pixels of a group.
 template <class V>
@@ -19,16 +18,6 @@ struct Rgb565Bytes {
   V low;
   V high;
 };
-
-/// The bits of `yes` where those of the mask are set, of `no` elsewhere.
-template <class V>
-HWY_INLINE V selectBits(V mask, V yes, V no) {
-#if HWY_TARGET == HWY_SSE4 || HWY_TARGET == HWY_AVX2
-  return hn::Or(hn::And(mask, yes), hn::AndNot(mask, no)); // what follows would look at the highest bit of lanes only
-#else
-  return hn::IfVecThenElse(mask, yes, no);
-#endif
-}
 
 /// Components of 8 bits, of which red and blue lose three and green two. Bytes are shifted as 16-bit lanes; the masks
 /// drop what comes over from the neighbour.
