@@ -51,26 +51,33 @@ inline constexpr PlaceStages kPlaceOf<2>{&REVERSE_ROW16, &TRANSPOSE_BLOCK16};
 template <>
 inline constexpr PlaceStages kPlaceOf<3>{&REVERSE_ROW24, &TRANSPOSE_BLOCK24};
 
-/// What makes pixels of a packed layout as it lies, without a fetch; null if nothing does.
+/// What makes pixels of a packed layout as it lies, without a fetch, where there is such a stage. A null pointer would
+/// not do: whether the address of a table is null is no constant for GCC's sanitizers.
 template <class Layout, class Arithmetic>
-inline constexpr const PerLevel<ColourRows> *kPackedColour = nullptr;
+struct PackedColour {
+  static constexpr bool kExists = false;
+};
+
+template <const PerLevel<ColourRows> &stage>
+struct PackedColourStage {
+  static constexpr bool kExists = true;
+  static constexpr const PerLevel<ColourRows> *kStage = &stage;
+};
 
 template <>
-inline constexpr const PerLevel<ColourRows> *kPackedColour<Rgb24Bytes::Layout, PackRgb> = &PACK565_RGB24;
+struct PackedColour<Rgb24Bytes::Layout, PackRgb> : PackedColourStage<PACK565_RGB24> {};
 template <>
-inline constexpr const PerLevel<ColourRows> *kPackedColour<Packed422<false>::Layout, MatrixRgb24> =
-    &MATRIX_RGB24_PACKED;
+struct PackedColour<Packed422<false>::Layout, MatrixRgb24> : PackedColourStage<MATRIX_RGB24_PACKED> {};
 template <>
-inline constexpr const PerLevel<ColourRows> *kPackedColour<Packed422<true>::Layout, MatrixRgb24> =
-    &MATRIX_RGB24_PACKED_SWAPPED;
+struct PackedColour<Packed422<true>::Layout, MatrixRgb24> : PackedColourStage<MATRIX_RGB24_PACKED_SWAPPED> {};
 
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {
   const ColourStages &colour = kColourOf<Arithmetic>;
   RowStages stages{kFetchOf<Layout>, nullptr, nullptr, colour.makeConstants, kPlaceOf<pixelBytes>, turn, pixelBytes};
-  if constexpr (kPackedColour<Layout, Arithmetic> != nullptr) {
+  if constexpr (PackedColour<Layout, Arithmetic>::kExists) {
     stages.fetch = {};
-    stages.single = kPackedColour<Layout, Arithmetic>;
+    stages.single = PackedColour<Layout, Arithmetic>::kStage;
   } else if constexpr (Layout::kSharedByColumns) {
     stages.pair = Layout::kSharedByLines ? colour.halfPair : nullptr;
     stages.single = colour.half;
