@@ -58,7 +58,7 @@ constexpr Tile kTile = tileOf<Layout, Arithmetic, turn, 2>(convertTile<Layout, A
 template <class Layout, class Arithmetic, Turn turn>
 constexpr Tile kTile24 = tileOf<Layout, Arithmetic, turn, 3>(convertTile24<Layout, Arithmetic, turn>);
 
-/// Strips and edge blocks, which are never wide or high.
+/// Strips and edge blocks, whose portable kernels go pixel by pixel.
 template <class Layout, class Arithmetic, Turn turn>
 constexpr Tile kStrip = tileOf<Layout, Arithmetic, turn, 2>(convertStrip<Arithmetic, turn>);
 
