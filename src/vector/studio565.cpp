@@ -15,31 +15,21 @@ namespace {
 /// One line, or two that share their chroma.
 enum class StudioRows { halfPair, halfSingle, fullSingle };
 
-template <StudioClamp clamp, class D>
-HWY_INLINE void studioLine(D d, const StudioConstants<D> &k, const uint8_t *y, const StudioTermsOf<D> &even,
-                           const StudioTermsOf<D> &odd, uint8_t *to) {
-  const auto pixels = studioPixels<clamp>(d, k, studioSamples(d, y), even, odd);
-  auto *words = reinterpret_cast<uint16_t *>(to);
-  hn::StoreU(pixels.first, d, words);
-  hn::StoreU(pixels.second, d, words + hn::MaxLanes(d));
-}
-
 /// The group of pixels from column 2 * pair on.
 template <StudioClamp clamp, StudioRows rows, class D>
 HWY_INLINE void studioGroup(D d, const StudioConstants<D> &k, const SampleRows &from, uint8_t *const to[2],
                             ptrdiff_t pair) {
   if constexpr (rows == StudioRows::fullSingle) {
-    const auto u = hn::BitCast(d, studioSamples(d, from.u + 2 * pair));
-    const auto v = hn::BitCast(d, studioSamples(d, from.v + 2 * pair));
-    const auto low = hn::Set(d, 0xFF);
-    studioLine<clamp>(d, k, from.y[0] + 2 * pair, studioTerms<clamp>(d, k, hn::And(u, low), hn::And(v, low)),
-                      studioTerms<clamp>(d, k, hn::ShiftRight<8>(u), hn::ShiftRight<8>(v)), to[0] + 4 * pair);
+    const auto u = studioFullSamples(d, from.u + 2 * pair);
+    const auto v = studioFullSamples(d, from.v + 2 * pair);
+    studioPixels<clamp>(d, k, from.y[0] + 2 * pair, studioTerms<clamp>(d, k, u.even, v.even),
+                        studioTerms<clamp>(d, k, u.odd, v.odd), to[0] + 4 * pair);
   } else {
     const auto terms =
         studioTerms<clamp>(d, k, studioHalfSamples(d, from.u + pair), studioHalfSamples(d, from.v + pair));
-    studioLine<clamp>(d, k, from.y[0] + 2 * pair, terms, terms, to[0] + 4 * pair);
+    studioPixels<clamp>(d, k, from.y[0] + 2 * pair, terms, terms, to[0] + 4 * pair);
     if constexpr (rows == StudioRows::halfPair) {
-      studioLine<clamp>(d, k, from.y[1] + 2 * pair, terms, terms, to[1] + 4 * pair);
+      studioPixels<clamp>(d, k, from.y[1] + 2 * pair, terms, terms, to[1] + 4 * pair);
     }
   }
 }

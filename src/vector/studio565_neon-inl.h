@@ -1,0 +1,173 @@
+// The sums and products of studio565-inl.h as NEON has them. Luma is the same 55 y, green's terms are the same numbers,
+// those of red and blue are inside the same ranges; what differs is the instructions that they suit:
+//  - the doubling high product is signed, takes one instruction, and its factors can be lanes of one register;
+//  - chroma and luma are multiplied as bytes, even and odd ones brought apart when they are loaded;
+//  - the shift that follows a product is part of clamping it.
+// So words come with more fractional bits here: kRedBlueShift and kGreenShift say how many.
+#if defined(ZQCC_VECTOR_STUDIO565_NEON_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef ZQCC_VECTOR_STUDIO565_NEON_INL_H
+#undef ZQCC_VECTOR_STUDIO565_NEON_INL_H
+#else
+#define ZQCC_VECTOR_STUDIO565_NEON_INL_H
+#endif
+
+#include "vector/words-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace zqcc::HWY_NAMESPACE {
+namespace {
+
+constexpr int kRedBlueShift = 1;
+constexpr int kGreenShift = 5;
+
+/// Every number of the arithmetic; sums and products are modulo 2^16.
+struct StudioNumbers {
+  static constexpr int64_t kY = 1220542;
+  static constexpr int64_t kCrG = 852492;
+  static constexpr int64_t kCbG = 411041;
+  static constexpr int64_t kInverseOf167 = 42775;
+  static constexpr int16_t low(int64_t value) { return static_cast<int16_t>(static_cast<uint16_t>(value & 0xFFFF)); }
+
+  static constexpr uint8_t kLuma = 55;
+  static constexpr uint8_t kScaleV = 167;
+  static constexpr uint8_t kScaleU = 96;
+  static constexpr uint8_t kGreenScaleU = 54;
+  static constexpr uint8_t kGreenScaleV = 112;
+  static constexpr uint8_t kBlueLess = 168;
+  static constexpr uint8_t kBlueLessAtTop = 132;
+
+  enum Factor { eighths, halfUnit, redFactor, blueFactor, greenFactor, restFactorU, restFactorV, restFactorY };
+  enum Offset { offsetV, offsetU, blueOffset, greenScaled, greenOffset, restOffset };
+  static constexpr int16_t kOffsetV = -23323;
+  static constexpr int16_t kOffsetU = -1439;
+
+  alignas(16) int16_t factors[8] = {1387,
+                                    22192,
+                                    14797,
+                                    22796,
+                                    11239,
+                                    low(-kCbG),               // of kOffsetU - u
+                                    low(kCrG *kInverseOf167), // of 167 v + kOffsetV
+                                    27854};
+  alignas(16) int16_t offsets[8] = {
+      kOffsetV,
+      kOffsetU,
+      -12077,
+      24 - 32768,
+      11239 - 6414,
+      low(-1 - 128 * (kCrG + kCbG) + 16 * kY + kCbG * kOffsetU - (kCrG * kInverseOf167 % 65536) * kOffsetV)};
+};
+static_assert(StudioNumbers::low(StudioNumbers().factors[StudioNumbers::restFactorY] * 55 + StudioNumbers::kY) == 0);
+static_assert(StudioNumbers::kInverseOf167 * 167 % 65536 == 1);
+
+constexpr StudioNumbers kStudioNumbers;
+
+/// All of them in registers: factors as lanes of one.
+template <class D>
+struct StudioConstants {
+  HWY_INLINE explicit StudioConstants(D /*d*/) {} // written out, so that it is compiled for the level
+
+  const StudioNumbers *const numbers = hidden(&kStudioNumbers);
+  const int16x8_t factors = vld1q_s16(numbers->factors);
+  const int16x8_t offsetV = vld1q_dup_s16(numbers->offsets + StudioNumbers::offsetV);
+  const int16x8_t offsetU = vld1q_dup_s16(numbers->offsets + StudioNumbers::offsetU);
+  const int16x8_t blueOffset = vld1q_dup_s16(numbers->offsets + StudioNumbers::blueOffset);
+  const int16x8_t greenScaled = vld1q_dup_s16(numbers->offsets + StudioNumbers::greenScaled);
+  const int16x8_t greenOffset = vld1q_dup_s16(numbers->offsets + StudioNumbers::greenOffset);
+  const int16x8_t restOffset = vld1q_dup_s16(numbers->offsets + StudioNumbers::restOffset);
+
+  /// The upper half of twice the product.
+  template <int factor>
+  HWY_INLINE int16x8_t high(int16x8_t a) const {
+    return vqdmulhq_laneq_s16(a, factors, factor);
+  }
+};
+
+/// What the pixels of a chroma sample add to their luma.
+template <class D>
+struct StudioTermsOf {
+  int16x8_t red, blue, green, greenRest;
+};
+
+HWY_INLINE int16x8_t timesByte(uint8x8_t bytes, uint8_t factor) {
+  return vreinterpretq_s16_u16(vmull_u8(bytes, vdup_n_u8(factor)));
+}
+
+template <StudioClamp clamp, class D>
+HWY_INLINE StudioTermsOf<D> studioTerms(D /*d*/, const StudioConstants<D> &k, uint8x8_t u, uint8x8_t v) {
+  using N = StudioNumbers;
+  const auto scaledV = vaddq_s16(timesByte(v, N::kScaleV), k.offsetV);
+  const auto minusU = vreinterpretq_s16_u16(vsubw_u8(vreinterpretq_u16_s16(k.offsetU), u));
+  const auto blueRest = vreinterpretq_u16_s16(k.template high<N::blueFactor>(minusU));
+  auto blue = vaddq_s16(vreinterpretq_s16_u16(vmlal_u8(blueRest, u, vdup_n_u8(N::kScaleU))), k.blueOffset);
+  blue = vaddw_s8(blue, vreinterpret_s8_u8(vceq_u8(u, vdup_n_u8(N::kBlueLess))));
+  if constexpr (clamp == StudioClamp::fiveSix) {
+    blue = vaddw_s8(blue, vreinterpret_s8_u8(vceq_u8(u, vdup_n_u8(N::kBlueLessAtTop))));
+  }
+  auto green = vmull_u8(u, vdup_n_u8(N::kGreenScaleU));
+  green = vmlal_u8(green, v, vdup_n_u8(N::kGreenScaleV));
+  const auto scaledGreen = vaddq_s16(vreinterpretq_s16_u16(green), k.greenScaled);
+  auto rest = vmulq_laneq_s16(scaledV, k.factors, N::restFactorV);
+  rest = vaddq_s16(vmlaq_laneq_s16(rest, minusU, k.factors, N::restFactorU), k.restOffset);
+  return {k.template high<N::redFactor>(scaledV), blue,
+          vaddq_s16(k.template high<N::greenFactor>(scaledGreen), k.greenOffset), rest};
+}
+
+/// Words of eight pixels, not clamped yet.
+template <class D>
+HWY_INLINE StudioWords<D> studioWords(const StudioConstants<D> &k, uint8x8_t luma, const StudioTermsOf<D> &terms) {
+  using N = StudioNumbers;
+  using VI = hn::Vec<hn::RebindToSigned<D>>;
+  const auto y = timesByte(luma, N::kLuma);
+  const auto rest = vmlaq_laneq_s16(terms.greenRest, y, k.factors, N::restFactorY);
+  const auto green = vqrdmulhq_laneq_s16(vsubq_s16(y, terms.green), k.factors, N::halfUnit);
+  const auto exact = vsraq_n_u16(vreinterpretq_u16_s16(green), vreinterpretq_u16_s16(rest), 15);
+  return {VI{k.template high<N::eighths>(vaddq_s16(y, terms.red))}, VI{vreinterpretq_s16_u16(exact)},
+          VI{k.template high<N::eighths>(vaddq_s16(y, terms.blue))}};
+}
+
+template <class D>
+HWY_INLINE StudioLine<D> studioLineWords(D /*d*/, const StudioConstants<D> &k, const uint8_t *from,
+                                         const StudioTermsOf<D> &evenTerms, const StudioTermsOf<D> &oddTerms) {
+  const auto y = vld2_u8(from);
+  return {studioWords(k, y.val[0], evenTerms), studioWords(k, y.val[1], oddTerms)};
+}
+
+/// Even lanes, then odd ones, without their lowest bits, clamped to bytes.
+template <int shift, class DI, class V = hn::Vec<DI>>
+HWY_INLINE hn::Vec128<uint8_t> studioNarrow(DI /*di*/, V even, V odd) {
+  return hn::Vec128<uint8_t>{vqshrun_high_n_s16(vqshrun_n_s16(even.raw, shift), odd.raw, shift)};
+}
+
+/// Pixels of components on a scale of 256: even ones, then odd ones.
+template <class D, class VB = hn::Vec<hn::Repartition<uint8_t, D>>>
+HWY_INLINE void studioStore(D d, VB red, VB green, VB blue, uint16_t *to) {
+  const uint8x16_t high = vsriq_n_u8(red.raw, green.raw, 5);
+  const uint8x16_t low = vsriq_n_u8(vshlq_n_u8(green.raw, 3), blue.raw, 3);
+  const VB evens{vzip1q_u8(low, high)};
+  const VB odds{vzip2q_u8(low, high)};
+  hn::StoreInterleaved2(hn::BitCast(d, evens), hn::BitCast(d, odds), d, to);
+}
+
+/// Samples of half resolution.
+template <class D>
+HWY_INLINE uint8x8_t studioHalfSamples(D /*d*/, const uint8_t *from) {
+  return vld1_u8(from);
+}
+
+struct StudioSamplePairs {
+  uint8x8_t even, odd;
+};
+
+/// Samples of full resolution.
+template <class D>
+HWY_INLINE StudioSamplePairs studioFullSamples(D /*d*/, const uint8_t *from) {
+  const auto pairs = vld2_u8(from);
+  return {pairs.val[0], pairs.val[1]};
+}
+
+} // namespace
+} // namespace zqcc::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#endif
