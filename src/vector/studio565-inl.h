@@ -42,19 +42,6 @@ namespace {
 /// How components are clamped and reduced; see kernels/arithmetic.h.
 enum class StudioClamp { sixBit, videoRange, fiveSix };
 
-/// Components as words, not clamped yet. A full range is 256, with fractional bits below it: kRedBlueShift and
-/// kGreenShift of them are left to narrowing.
-template <class D>
-struct StudioWords {
-  hn::Vec<hn::RebindToSigned<D>> red, green, blue;
-};
-
-/// Those of the even pixels of a line and of the odd ones.
-template <class D>
-struct StudioLine {
-  StudioWords<D> even, odd;
-};
-
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -65,9 +52,6 @@ HWY_AFTER_NAMESPACE();
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
-
-constexpr int kRedBlueShift = 0;
-constexpr int kGreenShift = 0;
 
 /// Every number of the arithmetic; sums and products are modulo 2^16.
 struct StudioNumbers {
@@ -171,6 +155,12 @@ HWY_INLINE StudioTermsOf<D> studioTerms(D d, const StudioConstants<D> &k, hn::Ve
   return {red, hn::BitCast(di, blue), hn::BitCast(di, green), hn::Add(rest, k.restOffset)};
 }
 
+/// Words on a scale of 256 a full range, not clamped yet.
+template <class D>
+struct StudioWords {
+  hn::Vec<hn::RebindToSigned<D>> red, green, blue;
+};
+
 /// From 55 y.
 template <class D>
 HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<hn::RebindToSigned<D>> y,
@@ -182,21 +172,29 @@ HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<
           signedHigh(hn::SaturatedAdd(y, terms.blue), k.eighths)};
 }
 
-/// Pixels of components on a scale of 256: even ones, then odd ones.
-template <class D, class VB = hn::Vec<hn::Repartition<uint8_t, D>>>
-HWY_INLINE void studioStore(D d, VB red, VB greenBytes, VB blueBytes, uint16_t *to) {
-  const hn::Repartition<uint8_t, D> bytes;
-  const auto green = hn::BitCast(d, greenBytes);
-  const auto blue = hn::BitCast(d, blueBytes);
-  // Bytes are shifted as words: what comes from the byte beside is not selected.
-  const auto greenHigh = hn::BitCast(bytes, hn::ShiftRight<5>(green));
-  const auto greenLow = hn::BitCast(bytes, hn::ShiftLeft<3>(green));
-  const auto high = selectBits(hn::Set(bytes, 0xF8), red, greenHigh);
-  const auto low = selectBits(hn::Set(bytes, 0xE0), greenLow, hn::BitCast(bytes, hn::ShiftRight<3>(blue)));
-  const auto evens = hn::BitCast(d, hn::InterleaveLower(bytes, low, high));
-  const auto odds = hn::BitCast(d, hn::InterleaveUpper(bytes, low, high));
-  hn::StoreU(hn::InterleaveLower(d, evens, odds), d, to);
-  hn::StoreU(hn::InterleaveUpper(d, evens, odds), d, to + hn::MaxLanes(d));
+/// Words clamped to the range of the arithmetic. Its bounds of 8 bits, 16 and 235, are bounds of levels as well.
+template <StudioClamp clamp, class DI>
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioBytes(DI /*di*/, hn::Vec<DI> even, hn::Vec<DI> odd) {
+  const hn::Repartition<uint8_t, DI> bytes;
+  const auto narrow = packBlocks(even, odd);
+  if constexpr (clamp == StudioClamp::videoRange) {
+    return hn::Min(hn::Max(narrow, hn::Set(bytes, 16)), hn::Set(bytes, 235));
+  } else {
+    return narrow;
+  }
+}
+
+/// The same of red and blue: in the table of 5 bits 29 stands twice, so that from level 30 on it is one level less.
+template <StudioClamp clamp, class DI>
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioRedBlueBytes(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
+  const auto narrow = studioBytes<clamp>(di, even, odd);
+  if constexpr (clamp == StudioClamp::fiveSix) {
+    const auto level = hn::Set(di, 8);
+    const auto less = packBlocks(hn::Sub(even, level), hn::Sub(odd, level));
+    return hn::Max(hn::Min(narrow, hn::Set(hn::Repartition<uint8_t, DI>(), 30 * 8 - 1)), less);
+  } else {
+    return narrow;
+  }
 }
 
 // Orders of samples. Interleaving works within blocks of 16 bytes. So that its results are whole halves of the group,
@@ -212,31 +210,18 @@ HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D>> studioSamples(D /*d*/, const uin
   return zipHalves(hn::LoadU(hn::Repartition<uint8_t, D>(), from));
 }
 
+/// Samples of full resolution, and the even and the odd ones of them as words.
 template <class D>
-HWY_INLINE StudioLine<D> studioLineWords(D d, const StudioConstants<D> &k, const uint8_t *from,
-                                         const StudioTermsOf<D> &evenTerms, const StudioTermsOf<D> &oddTerms) {
-  const hn::RebindToSigned<D> di;
-  const auto y = studioSamples(d, from);
-  return {studioWords(d, k, evenBytesTimes(di, y, k.even55), evenTerms),
-          studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddTerms)};
+HWY_INLINE hn::Vec<D> studioFullSamples(D d, const uint8_t *from) {
+  return hn::BitCast(d, studioSamples(d, from));
 }
-
-template <class D>
-struct StudioSamplePairs {
-  hn::Vec<D> even, odd;
-};
-
-/// Samples of full resolution as words.
-template <class D>
-HWY_INLINE StudioSamplePairs<D> studioFullSamples(D d, const uint8_t *from) {
-  const auto samples = hn::BitCast(d, studioSamples(d, from));
-  return {hn::And(samples, hn::Set(d, 0xFF)), hn::ShiftRight<8>(samples)};
+template <class V>
+HWY_INLINE V studioEven(V samples) {
+  return hn::And(samples, hn::Set(hn::DFromV<V>(), 0xFF));
 }
-
-/// Even lanes, then odd ones, clamped to bytes.
-template <int shift, class DI>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioNarrow(DI /*di*/, hn::Vec<DI> even, hn::Vec<DI> odd) {
-  return packBlocks(even, odd);
+template <class V>
+HWY_INLINE V studioOdd(V samples) {
+  return hn::ShiftRight<8>(samples);
 }
 
 /// Samples of half resolution as words.
@@ -255,52 +240,32 @@ HWY_INLINE hn::Vec<D> studioHalfSamples(D d, const uint8_t *from) {
   }
 }
 
-} // namespace
-} // namespace zqcc::HWY_NAMESPACE
-HWY_AFTER_NAMESPACE();
-#endif
-
-HWY_BEFORE_NAMESPACE();
-namespace zqcc::HWY_NAMESPACE {
-namespace {
-
-/// Words clamped to the range of the arithmetic. Its bounds of 8 bits, 16 and 235, are bounds of levels as well.
-template <StudioClamp clamp, int shift, class DI>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioBytes(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
-  const hn::Repartition<uint8_t, DI> bytes;
-  const auto narrow = studioNarrow<shift>(di, even, odd);
-  if constexpr (clamp == StudioClamp::videoRange) {
-    return hn::Min(hn::Max(narrow, hn::Set(bytes, 16)), hn::Set(bytes, 235));
-  } else {
-    return narrow;
-  }
-}
-
-/// The same of red and blue: in the table of 5 bits 29 stands twice, so that from level 30 on it is one level less.
-template <StudioClamp clamp, class DI>
-HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioRedBlueBytes(DI di, hn::Vec<DI> even, hn::Vec<DI> odd) {
-  const auto narrow = studioBytes<clamp, kRedBlueShift>(di, even, odd);
-  if constexpr (clamp == StudioClamp::fiveSix) {
-    const auto level = hn::Set(di, 8 << kRedBlueShift);
-    const auto less = studioNarrow<kRedBlueShift>(di, hn::Sub(even, level), hn::Sub(odd, level));
-    return hn::Max(hn::Min(narrow, hn::Set(hn::Repartition<uint8_t, DI>(), 30 * 8 - 1)), less);
-  } else {
-    return narrow;
-  }
-}
-
 /// Makes the pixels of a line, whose even and odd ones have the terms given.
 template <StudioClamp clamp, class D>
-HWY_INLINE void studioPixels(D d, const StudioConstants<D> &k, const uint8_t *y, const StudioTermsOf<D> &evenTerms,
+HWY_INLINE void studioPixels(D d, const StudioConstants<D> &k, const uint8_t *from, const StudioTermsOf<D> &evenTerms,
                              const StudioTermsOf<D> &oddTerms, uint8_t *to) {
   const hn::RebindToSigned<D> di;
-  const auto [even, odd] = studioLineWords(d, k, y, evenTerms, oddTerms);
-  studioStore(d, studioRedBlueBytes<clamp>(di, even.red, odd.red),
-              studioBytes<clamp, kGreenShift>(di, even.green, odd.green),
-              studioRedBlueBytes<clamp>(di, even.blue, odd.blue), reinterpret_cast<uint16_t *>(to));
+  const hn::Repartition<uint8_t, D> bytes;
+  const auto y = studioSamples(d, from);
+  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenTerms);
+  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddTerms);
+  const auto red = studioRedBlueBytes<clamp>(di, even.red, odd.red);
+  const auto green = hn::BitCast(d, studioBytes<clamp>(di, even.green, odd.green));
+  const auto blue = hn::BitCast(d, studioRedBlueBytes<clamp>(di, even.blue, odd.blue));
+  // Bytes are shifted as words: what comes from the byte beside is not selected.
+  const auto greenHigh = hn::BitCast(bytes, hn::ShiftRight<5>(green));
+  const auto greenLow = hn::BitCast(bytes, hn::ShiftLeft<3>(green));
+  const auto high = selectBits(hn::Set(bytes, 0xF8), red, greenHigh);
+  const auto low = selectBits(hn::Set(bytes, 0xE0), greenLow, hn::BitCast(bytes, hn::ShiftRight<3>(blue)));
+  const auto evens = hn::BitCast(d, hn::InterleaveLower(bytes, low, high));
+  const auto odds = hn::BitCast(d, hn::InterleaveUpper(bytes, low, high));
+  auto *words = reinterpret_cast<uint16_t *>(to);
+  hn::StoreU(hn::InterleaveLower(d, evens, odds), d, words);
+  hn::StoreU(hn::InterleaveUpper(d, evens, odds), d, words + hn::MaxLanes(d));
 }
 
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
+#endif // NEON
 #endif

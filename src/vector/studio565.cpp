@@ -22,8 +22,8 @@ HWY_INLINE void studioGroup(D d, const StudioConstants<D> &k, const SampleRows &
   if constexpr (rows == StudioRows::fullSingle) {
     const auto u = studioFullSamples(d, from.u + 2 * pair);
     const auto v = studioFullSamples(d, from.v + 2 * pair);
-    studioPixels<clamp>(d, k, from.y[0] + 2 * pair, studioTerms<clamp>(d, k, u.even, v.even),
-                        studioTerms<clamp>(d, k, u.odd, v.odd), to[0] + 4 * pair);
+    studioPixels<clamp>(d, k, from.y[0] + 2 * pair, studioTerms<clamp>(d, k, studioEven(u), studioEven(v)),
+                        studioTerms<clamp>(d, k, studioOdd(u), studioOdd(v)), to[0] + 4 * pair);
   } else {
     const auto terms =
         studioTerms<clamp>(d, k, studioHalfSamples(d, from.u + pair), studioHalfSamples(d, from.v + pair));
@@ -32,6 +32,20 @@ HWY_INLINE void studioGroup(D d, const StudioConstants<D> &k, const SampleRows &
       studioPixels<clamp>(d, k, from.y[1] + 2 * pair, terms, terms, to[1] + 4 * pair);
     }
   }
+}
+
+constexpr bool kMovesPointers = HWY_TARGET == HWY_NEON;
+
+template <StudioRows rows>
+HWY_INLINE void moveBy(SampleRows &from, uint8_t *to[2], ptrdiff_t pairs) {
+  constexpr int kLines = rows == StudioRows::halfPair ? 2 : 1;
+  for (int line = 0; line < kLines; ++line) {
+    from.y[line] = hidden(from.y[line] + 2 * pairs);
+    to[line] = hidden(to[line] + 4 * pairs);
+  }
+  const ptrdiff_t samples = rows == StudioRows::fullSingle ? 2 * pairs : pairs;
+  from.u = hidden(from.u + samples);
+  from.v = hidden(from.v + samples);
 }
 
 /// Whole groups, then one that ends with the row. Rows of full chroma may have an odd number of pixels: their last
@@ -46,7 +60,12 @@ HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], 
   const ptrdiff_t last = end - kPairs;
   bool odd = rows == StudioRows::fullSingle && pixels % 2 != 0;
   for (ptrdiff_t pair = 0;;) {
-    studioGroup<clamp, rows>(d, k, samples, lines, pair);
+    if constexpr (kMovesPointers) {
+      studioGroup<clamp, rows>(d, k, samples, lines, 0);
+      moveBy<rows>(samples, lines, kPairs);
+    } else {
+      studioGroup<clamp, rows>(d, k, samples, lines, pair);
+    }
     pair += kPairs;
     if (pair <= last) {
       continue;
@@ -54,11 +73,19 @@ HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], 
     if (pair == end && !odd) {
       return;
     }
+    if constexpr (kMovesPointers) {
+      moveBy<rows>(samples, lines, last - pair);
+    }
     pair = last;
     if (odd) {
       odd = false;
-      samples = {{from.y[0] + 1, nullptr}, from.u + 1, from.v + 1};
-      lines[0] = to[0] + 2;
+      if constexpr (kMovesPointers) {
+        samples = {{samples.y[0] + 1, nullptr}, samples.u + 1, samples.v + 1};
+        lines[0] += 2;
+      } else {
+        samples = {{from.y[0] + 1, nullptr}, from.u + 1, from.v + 1};
+        lines[0] = to[0] + 2;
+      }
     }
   }
 }

@@ -2,8 +2,7 @@
 // those of red and blue are inside the same ranges; what differs is the instructions that they suit:
 //  - the doubling high product is signed, takes one instruction, and its factors can be lanes of one register;
 //  - chroma and luma are multiplied as bytes, even and odd ones brought apart when they are loaded;
-//  - the shift that follows a product is part of clamping it.
-// So words come with more fractional bits here: kRedBlueShift and kGreenShift say how many.
+//  - a shift to the left clamps, to words whose upper bits are the level, and shifts that insert make a pixel of them.
 #if defined(ZQCC_VECTOR_STUDIO565_NEON_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ZQCC_VECTOR_STUDIO565_NEON_INL_H
 #undef ZQCC_VECTOR_STUDIO565_NEON_INL_H
@@ -16,9 +15,6 @@
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
-
-constexpr int kRedBlueShift = 1;
-constexpr int kGreenShift = 5;
 
 /// Every number of the arithmetic; sums and products are modulo 2^16.
 struct StudioNumbers {
@@ -113,40 +109,53 @@ HWY_INLINE StudioTermsOf<D> studioTerms(D /*d*/, const StudioConstants<D> &k, ui
           vaddq_s16(k.template high<N::greenFactor>(scaledGreen), k.greenOffset), rest};
 }
 
-/// Words of eight pixels, not clamped yet.
-template <class D>
-HWY_INLINE StudioWords<D> studioWords(const StudioConstants<D> &k, uint8x8_t luma, const StudioTermsOf<D> &terms) {
+/// A component of eight pixels on a scale of 2^(16 - shift) a full range, clamped on a scale of 2^16.
+template <StudioClamp clamp, int shift>
+HWY_INLINE uint16x8_t studioClamped(int16x8_t words) {
+  const uint16x8_t clamped = vqshluq_n_s16(words, shift);
+  if constexpr (clamp == StudioClamp::videoRange) {
+    return vminq_u16(vmaxq_u16(clamped, vdupq_n_u16(16 << 8)), vdupq_n_u16(235 << 8));
+  } else {
+    return clamped;
+  }
+}
+
+/// The same of red and blue, from the sums: in the table of 5 bits 29 stands twice, so that from level 30 on it is one
+/// level less.
+template <StudioClamp clamp, class D>
+HWY_INLINE uint16x8_t studioRedBlue(const StudioConstants<D> &k, int16x8_t sum) {
+  constexpr int kShift = 7;
+  const auto words = k.template high<StudioNumbers::eighths>(sum);
+  const auto clamped = studioClamped<clamp, kShift>(words);
+  if constexpr (clamp == StudioClamp::fiveSix) {
+    const auto less = studioClamped<clamp, kShift>(vsubq_s16(words, vdupq_n_s16(1 << (11 - kShift))));
+    return vmaxq_u16(vminq_u16(clamped, vdupq_n_u16((30 << 11) - 1)), less);
+  } else {
+    return clamped;
+  }
+}
+
+/// Eight pixels.
+template <StudioClamp clamp, class D>
+HWY_INLINE uint16x8_t studioEight(const StudioConstants<D> &k, uint8x8_t luma, const StudioTermsOf<D> &terms) {
   using N = StudioNumbers;
-  using VI = hn::Vec<hn::RebindToSigned<D>>;
   const auto y = timesByte(luma, N::kLuma);
   const auto rest = vmlaq_laneq_s16(terms.greenRest, y, k.factors, N::restFactorY);
-  const auto green = vqrdmulhq_laneq_s16(vsubq_s16(y, terms.green), k.factors, N::halfUnit);
-  const auto exact = vsraq_n_u16(vreinterpretq_u16_s16(green), vreinterpretq_u16_s16(rest), 15);
-  return {VI{k.template high<N::eighths>(vaddq_s16(y, terms.red))}, VI{vreinterpretq_s16_u16(exact)},
-          VI{k.template high<N::eighths>(vaddq_s16(y, terms.blue))}};
+  const auto near = vqrdmulhq_laneq_s16(vsubq_s16(y, terms.green), k.factors, N::halfUnit);
+  const auto green = vsraq_n_u16(vreinterpretq_u16_s16(near), vreinterpretq_u16_s16(rest), 15);
+  const auto redGreen = vsriq_n_u16(studioRedBlue<clamp>(k, vaddq_s16(y, terms.red)),
+                                    studioClamped<clamp, 3>(vreinterpretq_s16_u16(green)), 5);
+  return vsriq_n_u16(redGreen, studioRedBlue<clamp>(k, vaddq_s16(y, terms.blue)), 11);
 }
 
-template <class D>
-HWY_INLINE StudioLine<D> studioLineWords(D /*d*/, const StudioConstants<D> &k, const uint8_t *from,
-                                         const StudioTermsOf<D> &evenTerms, const StudioTermsOf<D> &oddTerms) {
+/// Makes the pixels of a line, whose even and odd ones have the terms given.
+template <StudioClamp clamp, class D>
+HWY_INLINE void studioPixels(D d, const StudioConstants<D> &k, const uint8_t *from, const StudioTermsOf<D> &evenTerms,
+                             const StudioTermsOf<D> &oddTerms, uint8_t *to) {
   const auto y = vld2_u8(from);
-  return {studioWords(k, y.val[0], evenTerms), studioWords(k, y.val[1], oddTerms)};
-}
-
-/// Even lanes, then odd ones, without their lowest bits, clamped to bytes.
-template <int shift, class DI, class V = hn::Vec<DI>>
-HWY_INLINE hn::Vec128<uint8_t> studioNarrow(DI /*di*/, V even, V odd) {
-  return hn::Vec128<uint8_t>{vqshrun_high_n_s16(vqshrun_n_s16(even.raw, shift), odd.raw, shift)};
-}
-
-/// Pixels of components on a scale of 256: even ones, then odd ones.
-template <class D, class VB = hn::Vec<hn::Repartition<uint8_t, D>>>
-HWY_INLINE void studioStore(D d, VB red, VB green, VB blue, uint16_t *to) {
-  const uint8x16_t high = vsriq_n_u8(red.raw, green.raw, 5);
-  const uint8x16_t low = vsriq_n_u8(vshlq_n_u8(green.raw, 3), blue.raw, 3);
-  const VB evens{vzip1q_u8(low, high)};
-  const VB odds{vzip2q_u8(low, high)};
-  hn::StoreInterleaved2(hn::BitCast(d, evens), hn::BitCast(d, odds), d, to);
+  const hn::Vec<D> even{studioEight<clamp>(k, y.val[0], evenTerms)};
+  const hn::Vec<D> odd{studioEight<clamp>(k, y.val[1], oddTerms)};
+  hn::StoreInterleaved2(even, odd, d, reinterpret_cast<uint16_t *>(to));
 }
 
 /// Samples of half resolution.
@@ -155,15 +164,16 @@ HWY_INLINE uint8x8_t studioHalfSamples(D /*d*/, const uint8_t *from) {
   return vld1_u8(from);
 }
 
-struct StudioSamplePairs {
-  uint8x8_t even, odd;
-};
-
-/// Samples of full resolution.
+/// Samples of full resolution, and the even and the odd ones of them.
 template <class D>
-HWY_INLINE StudioSamplePairs studioFullSamples(D /*d*/, const uint8_t *from) {
-  const auto pairs = vld2_u8(from);
-  return {pairs.val[0], pairs.val[1]};
+HWY_INLINE uint8x8x2_t studioFullSamples(D /*d*/, const uint8_t *from) {
+  return vld2_u8(from);
+}
+HWY_INLINE uint8x8_t studioEven(uint8x8x2_t samples) {
+  return samples.val[0];
+}
+HWY_INLINE uint8x8_t studioOdd(uint8x8x2_t samples) {
+  return samples.val[1];
 }
 
 } // namespace
