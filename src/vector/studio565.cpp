@@ -34,18 +34,27 @@ HWY_INLINE void studioGroup(D d, const StudioConstants<D> &k, const SampleRows &
   }
 }
 
+/// Whether rows are gone through by pointers that loads and stores move on, or by an index that is part of an address.
 constexpr bool kMovesPointers = HWY_TARGET == HWY_NEON;
 
 template <StudioRows rows>
-HWY_INLINE void moveBy(SampleRows &from, uint8_t *to[2], ptrdiff_t pairs) {
-  constexpr int kLines = rows == StudioRows::halfPair ? 2 : 1;
-  for (int line = 0; line < kLines; ++line) {
-    from.y[line] = hidden(from.y[line] + 2 * pairs);
-    to[line] = hidden(to[line] + 4 * pairs);
+HWY_INLINE void movePointers(SampleRows &from, uint8_t *to[2], ptrdiff_t pairs) {
+  for (int line = 0; line < (rows == StudioRows::halfPair ? 2 : 1); ++line) {
+    from.y[line] += 2 * pairs;
+    to[line] += 4 * pairs;
   }
-  const ptrdiff_t samples = rows == StudioRows::fullSingle ? 2 * pairs : pairs;
-  from.u = hidden(from.u + samples);
-  from.v = hidden(from.v + samples);
+  from.u += rows == StudioRows::fullSingle ? 2 * pairs : pairs;
+  from.v += rows == StudioRows::fullSingle ? 2 * pairs : pairs;
+}
+
+/// The compiler would go back to an index if it saw that the pointers move alike.
+HWY_INLINE void hidePointers(SampleRows &from, uint8_t *to[2]) {
+  for (int line = 0; line < 2; ++line) {
+    from.y[line] = hidden(from.y[line]);
+    to[line] = hidden(to[line]);
+  }
+  from.u = hidden(from.u);
+  from.v = hidden(from.v);
 }
 
 /// Whole groups, then one that ends with the row. Rows of full chroma may have an odd number of pixels: their last
@@ -61,8 +70,9 @@ HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], 
   bool odd = rows == StudioRows::fullSingle && pixels % 2 != 0;
   for (ptrdiff_t pair = 0;;) {
     if constexpr (kMovesPointers) {
+      hidePointers(samples, lines);
       studioGroup<clamp, rows>(d, k, samples, lines, 0);
-      moveBy<rows>(samples, lines, kPairs);
+      movePointers<rows>(samples, lines, kPairs);
     } else {
       studioGroup<clamp, rows>(d, k, samples, lines, pair);
     }
@@ -74,7 +84,7 @@ HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], 
       return;
     }
     if constexpr (kMovesPointers) {
-      moveBy<rows>(samples, lines, last - pair);
+      movePointers<rows>(samples, lines, last - pair);
     }
     pair = last;
     if (odd) {

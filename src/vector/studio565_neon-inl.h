@@ -2,7 +2,7 @@
 // those of red and blue are inside the same ranges; what differs is the instructions that they suit:
 //  - the doubling high product is signed, takes one instruction, and its factors can be lanes of one register;
 //  - chroma and luma are multiplied as bytes, even and odd ones brought apart when they are loaded;
-//  - a shift to the left clamps, to words whose upper bits are the level, and shifts that insert make a pixel of them.
+//  - the shift that follows a product is part of clamping it, and shifts that insert make pixels of components.
 #if defined(ZQCC_VECTOR_STUDIO565_NEON_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ZQCC_VECTOR_STUDIO565_NEON_INL_H
 #undef ZQCC_VECTOR_STUDIO565_NEON_INL_H
@@ -109,43 +109,46 @@ HWY_INLINE StudioTermsOf<D> studioTerms(D /*d*/, const StudioConstants<D> &k, ui
           vaddq_s16(k.template high<N::greenFactor>(scaledGreen), k.greenOffset), rest};
 }
 
-/// A component of eight pixels on a scale of 2^(16 - shift) a full range, clamped on a scale of 2^16.
-template <StudioClamp clamp, int shift>
-HWY_INLINE uint16x8_t studioClamped(int16x8_t words) {
-  const uint16x8_t clamped = vqshluq_n_s16(words, shift);
-  if constexpr (clamp == StudioClamp::videoRange) {
-    return vminq_u16(vmaxq_u16(clamped, vdupq_n_u16(16 << 8)), vdupq_n_u16(235 << 8));
-  } else {
-    return clamped;
-  }
-}
+/// Components of eight pixels, not clamped yet. A full range is 256, with kRedBlueShift and kGreenShift bits below it.
+struct StudioWords {
+  int16x8_t red, green, blue;
+};
+constexpr int kRedBlueShift = 1;
+constexpr int kGreenShift = 5;
 
-/// The same of red and blue, from the sums: in the table of 5 bits 29 stands twice, so that from level 30 on it is one
-/// level less.
-template <StudioClamp clamp, class D>
-HWY_INLINE uint16x8_t studioRedBlue(const StudioConstants<D> &k, int16x8_t sum) {
-  constexpr int kShift = 7;
-  const auto words = k.template high<StudioNumbers::eighths>(sum);
-  const auto clamped = studioClamped<clamp, kShift>(words);
-  if constexpr (clamp == StudioClamp::fiveSix) {
-    const auto less = studioClamped<clamp, kShift>(vsubq_s16(words, vdupq_n_s16(1 << (11 - kShift))));
-    return vmaxq_u16(vminq_u16(clamped, vdupq_n_u16((30 << 11) - 1)), less);
-  } else {
-    return clamped;
-  }
-}
-
-/// Eight pixels.
-template <StudioClamp clamp, class D>
-HWY_INLINE uint16x8_t studioEight(const StudioConstants<D> &k, uint8x8_t luma, const StudioTermsOf<D> &terms) {
+template <class D>
+HWY_INLINE StudioWords studioWords(const StudioConstants<D> &k, uint8x8_t luma, const StudioTermsOf<D> &terms) {
   using N = StudioNumbers;
   const auto y = timesByte(luma, N::kLuma);
   const auto rest = vmlaq_laneq_s16(terms.greenRest, y, k.factors, N::restFactorY);
   const auto near = vqrdmulhq_laneq_s16(vsubq_s16(y, terms.green), k.factors, N::halfUnit);
   const auto green = vsraq_n_u16(vreinterpretq_u16_s16(near), vreinterpretq_u16_s16(rest), 15);
-  const auto redGreen = vsriq_n_u16(studioRedBlue<clamp>(k, vaddq_s16(y, terms.red)),
-                                    studioClamped<clamp, 3>(vreinterpretq_s16_u16(green)), 5);
-  return vsriq_n_u16(redGreen, studioRedBlue<clamp>(k, vaddq_s16(y, terms.blue)), 11);
+  return {k.template high<N::eighths>(vaddq_s16(y, terms.red)), vreinterpretq_s16_u16(green),
+          k.template high<N::eighths>(vaddq_s16(y, terms.blue))};
+}
+
+/// Even words, then odd ones, clamped to bytes and to the range of the arithmetic.
+template <StudioClamp clamp, int shift>
+HWY_INLINE uint8x16_t studioBytes(int16x8_t even, int16x8_t odd) {
+  const auto narrow = vqshrun_high_n_s16(vqshrun_n_s16(even, shift), odd, shift);
+  if constexpr (clamp == StudioClamp::videoRange) {
+    return vminq_u8(vmaxq_u8(narrow, vdupq_n_u8(16)), vdupq_n_u8(235));
+  } else {
+    return narrow;
+  }
+}
+
+/// The same of red and blue: in the table of 5 bits 29 stands twice, so that from level 30 on it is one level less.
+template <StudioClamp clamp>
+HWY_INLINE uint8x16_t studioRedBlueBytes(int16x8_t even, int16x8_t odd) {
+  const auto narrow = studioBytes<clamp, kRedBlueShift>(even, odd);
+  if constexpr (clamp == StudioClamp::fiveSix) {
+    const auto level = vdupq_n_s16(8 << kRedBlueShift);
+    const auto less = studioBytes<clamp, kRedBlueShift>(vsubq_s16(even, level), vsubq_s16(odd, level));
+    return vmaxq_u8(vminq_u8(narrow, vdupq_n_u8(30 * 8 - 1)), less);
+  } else {
+    return narrow;
+  }
 }
 
 /// Makes the pixels of a line, whose even and odd ones have the terms given.
@@ -153,9 +156,16 @@ template <StudioClamp clamp, class D>
 HWY_INLINE void studioPixels(D d, const StudioConstants<D> &k, const uint8_t *from, const StudioTermsOf<D> &evenTerms,
                              const StudioTermsOf<D> &oddTerms, uint8_t *to) {
   const auto y = vld2_u8(from);
-  const hn::Vec<D> even{studioEight<clamp>(k, y.val[0], evenTerms)};
-  const hn::Vec<D> odd{studioEight<clamp>(k, y.val[1], oddTerms)};
-  hn::StoreInterleaved2(even, odd, d, reinterpret_cast<uint16_t *>(to));
+  const auto even = studioWords(k, y.val[0], evenTerms);
+  const auto odd = studioWords(k, y.val[1], oddTerms);
+  const auto red = studioRedBlueBytes<clamp>(even.red, odd.red);
+  const auto green = studioBytes<clamp, kGreenShift>(even.green, odd.green);
+  const auto blue = studioRedBlueBytes<clamp>(even.blue, odd.blue);
+  const uint8x16_t high = vsriq_n_u8(red, green, 5);
+  const uint8x16_t low = vsriq_n_u8(vshlq_n_u8(green, 3), blue, 3);
+  const hn::Vec<D> evens{vreinterpretq_u16_u8(vzip1q_u8(low, high))};
+  const hn::Vec<D> odds{vreinterpretq_u16_u8(vzip2q_u8(low, high))};
+  hn::StoreInterleaved2(evens, odds, d, reinterpret_cast<uint16_t *>(to));
 }
 
 /// Samples of half resolution.
