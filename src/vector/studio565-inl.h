@@ -35,7 +35,6 @@
 
 #include "vector/words-inl.h"
 
-HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
@@ -44,7 +43,6 @@ enum class StudioClamp { sixBit, videoRange, fiveSix };
 
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
-HWY_AFTER_NAMESPACE();
 
 #if HWY_TARGET == HWY_NEON
 #include "vector/studio565_neon-inl.h"

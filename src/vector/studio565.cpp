@@ -48,8 +48,9 @@ HWY_INLINE void movePointers(SampleRows &from, uint8_t *to[2], ptrdiff_t pairs) 
 }
 
 /// The compiler would go back to an index if it saw that the pointers move alike.
+template <StudioRows rows>
 HWY_INLINE void hidePointers(SampleRows &from, uint8_t *to[2]) {
-  for (int line = 0; line < 2; ++line) {
+  for (int line = 0; line < (rows == StudioRows::halfPair ? 2 : 1); ++line) {
     from.y[line] = hidden(from.y[line]);
     to[line] = hidden(to[line]);
   }
@@ -70,7 +71,7 @@ HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], 
   bool odd = rows == StudioRows::fullSingle && pixels % 2 != 0;
   for (ptrdiff_t pair = 0;;) {
     if constexpr (kMovesPointers) {
-      hidePointers(samples, lines);
+      hidePointers<rows>(samples, lines);
       studioGroup<clamp, rows>(d, k, samples, lines, 0);
       movePointers<rows>(samples, lines, kPairs);
     } else {

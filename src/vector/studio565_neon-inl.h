@@ -37,6 +37,8 @@ struct StudioNumbers {
   static constexpr int16_t kOffsetV = -23323;
   static constexpr int16_t kOffsetU = -1439;
 
+  // By the names above. Blue is 96 u and the rest of its factor of offsetU - u; the last term of green is made of what
+  // red and blue have made of u and v already.
   alignas(16) int16_t factors[8] = {1387,
                                     22192,
                                     14797,
@@ -64,18 +66,24 @@ struct StudioConstants {
   HWY_INLINE explicit StudioConstants(D /*d*/) {} // written out, so that it is compiled for the level
 
   const StudioNumbers *const numbers = hidden(&kStudioNumbers);
-  const int16x8_t factors = vld1q_s16(numbers->factors);
-  const int16x8_t offsetV = vld1q_dup_s16(numbers->offsets + StudioNumbers::offsetV);
-  const int16x8_t offsetU = vld1q_dup_s16(numbers->offsets + StudioNumbers::offsetU);
-  const int16x8_t blueOffset = vld1q_dup_s16(numbers->offsets + StudioNumbers::blueOffset);
-  const int16x8_t greenScaled = vld1q_dup_s16(numbers->offsets + StudioNumbers::greenScaled);
-  const int16x8_t greenOffset = vld1q_dup_s16(numbers->offsets + StudioNumbers::greenOffset);
-  const int16x8_t restOffset = vld1q_dup_s16(numbers->offsets + StudioNumbers::restOffset);
+  const int16x8_t factors = factorsOf(*numbers);
+  const int16x8_t offsetV = offsetOf(*numbers, StudioNumbers::offsetV);
+  const int16x8_t offsetU = offsetOf(*numbers, StudioNumbers::offsetU);
+  const int16x8_t blueOffset = offsetOf(*numbers, StudioNumbers::blueOffset);
+  const int16x8_t greenScaled = offsetOf(*numbers, StudioNumbers::greenScaled);
+  const int16x8_t greenOffset = offsetOf(*numbers, StudioNumbers::greenOffset);
+  const int16x8_t restOffset = offsetOf(*numbers, StudioNumbers::restOffset);
 
   /// The upper half of twice the product.
   template <int factor>
   HWY_INLINE int16x8_t high(int16x8_t a) const {
     return vqdmulhq_laneq_s16(a, factors, factor);
+  }
+
+private:
+  static HWY_INLINE int16x8_t factorsOf(const StudioNumbers &numbers) { return vld1q_s16(numbers.factors); }
+  static HWY_INLINE int16x8_t offsetOf(const StudioNumbers &numbers, StudioNumbers::Offset offset) {
+    return vld1q_dup_s16(numbers.offsets + offset);
   }
 };
 
