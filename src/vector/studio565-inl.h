@@ -35,12 +35,21 @@
 
 #include "vector/words-inl.h"
 
-HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
 /// How components are clamped and reduced; see kernels/arithmetic.h.
 enum class StudioClamp { sixBit, videoRange, fiveSix };
+
+} // namespace
+} // namespace zqcc::HWY_NAMESPACE
+
+#if HWY_TARGET == HWY_NEON
+#include "vector/studio565_neon-inl.h"
+#else
+HWY_BEFORE_NAMESPACE();
+namespace zqcc::HWY_NAMESPACE {
+namespace {
 
 /// Every number of the arithmetic; sums and products are modulo 2^16.
 struct StudioNumbers {
@@ -161,12 +170,6 @@ HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<
           signedHigh(hn::SaturatedAdd(y, terms.blue), k.eighths)};
 }
 
-/// Pixels in two vectors, the first half of the group and the second.
-template <class D>
-struct StudioPixels {
-  hn::Vec<D> first, second;
-};
-
 /// Words clamped to the range of the arithmetic. Its bounds of 8 bits, 16 and 235, are bounds of levels as well.
 template <StudioClamp clamp, class DI>
 HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioBytes(DI /*di*/, hn::Vec<DI> even, hn::Vec<DI> odd) {
@@ -192,27 +195,6 @@ HWY_INLINE hn::Vec<hn::Repartition<uint8_t, DI>> studioRedBlueBytes(DI di, hn::V
   }
 }
 
-/// The pixels of a line, whose even and odd ones have the terms given.
-template <StudioClamp clamp, class D>
-HWY_INLINE StudioPixels<D> studioPixels(D d, const StudioConstants<D> &k, hn::Vec<hn::Repartition<uint8_t, D>> y,
-                                        const StudioTermsOf<D> &evenTerms, const StudioTermsOf<D> &oddTerms) {
-  const hn::RebindToSigned<D> di;
-  const hn::Repartition<uint8_t, D> bytes;
-  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenTerms);
-  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddTerms);
-  const auto red = studioRedBlueBytes<clamp>(di, even.red, odd.red);
-  const auto green = hn::BitCast(d, studioBytes<clamp>(di, even.green, odd.green));
-  const auto blue = hn::BitCast(d, studioRedBlueBytes<clamp>(di, even.blue, odd.blue));
-  // Bytes are shifted as words: what comes from the byte beside is not selected.
-  const auto greenHigh = hn::BitCast(bytes, hn::ShiftRight<5>(green));
-  const auto greenLow = hn::BitCast(bytes, hn::ShiftLeft<3>(green));
-  const auto high = selectBits(hn::Set(bytes, 0xF8), red, greenHigh);
-  const auto low = selectBits(hn::Set(bytes, 0xE0), greenLow, hn::BitCast(bytes, hn::ShiftRight<3>(blue)));
-  const auto evens = hn::BitCast(d, hn::InterleaveLower(bytes, low, high));
-  const auto odds = hn::BitCast(d, hn::InterleaveUpper(bytes, low, high));
-  return {hn::InterleaveLower(d, evens, odds), hn::InterleaveUpper(d, evens, odds)};
-}
-
 // Orders of samples. Interleaving works within blocks of 16 bytes. So that its results are whole halves of the group,
 // block b of a vector of samples gets the eight that belong to the first half and the eight that belong to the second.
 
@@ -224,6 +206,20 @@ HWY_ALIGN constexpr uint32_t kChroma4[8] = {0, 4, 1, 5, 2, 6, 3, 7};
 template <class D>
 HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D>> studioSamples(D /*d*/, const uint8_t *from) {
   return zipHalves(hn::LoadU(hn::Repartition<uint8_t, D>(), from));
+}
+
+/// Samples of full resolution, and the even and the odd ones of them as words.
+template <class D>
+HWY_INLINE hn::Vec<D> studioFullSamples(D d, const uint8_t *from) {
+  return hn::BitCast(d, studioSamples(d, from));
+}
+template <class V>
+HWY_INLINE V studioEven(V samples) {
+  return hn::And(samples, hn::Set(hn::DFromV<V>(), 0xFF));
+}
+template <class V>
+HWY_INLINE V studioOdd(V samples) {
+  return hn::ShiftRight<8>(samples);
 }
 
 /// Samples of half resolution as words.
@@ -242,7 +238,32 @@ HWY_INLINE hn::Vec<D> studioHalfSamples(D d, const uint8_t *from) {
   }
 }
 
+/// Makes the pixels of a line, whose even and odd ones have the terms given.
+template <StudioClamp clamp, class D>
+HWY_INLINE void studioPixels(D d, const StudioConstants<D> &k, const uint8_t *from, const StudioTermsOf<D> &evenTerms,
+                             const StudioTermsOf<D> &oddTerms, uint8_t *to) {
+  const hn::RebindToSigned<D> di;
+  const hn::Repartition<uint8_t, D> bytes;
+  const auto y = studioSamples(d, from);
+  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenTerms);
+  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddTerms);
+  const auto red = studioRedBlueBytes<clamp>(di, even.red, odd.red);
+  const auto green = hn::BitCast(d, studioBytes<clamp>(di, even.green, odd.green));
+  const auto blue = hn::BitCast(d, studioRedBlueBytes<clamp>(di, even.blue, odd.blue));
+  // Bytes are shifted as words: what comes from the byte beside is not selected.
+  const auto greenHigh = hn::BitCast(bytes, hn::ShiftRight<5>(green));
+  const auto greenLow = hn::BitCast(bytes, hn::ShiftLeft<3>(green));
+  const auto high = selectBits(hn::Set(bytes, 0xF8), red, greenHigh);
+  const auto low = selectBits(hn::Set(bytes, 0xE0), greenLow, hn::BitCast(bytes, hn::ShiftRight<3>(blue)));
+  const auto evens = hn::BitCast(d, hn::InterleaveLower(bytes, low, high));
+  const auto odds = hn::BitCast(d, hn::InterleaveUpper(bytes, low, high));
+  auto *words = reinterpret_cast<uint16_t *>(to);
+  hn::StoreU(hn::InterleaveLower(d, evens, odds), d, words);
+  hn::StoreU(hn::InterleaveUpper(d, evens, odds), d, words + hn::MaxLanes(d));
+}
+
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
+#endif // NEON
 #endif

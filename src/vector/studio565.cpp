@@ -15,33 +15,47 @@ namespace {
 /// One line, or two that share their chroma.
 enum class StudioRows { halfPair, halfSingle, fullSingle };
 
-template <StudioClamp clamp, class D>
-HWY_INLINE void studioLine(D d, const StudioConstants<D> &k, const uint8_t *y, const StudioTermsOf<D> &even,
-                           const StudioTermsOf<D> &odd, uint8_t *to) {
-  const auto pixels = studioPixels<clamp>(d, k, studioSamples(d, y), even, odd);
-  auto *words = reinterpret_cast<uint16_t *>(to);
-  hn::StoreU(pixels.first, d, words);
-  hn::StoreU(pixels.second, d, words + hn::MaxLanes(d));
-}
-
 /// The group of pixels from column 2 * pair on.
 template <StudioClamp clamp, StudioRows rows, class D>
 HWY_INLINE void studioGroup(D d, const StudioConstants<D> &k, const SampleRows &from, uint8_t *const to[2],
                             ptrdiff_t pair) {
   if constexpr (rows == StudioRows::fullSingle) {
-    const auto u = hn::BitCast(d, studioSamples(d, from.u + 2 * pair));
-    const auto v = hn::BitCast(d, studioSamples(d, from.v + 2 * pair));
-    const auto low = hn::Set(d, 0xFF);
-    studioLine<clamp>(d, k, from.y[0] + 2 * pair, studioTerms<clamp>(d, k, hn::And(u, low), hn::And(v, low)),
-                      studioTerms<clamp>(d, k, hn::ShiftRight<8>(u), hn::ShiftRight<8>(v)), to[0] + 4 * pair);
+    const auto u = studioFullSamples(d, from.u + 2 * pair);
+    const auto v = studioFullSamples(d, from.v + 2 * pair);
+    studioPixels<clamp>(d, k, from.y[0] + 2 * pair, studioTerms<clamp>(d, k, studioEven(u), studioEven(v)),
+                        studioTerms<clamp>(d, k, studioOdd(u), studioOdd(v)), to[0] + 4 * pair);
   } else {
     const auto terms =
         studioTerms<clamp>(d, k, studioHalfSamples(d, from.u + pair), studioHalfSamples(d, from.v + pair));
-    studioLine<clamp>(d, k, from.y[0] + 2 * pair, terms, terms, to[0] + 4 * pair);
+    studioPixels<clamp>(d, k, from.y[0] + 2 * pair, terms, terms, to[0] + 4 * pair);
     if constexpr (rows == StudioRows::halfPair) {
-      studioLine<clamp>(d, k, from.y[1] + 2 * pair, terms, terms, to[1] + 4 * pair);
+      studioPixels<clamp>(d, k, from.y[1] + 2 * pair, terms, terms, to[1] + 4 * pair);
     }
   }
+}
+
+/// Whether rows are gone through by pointers that loads and stores move on, or by an index that is part of an address.
+constexpr bool kMovesPointers = HWY_TARGET == HWY_NEON;
+
+template <StudioRows rows>
+HWY_INLINE void movePointers(SampleRows &from, uint8_t *to[2], ptrdiff_t pairs) {
+  for (int line = 0; line < (rows == StudioRows::halfPair ? 2 : 1); ++line) {
+    from.y[line] += 2 * pairs;
+    to[line] += 4 * pairs;
+  }
+  from.u += rows == StudioRows::fullSingle ? 2 * pairs : pairs;
+  from.v += rows == StudioRows::fullSingle ? 2 * pairs : pairs;
+}
+
+/// The compiler would go back to an index if it saw that the pointers move alike.
+template <StudioRows rows>
+HWY_INLINE void hidePointers(SampleRows &from, uint8_t *to[2]) {
+  for (int line = 0; line < (rows == StudioRows::halfPair ? 2 : 1); ++line) {
+    from.y[line] = hidden(from.y[line]);
+    to[line] = hidden(to[line]);
+  }
+  from.u = hidden(from.u);
+  from.v = hidden(from.v);
 }
 
 /// Whole groups, then one that ends with the row. Rows of full chroma may have an odd number of pixels: their last
@@ -56,7 +70,13 @@ HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], 
   const ptrdiff_t last = end - kPairs;
   bool odd = rows == StudioRows::fullSingle && pixels % 2 != 0;
   for (ptrdiff_t pair = 0;;) {
-    studioGroup<clamp, rows>(d, k, samples, lines, pair);
+    if constexpr (kMovesPointers) {
+      hidePointers<rows>(samples, lines);
+      studioGroup<clamp, rows>(d, k, samples, lines, 0);
+      movePointers<rows>(samples, lines, kPairs);
+    } else {
+      studioGroup<clamp, rows>(d, k, samples, lines, pair);
+    }
     pair += kPairs;
     if (pair <= last) {
       continue;
@@ -64,11 +84,19 @@ HWY_INLINE void studioGroups(D d, const SampleRows &from, uint8_t *const to[2], 
     if (pair == end && !odd) {
       return;
     }
+    if constexpr (kMovesPointers) {
+      movePointers<rows>(samples, lines, last - pair);
+    }
     pair = last;
     if (odd) {
       odd = false;
-      samples = {{from.y[0] + 1, nullptr}, from.u + 1, from.v + 1};
-      lines[0] = to[0] + 2;
+      if constexpr (kMovesPointers) {
+        samples = {{samples.y[0] + 1, nullptr}, samples.u + 1, samples.v + 1};
+        lines[0] += 2;
+      } else {
+        samples = {{from.y[0] + 1, nullptr}, from.u + 1, from.v + 1};
+        lines[0] = to[0] + 2;
+      }
     }
   }
 }

@@ -18,7 +18,7 @@ namespace {
 /// Hides from the compiler which numbers stand there. It would make them anew from immediate operands at every use, and
 /// shifts and sums of the products with them, instead of keeping them in registers or beside them on the stack.
 template <class T>
-HWY_INLINE const T *hidden(const T *numbers) {
+HWY_INLINE T *hidden(T *numbers) {
   __asm__("" : "+r"(numbers));
   return numbers;
 }
