@@ -6,21 +6,23 @@
 // and rounding the product another half. The lowest 16 bits of T are exact and say whether T >> 15 is odd; taking that
 // bit away leaves a number that gives the right one when it is halved, in either case. Green adds two rounded products,
 // so it has four candidates for T >> 14, from one less to two more, and takes away two bits.
-#if defined(ZQCC_MATRIX565_INL_H) == defined(HWY_TARGET_TOGGLE)
-#ifdef ZQCC_MATRIX565_INL_H
-#undef ZQCC_MATRIX565_INL_H
+
+// Read once a level.
+#if defined(ZQCC_VECTOR_MATRIX_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef ZQCC_VECTOR_MATRIX_INL_H
+#undef ZQCC_VECTOR_MATRIX_INL_H
 #else
-#define ZQCC_MATRIX565_INL_H
+#define ZQCC_VECTOR_MATRIX_INL_H
 #endif
 
+#include "vector/components-inl.h"
 #include "vector/stages.h"
 
-#include <hwy/highway.h>
+#include <cstdint>
 
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
-namespace hn = hwy::HWY_NAMESPACE;
 
 /// A coefficient: without its lowest bits, rounded, and without all that is above 16 bits.
 template <class D16>
@@ -47,14 +49,6 @@ struct MatrixLanes {
   FactorLanes<D16> cbToG;
 };
 
-/// Red and blue are added to luma, green is taken away from it.
-template <class D16>
-struct MatrixTerms {
-  hn::Vec<D16> red;
-  hn::Vec<D16> green;
-  hn::Vec<D16> blue;
-};
-
 /// The term of red or blue; `times256` is 256 times the sample.
 template <class D16, class V = hn::Vec<D16>>
 HWY_INLINE V termOfOne(V sample, V times256, const FactorLanes<D16> &factor) {
@@ -62,45 +56,50 @@ HWY_INLINE V termOfOne(V sample, V times256, const FactorLanes<D16> &factor) {
   return hn::ShiftRight<5>(hn::Add(hn::MulFixedPoint15(times256, factor.rounded), isOdd));
 }
 
-/// The terms of as many samples as D16 has lanes.
-template <class D16>
-HWY_INLINE MatrixTerms<D16> matrixTerms(D16 d16, const uint8_t *u, const uint8_t *v, const MatrixLanes<D16> &matrix) {
-  const hn::Rebind<uint8_t, D16> d8;
+/// What chroma adds to luma in red and blue, and takes away from it in green.
+template <class D16, class V = hn::Vec<D16>>
+HWY_INLINE Components<V> matrixTerms(D16 d16, V u, V v, const MatrixLanes<D16> &matrix) {
   const hn::RebindToUnsigned<D16> du16;
-  const auto middle = hn::Set(d16, int16_t{128});
-  const auto cb = hn::Sub(hn::PromoteTo(d16, hn::LoadU(d8, u)), middle);
-  const auto cr = hn::Sub(hn::PromoteTo(d16, hn::LoadU(d8, v)), middle);
-  const auto cb256 = hn::ShiftLeft<8>(cb);
-  const auto cr256 = hn::ShiftLeft<8>(cr);
-  const auto low = hn::Add(hn::Mul(cb, matrix.cbToG.low), hn::Mul(cr, matrix.crToG.low));
-  const auto lowBits = hn::BitCast(d16, hn::ShiftRight<14>(hn::BitCast(du16, low)));
-  const auto most = hn::Add(hn::Add(hn::MulFixedPoint15(cb256, matrix.cbToG.rounded), hn::Set(d16, int16_t{1})),
-                            hn::MulFixedPoint15(cr256, matrix.crToG.rounded));
+  const V middle = hn::Set(d16, int16_t{128});
+  const V cb = hn::Sub(u, middle);
+  const V cr = hn::Sub(v, middle);
+  const V cb256 = hn::ShiftLeft<8>(cb);
+  const V cr256 = hn::ShiftLeft<8>(cr);
+  const V low = hn::Add(hn::Mul(cb, matrix.cbToG.low), hn::Mul(cr, matrix.crToG.low));
+  const V lowBits = hn::BitCast(d16, hn::ShiftRight<14>(hn::BitCast(du16, low)));
+  const V most = hn::Add(hn::Add(hn::MulFixedPoint15(cb256, matrix.cbToG.rounded), hn::Set(d16, int16_t{1})),
+                         hn::MulFixedPoint15(cr256, matrix.crToG.rounded));
   return {termOfOne(cr, cr256, matrix.crToR), hn::ShiftRight<6>(hn::Sub(most, lowBits)),
           termOfOne(cb, cb256, matrix.cbToB)};
 }
 
-/// Two vectors of 16-bit lanes as one of bytes from 0 to 255, block by block of 128 bits: the lanes of `lower`, then
-/// those of `upper`.
-#if HWY_TARGET == HWY_NEON
-HWY_INLINE hn::Vec128<uint8_t> saturatedBytes(hn::Vec128<int16_t> lower, hn::Vec128<int16_t> upper) {
-  return hn::Vec128<uint8_t>(vqmovun_high_s16(vqmovun_s16(lower.raw), upper.raw));
-}
-#else
-HWY_INLINE hn::Vec128<uint8_t> saturatedBytes(hn::Vec128<int16_t> lower, hn::Vec128<int16_t> upper) {
-  return hn::Vec128<uint8_t>{_mm_packus_epi16(lower.raw, upper.raw)};
-}
-#if HWY_MAX_BYTES >= 32
-HWY_INLINE hn::Vec256<uint8_t> saturatedBytes(hn::Vec256<int16_t> lower, hn::Vec256<int16_t> upper) {
-  return hn::Vec256<uint8_t>{_mm256_packus_epi16(lower.raw, upper.raw)};
-}
-#endif
-#if HWY_MAX_BYTES >= 64
-HWY_INLINE hn::Vec512<uint8_t> saturatedBytes(hn::Vec512<int16_t> lower, hn::Vec512<int16_t> upper) {
-  return hn::Vec512<uint8_t>{_mm512_packus_epi16(lower.raw, upper.raw)};
-}
-#endif
-#endif
+/// Pixels of 24 bits by the matrix in force (see zqcc::MatrixRgb24): every component is held in 16..235.
+template <class D>
+class MatrixRgb24Lanes {
+public:
+  using D16 = Words<D>;
+  using V = hn::Vec<D16>;
+  static constexpr int kLumaScale = 1;
+
+  HWY_INLINE explicit MatrixRgb24Lanes(const ColourConstants &constants) : matrix(D16(), constants) {}
+
+  using Terms = Components<V>;
+
+  HWY_INLINE Terms terms(V u, V v) const { return matrixTerms(D16(), u, v, matrix); }
+
+  HWY_INLINE Components<V> pixels(V y, const Terms &t) const {
+    return {hn::Add(y, t.red), hn::Sub(y, t.green), hn::Add(y, t.blue)};
+  }
+
+  /// Packing has limited the components to 0..255.
+  HWY_INLINE hn::Vec<D> limited(hn::Vec<D> components) const {
+    const D d;
+    return hn::Min(hn::Max(components, hn::Set(d, 16)), hn::Set(d, 235));
+  }
+
+private:
+  MatrixLanes<D16> matrix;
+};
 
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
