@@ -1,4 +1,4 @@
-// What colour arithmetics in 16-bit lanes hand on: components of one pixel a lane.
+// What colour arithmetics in 16-bit lanes hand on to what stores pixels.
 
 // Read once a level.
 #if defined(ZQCC_VECTOR_COMPONENTS_INL_H) == defined(HWY_TARGET_TOGGLE)
@@ -22,12 +22,12 @@ namespace hn = hwy::HWY_NAMESPACE;
 template <class D>
 using Words = hn::Repartition<int16_t, D>;
 
-/// Components of pixels, or what chroma adds to them, one a lane.
+/// Components of the pixels of every second column, one a lane, not yet limited to a byte.
 template <class V>
 struct Components {
-  V red;
-  V green;
   V blue;
+  V green;
+  V red;
 };
 
 } // namespace

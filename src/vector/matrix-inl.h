@@ -49,6 +49,14 @@ struct MatrixLanes {
   FactorLanes<D16> cbToG;
 };
 
+/// What chroma adds to luma in red and blue, and takes away from it in green.
+template <class D16>
+struct MatrixTerms {
+  hn::Vec<D16> red;
+  hn::Vec<D16> green;
+  hn::Vec<D16> blue;
+};
+
 /// The term of red or blue; `times256` is 256 times the sample.
 template <class D16, class V = hn::Vec<D16>>
 HWY_INLINE V termOfOne(V sample, V times256, const FactorLanes<D16> &factor) {
@@ -56,9 +64,9 @@ HWY_INLINE V termOfOne(V sample, V times256, const FactorLanes<D16> &factor) {
   return hn::ShiftRight<5>(hn::Add(hn::MulFixedPoint15(times256, factor.rounded), isOdd));
 }
 
-/// What chroma adds to luma in red and blue, and takes away from it in green.
+/// The terms of as many samples as D16 has lanes.
 template <class D16, class V = hn::Vec<D16>>
-HWY_INLINE Components<V> matrixTerms(D16 d16, V u, V v, const MatrixLanes<D16> &matrix) {
+HWY_INLINE MatrixTerms<D16> matrixTerms(D16 d16, V u, V v, const MatrixLanes<D16> &matrix) {
   const hn::RebindToUnsigned<D16> du16;
   const V middle = hn::Set(d16, int16_t{128});
   const V cb = hn::Sub(u, middle);
@@ -83,12 +91,12 @@ public:
 
   HWY_INLINE explicit MatrixRgb24Lanes(const ColourConstants &constants) : matrix(D16(), constants) {}
 
-  using Terms = Components<V>;
+  using Terms = MatrixTerms<D16>;
 
   HWY_INLINE Terms terms(V u, V v) const { return matrixTerms(D16(), u, v, matrix); }
 
   HWY_INLINE Components<V> pixels(V y, const Terms &t) const {
-    return {hn::Add(y, t.red), hn::Sub(y, t.green), hn::Add(y, t.blue)};
+    return {hn::Add(y, t.blue), hn::Sub(y, t.green), hn::Add(y, t.red)};
   }
 
   /// Packing has limited the components to 0..255.

@@ -46,10 +46,9 @@ struct DitherLanes {
   hn::Vec<D> blue;
 };
 
-/// The terms of as many samples as D16 has lanes. Red and blue are biased here once, and not in every pixel.
+/// Red and blue are biased here once, and not in every pixel.
 template <class D16>
-HWY_INLINE Components<hn::Vec<D16>> biasedTerms(D16 d16, const uint8_t *u, const uint8_t *v,
-                                                const MatrixLanes<D16> &matrix) {
+HWY_INLINE MatrixTerms<D16> biasedTerms(D16 d16, const uint8_t *u, const uint8_t *v, const MatrixLanes<D16> &matrix) {
   const hn::Rebind<uint8_t, D16> d8;
   const auto uLanes = hn::PromoteTo(d16, hn::LoadU(d8, u));
   const auto vLanes = hn::PromoteTo(d16, hn::LoadU(d8, v));
@@ -128,7 +127,7 @@ HWY_INLINE V reducedByFive(D d8, V sum, V dither) {
 }
 
 /// A group of one line, given the terms of either half.
-template <class Chroma, class D, class Terms = Components<hn::Vec<Words<D>>>>
+template <class Chroma, class D, class Terms = MatrixTerms<Words<D>>>
 HWY_INLINE void convertGroup(D d8, const uint8_t *y, const Terms &lower, const Terms &upper,
                              const DitherLanes<D> &dither, uint8_t *to) {
   const TwoHalves<D> luma = Chroma::luma(d8, y);

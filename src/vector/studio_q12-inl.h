@@ -116,9 +116,9 @@ public:
   HWY_INLINE Components<V> pixels(V y, const Terms &t) const {
     const V yHigh = hn::MulFixedPoint15(y, lumaHigh);
     const V yLow = hn::Mul(y, lumaLow);
-    return {component(yHigh, yLow, t.high.red, t.negativeLow.red),
+    return {component(yHigh, yLow, t.high.blue, t.negativeLow.blue),
             component(yHigh, yLow, t.high.green, t.negativeLow.green),
-            component(yHigh, yLow, t.high.blue, t.negativeLow.blue)};
+            component(yHigh, yLow, t.high.red, t.negativeLow.red)};
   }
 
   /// Packing has limited the components to 0..255.
