@@ -24,25 +24,21 @@ HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
-/// A coefficient: without its lowest bits, rounded, and without all that is above 16 bits.
+/// A coefficient in every lane.
 template <class D16>
 struct FactorLanes {
-  HWY_INLINE FactorLanes(D16 d16, const SplitFactor &factor, int dropped)
-      : rounded(hn::Set(d16, static_cast<int16_t>((whole(factor) + (1 << (dropped - 1))) >> dropped))),
-        low(hn::Set(d16, static_cast<int16_t>(whole(factor)))) {}
+  HWY_INLINE FactorLanes(D16 d16, const MatrixFactor &factor)
+      : rounded(hn::Set(d16, factor.rounded)), low(hn::Set(d16, factor.low)) {}
   hn::Vec<D16> rounded;
   hn::Vec<D16> low;
-
-private:
-  static HWY_INLINE int whole(const SplitFactor &factor) { return factor.high * 256 + factor.low; }
 };
 
 /// The coefficients of a matrix.
 template <class D16>
 struct MatrixLanes {
   HWY_INLINE MatrixLanes(D16 d16, const ColourConstants &constants)
-      : crToR(d16, constants.crToR, 8), crToG(d16, constants.crToG, 7), cbToB(d16, constants.cbToB, 8),
-        cbToG(d16, constants.cbToG, 7) {}
+      : crToR(d16, constants.crToR), crToG(d16, constants.crToG), cbToB(d16, constants.cbToB),
+        cbToG(d16, constants.cbToG) {}
   FactorLanes<D16> crToR;
   FactorLanes<D16> crToG;
   FactorLanes<D16> cbToB;
