@@ -48,8 +48,7 @@ HWY_INLINE hn::Vec512<int16_t> sumPairs(hn::Vec512<uint8_t> bytes, hn::Vec512<in
 #endif
 #else
 HWY_INLINE hn::Vec128<uint8_t> packBlocks(hn::Vec128<int16_t> a, hn::Vec128<int16_t> b) {
-  const hn::Full64<uint8_t> half;
-  return hn::Combine(hn::Full128<uint8_t>(), hn::DemoteTo(half, b), hn::DemoteTo(half, a));
+  return hn::Vec128<uint8_t>(vqmovun_high_s16(vqmovun_s16(a.raw), b.raw));
 }
 #endif
 

@@ -12,7 +12,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "vector/matrix565-inl.h"
+#include "vector/blocks-inl.h"
+#include "vector/matrix-inl.h"
 #include "vector/matrix565.h"
 #include "vector/pack565-inl.h"
 
@@ -23,9 +24,6 @@ namespace {
 /// Every group is as many pixels as a vector has bytes.
 using Group = hn::ScalableTag<uint8_t>;
 using LeastGroup = hn::CappedTag<uint8_t, kLeastPixels>;
-
-template <class D>
-using Words = hn::Repartition<int16_t, D>;
 
 /// Two vectors of 16-bit lanes that make up a group.
 template <class D>
@@ -51,7 +49,10 @@ struct DitherLanes {
 /// Red and blue are biased here once, and not in every pixel.
 template <class D16>
 HWY_INLINE MatrixTerms<D16> biasedTerms(D16 d16, const uint8_t *u, const uint8_t *v, const MatrixLanes<D16> &matrix) {
-  const MatrixTerms<D16> terms = matrixTerms(d16, u, v, matrix);
+  const hn::Rebind<uint8_t, D16> d8;
+  const auto uLanes = hn::PromoteTo(d16, hn::LoadU(d8, u));
+  const auto vLanes = hn::PromoteTo(d16, hn::LoadU(d8, v));
+  const auto terms = matrixTerms(d16, uLanes, vLanes, matrix);
   const auto bias = hn::Set(d16, kBias);
   return {hn::Sub(terms.red, bias), terms.green, hn::Sub(terms.blue, bias)};
 }
@@ -85,7 +86,7 @@ struct HalfChroma {
   }
 };
 
-/// With full chroma the pixels keep their order: saturatedBytes and interleaving cancel each other.
+/// With full chroma the pixels keep their order: packBlocks and interleaving cancel each other.
 struct FullChroma {
   static constexpr bool kIsFull = true;
 
@@ -130,9 +131,9 @@ template <class Chroma, class D, class Terms = MatrixTerms<Words<D>>>
 HWY_INLINE void convertGroup(D d8, const uint8_t *y, const Terms &lower, const Terms &upper,
                              const DitherLanes<D> &dither, uint8_t *to) {
   const TwoHalves<D> luma = Chroma::luma(d8, y);
-  const auto red = saturatedBytes(hn::Add(luma.lower, lower.red), hn::Add(luma.upper, upper.red));
-  const auto green = saturatedBytes(hn::Sub(luma.lower, lower.green), hn::Sub(luma.upper, upper.green));
-  const auto blue = saturatedBytes(hn::Add(luma.lower, lower.blue), hn::Add(luma.upper, upper.blue));
+  const auto red = packBlocks(hn::Add(luma.lower, lower.red), hn::Add(luma.upper, upper.red));
+  const auto green = packBlocks(hn::Sub(luma.lower, lower.green), hn::Sub(luma.upper, upper.green));
+  const auto blue = packBlocks(hn::Add(luma.lower, lower.blue), hn::Add(luma.upper, upper.blue));
   Chroma::store(d8,
                 rgb565(d8, reducedByFive(d8, red, dither.red), hn::SaturatedSub(green, dither.green),
                        reducedByFive(d8, blue, dither.blue)),

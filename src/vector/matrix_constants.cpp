@@ -3,17 +3,22 @@
 namespace zqcc {
 namespace {
 
-// The widest factors whose rounded products fit 16-bit lanes: of red and blue without their lowest 8 bits, of green, as
-// a sum, without the lowest 7. Rounding may add one to each.
-constexpr int64_t kMostOfOne = 0x7FFF * 0x100;
-constexpr int64_t kMostOfGreen = (0x8000 - 4) * 0x80;
+// Lowest bits that the rounded coefficients are without. Green is a sum of two products.
+constexpr int kDroppedOfOne = 8;
+constexpr int kDroppedOfGreen = 7;
+
+// The widest coefficients whose rounded products fit 16-bit lanes. Rounding may add one to each.
+constexpr int64_t kMostOfOne = int64_t{0x7FFF} << kDroppedOfOne;
+constexpr int64_t kMostOfGreen = int64_t{0x8000 - 4} << kDroppedOfGreen;
 
 constexpr int64_t magnitude(int32_t coefficient) {
   return coefficient < 0 ? -int64_t{coefficient} : int64_t{coefficient};
 }
 
-constexpr SplitFactor splitFactor(int32_t coefficient) {
-  return {static_cast<int16_t>(coefficient >> 8), static_cast<int16_t>(coefficient & 0xFF)};
+template <int dropped>
+constexpr MatrixFactor matrixFactor(int32_t coefficient) {
+  return {static_cast<int16_t>((int64_t{coefficient} + (1 << (dropped - 1))) >> dropped),
+          static_cast<int16_t>(coefficient)};
 }
 
 /// The offset of one source pixel.
@@ -26,10 +31,10 @@ constexpr int16_t offsetOf(const int32_t (&offsets)[2][2], int line, int column)
 } // namespace
 
 bool makeMatrixConstants(const ColorMatrix &matrix, ColourConstants &constants) {
-  constants = {splitFactor(matrix.crToR),
-               splitFactor(matrix.crToG),
-               splitFactor(matrix.cbToB),
-               splitFactor(matrix.cbToG),
+  constants = {matrixFactor<kDroppedOfOne>(matrix.crToR),
+               matrixFactor<kDroppedOfGreen>(matrix.crToG),
+               matrixFactor<kDroppedOfOne>(matrix.cbToB),
+               matrixFactor<kDroppedOfGreen>(matrix.cbToG),
                {},
                {},
                {}};

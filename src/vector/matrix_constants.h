@@ -6,8 +6,8 @@
 
 namespace zqcc {
 
-/// The coefficients as split factors, without dither, which is all that other arithmetics take. False where 16-bit
-/// lanes do not do: from about 8 on for red and blue, from about 4 on for the two of green together.
+/// The coefficients without dither, which is all that other arithmetics take. False where 16-bit lanes do not do: from
+/// about 8 on for red and blue, from about 4 on for the two of green together.
 bool makeMatrixConstants(const ColorMatrix &matrix, ColourConstants &constants);
 
 /// The same with the offsets that MatrixDither<turn> adds to the pixels of source line and column. Made for every turn.

@@ -5,8 +5,11 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "vector/rgb24-inl.h"
+#include "vector/macropixels-inl.h"
+#include "vector/matrix-inl.h"
 #include "vector/rgb24.h"
+#include "vector/rgb24_store-inl.h"
+#include "vector/studio_q12-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {

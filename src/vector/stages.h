@@ -27,18 +27,19 @@ struct SampleRows {
   const uint8_t *v;
 };
 
-/// A factor of 24 bits as two of 16: high * 256 + low, low from 0 to 255.
-struct SplitFactor {
-  int16_t high;
+/// A coefficient of a matrix in numbers of 16 bits: without its lowest bits, rounded, and without all that is above 16
+/// bits.
+struct MatrixFactor {
+  int16_t rounded;
   int16_t low;
 };
 
 /// What a colour stage takes from the frame: made once a frame, in numbers that fit 16-bit lanes.
 struct ColourConstants {
-  SplitFactor crToR;
-  SplitFactor crToG;
-  SplitFactor cbToB;
-  SplitFactor cbToG;
+  MatrixFactor crToR;
+  MatrixFactor crToG;
+  MatrixFactor cbToB;
+  MatrixFactor cbToG;
   /// Dither offsets: [line parity][column parity] of the source.
   int16_t red[2][2];
   int16_t green[2][2];
