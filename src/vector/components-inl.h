@@ -12,7 +12,7 @@
 
 #include <cstdint>
 
-HWY_BEFORE_NAMESPACE();
+// No function stands here, so that no instructions of a level are asked for either.
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
@@ -32,6 +32,5 @@ struct Components {
 
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
-HWY_AFTER_NAMESPACE();
 
 #endif
