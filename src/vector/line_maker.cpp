@@ -29,8 +29,9 @@ SourceLine lowered(const SourceLine &upper, std::ptrdiff_t below) {
 
 } // namespace
 
+/// Aligned for the widest vectors, which would straddle two cache lines at every access otherwise.
 struct LineMaker::Buffers {
-  uint8_t y[2][kFetchedPixels];
+  alignas(64) uint8_t y[2][kFetchedPixels];
   uint8_t u[kFetchedPixels];
   uint8_t v[kFetchedPixels];
 };

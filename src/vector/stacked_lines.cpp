@@ -24,7 +24,7 @@ bool arePairs(const PlaneView &view) {
 
 /// Rows of several lines behind one another; chroma of both lines of a pair where it is not shared.
 struct LineMaker::Stacked {
-  uint8_t y[2][kStackedPixels];
+  alignas(64) uint8_t y[2][kStackedPixels];
   uint8_t u[2][kStackedPixels];
   uint8_t v[2][kStackedPixels];
   uint8_t asTheyLie[2 * kStackedPixels];
