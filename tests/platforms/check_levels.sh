@@ -39,7 +39,7 @@ objdump=$1 library=$2 system=${3:-}
     if (level ~ /^(portable|sse4)$/ && (mnemonic ~ /^v[a-z]/ || text ~ /%[yz]mm/)) wrong = "AVX"
     if (level == "avx2" && (text ~ /%zmm|%[xy]mm(1[6-9]|2[0-9]|3[01])|%k[0-7]/)) wrong = "AVX-512"
     if (target == "windows" && mnemonic ~ wide_aligned && text ~ /%[yz]mm/) wrong = "wants aligned memory"
-    if (wrong != "" && ++findings <= 20) printf "FAILED: %s in %s code: %s (%s)\n", wrong, level, text, name
+    if (wrong != "" && ++findings <= 1000) printf "FAILED: %s in %s code: %s (%s)\n", wrong, level, text, name
   }
   END {
     printf "instructions: portable %d, sse4 %d, avx2 %d, avx512 %d\n", instructions["portable"],
