@@ -141,7 +141,7 @@ HWY_INLINE StudioTermsOf<D> studioTerms(D d, const StudioConstants<D> &k, hn::Ve
   const hn::RebindToSigned<D> di;
   const auto scaledU = hn::Add(hn::Mul(u, k.scaleU), k.offsetU);
   const auto scaledV = hn::BitCast(di, hn::Add(hn::Mul(v, k.scaleV), k.offsetV));
-  const auto red = signedHigh(scaledV, k.redFactor);
+  const auto red = hn::MulHigh(scaledV, k.redFactor);
   auto blue = hn::Add(hn::MulHigh(scaledU, k.blueFactor), k.blueOffset);
   blue = hn::Add(blue, hn::VecFromMask(d, hn::Eq(u, k.blueLess)));
   if constexpr (clamp == StudioClamp::fiveSix) {
@@ -166,8 +166,8 @@ HWY_INLINE StudioWords<D> studioWords(D d, const StudioConstants<D> &k, hn::Vec<
   const hn::RebindToSigned<D> di;
   const auto rest = hn::ShiftRight<15>(hn::Add(hn::Mul(hn::BitCast(d, y), k.restFactorY), terms.greenRest));
   const auto green = hn::Add(hn::MulFixedPoint15(hn::Sub(y, terms.green), k.halfUnit), hn::BitCast(di, rest));
-  return {signedHigh(hn::SaturatedAdd(y, terms.red), k.eighths), hn::ShiftRight<5>(green),
-          signedHigh(hn::SaturatedAdd(y, terms.blue), k.eighths)};
+  return {hn::MulHigh(hn::SaturatedAdd(y, terms.red), k.eighths), hn::ShiftRight<5>(green),
+          hn::MulHigh(hn::SaturatedAdd(y, terms.blue), k.eighths)};
 }
 
 /// Words clamped to the range of the arithmetic. Its bounds of 8 bits, 16 and 235, are bounds of levels as well.
@@ -245,8 +245,8 @@ HWY_INLINE void studioPixels(D d, const StudioConstants<D> &k, const uint8_t *fr
   const hn::RebindToSigned<D> di;
   const hn::Repartition<uint8_t, D> bytes;
   const auto y = studioSamples(d, from);
-  const auto even = studioWords(d, k, evenBytesTimes(di, y, k.even55), evenTerms);
-  const auto odd = studioWords(d, k, oddBytesTimes(di, y, k.odd55), oddTerms);
+  const auto even = studioWords(d, k, sumPairs(y, k.even55), evenTerms);
+  const auto odd = studioWords(d, k, sumPairs(y, k.odd55), oddTerms);
   const auto red = studioRedBlueBytes<clamp>(di, even.red, odd.red);
   const auto green = hn::BitCast(d, studioBytes<clamp>(di, even.green, odd.green));
   const auto blue = hn::BitCast(d, studioRedBlueBytes<clamp>(di, even.blue, odd.blue));

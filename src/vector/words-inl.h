@@ -1,4 +1,4 @@
-// Words of bytes: products of every other byte, orders of bytes that suit interleaving within blocks of 16 bytes, and
+// Words of bytes: bits of one or the other, orders of bytes that suit interleaving within blocks of 16 bytes, and
 // constants that stay constants.
 
 // Read once a level.
@@ -21,40 +21,6 @@ template <class T>
 HWY_INLINE T *hidden(T *numbers) {
   __asm__("" : "+r"(numbers));
   return numbers;
-}
-
-/// The even bytes times `factor`, which has 0..127 in every lane.
-template <class DI>
-HWY_INLINE hn::Vec<DI> evenBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes, hn::Vec<DI> factor) {
-#if HWY_ARCH_X86
-  (void)di;
-  return sumPairs(bytes, factor);
-#else
-  return hn::Mul(hn::And(hn::BitCast(di, bytes), hn::Set(di, 0xFF)), factor);
-#endif
-}
-
-/// The odd bytes times `factor256` / 256, which has 0..127 in every lane.
-template <class DI>
-HWY_INLINE hn::Vec<DI> oddBytesTimes(DI di, hn::Vec<hn::Repartition<uint8_t, DI>> bytes, hn::Vec<DI> factor256) {
-#if HWY_ARCH_X86
-  (void)di;
-  return sumPairs(bytes, factor256);
-#else
-  const hn::RebindToUnsigned<DI> d;
-  const auto odd = hn::BitCast(di, hn::ShiftRight<8>(hn::BitCast(d, bytes)));
-  return hn::Mul(odd, hn::ShiftRight<8>(factor256));
-#endif
-}
-
-/// The upper half of signed products.
-template <class V>
-HWY_INLINE V signedHigh(V a, V b) {
-#if HWY_ARCH_ARM
-  return V{vshrq_n_s16(vqdmulhq_s16(a.raw, b.raw), 1)}; // Highway's MulHigh takes three instructions
-#else
-  return hn::MulHigh(a, b);
-#endif
 }
 
 /// Every bit of `yes` where the mask has a one, else that of `no`. IfVecThenElse does that for whole lanes, and bit by
