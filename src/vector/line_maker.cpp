@@ -92,7 +92,7 @@ void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, ui
 }
 
 /// What comes next if the lines are cut into blocks.
-void LineMaker::prefetchNext(const LinePair &lines, int32_t x, int32_t pixels) const {
+[[gnu::always_inline]] inline void LineMaker::prefetchNext(const LinePair &lines, int32_t x, int32_t pixels) const {
   const LayoutValues &layout = view_.layout;
   const std::ptrdiff_t lumaBytes = std::ptrdiff_t{pixels >> 1} * layout.pairStep;
   const std::ptrdiff_t chromaBytes = std::ptrdiff_t{pixels >> layout.xShift} * layout.sampleStep;
