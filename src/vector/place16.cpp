@@ -101,13 +101,10 @@ HWY_INLINE void transposeVectors(D d, const PixelBlock from, uint8_t *to, std::p
 }
 
 void transposeBlock(const PixelBlock &from, uint8_t *to, std::ptrdiff_t toStride) {
-  const hn::ScalableTag<uint16_t> d;
   const hn::CappedTag<uint16_t, 16> d16;
   const hn::CappedTag<uint16_t, 8> d8;
   if (from.columns < 8 || from.lines < 8) {
     transposeBlock16(from, to, toStride);
-  } else if (from.lines >= static_cast<int32_t>(hn::Lanes(d))) {
-    transposeVectors(d, from, to, toStride);
   } else if (from.lines >= static_cast<int32_t>(hn::Lanes(d16))) {
     transposeVectors(d16, from, to, toStride);
   } else {
