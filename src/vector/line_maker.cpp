@@ -91,26 +91,8 @@ void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, ui
   }
 }
 
-/// What comes next if the lines are cut into blocks.
-[[gnu::always_inline]] inline void LineMaker::prefetchNext(const LinePair &lines, int32_t x, int32_t pixels) const {
-  const LayoutValues &layout = view_.layout;
-  const std::ptrdiff_t lumaBytes = std::ptrdiff_t{pixels >> 1} * layout.pairStep;
-  const std::ptrdiff_t chromaBytes = std::ptrdiff_t{pixels >> layout.xShift} * layout.sampleStep;
-  for (int line = 0; line < 2; ++line) {
-    const SourceLine from = sourceAt(lines, line, x);
-    prefetchBehind(from.y, lumaBytes);
-    if (layout.pairStep == 2) {
-      prefetchBehind(from.u, chromaBytes);
-      prefetchBehind(from.v, chromaBytes);
-    } else {
-      prefetchBehind(from.y + lumaBytes / 2, lumaBytes);
-    }
-  }
-}
-
 void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
   const LinePair lines = linePairAt(view_, y);
-  prefetchNext(lines, x, pixels);
   Buffers buffers;
   for (int32_t done = 0; done < pixels;) {
     const int32_t count = whole_ == nullptr ? pixels : fetchedOf(pixels - done);

@@ -10,11 +10,11 @@ inline constexpr int32_t kMostPixelBytes = 3;
 /// Pixels that are made of one line after the other at a time.
 inline constexpr int32_t kStackedPixels = 256;
 
-/// Asks for the `bytes` bytes behind as many, up to two cache lines of them. Always inlined, since g++ drops calls of a
-/// function that does nothing else.
-[[gnu::always_inline]] inline void prefetchBehind(const uint8_t *from, std::ptrdiff_t bytes) {
-  __builtin_prefetch(from + bytes);
-  __builtin_prefetch(from + 2 * bytes - 1);
+/// Asks for `bytes` bytes, up to two cache lines of them. Always inlined, as all that calls it and does nothing else has
+/// to be: g++ drops calls of such functions.
+[[gnu::always_inline]] inline void prefetchRow(const uint8_t *from, std::ptrdiff_t bytes) {
+  __builtin_prefetch(from);
+  __builtin_prefetch(from + bytes - 1);
 }
 
 class LineMaker {
@@ -31,6 +31,29 @@ public:
       makeFetched(y, x, pixels, to);
     } else {
       makePlanar(y, x, pixels, to);
+    }
+  }
+
+  /// Asks for the samples of columns [x, x + pixels) of lines y and y + 1.
+  [[gnu::always_inline]] void prefetch(int32_t y, int32_t x, int32_t pixels) const {
+    const LayoutValues &layout = view_.layout;
+    const uint8_t *luma = view_.y + y * view_.yStride + std::ptrdiff_t{x >> 1} * layout.pairStep;
+    const std::ptrdiff_t lumaBytes = std::ptrdiff_t{pixels >> 1} * layout.pairStep;
+    for (int line = 0; line < 2; ++line) {
+      prefetchRow(luma, lumaBytes);
+      if (layout.pairStep != 2) {
+        __builtin_prefetch(luma + lumaBytes / 2);
+      }
+      luma += view_.yStride;
+    }
+    if (layout.pairStep == 2) {
+      const std::ptrdiff_t sample = std::ptrdiff_t{x >> layout.xShift} * layout.sampleStep;
+      const std::ptrdiff_t chromaBytes = std::ptrdiff_t{pixels >> layout.xShift} * layout.sampleStep;
+      for (int line = 0; line < (layout.yShift == 0 ? 2 : 1); ++line) {
+        const std::ptrdiff_t chroma = chromaLineOffset(view_, y + line) + sample;
+        prefetchRow(view_.u + chroma, chromaBytes);
+        prefetchRow(view_.v + chroma, chromaBytes);
+      }
     }
   }
 
@@ -61,17 +84,10 @@ private:
     const std::ptrdiff_t chroma = chromaLineOffset(view_, y);
     const uint8_t *u = view_.u + chroma;
     const uint8_t *v = view_.v + chroma;
-    // What comes next if the lines are cut into blocks.
-    const int32_t samples = pixels >> view_.layout.xShift;
-    prefetchBehind(luma, pixels);
-    prefetchBehind(luma + view_.yStride, pixels);
-    prefetchBehind(u + sample, samples);
-    prefetchBehind(v + sample, samples);
     pair_({{luma, luma + view_.yStride}, u + sample, v + sample}, to, pixels, 0, constants_);
   }
   /// As make, for any layout.
   [[gnu::noinline]] void makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
-  void prefetchNext(const LinePair &lines, int32_t x, int32_t pixels) const;
   void makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2], Buffers &buffers) const;
   [[nodiscard]] SourceLine sourceAt(const LinePair &lines, int line, int32_t x) const;
   [[nodiscard]] SampleRows samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const;

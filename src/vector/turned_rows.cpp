@@ -17,6 +17,10 @@ constexpr int32_t nextPixels(int32_t left, int32_t most) {
 /// an output line at a time.
 constexpr int32_t kBlockLines = 64;
 constexpr int32_t kBlockBytes = 16384;
+#ifndef AHEAD
+#define AHEAD 8
+#endif
+constexpr int32_t kLinesAhead = AHEAD;
 
 constexpr int32_t blockColumnsOf(std::ptrdiff_t pixelBytes) {
   return pixelBytes == 2 ? 128 : 64;
@@ -89,6 +93,12 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
       uint8_t *row[2] = {pixels, pixels + stride};
       for (int32_t line = 0; line < lines; line += 2) {
         output.next();
+        const int32_t ahead = line + kLinesAhead;
+        if (ahead < lines) {
+          maker.prefetch(top + ahead, left, columns);
+        } else {
+          maker.prefetch(top + ahead - lines, left + columns, columns);
+        }
         maker.make(top + line, left, columns, row);
         row[0] += 2 * stride;
         row[1] += 2 * stride;
