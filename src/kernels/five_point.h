@@ -23,6 +23,16 @@ namespace zqcc {
 /// Output columns that are made at a time: even eighths, so that chunks of chroma begin where chunks of luma do.
 inline constexpr int32_t kMeanChunk = 64;
 
+/// Calls visit(first, count) with every chunk of `width` columns, each of which goes down the whole picture. The last
+/// one comes first: where a stride is so short that output lines lie on one another, what a lower line writes must
+/// stay, and it lies further left.
+template <class Visit>
+void forEachMeanChunk(int32_t width, Visit visit) {
+  for (int32_t first = (width - 1) / kMeanChunk * kMeanChunk; first >= 0; first -= kMeanChunk) {
+    visit(first, smaller(width - first, kMeanChunk));
+  }
+}
+
 /// A tap of a column: how far into a line its sample stands, in bytes, and the neighbour's weight.
 struct ColumnTap {
   uint32_t at;

@@ -164,39 +164,38 @@ struct Sharing {
   ConvertMeans convert;
 };
 
-template <class Arithmetic, int columnShift, int lineShift>
-Sharing sharingOf(const ConvertParams &p) {
-  return {columnShift, lineShift,
-          wordsFit<Turn::Upright>({p.outBuf[0], p.outStride}) ? convertMeans<columnShift, Arithmetic, true>
-                                                              : convertMeans<columnShift, Arithmetic, false>};
-}
-
-/// Chunks of output columns, each down the whole picture. Chroma is made once for all lines that share it.
+/// Chroma is made once for all lines that share it.
 template <class Mean>
 void filterFrame(const Job &job, const Sharing &sharing) {
   const ConvertParams &p = job.params;
   const FilterPlanes from(job);
-  MeanRow rows[3];
-  for (int32_t first = 0; first < p.outWidth; first += kMeanChunk) {
-    const int32_t count = smaller(p.outWidth - first, kMeanChunk);
+  forEachMeanChunk(p.outWidth, [&](int32_t first, int32_t count) {
+    MeanRow rows[3];
     const int32_t chromaCount = ((count - 1) >> sharing.columnShift) + 1;
     const Mean luma(job.xTable + first * Mean::kWords, count, from.planes[0].limitX);
     const Mean chroma(job.xTable + (first >> sharing.columnShift) * Mean::kWords, chromaCount, from.planes[1].limitX);
-    for (int32_t j = 0; j < p.outHeight; ++j) {
+    uint8_t *to = p.outBuf[0] + std::ptrdiff_t{first} * 2;
+    for (int32_t j = 0; j < p.outHeight; ++j, to += p.outStride) {
       luma.line(from.planes[0], job.yTable + j * Mean::kWords, rows[0]);
       if (j % (1 << sharing.lineShift) == 0) {
         const int32_t *y = job.yTable + (j >> sharing.lineShift) * Mean::kWords;
         chroma.line(from.planes[1], y, rows[1]);
         chroma.line(from.planes[2], y, rows[2]);
       }
-      sharing.convert(rows, count, p.outBuf[0] + std::ptrdiff_t{j} * p.outStride + std::ptrdiff_t{first} * 2);
+      sharing.convert(rows, count, to);
     }
-  }
+  });
 }
 
 /// Quality 3 averages a box, 1 and 2 five points; the two differ in their tables only.
-void filterByQuality(const Job &job, const Sharing &sharing) {
-  if (job.params.antiAlias == 3) {
+template <class Arithmetic, int columnShift, int lineShift>
+void filterByQuality(const Job &job) {
+  const ConvertParams &p = job.params;
+  const bool words = wordsFit<Turn::Upright>({p.outBuf[0], p.outStride});
+  const Sharing sharing{columnShift, lineShift,
+                        words ? convertMeans<columnShift, Arithmetic, true>
+                              : convertMeans<columnShift, Arithmetic, false>};
+  if (p.antiAlias == 3) {
     filterFrame<BoxMean>(job, sharing);
   } else {
     filterFrame<FivePointMean>(job, sharing);
@@ -206,22 +205,22 @@ void filterByQuality(const Job &job, const Sharing &sharing) {
 } // namespace
 
 void resizeYuvToRgb565AntiAlias(const Job &job) {
-  filterByQuality(job, sharingOf<StudioSixBit, 1, 1>(job.params));
+  filterByQuality<StudioSixBit, 1, 1>(job);
 }
 void resizeYuv444ToRgb565AntiAlias(const Job &job) {
-  filterByQuality(job, sharingOf<StudioSixBit, 0, 0>(job.params));
+  filterByQuality<StudioSixBit, 0, 0>(job);
 }
 void resizeYuv440ToRgb565AntiAlias(const Job &job) {
-  filterByQuality(job, sharingOf<StudioSixBit, 0, 1>(job.params));
+  filterByQuality<StudioSixBit, 0, 1>(job);
 }
 void resizeYuv411ToRgb565AntiAlias(const Job &job) {
-  filterByQuality(job, sharingOf<StudioSixBit, 2, 0>(job.params));
+  filterByQuality<StudioSixBit, 2, 0>(job);
 }
 void resizeYuvQuarterHeightToRgb565AntiAlias(const Job &job) {
-  filterByQuality(job, sharingOf<StudioSixBit, 0, 2>(job.params));
+  filterByQuality<StudioSixBit, 0, 2>(job);
 }
 void resizePlanarRgbToRgb565AntiAlias(const Job &job) {
-  filterByQuality(job, sharingOf<PackRgb, 0, 0>(job.params));
+  filterByQuality<PackRgb, 0, 0>(job);
 }
 
 } // namespace zqcc

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "resize_rgb/samplers.h"
-#include "resize_rgb/tap_pairs.h"
 
 #include <cstddef>
 #include <cstdint>
