@@ -417,6 +417,22 @@ TEST(ResizeAntiAlias, StridesOfAnyLengthBelowTheLine) {
   }
 }
 
+TEST(ResizeAntiAlias, OutputLinesThatLieOnOneAnother) {
+  // The lower line's pixels stay, up to the last one of a line that another covers.
+  Mixer mix(58);
+  for (const int type : kTypes) {
+    for (const int outWidth : {20, 66, 100, 131}) {
+      for (const int shorter : {1, 2, 3, 6, 38, 64, 80}) {
+        ResizeCase c{.inType = type, .width = 90, .height = 12, .outWidth = outWidth, .outHeight = 9};
+        c.quality = 1 + static_cast<uint32_t>(mix.below(3));
+        mix.vary(c);
+        c.outPadding = -(shorter < 2 * outWidth ? shorter : outWidth);
+        ASSERT_EQ(compareResized(c), "");
+      }
+    }
+  }
+}
+
 TEST(ResizeAntiAlias, SmallestPictures) {
   Mixer mix(53);
   for (const int type : kTypes) {
