@@ -152,9 +152,7 @@ public:
     for (std::size_t t = 0; t < kFilterTaps; ++t) {
       add(lines[t], taps_[t] + leading_, count_ - leading_, sums);
     }
-    for (int32_t i = leading_; i < count_; ++i) {
-      storePixelAnywhere(out + i * kPixelBytes, fifthOfPixels(sums[i - leading_]));
-    }
+    storeFifths(sums, count_ - leading_, out + leading_ * kPixelBytes);
   }
 
 private:

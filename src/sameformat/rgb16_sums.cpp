@@ -60,15 +60,18 @@ constexpr uint32_t fifthOf(uint32_t sum) {
 
 } // namespace
 
-uint32_t fifthOfPixels(Rgb16Sum sum) {
-  constexpr uint32_t kField = (1U << Rgb16Sum::kGreenShift) - 1;
-  return packRgb565(fifthOf(sum.word >> Rgb16Sum::kRedShift), fifthOf(sum.word >> Rgb16Sum::kGreenShift & kField),
-                    fifthOf(sum.word & kField));
-}
-
 AddPixels addPixelsOf(const uint8_t *pixels, std::ptrdiff_t pitch) {
   const auto odd = (reinterpret_cast<std::uintptr_t>(pixels) | static_cast<std::uintptr_t>(pitch)) & 1U;
   return kWordsAnywhere || odd == 0 ? addPixels<true> : addPixels<false>;
+}
+
+void storeFifths(const Rgb16Sum *sums, int32_t count, uint8_t *out) {
+  constexpr uint32_t kField = (1U << Rgb16Sum::kGreenShift) - 1;
+  for (const Rgb16Sum *const end = sums + count; sums != end; ++sums, out += sizeof(uint16_t)) {
+    const uint32_t word = sums->word;
+    storePixelAnywhere(out, packRgb565(fifthOf(word >> Rgb16Sum::kRedShift),
+                                       fifthOf(word >> Rgb16Sum::kGreenShift & kField), fifthOf(word & kField)));
+  }
 }
 
 } // namespace zqcc

@@ -16,11 +16,12 @@ struct Rgb16Sum {
   uint32_t word;
 };
 
-/// A fifth of every channel as a pixel.
-uint32_t fifthOfPixels(Rgb16Sum sum);
-
 /// Adds the samples of one tap of a line at `count` columns.
 using AddPixels = void (*)(const SourceLines &line, const ColumnTap *columns, int32_t count, Rgb16Sum *sums);
+/// The function for pixels at these addresses.
 AddPixels addPixelsOf(const uint8_t *pixels, std::ptrdiff_t pitch);
+
+/// Stores a fifth of every channel as pixels.
+void storeFifths(const Rgb16Sum *sums, int32_t count, uint8_t *out);
 
 } // namespace zqcc
