@@ -242,6 +242,7 @@ struct PackRgb {
     uint32_t green;
     uint32_t blue;
   };
+  PackRgb() = default;
   explicit PackRgb(const ColorMatrix & /*no colour arithmetic*/) {}
   static Terms terms(int32_t green, int32_t blue) {
     return {static_cast<uint32_t>(green), static_cast<uint32_t>(blue)};

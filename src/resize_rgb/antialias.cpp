@@ -4,109 +4,104 @@
 #include "base/picture_shape.h"
 #include "base/table_format.h"
 #include "kernels/arithmetic.h"
+#include "kernels/five_point.h"
+#include "kernels/scratch.h"
 #include "kernels/stores.h"
-#include "kernels/taps.h"
-#include "resize_rgb/samplers.h"
+#include "resize_rgb/box_mean.h"
+
+#include <cstring>
 
 namespace zqcc {
 namespace {
 
 /// A plane and how much of it the filters may read. The column limit can lie behind the samples of a line: what stands
-/// there (padding, or the next line) is then part of the mean, up to the plane's last sample.
+/// there (padding, or the next line) is then part of the mean. Table entries end at the picture's width, and where the
+/// limit lies behind a plane's last sample the width does not, so that nothing behind a plane is read.
 struct FilterPlane {
   const uint8_t *samples;
   std::ptrdiff_t stride;
   int32_t limitX;
   int32_t limitY;
-  std::ptrdiff_t last; ///< offset of the plane's last sample
-
-  /// The last column that may be read of a line: that of its columns, or an earlier one where the plane ends.
-  [[nodiscard]] int32_t lastColumnOf(std::ptrdiff_t y) const {
-    const auto column = smaller<std::ptrdiff_t>(last - y * stride, limitX - 1);
-    return column > 0 ? static_cast<int32_t>(column) : 0;
-  }
 };
 
-/// Mean of five bilinear samples. Only the low 8 bits of a sample count: a negative weight can lead outside 0..255.
+// A mean is built for a chunk of output columns and the column limit of the planes that it serves; line() makes a line
+// of its samples.
+
+/// Mean of five bilinear samples.
 class FivePointMean {
 public:
   static constexpr std::ptrdiff_t kWords = kEntryWords<kFilterTaps>;
 
-  /// The lines of an entry of the line table. There is always one column, however short the stride is.
-  // cppcheck-suppress uninitMemberVar ; the body fills every line
-  FivePointMean(const FilterPlane &plane, const int32_t *y) : columnTap_{plane.limitX > 0 ? plane.limitX : 1} {
-    const HeldAtEnd lineTap{plane.limitY};
-    for (Line &line : lines_) {
-      const SampleTap tap = lineTap(y);
-      line = {plane.samples + tap.self * plane.stride, plane.samples + tap.next * plane.stride,
-              plane.lastColumnOf(tap.self), plane.lastColumnOf(tap.next), tap.weights.next};
-      y += kTapWords;
+  /// There is always one column, however short the stride is.
+  FivePointMean(const int32_t *x, int32_t count, int32_t limitX)
+      : columns_(x, count, HeldAtEnd{limitX > 0 ? limitX : 1}, 1), count_(count) {}
+
+  void line(const FilterPlane &plane, const int32_t *y, uint8_t *samples) const {
+    FiveSums sums;
+    columns_.sumLine(plane.samples, plane.stride, y, HeldAtEnd{plane.limitY}, LOW_BYTES, sums);
+    for (int32_t i = 0; i < count_; ++i) {
+      samples[i] = fifthOfBytes(sums[i]);
     }
   }
 
-  [[nodiscard]] int32_t sample(const int32_t *x) const {
-    return meanOfTaps<kFilterTaps>([&](std::size_t t) {
-      return int32_t{byteOf(lines_[t], columnTap_(x + static_cast<std::ptrdiff_t>(t) * kTapWords))};
-    });
-  }
-
 private:
-  struct Line {
-    const uint8_t *top;
-    const uint8_t *bottom;
-    std::ptrdiff_t lastTop;    ///< last column of the upper line
-    std::ptrdiff_t lastBottom; ///< last column of the lower line
-    int32_t next;
-  };
-
-  static uint8_t byteOf(const Line &line, const SampleTap &x) {
-    const auto mixed = [&x](const uint8_t *samples, std::ptrdiff_t last) {
-      return mix(samples[smaller(x.self, last)], samples[smaller(x.next, last)], x.weights.next);
-    };
-    return static_cast<uint8_t>(mix(mixed(line.top, line.lastTop), mixed(line.bottom, line.lastBottom), line.next) >>
-                                (2 * kWeightBits));
-  }
-
-  HeldAtEnd columnTap_;
-  Line lines_[kFilterTaps];
+  FivePointColumns columns_;
+  int32_t count_;
 };
+
+/// How many of a box's listed samples lie below a limit.
+int32_t listedBelow(const int32_t *entry, int32_t limit) {
+  int32_t count = 0;
+  while (count < kMostOfBox && entry[count] >= 0 && entry[count] < limit) {
+    ++count;
+  }
+  return count;
+}
+
+/// From the first to the second of the listed samples; nothing where only one is listed.
+int32_t spacingOf(const int32_t *entry) {
+  return entry[1] > entry[0] ? entry[1] - entry[0] : 0;
+}
 
 /// Mean of all listed samples, 0 if there are none.
 class BoxMean {
 public:
   static constexpr std::ptrdiff_t kWords = kBoxWords;
 
-  // cppcheck-suppress uninitMemberVar ; only counted lines are read
-  BoxMean(const FilterPlane &plane, const int32_t *y) : limit_(plane.limitX) {
-    for (; lineCount_ < kBoxWords && y[lineCount_] >= 0 && y[lineCount_] < plane.limitY; ++lineCount_) {
-      lines_[lineCount_] = {plane.samples + y[lineCount_] * plane.stride, plane.lastColumnOf(y[lineCount_])};
+  /// Boxes near the end of a line have fewer columns than those before them: boxes of a number of columns follow one
+  /// another.
+  // cppcheck-suppress uninitMemberVar ; as many boxes as are read
+  BoxMean(const int32_t *x, int32_t count, int32_t limitX) : spacing_(spacingOf(x)) {
+    for (int32_t i = 0; i < count; ++i, x += kWords) {
+      const int32_t columns = listedBelow(x, limitX);
+      at_[i] = columns > 0 ? x[0] : 0;
+      if (i == 0 || columns != runs_[runCount_ - 1].columns) {
+        runs_[runCount_++].columns = columns;
+      }
+      runs_[runCount_ - 1].end = i + 1;
     }
   }
 
-  [[nodiscard]] int32_t sample(const int32_t *x) const {
-    int32_t columns = 0;
-    while (columns < kBoxWords && x[columns] >= 0 && x[columns] < limit_) {
-      ++columns;
+  void line(const FilterPlane &plane, const int32_t *y, uint8_t *samples) const {
+    const int32_t lines = listedBelow(y, plane.limitY);
+    const BoxLines box{plane.samples + (lines > 0 ? y[0] : 0) * plane.stride, spacingOf(y) * plane.stride, spacing_,
+                       lines};
+    int32_t from = 0;
+    for (int32_t run = 0; run < runCount_; from = runs_[run++].end) {
+      meansOfBoxes(box, lines > 0 ? runs_[run].columns : 0, at_ + from, runs_[run].end - from, samples + from);
     }
-    uint32_t sum = 0;
-    for (int32_t l = 0; l < lineCount_; ++l) {
-      for (int32_t c = 0; c < columns; ++c) {
-        sum += lines_[l].samples[smaller(x[c], lines_[l].last)];
-      }
-    }
-    const auto count = static_cast<uint32_t>(lineCount_ * columns);
-    return count == 0 ? 0 : static_cast<int32_t>(sum / count);
   }
 
 private:
-  struct Line {
-    const uint8_t *samples;
-    int32_t last;
+  struct Run {
+    int32_t columns;
+    int32_t end; ///< the box behind the last one
   };
 
-  int32_t limit_;
-  int32_t lineCount_ = 0;
-  Line lines_[kBoxWords];
+  int32_t spacing_;
+  int32_t runCount_ = 0;
+  Run runs_[kMostOfBox + 1];
+  int32_t at_[kMeanChunk];
 };
 
 /// Planes of a frame. Luma's columns end at the stride, not at the width, and so do those of planes as large as luma's.
@@ -117,12 +112,11 @@ struct FilterPlanes {
 
   explicit FilterPlanes(const Job &job) {
     const ConvertParams &p = job.params;
-    const std::ptrdiff_t lumaLast = std::ptrdiff_t{p.inHeight - 1} * p.inStride + p.inWidth - 1;
-    planes[0] = {p.inBuf[0], p.inStride, p.inStride, p.inHeight, lumaLast};
+    planes[0] = {p.inBuf[0], p.inStride, p.inStride, p.inHeight};
     const ChromaShape shape = chromaShape(p.inType, p.inWidth, p.inHeight, p.inStride);
     const bool isFullSize = shape.columns == p.inWidth && shape.lines == p.inHeight;
-    FilterPlane chroma{nullptr, shape.pitch, isFullSize ? p.inStride : smaller(shape.columns, shape.pitch), shape.lines,
-                       std::ptrdiff_t{shape.lines - 1} * shape.pitch + shape.columns - 1};
+    FilterPlane chroma{nullptr, shape.pitch, isFullSize ? p.inStride : smaller(shape.columns, shape.pitch),
+                       shape.lines};
     if (isPlanar422(p.inType)) {
       chroma.stride = std::ptrdiff_t{shape.pitch} * 2;
       chroma.limitX = shape.pitch * 2;
@@ -135,80 +129,98 @@ struct FilterPlanes {
   }
 };
 
-/// Which table entries chroma takes for output (i, j): its planes are scaled by luma's factor, so the entry of output
-/// k serves as that of chroma sample k.
-template <int columnShift, int lineShift>
-struct ChromaEntries {
-  static constexpr int kColumnShift = columnShift;
-  static constexpr int kLineShift = lineShift;
-};
+using MeanRow = uint8_t[kMeanChunk];
+using ConvertMeans = void (*)(const MeanRow (&rows)[3], int32_t count, uint8_t *to);
 
-struct YuvPixel {
-  [[nodiscard]] uint32_t pack(int32_t y, int32_t u, int32_t v) const {
-    return arithmetic.pixel<0, 0>(Studio::terms(u, v), y);
-  }
-  StudioSixBit arithmetic;
-};
-
-struct RgbPixel {
-  [[nodiscard]] static uint32_t pack(int32_t red, int32_t green, int32_t blue) {
-    return PackRgb::pixel<0, 0>(PackRgb::terms(green, blue), red);
-  }
-};
-
-template <class Mean, class Entries, class Pixel>
-void filterFrame(const Job &job) {
-  const ConvertParams &p = job.params;
-  const FilterPlanes from(job);
-  const Pixel pixel;
-  for (int32_t j = 0; j < p.outHeight; ++j) {
-    const int32_t *chromaY = job.yTable + (j >> Entries::kLineShift) * Mean::kWords;
-    const Mean first(from.planes[0], job.yTable + j * Mean::kWords);
-    const Mean second(from.planes[1], chromaY);
-    const Mean third(from.planes[2], chromaY);
-    uint8_t *to = p.outBuf[0] + std::ptrdiff_t{j} * p.outStride;
-    int32_t u = 0;
-    int32_t v = 0;
-    for (int32_t i = 0; i < p.outWidth; ++i, to += 2) {
-      if (i % (1 << Entries::kColumnShift) == 0) {
-        const int32_t *chromaX = job.xTable + (i >> Entries::kColumnShift) * Mean::kWords;
-        u = second.sample(chromaX);
-        v = third.sample(chromaX);
-      }
-      storePixelAnywhere(to, pixel.pack(first.sample(job.xTable + i * Mean::kWords), u, v));
+/// Pixels of a line of samples. Where words fit two of them leave as one.
+template <int columnShift, class Arithmetic, bool wordsFitHere>
+void convertMeans(const MeanRow (&rows)[3], int32_t count, uint8_t *to) {
+  const Arithmetic arithmetic{};
+  const auto termsAt = [&](int32_t i) {
+    return arithmetic.terms(rows[1][i >> columnShift], rows[2][i >> columnShift]);
+  };
+  int32_t i = 0;
+  for (; i + 1 < count; i += 2, to += 4) {
+    const auto left = termsAt(i);
+    const auto right = columnShift == 0 ? termsAt(i + 1) : left;
+    const uint32_t first = arithmetic.template pixel<0, 0>(left, rows[0][i]);
+    const uint32_t second = arithmetic.template pixel<0, 0>(right, rows[0][i + 1]);
+    if constexpr (wordsFitHere) {
+      storeWord(to, first, second);
+    } else {
+      storeWordAnywhere(to, first, second);
     }
+  }
+  if (i < count) {
+    storePixelAnywhere(to, arithmetic.template pixel<0, 0>(termsAt(i), rows[0][i]));
   }
 }
 
+/// How pixels share chroma. Its planes are scaled by luma's factor: the table entry of output k serves as that of
+/// chroma sample k, and pixel (i, j) takes chroma sample (i >> columnShift, j >> lineShift).
+struct Sharing {
+  int columnShift;
+  int lineShift;
+  ConvertMeans convert;
+};
+
+/// Chroma is made once for all lines that share it.
+template <class Mean>
+void filterFrame(const Job &job, const Sharing &sharing) {
+  const ConvertParams &p = job.params;
+  const FilterPlanes from(job);
+  forEachMeanChunk(p.outWidth, [&](int32_t first, int32_t count) {
+    MeanRow rows[3];
+    const int32_t chromaCount = ((count - 1) >> sharing.columnShift) + 1;
+    const Mean luma(job.xTable + first * Mean::kWords, count, from.planes[0].limitX);
+    const Mean chroma(job.xTable + (first >> sharing.columnShift) * Mean::kWords, chromaCount, from.planes[1].limitX);
+    uint8_t *to = p.outBuf[0] + std::ptrdiff_t{first} * 2;
+    for (int32_t j = 0; j < p.outHeight; ++j, to += p.outStride) {
+      luma.line(from.planes[0], job.yTable + j * Mean::kWords, rows[0]);
+      if (j % (1 << sharing.lineShift) == 0) {
+        const int32_t *y = job.yTable + (j >> sharing.lineShift) * Mean::kWords;
+        chroma.line(from.planes[1], y, rows[1]);
+        chroma.line(from.planes[2], y, rows[2]);
+      }
+      sharing.convert(rows, count, to);
+    }
+  });
+}
+
 /// Quality 3 averages a box, 1 and 2 five points; the two differ in their tables only.
-template <class Entries, class Pixel>
+template <class Arithmetic, int columnShift, int lineShift>
 void filterByQuality(const Job &job) {
-  if (job.params.antiAlias == 3) {
-    filterFrame<BoxMean, Entries, Pixel>(job);
+  const ConvertParams &p = job.params;
+  const bool words = wordsFit<Turn::Upright>({p.outBuf[0], p.outStride});
+  const Sharing sharing{columnShift, lineShift,
+                        words ? convertMeans<columnShift, Arithmetic, true>
+                              : convertMeans<columnShift, Arithmetic, false>};
+  if (p.antiAlias == 3) {
+    filterFrame<BoxMean>(job, sharing);
   } else {
-    filterFrame<FivePointMean, Entries, Pixel>(job);
+    filterFrame<FivePointMean>(job, sharing);
   }
 }
 
 } // namespace
 
 void resizeYuvToRgb565AntiAlias(const Job &job) {
-  filterByQuality<ChromaEntries<1, 1>, YuvPixel>(job);
+  filterByQuality<StudioSixBit, 1, 1>(job);
 }
 void resizeYuv444ToRgb565AntiAlias(const Job &job) {
-  filterByQuality<ChromaEntries<0, 0>, YuvPixel>(job);
+  filterByQuality<StudioSixBit, 0, 0>(job);
 }
 void resizeYuv440ToRgb565AntiAlias(const Job &job) {
-  filterByQuality<ChromaEntries<0, 1>, YuvPixel>(job);
+  filterByQuality<StudioSixBit, 0, 1>(job);
 }
 void resizeYuv411ToRgb565AntiAlias(const Job &job) {
-  filterByQuality<ChromaEntries<2, 0>, YuvPixel>(job);
+  filterByQuality<StudioSixBit, 2, 0>(job);
 }
 void resizeYuvQuarterHeightToRgb565AntiAlias(const Job &job) {
-  filterByQuality<ChromaEntries<0, 2>, YuvPixel>(job);
+  filterByQuality<StudioSixBit, 0, 2>(job);
 }
 void resizePlanarRgbToRgb565AntiAlias(const Job &job) {
-  filterByQuality<ChromaEntries<0, 0>, RgbPixel>(job);
+  filterByQuality<PackRgb, 0, 0>(job);
 }
 
 } // namespace zqcc

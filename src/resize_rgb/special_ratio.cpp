@@ -1,6 +1,7 @@
 #include "resize_rgb/special_ratio.h"
 
 #include "resize_rgb/resize_picture.h"
+#include "resize_rgb/thirds.h"
 
 namespace zqcc {
 namespace {
@@ -10,15 +11,14 @@ void resizeBy(const Job &job) {
   resizePicture<YuvSource<QuadChroma, Sampler>, Weights, turn>(job, viewOf420Or422(job));
 }
 
-// Reduction by a power of two and doubling have samplers of their own. The fixed phases are the bilinear sampler with
-// weights that follow from the place within the group: phase 0 has all the weight on its own sample.
+// Every ratio has a sampler of its own; weights of the fixed phases follow from the place within the group.
 
 template <Turn turn>
 constexpr Routine kPow2 = resizeBy<Point, TableWeights, turn>;
 template <Turn turn>
-constexpr Routine kThreeQuarters = resizeBy<Bilinear, ThreeQuarterWeights, turn>;
+constexpr Routine kThreeQuarters = resizeBy<Thirds<ThreeQuarters>, ThreeQuarterWeights, turn>;
 template <Turn turn>
-constexpr Routine kThreeHalves = resizeBy<Bilinear, ThreeHalfWeights, turn>;
+constexpr Routine kThreeHalves = resizeBy<Thirds<ThreeHalves>, ThreeHalfWeights, turn>;
 template <Turn turn>
 constexpr Routine kDouble = resizeBy<PairAverage, TableWeights, turn>;
 

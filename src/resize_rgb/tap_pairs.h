@@ -30,12 +30,12 @@ inline constexpr int32_t kPhaseNext[3] = {0, 341, 682};
 
 /// Three outputs of four samples: phases 0, 1/3, 2/3 by the place within the group, whatever the table's weights are.
 struct ThreeQuarterWeights {
-  static Tap tap(const int32_t *words, int32_t i) { return {words[0], kPhaseNext[i % 3]}; }
+  static constexpr Tap tap(const int32_t *words, int32_t i) { return {words[0], kPhaseNext[i % 3]}; }
 };
 
 /// Three outputs of two samples: phases 0, 2/3, 1/3.
 struct ThreeHalfWeights {
-  static Tap tap(const int32_t *words, int32_t i) { return {words[0], kPhaseNext[2 * i % 3]}; }
+  static constexpr Tap tap(const int32_t *words, int32_t i) { return {words[0], kPhaseNext[2 * i % 3]}; }
 };
 
 /// Reads the taps of a table one after the other, across its groups.

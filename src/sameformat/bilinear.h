@@ -4,9 +4,8 @@
 //
 //   ((p00 * xs + p01 * xn) * ys + (p10 * xs + p11 * xn) * yn) >> 20
 //
-// truncated, where p01 is the right neighbour and p10, p11 stand one line below. Filtered tables hold five taps a
-// position, and the result is the mean of the five samples. Their weights stay within -1024..2048, so that every sum
-// fits into 32 bits.
+// truncated, where p01 is the right neighbour and p10, p11 stand one line below. Weights stay within -1024..2048, so
+// that every sum fits into 32 bits.
 #pragma once
 
 #include "kernels/taps.h"
@@ -31,30 +30,13 @@ inline SourceLines linePair(const uint8_t *plane, std::ptrdiff_t pitch, const Sa
   return {plane + tap.self * pitch, plane + tap.next * pitch, tap.weights};
 }
 
-/// The line pairs of one output line: its entry of `taps` taps, read through `lineTap`.
-template <std::size_t taps, class LineTap>
-struct SourceLineSet {
-  SourceLines pair[taps];
-  // cppcheck-suppress uninitMemberVar ; the body fills every pair
-  SourceLineSet(const uint8_t *plane, std::ptrdiff_t pitch, const int32_t *entry, LineTap lineTap) {
-    for (SourceLines &each : pair) {
-      each = linePair(plane, pitch, lineTap(entry));
-      entry += kTapWords;
-    }
-  }
-};
-
-/// One output byte from its entry of column taps. `byteOf` gives the place in the line of the sample at a position. The
-/// mean of filtered taps can lie outside 0..255; its low byte is kept.
-template <std::size_t taps, class ColumnTap, class ByteOf>
-uint8_t sampleByte(const SourceLines (&lines)[taps], const int32_t *entry, ColumnTap columnTap, ByteOf byteOf) {
-  return static_cast<uint8_t>(meanOfTaps<taps>([&](std::size_t t) {
-    const SourceLines &line = lines[t];
-    const SampleTap tap = columnTap(entry + static_cast<std::ptrdiff_t>(t) * kTapWords);
-    const std::ptrdiff_t self = byteOf(tap.self);
-    const std::ptrdiff_t next = byteOf(tap.next);
-    return bilinear(line.self[self], line.self[next], line.next[self], line.next[next], tap.weights, line.weights);
-  }));
+/// One output byte from its column tap. `byteOf` gives the place in the line of the sample at a position.
+template <class ByteOf>
+uint8_t sampleByte(const SourceLines &line, const SampleTap &tap, ByteOf byteOf) {
+  const std::ptrdiff_t self = byteOf(tap.self);
+  const std::ptrdiff_t next = byteOf(tap.next);
+  return static_cast<uint8_t>(
+      bilinear(line.self[self], line.self[next], line.next[self], line.next[next], tap.weights, line.weights));
 }
 
 } // namespace zqcc

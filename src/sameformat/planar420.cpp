@@ -2,6 +2,7 @@
 
 #include "kernels/copy_lines.h"
 #include "sameformat/bilinear.h"
+#include "sameformat/five_point_lines.h"
 #include "sameformat/nearest.h"
 #include "sameformat/plane_rotation.h"
 
@@ -33,17 +34,27 @@ Plane planeOf(const ConvertParams &p, int index) {
           p.outBuf[index], p.outStride >> half, p.outWidth >> half, p.outHeight >> half};
 }
 
-/// Resamples a plane with `taps` paired bilinear taps a sample.
-template <std::size_t taps, class ColumnTap, class LineTap>
+template <class ColumnTap, class LineTap>
 void resamplePlane(const Plane &plane, const Job &job, ColumnTap columnTap, LineTap lineTap) {
   const auto byteOf = [](std::ptrdiff_t column) { return column; };
   for (int32_t j = 0; j < plane.height; ++j) {
-    const SourceLineSet<taps, LineTap> lines(plane.src, plane.srcPitch, job.yTable + j * kEntryWords<taps>, lineTap);
+    const SourceLines lines = linePair(plane.src, plane.srcPitch, lineTap(job.yTable + j * kTapWords));
     uint8_t *const out = plane.dst + j * plane.dstPitch;
     for (int32_t i = 0; i < plane.width; ++i) {
-      out[i] = sampleByte<taps>(lines.pair, job.xTable + i * kEntryWords<taps>, columnTap, byteOf);
+      out[i] = sampleByte(lines, columnTap(job.xTable + i * kTapWords), byteOf);
     }
   }
+}
+
+template <class TapOf>
+void filterPlane(const Plane &plane, const Job &job, TapOf columnTap, TapOf lineTap) {
+  const LinePath path{plane.src, plane.srcPitch, plane.dst, plane.dstPitch};
+  forEachMeanChunk(plane.width, [&](int32_t first, int32_t count) {
+    const FivePointColumns columns(job.xTable + first * kEntryWords<kFilterTaps>, count, columnTap, 1);
+    for (int32_t j = 0; j < plane.height; ++j) {
+      resizeLineByFivePoints(columns, path, job.yTable, j, lineTap, first, count, 1);
+    }
+  });
 }
 
 NearestSource nearestSource(const Plane &plane, const Job &job) {
@@ -79,9 +90,9 @@ void resizeYuv420Planar(const Job &job) {
     const Plane plane = planeOf(job.params, i);
     if (isChroma(i)) {
       // Columns past the end lose their weights, lines keep theirs.
-      resamplePlane<1>(plane, job, EvenAtEnd{plane.srcWidth}, HeldAtEnd{plane.srcHeight});
+      resamplePlane(plane, job, EvenAtEnd{plane.srcWidth}, HeldAtEnd{plane.srcHeight});
     } else {
-      resamplePlane<1>(plane, job, AsBuilt{}, AsBuilt{});
+      resamplePlane(plane, job, AsBuilt{}, AsBuilt{});
     }
   }
 }
@@ -90,9 +101,9 @@ void resizeYuv420PlanarAntiAlias(const Job &job) {
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
     if (isChroma(i)) {
-      resamplePlane<kFilterTaps>(plane, job, EvenAtEnd{plane.srcWidth}, EvenAtEnd{plane.srcHeight});
+      filterPlane(plane, job, EvenAtEnd{plane.srcWidth}, EvenAtEnd{plane.srcHeight});
     } else {
-      resamplePlane<kFilterTaps>(plane, job, AsBuilt{}, AsBuilt{});
+      filterPlane(plane, job, AsBuilt{}, AsBuilt{});
     }
   }
 }

@@ -4,6 +4,7 @@
 #include "kernels/stores.h"
 #include "kernels/table_groups.h"
 #include "sameformat/bilinear.h"
+#include "sameformat/rgb16_sums.h"
 #include "sameformat/transpose.h"
 
 namespace zqcc {
@@ -126,6 +127,41 @@ uint32_t samplePixelMean(const SourceLines (&lines)[kFilterTaps], const int32_t 
   return pack({mean.red & 0x1F, mean.green & 0x3F, mean.blue & 0x1F});
 }
 
+constexpr std::ptrdiff_t kFilterWords = kEntryWords<kFilterTaps>;
+
+/// Output columns of a filtered picture.
+class FilteredColumns {
+public:
+  // cppcheck-suppress uninitMemberVar ; as many taps as are read
+  FilteredColumns(const int32_t *entries, int32_t count) : entries_(entries), count_(count) {
+    for (int32_t i = 0; i < count; ++i) {
+      const int32_t *words = entries + i * kFilterWords;
+      for (auto &taps : taps_) {
+        taps[i] = {static_cast<uint32_t>(words[0] * kPixelBytes), words[1]};
+        leading_ = words[1] < 0 ? i + 1 : leading_;
+        words += kTapWords;
+      }
+    }
+  }
+
+  void makeLine(const SourceLines (&lines)[kFilterTaps], AddPixels add, uint8_t *out) const {
+    for (int32_t i = 0; i < leading_; ++i) {
+      storePixelAnywhere(out + i * kPixelBytes, samplePixelMean(lines, entries_ + i * kFilterWords));
+    }
+    Rgb16Sum sums[kMeanChunk] = {};
+    for (std::size_t t = 0; t < kFilterTaps; ++t) {
+      add(lines[t], taps_[t] + leading_, count_ - leading_, sums);
+    }
+    storeFifths(sums, count_ - leading_, out + leading_ * kPixelBytes);
+  }
+
+private:
+  const int32_t *entries_;
+  int32_t count_;
+  int32_t leading_ = 0; ///< columns up to the last one of a negative weight, which the sums have no room for
+  ColumnTap taps_[kFilterTaps][kMeanChunk];
+};
+
 } // namespace
 
 void copyRgb16(const Job &job) {
@@ -156,20 +192,23 @@ void resizeRotateRgb16(const Job &job) {
 
 void resizeRgb16AntiAlias(const Job &job) {
   const ConvertParams &p = job.params;
-  constexpr std::ptrdiff_t kEntry = kEntryWords<kFilterTaps>;
   // This routine counts its pitches in whole pixels.
   const std::ptrdiff_t srcPitch = (p.inStride >> 1) * kPixelBytes;
   const std::ptrdiff_t dstPitch = (p.outStride >> 1) * kPixelBytes;
-  for (int32_t j = 0; j < p.outHeight; ++j) {
-    SourceLineSet<kFilterTaps, AsBuilt> lines(p.inBuf[0], srcPitch, job.yTable + j * kEntry, AsBuilt{});
-    for (SourceLines &line : lines.pair) {
-      line.weights = lines.pair[0].weights; // one pair of line weights serves all five
+  const AddPixels add = addPixelsOf(p.inBuf[0], srcPitch);
+  forEachMeanChunk(p.outWidth, [&](int32_t first, int32_t count) {
+    const FilteredColumns columns(job.xTable + first * kFilterWords, count);
+    uint8_t *out = p.outBuf[0] + first * kPixelBytes;
+    for (int32_t j = 0; j < p.outHeight; ++j, out += dstPitch) {
+      SourceLines lines[kFilterTaps];
+      for (std::size_t t = 0; t < kFilterTaps; ++t) {
+        const int32_t *words = job.yTable + j * kFilterWords + static_cast<std::ptrdiff_t>(t) * kTapWords;
+        lines[t] = linePair(p.inBuf[0], srcPitch, AsBuilt{}(words));
+        lines[t].weights = lines[0].weights; // one pair of line weights serves all five
+      }
+      columns.makeLine(lines, add, out);
     }
-    uint8_t *out = p.outBuf[0] + j * dstPitch;
-    for (int32_t i = 0; i < p.outWidth; ++i, out += kPixelBytes) {
-      storePixelAnywhere(out, samplePixelMean(lines.pair, job.xTable + i * kEntry));
-    }
-  }
+  });
 }
 
 } // namespace zqcc

@@ -11,23 +11,29 @@
 
 typedef struct Case {
   const char *name;
-  int32_t inType, inWidth, inHeight, outWidth, outHeight;
-  uint32_t rotation;
+  int32_t inType, inWidth, inHeight, outType, outWidth, outHeight;
+  uint32_t rotation, quality;
 } Case;
 
 static const Case kCases[] = {
-    {"same", COLOR_YUV420_PLANAR, 320, 240, 320, 240, ROTATION_NONE},
-    {"left", COLOR_YUV420_PLANAR, 320, 240, 320, 240, ROTATION_90_LEFT},
-    {"scaled", COLOR_YUV420_PLANAR, 320, 240, 480, 360, ROTATION_NONE},
-    {"general", COLOR_YUV420_PLANAR, 320, 240, 472, 356, ROTATION_NONE},
-    {"packed", COLOR_YUV422_UYVY, 320, 240, 320, 240, ROTATION_NONE},
-    {"right", COLOR_YUV420_PLANAR, 320, 240, 320, 240, ROTATION_90_RIGHT},
-    {"half", COLOR_YUV420_PLANAR, 320, 240, 320, 240, ROTATION_180},
-    {"general-left", COLOR_YUV420_PLANAR, 320, 240, 472, 356, ROTATION_90_LEFT},
-    {"three-quarters", COLOR_YUV420_PLANAR, 320, 240, 240, 180, ROTATION_NONE},
-    {"double", COLOR_YUV420_PLANAR, 320, 240, 640, 480, ROTATION_NONE},
-    {"half-size", COLOR_YUV420_PLANAR, 320, 240, 160, 120, ROTATION_NONE},
-    {"packed-scaled", COLOR_YUV422_UYVY, 320, 240, 472, 356, ROTATION_NONE},
+    {"same", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 320, 240, ROTATION_NONE, 0},
+    {"left", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 320, 240, ROTATION_90_LEFT, 0},
+    {"scaled", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 480, 360, ROTATION_NONE, 0},
+    {"general", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 472, 356, ROTATION_NONE, 0},
+    {"packed", COLOR_YUV422_UYVY, 320, 240, COLOR_RGB565, 320, 240, ROTATION_NONE, 0},
+    {"right", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 320, 240, ROTATION_90_RIGHT, 0},
+    {"half", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 320, 240, ROTATION_180, 0},
+    {"general-left", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 472, 356, ROTATION_90_LEFT, 0},
+    {"three-quarters", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 240, 180, ROTATION_NONE, 0},
+    {"double", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 640, 480, ROTATION_NONE, 0},
+    {"half-size", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 160, 120, ROTATION_NONE, 0},
+    {"packed-scaled", COLOR_YUV422_UYVY, 320, 240, COLOR_RGB565, 472, 356, ROTATION_NONE, 0},
+    {"filtered", COLOR_YUV420_PLANAR, 320, 240, COLOR_RGB565, 192, 144, ROTATION_NONE, 1},
+    {"box", COLOR_YUV420_PLANAR, 640, 480, COLOR_RGB565, 160, 120, ROTATION_NONE, 3},
+    {"box-far", COLOR_YUV420_PLANAR, 640, 480, COLOR_RGB565, 80, 60, ROTATION_NONE, 3},
+    {"filtered-planes", COLOR_YUV420_PLANAR, 320, 240, COLOR_YUV420_PLANAR, 192, 144, ROTATION_NONE, 1},
+    {"filtered-packed", COLOR_YUV422_UYVY, 320, 240, COLOR_YUV422_UYVY, 192, 144, ROTATION_NONE, 1},
+    {"filtered-rgb16", COLOR_RGB565, 320, 240, COLOR_RGB565, 192, 144, ROTATION_NONE, 1},
 };
 
 /* Noise: whatever depends on the value of a sample meets all values. */
@@ -44,11 +50,20 @@ static uint8_t *noise(size_t bytes) {
   return block;
 }
 
+/* Tight planes of a picture, in a block of two bytes a pixel; returns the stride of its first plane. */
+static int32_t describePlanes(int32_t type, int32_t width, int32_t height, uint8_t *block, uint8_t **planes) {
+  const size_t pixels = (size_t)width * (size_t)height;
+  planes[0] = block;
+  planes[1] = block + pixels;
+  planes[2] = block + pixels + pixels / 4;
+  return type == COLOR_YUV420_PLANAR ? width : width * 2;
+}
+
 static int run(const Case *job, int frames) {
-  const size_t pixels = (size_t)job->inWidth * (size_t)job->inHeight;
-  uint8_t *input = noise(pixels * 2);
+  uint8_t *input = noise((size_t)job->inWidth * (size_t)job->inHeight * 2);
   uint8_t *output = malloc((size_t)job->outWidth * (size_t)job->outHeight * 2);
-  const int packed = job->inType == COLOR_YUV422_UYVY;
+  uint8_t *planes[3];
+  size_t i;
   const int turned = job->rotation == ROTATION_90_LEFT || job->rotation == ROTATION_90_RIGHT;
   ConvertContext *handle = NULL;
   ConvertParams params;
@@ -58,17 +73,17 @@ static int run(const Case *job, int frames) {
   params.inType = job->inType;
   params.inWidth = job->inWidth;
   params.inHeight = job->inHeight;
-  params.inStride = packed ? job->inWidth * 2 : job->inWidth;
-  params.inBuf[0] = input;
-  params.inBuf[1] = input + pixels;
-  params.inBuf[2] = input + pixels + pixels / 4;
-  params.outType = COLOR_RGB565;
+  params.inStride = describePlanes(job->inType, job->inWidth, job->inHeight, input, planes);
+  for (i = 0; i < 3; ++i)
+    params.inBuf[i] = planes[i];
+  params.outType = job->outType;
   params.outWidth = job->outWidth;
   params.outHeight = job->outHeight;
-  params.outStride = 2 * (turned ? job->outHeight : job->outWidth);
-  params.outBuf[0] = output;
+  params.outStride = describePlanes(job->outType, turned ? job->outHeight : job->outWidth,
+                                    turned ? job->outWidth : job->outHeight, output, params.outBuf);
   params.isResize = job->inWidth != job->outWidth;
   params.rotation = job->rotation;
+  params.antiAlias = job->quality;
 
   if (output == NULL || zqCCInit(&handle) != CC_OK || zqCCSetParameter(handle, PARAM_CONVERT_DESC, &params) != CC_OK)
     return 2;

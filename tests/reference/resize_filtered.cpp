@@ -34,8 +34,9 @@ struct Pair {
   std::ptrdiff_t first, second;
 };
 
-/// The position and its neighbour, the last but one at most; a bound of one sample leaves only sample 0.
+/// The position and its neighbour, the last but one at most; a bound of one sample or none leaves only sample 0.
 Pair bounded(std::ptrdiff_t position, std::ptrdiff_t bound) {
+  bound = std::max<std::ptrdiff_t>(bound, 1);
   const std::ptrdiff_t first = std::max<std::ptrdiff_t>(position < bound - 1 ? position : bound - 2, 0);
   return {first, std::min(first + 1, bound - 1)};
 }

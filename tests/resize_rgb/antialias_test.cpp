@@ -347,6 +347,92 @@ TEST(ResizeAntiAlias, FarReductions) {
   }
 }
 
+TEST(ResizeAntiAlias, WidthsAroundThoseMadeAtATime) {
+  // 64 columns are made at a time, four of them side by side; a lone last pixel has no partner to share a word with.
+  Mixer mix(54);
+  for (const int type : kTypes) {
+    for (const int outWidth : {61, 62, 63, 64, 65, 66, 67, 68, 69, 127, 128, 129, 130, 193}) {
+      for (const uint32_t quality : {1U, 2U, 3U}) {
+        ResizeCase c{.inType = type, .width = outWidth * (7 + mix.below(40)) / 10, .height = 8 + mix.below(20)};
+        c.outWidth = outWidth;
+        c.outHeight = 3 + mix.below(12);
+        c.quality = quality;
+        mix.vary(c);
+        ASSERT_EQ(compareResized(c), "");
+      }
+    }
+  }
+}
+
+TEST(ResizeAntiAlias, BoxesOfEveryNumberOfSamples) {
+  // Factors 1 to 16 in both directions: 1 to 7 columns and lines, next to one another up to 8, then 2 to 4 apart.
+  Mixer mix(55);
+  for (const int columns : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13, 16}) {
+    for (const int lines : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13, 16}) {
+      ResizeCase c{.inType = kTypes.at(static_cast<std::size_t>(mix.below(11))), .outWidth = 9, .outHeight = 7};
+      c.width = c.outWidth * columns + mix.below(columns);
+      c.height = c.outHeight * lines + mix.below(lines);
+      c.quality = 3;
+      mix.vary(c);
+      ASSERT_EQ(compareResized(c), "");
+    }
+  }
+}
+
+TEST(ResizeAntiAlias, WideRatios) {
+  Mixer mix(56);
+  for (const int type : kTypes) {
+    for (const auto &s : {std::array<int, 4>{2112, 8, 66, 5},
+                          {4000, 6, 3, 9},
+                          {8, 2100, 5, 2},
+                          {3001, 700, 1, 1},
+                          {4, 4, 130, 3},
+                          {6, 5, 3, 160}}) {
+      for (const uint32_t quality : {1U, 2U, 3U}) {
+        ResizeCase c{.inType = type, .width = s[0], .height = s[1], .outWidth = s[2], .outHeight = s[3]};
+        c.quality = quality;
+        mix.vary(c);
+        ASSERT_EQ(compareResized(c), "");
+      }
+    }
+  }
+}
+
+TEST(ResizeAntiAlias, StridesOfAnyLengthBelowTheLine) {
+  // Lines lie on one another, down to a stride of nothing; columns end at the stride and lines of 4:2:2 at two pitches.
+  Mixer mix(57);
+  for (const int type : {3, 12, 1, 13, 0, 2, 4, 37, 34}) {
+    for (int stride = 0; stride < 14; ++stride) {
+      for (const uint32_t quality : {1U, 2U, 3U}) {
+        ResizeCase c{.inType = type, .width = stride + 1 + mix.below(9), .height = 4 + mix.below(9)};
+        c.width = c.width < 4 ? 4 : c.width;
+        c.outWidth = 1 + mix.below(2 * c.width);
+        c.outHeight = 1 + mix.below(2 * c.height);
+        c.quality = quality;
+        mix.vary(c);
+        c.inPadding = stride - c.width;
+        ASSERT_EQ(compareResized(c), "");
+      }
+    }
+  }
+}
+
+TEST(ResizeAntiAlias, OutputLinesThatLieOnOneAnother) {
+  // The lower line's pixels stay, up to the last one of a line that another covers.
+  Mixer mix(58);
+  for (const int type : kTypes) {
+    for (const int outWidth : {20, 66, 100, 131}) {
+      for (const int shorter : {1, 2, 3, 6, 38, 64, 80}) {
+        ResizeCase c{.inType = type, .width = 90, .height = 12, .outWidth = outWidth, .outHeight = 9};
+        c.quality = 1 + static_cast<uint32_t>(mix.below(3));
+        mix.vary(c);
+        c.outPadding = -(shorter < 2 * outWidth ? shorter : outWidth);
+        ASSERT_EQ(compareResized(c), "");
+      }
+    }
+  }
+}
+
 TEST(ResizeAntiAlias, SmallestPictures) {
   Mixer mix(53);
   for (const int type : kTypes) {

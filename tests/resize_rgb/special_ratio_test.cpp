@@ -185,6 +185,33 @@ TEST(ResizeSpecialRatio, FixedRatiosOfAnySize) {
   }
 }
 
+TEST(ResizeSpecialRatio, FixedRatiosAroundTheColumnsMadeAtATime) {
+  // 120 columns are made at a time, in groups of three.
+  Mixer mix(44);
+  constexpr std::array<std::array<int, 2>, 2> kRatios{{{4, 3}, {2, 3}}};
+  for (const auto &ratio : kRatios) {
+    for (const int groups : {38, 39, 40, 41, 42, 79, 80, 81, 120, 121}) {
+      for (const uint32_t rotation : {2U, 3U, 4U}) {
+        ResizeCase c{.inType = kTypes.at(static_cast<std::size_t>(mix.below(6)))};
+        const int rows = 2 + mix.below(6);
+        c.width = ratio[0] * groups;
+        c.outWidth = ratio[1] * groups;
+        c.height = ratio[0] * rows;
+        c.outHeight = ratio[1] * rows;
+        c.rotation = rotation;
+        mix.vary(c);
+        ASSERT_EQ(compareResized(c), "");
+      }
+    }
+  }
+}
+
+TEST(ResizeSpecialRatio, FixedRatiosPastSinglePrecision) {
+  // From 2^22 columns on positions are halves: groups are no longer alike, and phases shift.
+  EXPECT_EQ(compareResized({.width = 4327360, .height = 4, .outWidth = 3245520, .outHeight = 3}), "");
+  EXPECT_EQ(compareResized({.width = 4327360, .height = 2, .outWidth = 6491040, .outHeight = 3}), "");
+}
+
 TEST(ResizeSpecialRatio, SmallestPictures) {
   Mixer mix(43);
   constexpr std::array<std::array<int, 4>, 6> kSizes{
