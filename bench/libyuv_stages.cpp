@@ -283,7 +283,11 @@ bool convert(const View &from, const View &to, Packer packer) {
   case I422:
     return toI422(from, to);
   case YUYV:
-    return from.type == I422 && threeToOne(libyuv::I422ToYUY2, from, to, from.size.width, from.size.height);
+    return threeToOne(from.type == I422 ? libyuv::I422ToYUY2 : libyuv::I420ToYUY2, from, to, from.size.width,
+                      from.size.height);
+  case UYVY:
+    return threeToOne(from.type == I422 ? libyuv::I422ToUYVY : libyuv::I420ToUYVY, from, to, from.size.width,
+                      from.size.height);
   default:
     return false;
   }

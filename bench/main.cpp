@@ -111,19 +111,20 @@ int countedFrames(char **arguments) {
 
 int benchmark(const Options &options) {
   Run run(options);
-  for (const Job &job : jobs()) {
-    for (const Size &size : kSizes) {
-      run.conversion(job, size);
+  for (const auto &table : {jobs(), calls()}) {
+    for (const Job &job : table) {
+      for (const Size &size : job.sizes) {
+        run.conversion(job, size);
+      }
     }
-  }
-  for (const Job &job : calls()) {
-    run.conversion(job, kTinySize);
   }
   for (const Job &job : setUps()) {
     run.alone(job, kSetUpSize, [&job] { return setUpRunner({job, {job.inType, kSetUpSize, {}, {}}, {}}); });
   }
   run.alone({"setup", "a context made and released", 0, 0}, kSetUpSize, contextRunner);
   run.alone({"setup", "one-shot call, 16x16", 0, 0}, kTinySize, oneShotRunner);
+  run.alone({"setup", "one-shot call, 16x16 to 20x20", 0, 0}, kTinySize, oneShotScaleRunner);
+  run.alone({"setup", "one frame in a context of its own, 16x16 to 20x20", 0, 0}, kTinySize, oneFrameRunner);
   if (run.results().empty()) {
     std::fprintf(stderr, "nothing matches %s\n", options.pattern.c_str());
     return 1;

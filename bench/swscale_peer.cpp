@@ -35,10 +35,10 @@ AVPixelFormat formatOf(int32_t type) {
 
 /// The fastest scaler of each kind: fast bilinear skips samples when it reduces, plain bilinear is no slower when it
 /// enlarges.
-int flagsOf(const Job &job) {
-  switch (job.sampling) {
+int flagsOf(const Task &task) {
+  switch (task.job.sampling) {
   case Sampling::Bilinear:
-    return job.scale.numerator < job.scale.denominator ? SWS_FAST_BILINEAR : SWS_BILINEAR;
+    return !task.enlarges() ? SWS_FAST_BILINEAR : SWS_BILINEAR;
   case Sampling::Filtered:
     return SWS_BILINEAR;
   case Sampling::Box:
@@ -76,8 +76,8 @@ bool offers(const Task &task) {
   const Job &job = task.job;
   // Its copy of semi-planar pictures of the same size leaves the chroma out.
   const bool incomplete = job.inType == COLOR_YUV420_PACK && job.outType == job.inType && !job.resizes();
-  const bool turns = job.quarterTurns() || job.rotation == ROTATION_180;
-  return formatOf(job.inType) != AV_PIX_FMT_NONE && formatOf(job.outType) != AV_PIX_FMT_NONE && !turns && !incomplete;
+  return formatOf(job.inType) != AV_PIX_FMT_NONE && formatOf(job.outType) != AV_PIX_FMT_NONE && !job.turns() &&
+         !incomplete;
 }
 
 Planes targetOf(const Task &task) {
@@ -90,7 +90,7 @@ Runner inOneStep(const Task &task) {
   }
   const Size from = task.input.size;
   const Size to = task.resized();
-  const Context context = contextOf(from, formatOf(task.job.inType), to, formatOf(task.job.outType), flagsOf(task.job));
+  const Context context = contextOf(from, formatOf(task.job.inType), to, formatOf(task.job.outType), flagsOf(task));
   if (!context) {
     return {};
   }
