@@ -11,7 +11,7 @@ namespace bench {
 namespace {
 
 Runner wholeRunner(const Task &task, yuv::Packer packer) {
-  const auto pipeline = std::make_shared<yuv::Pipeline>(task, packer);
+  const auto pipeline = std::make_shared<yuv::Pipeline>(task, packer, yuv::Scaled::Cheapest);
   const View input = task.input;
   const View output = yuv::target(task);
   if (!pipeline->run(input, output)) {
@@ -43,8 +43,8 @@ Span unitOf(const Span &whole) {
 /// shows at its edges by a fraction of a line: in the peer's favour.
 class Bands {
 public:
-  Bands(const Task &task, int32_t lines)
-      : job_(task.job), input_(task.input), output_(yuv::target(task)), resized_(task.resized()),
+  Bands(const Task &task, int32_t lines, yuv::Scaled scaled)
+      : job_(task.job), scaled_(scaled), input_(task.input), output_(yuv::target(task)), resized_(task.resized()),
         whole_(task.job.quarterTurns() ? Span{input_.size.width, resized_.width}
                                        : Span{input_.size.height, resized_.height}) {
     const Span unit = unitOf(whole_);
@@ -84,10 +84,11 @@ private:
       job.fixedOutput = job.quarterTurns() ? Size{size.to, resized_.height} : Size{resized_.width, size.to};
     }
     return std::make_unique<yuv::Pipeline>(Task{job, source({0, 0}, size), destination({0, 0}, size)},
-                                           yuv::Packer::Dithering);
+                                           yuv::Packer::Dithering, scaled_);
   }
 
   Job job_;
+  yuv::Scaled scaled_;
   View input_, output_;
   Size resized_;
   Span whole_;
@@ -96,16 +97,43 @@ private:
 };
 
 /// Same-size jobs to RGB have faster ways; what is a single step gains nothing.
-Runner bandsRunner(const Task &task, int32_t lines) {
+Runner bandsRunner(const Task &task, int32_t lines, yuv::Scaled scaled) {
   const bool sameFormat = task.job.inType == task.job.outType;
   if (!task.job.resizes() && !(sameFormat && task.job.turns())) {
     return {};
   }
-  const auto bands = std::make_shared<Bands>(task, lines);
+  const auto bands = std::make_shared<Bands>(task, lines, scaled);
   if (!bands->several() || !bands->run()) {
     return {};
   }
   return [bands] { return bands->run(); };
+}
+
+/// Pixels are scaled by two lines at most, which is a mean of boxes only where they are no larger.
+Runner argbRunner(const Task &task, int32_t lines) {
+  const Job &job = task.job;
+  const bool toRgb = job.outType == COLOR_RGB565 || job.outType == COLOR_RGB24;
+  const bool wide = job.sampling == Sampling::Box ||
+                    (job.sampling == Sampling::Filtered && task.input.size.width >= 2 * task.resized().width);
+  return toRgb && job.resizes() && !wide ? bandsRunner(task, lines, yuv::Scaled::Argb) : Runner{};
+}
+
+/// Upright pixels by bands, then turned by others.
+Runner turnedLastRunner(const Task &task) {
+  if (!task.job.quarterTurns() || !task.job.resizes() || task.job.outType != COLOR_RGB565) {
+    return {};
+  }
+  Job upright = task.job;
+  upright.rotation = ROTATION_NONE;
+  Job turn = {"", "", COLOR_RGB565, COLOR_RGB565};
+  turn.rotation = task.job.rotation;
+  const auto between = std::make_shared<Frame>(COLOR_RGB565, task.resized(), Lines::Aligned);
+  const Runner first = argbRunner({upright, task.input, between->view()}, 64);
+  const Runner second = bandsRunner({turn, between->view(), task.output}, 16, yuv::Scaled::Planes);
+  if (!first || !second) {
+    return {};
+  }
+  return [between, first, second] { return first() && second(); };
 }
 
 } // namespace
@@ -119,10 +147,13 @@ void addLibyuv(std::vector<Program> &programs) {
                                    ? wholeRunner(task, yuv::Packer::Dithering)
                                    : Runner{};
                       }});
-  for (const int32_t lines : {16, 64}) {
+  for (const int32_t lines : {16, 64, 256}) {
+    const std::string name = " bands of " + std::to_string(lines);
     programs.push_back(
-        {"libyuv bands of " + std::to_string(lines), [lines](const Task &task) { return bandsRunner(task, lines); }});
+        {"libyuv" + name, [lines](const Task &task) { return bandsRunner(task, lines, yuv::Scaled::Planes); }});
+    programs.push_back({"libyuv ARGB" + name, [lines](const Task &task) { return argbRunner(task, lines); }});
   }
+  programs.push_back({"libyuv turned last", turnedLastRunner});
 }
 
 } // namespace bench

@@ -32,13 +32,6 @@ bool isPacked(int32_t type) {
   return type == COLOR_YUV422_YUYV || type == COLOR_YUV422_UYVY;
 }
 
-/// Enlarged planes are interpolated in plain C unless they double; ARGB pixels never are.
-bool enlargesAsArgb(const Task &task) {
-  const bool doubles = task.resized().width == 2 * task.input.size.width;
-  return task.job.sampling == Sampling::Bilinear && task.enlarges() && !doubles &&
-         (task.job.outType == COLOR_RGB565 || task.job.outType == COLOR_RGB24);
-}
-
 /// Means of boxes have vector code for reductions by 2 and 4. Larger ones are faster in two steps: how many times the
 /// output's size the picture has between them, or 1.
 int32_t boxesBetween(const Task &task) {
@@ -51,7 +44,8 @@ int32_t boxesBetween(const Task &task) {
 
 } // namespace
 
-Pipeline::Pipeline(const Task &task, Packer packer) : packer_(packer), type_(task.input.type), size_(task.input.size) {
+Pipeline::Pipeline(const Task &task, Packer packer, Scaled scaled)
+    : packer_(packer), scaled_(scaled), type_(task.input.type), size_(task.input.size) {
   unpack(task.job);
   scaleAndTurn(task);
   finish(target(task));
@@ -123,6 +117,18 @@ void Pipeline::unpack(const Job &job) {
   }
 }
 
+/// Enlarged planes are interpolated in plain C unless they double; ARGB pixels never are.
+bool Pipeline::scalesAsArgb(const Task &task) const {
+  if (!task.job.resizes() || (task.job.outType != COLOR_RGB565 && task.job.outType != COLOR_RGB24)) {
+    return false;
+  }
+  if (scaled_ != Scaled::Cheapest) {
+    return scaled_ == Scaled::Argb;
+  }
+  const bool doubles = task.resized().width == 2 * task.input.size.width;
+  return task.job.sampling == Sampling::Bilinear && task.enlarges() && !doubles;
+}
+
 void Pipeline::addScales(const Task &task, bool turned) {
   const Size size = turned ? bench::turned(task.resized()) : task.resized();
   const libyuv::FilterMode filter = filterOf(task.job.sampling);
@@ -147,7 +153,7 @@ void Pipeline::scaleAndTurn(const Task &task) {
   if (turnFirst) {
     addRotate(job);
   }
-  if (enlargesAsArgb(task) && type_ != kArgb) {
+  if (scalesAsArgb(task) && type_ != kArgb) {
     addConversion(kArgb);
   }
   if (job.resizes()) {

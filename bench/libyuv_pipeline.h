@@ -11,10 +11,14 @@
 
 namespace bench::yuv {
 
+/// What is scaled on the way to RGB: planes, or the pixels that were made of them. Cheapest is what the numbers of
+/// samples suggest.
+enum class Scaled { Cheapest, Planes, Argb };
+
 /// Stages with the pictures between them, for one size.
 class Pipeline {
 public:
-  Pipeline(const Task &task, Packer packer);
+  Pipeline(const Task &task, Packer packer, Scaled scaled);
   /// Input and output have the sizes that the pipeline was made for.
   bool run(const View &input, const View &output);
 
@@ -36,7 +40,10 @@ private:
   void scaleAndTurn(const Task &task);
   void finish(const View &output);
 
+  [[nodiscard]] bool scalesAsArgb(const Task &task) const;
+
   Packer packer_;
+  Scaled scaled_;
   int32_t type_;
   Size size_;
   std::vector<Stage> stages_;

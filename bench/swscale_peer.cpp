@@ -84,13 +84,13 @@ Planes targetOf(const Task &task) {
   return planesOf(task.job.rotation == ROTATION_FLIP_V ? bottomUp(task.output) : task.output);
 }
 
-Runner inOneStep(const Task &task) {
+Runner inOneStep(const Task &task, int flags) {
   if (!offers(task)) {
     return {};
   }
   const Size from = task.input.size;
   const Size to = task.resized();
-  const Context context = contextOf(from, formatOf(task.job.inType), to, formatOf(task.job.outType), flagsOf(task));
+  const Context context = contextOf(from, formatOf(task.job.inType), to, formatOf(task.job.outType), flags);
   if (!context) {
     return {};
   }
@@ -102,27 +102,36 @@ Runner inOneStep(const Task &task) {
   };
 }
 
-Runner inTwoSteps(const Task &task, int32_t through) {
-  const Size size = task.input.size;
-  const bool tooNarrow = size.width < 64; // its fast paths want lines of aligned vectors
-  if (!offers(task) || tooNarrow || task.job.resizes() || task.job.inType == through || task.job.outType == through) {
+/// Converted, if it is the size that stays, or scaled and converted then; through a layout between them.
+Runner inTwoSteps(const Task &task, int32_t through, int flags) {
+  const Job &job = task.job;
+  const Size from = task.input.size;
+  const Size to = task.resized();
+  const bool tooNarrow = from.width < 64; // its fast paths want lines of aligned vectors
+  // Lines that do not suit vectors are scaled into others that do, and copied.
+  const bool aligned = to.width % 32 == 0;
+  const bool repeats =
+      job.resizes() ? aligned && job.outType == through : job.outType == through || job.inType == through;
+  // Planes of planar RGB are scaled as if they were samples of 4:4:4: as RGB they would be converted on the way.
+  const bool asSamples = through == COLOR_RGB888_PLANAR;
+  if (!offers(task) || tooNarrow || repeats || (asSamples && (job.inType != through || !job.resizes()))) {
     return {};
   }
-  const Context first = contextOf(size, formatOf(task.job.inType), size, formatOf(through), SWS_POINT);
-  const Context second = contextOf(size, formatOf(through), size, formatOf(task.job.outType), SWS_POINT);
+  const Context first = contextOf(from, asSamples ? AV_PIX_FMT_YUV444P : formatOf(job.inType), to,
+                                  asSamples ? AV_PIX_FMT_YUV444P : formatOf(through), flags);
+  const Context second = contextOf(to, formatOf(through), to, formatOf(job.outType), SWS_POINT);
   if (!first || !second) {
     return {};
   }
-  const auto between = std::make_shared<Frame>(through, size);
+  const auto between = std::make_shared<Frame>(through, to, Lines::Aligned);
   const Planes source = planesOf(task.input);
   const Planes middle = planesOf(between->view());
   const Planes target = targetOf(task);
   return [=] { // `between` is kept alive here
     static_cast<void>(between);
-    return sws_scale(first.get(), source.data, source.stride, 0, size.height, middle.data, middle.stride) ==
-               size.height &&
-           sws_scale(second.get(), middle.data, middle.stride, 0, size.height, target.data, target.stride) ==
-               size.height;
+    return sws_scale(first.get(), source.data, source.stride, 0, from.height, middle.data, middle.stride) ==
+               to.height &&
+           sws_scale(second.get(), middle.data, middle.stride, 0, to.height, target.data, target.stride) == to.height;
   };
 }
 
@@ -130,12 +139,21 @@ Runner inTwoSteps(const Task &task, int32_t through) {
 
 void addSwscale(std::vector<Program> &programs) {
   av_log_set_level(AV_LOG_ERROR);
-  programs.push_back({"swscale", inOneStep});
+  programs.push_back({"swscale", [](const Task &task) { return inOneStep(task, flagsOf(task)); }});
+  // Five taps may be a mean of areas just as well.
+  programs.push_back({"swscale by areas", [](const Task &task) {
+                        return task.job.sampling == Sampling::Filtered ? inOneStep(task, SWS_AREA) : Runner{};
+                      }});
   constexpr std::pair<int32_t, const char *> kThrough[] = {
-      {COLOR_YUV420_PLANAR, "yuv420p"}, {COLOR_YUV422_PLANAR, "yuv422p"}, {COLOR_RGB24, "bgr24"}};
+      {COLOR_YUV420_PLANAR, "yuv420p"}, {COLOR_YUV422_PLANAR, "yuv422p"}, {COLOR_YUV444_PLANAR, "yuv444p"},
+      {COLOR_RGB888_PLANAR, "gbrp"},    {COLOR_RGB24, "bgr24"},
+  };
   for (const auto &[type, name] : kThrough) {
-    programs.push_back(
-        {std::string("swscale via ") + name, [type = type](const Task &task) { return inTwoSteps(task, type); }});
+    programs.push_back({std::string("swscale via ") + name,
+                        [type = type](const Task &task) { return inTwoSteps(task, type, flagsOf(task)); }});
+    programs.push_back({std::string("swscale by areas via ") + name, [type = type](const Task &task) {
+                          return task.job.sampling == Sampling::Filtered ? inTwoSteps(task, type, SWS_AREA) : Runner{};
+                        }});
   }
 }
 
