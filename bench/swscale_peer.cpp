@@ -8,6 +8,7 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -102,8 +103,8 @@ Runner inOneStep(const Task &task, int flags) {
   };
 }
 
-/// Converted, if it is the size that stays, or scaled and converted then; through a layout between them.
-Runner inTwoSteps(const Task &task, int32_t through, int flags) {
+/// Converted twice, or scaled and then converted, through a layout in between; so many lines of the input at a time.
+Runner inTwoSteps(const Task &task, int32_t through, int flags, int32_t lines) {
   const Job &job = task.job;
   const Size from = task.input.size;
   const Size to = task.resized();
@@ -124,14 +125,24 @@ Runner inTwoSteps(const Task &task, int32_t through, int flags) {
     return {};
   }
   const auto between = std::make_shared<Frame>(through, to, Lines::Aligned);
-  const Planes source = planesOf(task.input);
-  const Planes middle = planesOf(between->view());
+  const View input = task.input;
   const Planes target = targetOf(task);
-  return [=] { // `between` is kept alive here
-    static_cast<void>(between);
-    return sws_scale(first.get(), source.data, source.stride, 0, from.height, middle.data, middle.stride) ==
-               to.height &&
-           sws_scale(second.get(), middle.data, middle.stride, 0, to.height, target.data, target.stride) == to.height;
+  return [=] { // a slice at a time, of which the second context gets what the first one has finished
+    int32_t finished = 0;
+    int32_t converted = 0;
+    for (int32_t top = 0; top < from.height; top += lines) {
+      const int32_t count = std::min(lines, from.height - top);
+      const Planes source = planesOf(part(input, 0, top, {from.width, count}));
+      const Planes middle = planesOf(between->view());
+      finished += sws_scale(first.get(), source.data, source.stride, top, count, middle.data, middle.stride);
+      const int32_t ready = (finished == to.height ? finished : finished & ~1) - converted;
+      if (ready > 0) {
+        const Planes slice = planesOf(part(between->view(), 0, converted, {to.width, ready}));
+        sws_scale(second.get(), slice.data, slice.stride, converted, ready, target.data, target.stride);
+        converted += ready;
+      }
+    }
+    return converted == to.height;
   };
 }
 
@@ -149,12 +160,21 @@ void addSwscale(std::vector<Program> &programs) {
       {COLOR_RGB888_PLANAR, "gbrp"},    {COLOR_RGB24, "bgr24"},
   };
   for (const auto &[type, name] : kThrough) {
-    programs.push_back({std::string("swscale via ") + name,
-                        [type = type](const Task &task) { return inTwoSteps(task, type, flagsOf(task)); }});
-    programs.push_back({std::string("swscale by areas via ") + name, [type = type](const Task &task) {
-                          return task.job.sampling == Sampling::Filtered ? inTwoSteps(task, type, SWS_AREA) : Runner{};
+    programs.push_back({std::string("swscale via ") + name, [type = type](const Task &task) {
+                          return inTwoSteps(task, type, flagsOf(task), task.input.size.height);
                         }});
   }
+  programs.push_back({"swscale by areas via yuv420p", [](const Task &task) {
+                        return task.job.sampling == Sampling::Filtered
+                                   ? inTwoSteps(task, COLOR_YUV420_PLANAR, SWS_AREA, task.input.size.height)
+                                   : Runner{};
+                      }});
+  // What enlarged planes take is too much for the cache.
+  programs.push_back({"swscale by slices via yuv420p", [](const Task &task) {
+                        constexpr int32_t kLines = 64;
+                        return task.enlarges() ? inTwoSteps(task, COLOR_YUV420_PLANAR, flagsOf(task), kLines)
+                                               : Runner{};
+                      }});
 }
 
 } // namespace bench
