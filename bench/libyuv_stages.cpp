@@ -67,16 +67,6 @@ bool scalePlanes(Function function, const View &from, const View &to, libyuv::Fi
                        to.plane[2], to.stride[2], to.size.width, to.size.height, filter));
 }
 
-/// Lines [top, top + lines) of a picture whose planes all have a line for each of its lines.
-View strip(const View &view, int32_t top, int32_t lines) {
-  View part = view;
-  part.size.height = lines;
-  for (std::size_t p = 0; p < 3; ++p) {
-    part.plane[p] += view.plane[p] == nullptr ? 0 : std::ptrdiff_t{top} * view.stride[p];
-  }
-  return part;
-}
-
 bool toArgb(const View &from, const View &to) {
   const int32_t width = from.size.width;
   const int32_t height = from.size.height;
@@ -126,7 +116,7 @@ bool throughArgb(const View &from, const View &to, Packer packer) {
   for (int32_t top = 0; done && top < from.size.height; top += kStripLines) {
     const int32_t lines = std::min(kStripLines, from.size.height - top);
     const View argb{kArgb, {from.size.width, lines}, {scratch.data(), nullptr, nullptr}, {stride, 0, 0}};
-    done = toArgb(strip(from, top, lines), argb) && fromArgb(argb, strip(to, top, lines), packer);
+    done = toArgb(part(from, 0, top, argb.size), argb) && fromArgb(argb, part(to, 0, top, argb.size), packer);
   }
   return done;
 }
@@ -195,36 +185,6 @@ bool toI422(const View &from, const View &to) {
   }
 }
 
-/// Pairs of chroma samples cannot be turned as they are: split, turn, join.
-bool rotateNv12(const View &from, const View &to, libyuv::RotationMode mode) {
-  static std::vector<uint8_t> scratch;
-  const int32_t pairs = to.size.width / 2;
-  const int32_t lines = to.size.height / 2;
-  const std::size_t bytes = static_cast<std::size_t>(pairs) * static_cast<std::size_t>(lines);
-  scratch.resize(2 * bytes);
-  uint8_t *u = scratch.data();
-  uint8_t *v = u + bytes;
-  const bool turned = good(libyuv::RotatePlane(from.plane[0], from.stride[0], to.plane[0], to.stride[0],
-                                               from.size.width, from.size.height, mode)) &&
-                      good(libyuv::SplitRotateUV(from.plane[1], from.stride[1], u, pairs, v, pairs, from.size.width / 2,
-                                                 from.size.height / 2, mode));
-  libyuv::MergeUVPlane(u, pairs, v, pairs, to.plane[1], to.stride[1], pairs, lines);
-  return turned;
-}
-
-/// Planes of 16-bit samples are what RGB565 pixels look like.
-bool rotateRgb565(const View &from, const View &to, libyuv::RotationMode mode) {
-  return good(libyuv::RotatePlane_16(reinterpret_cast<const uint16_t *>(from.plane[0]), from.stride[0] / 2,
-                                     reinterpret_cast<uint16_t *>(to.plane[0]), to.stride[0] / 2, from.size.width,
-                                     from.size.height, mode));
-}
-
-bool rotateNv12ToI420(const View &from, const View &to, libyuv::RotationMode mode) {
-  return good(libyuv::NV12ToI420Rotate(from.plane[0], from.stride[0], from.plane[1], from.stride[1], to.plane[0],
-                                       to.stride[0], to.plane[1], to.stride[1], to.plane[2], to.stride[2],
-                                       from.size.width, from.size.height, mode));
-}
-
 } // namespace
 
 bool scale(const View &from, const View &to, libyuv::FilterMode filter) {
@@ -248,28 +208,6 @@ bool scale(const View &from, const View &to, libyuv::FilterMode filter) {
   }
 }
 
-bool rotate(const View &from, const View &to, libyuv::RotationMode mode) {
-  const int32_t width = from.size.width;
-  const int32_t height = from.size.height;
-  switch (from.type) {
-  case I420:
-    return threeToThree(libyuv::I420Rotate, from, to, width, height, mode);
-  case I422:
-    return threeToThree(libyuv::I422Rotate, from, to, width, height, mode);
-  case I444:
-  case PLANAR_RGB:
-    return threeToThree(libyuv::I444Rotate, from, to, width, height, mode);
-  case NV12:
-    return to.type == NV12 ? rotateNv12(from, to, mode) : rotateNv12ToI420(from, to, mode);
-  case RGB565:
-    return rotateRgb565(from, to, mode);
-  case kArgb:
-    return good(libyuv::ARGBRotate(from.plane[0], from.stride[0], to.plane[0], to.stride[0], width, height, mode));
-  default:
-    return false;
-  }
-}
-
 bool convert(const View &from, const View &to, Packer packer) {
   switch (to.type) {
   case RGB565:
@@ -283,7 +221,11 @@ bool convert(const View &from, const View &to, Packer packer) {
   case I422:
     return toI422(from, to);
   case YUYV:
-    return from.type == I422 && threeToOne(libyuv::I422ToYUY2, from, to, from.size.width, from.size.height);
+    return threeToOne(from.type == I422 ? libyuv::I422ToYUY2 : libyuv::I420ToYUY2, from, to, from.size.width,
+                      from.size.height);
+  case UYVY:
+    return threeToOne(from.type == I422 ? libyuv::I422ToUYVY : libyuv::I420ToUYVY, from, to, from.size.width,
+                      from.size.height);
   default:
     return false;
   }
