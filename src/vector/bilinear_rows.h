@@ -61,34 +61,40 @@ constexpr ChunkGroups groupsOf(int32_t first, int32_t outputs) {
   return {first / kPlanGroup, planGroups(outputs)};
 }
 
-/// Two interpolated lines of a plane: those with the highest numbers that were asked for, since lines come in rising
-/// order and an output line lies between neighbours.
+/// Two interpolated lines of as many planes: those with the highest numbers that were asked for, since lines come in
+/// rising order and an output line lies between neighbours.
+template <int planes>
 class KeptRows {
 public:
-  KeptRows() = default; // rows are filled before they are read
+  // Rows are filled before they are read; clearing them would cost more than a small picture.
+  // cppcheck-suppress uninitMemberVar
+  KeptRows() {} // NOLINT(modernize-use-equals-default): the default would clear rows of a value-initialised object
 
   void forget() { lines_[0] = lines_[1] = -1; }
 
-  /// Samples of an output line at `to`. fill(line, row) interpolates a source line.
+  /// Samples of an output line at to[plane]. fill(line, rows) interpolates a source line of every plane.
   template <class Fill>
-  void mixed(MixRows mix, const Tap &y, int32_t groups, uint8_t *to, Fill fill) {
-    const int32_t *top = row(y.index, fill);
+  void mixed(MixRows mix, const Tap &y, int32_t groups, uint8_t *const (&to)[planes], Fill fill) {
+    const int32_t top = slotOf(y.index, fill);
     // Without weight the lower line is not needed, not now at least.
-    mix(top, y.next == 0 ? top : row(y.index + 1, fill), y.next, groups, to);
+    const int32_t bottom = y.next == 0 ? top : slotOf(y.index + 1, fill);
+    for (int plane = 0; plane < planes; ++plane) {
+      mix(rows_[top][plane], rows_[bottom][plane], y.next, groups, to[plane]);
+    }
   }
 
 private:
   template <class Fill>
-  const int32_t *row(int32_t line, Fill fill) {
+  int32_t slotOf(int32_t line, Fill fill) {
     const int32_t slot = line & 1;
     if (lines_[slot] != line) {
       fill(line, rows_[slot]);
       lines_[slot] = line;
     }
-    return rows_[slot];
+    return slot;
   }
 
-  alignas(64) int32_t rows_[2][kChunkColumns];
+  alignas(64) int32_t rows_[2][planes][kChunkColumns];
   int32_t lines_[2] = {-1, -1};
 };
 
