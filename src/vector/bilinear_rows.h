@@ -6,6 +6,7 @@
 #include "vector/resize_rows.h"
 #include "vector/scale_rows.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace zqcc {
@@ -63,7 +64,7 @@ constexpr ChunkGroups groupsOf(int32_t first, int32_t outputs) {
 
 /// Two interpolated lines of as many planes: those with the highest numbers that were asked for, since lines come in
 /// rising order and an output line lies between neighbours.
-template <int planes>
+template <std::size_t planes>
 class KeptRows {
 public:
   // Rows are filled before they are read; clearing them would cost more than a small picture.
@@ -78,7 +79,7 @@ public:
     const int32_t top = slotOf(y.index, fill);
     // Without weight the lower line is not needed, not now at least.
     const int32_t bottom = y.next == 0 ? top : slotOf(y.index + 1, fill);
-    for (int plane = 0; plane < planes; ++plane) {
+    for (std::size_t plane = 0; plane < planes; ++plane) {
       mix(rows_[top][plane], rows_[bottom][plane], y.next, groups, to[plane]);
     }
   }

@@ -98,8 +98,7 @@ PickPlan picked(const ConvertParams &seen, const int32_t *xTable, Pieces &pieces
 }
 
 /// A pair of columns that share a sample has it from both of them; a lone last column is its own partner.
-void chromaColumns(const ChromaRule &rule, int32_t samples, int32_t outWidth, const int32_t *xTable,
-                   int32_t *columns) {
+void chromaColumns(const ChromaRule &rule, int32_t samples, int32_t outWidth, const int32_t *xTable, int32_t *columns) {
   PlaneView view{};
   view.lastColumn = samples - 1;
   int32_t even = 0;

@@ -15,7 +15,7 @@ public:
   PlanarComponents(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
       : plan_(plan), fill_(stages.fill), stride_(view.yStride), planes_{view.y, view.u, view.v} {}
 
-  void columns(const ChunkGroups &groups, int32_t /*outputs*/) { groups_ = groups; }
+  void columns(const ChunkGroups &groups) { groups_ = groups; }
 
   void fill(int32_t line, int32_t (&row)[3][kChunkColumns]) const {
     for (int c = 0; c < 3; ++c) {
@@ -38,9 +38,9 @@ public:
   Rgb24Components(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
       : plan_(plan), fill_(stages.fill), fetch_(stages.fetchRgb24), stride_(view.yStride), bytes_(view.v) {}
 
-  void columns(const ChunkGroups &groups, int32_t outputs) {
+  void columns(const ChunkGroups &groups) {
     groups_ = groups;
-    range_ = bytesRead(plan_, groups.first, groups.count, outputs);
+    range_ = bytesRead(plan_, groups.first, groups.count);
   }
 
   void fill(int32_t line, int32_t (&row)[3][kChunkColumns]) {
@@ -76,7 +76,7 @@ public:
 
   void columns(int32_t first, int32_t count) {
     groups_ = groupsOf(first, count);
-    components_.columns(groups_, count);
+    components_.columns(groups_);
     kept_.forget();
     taps_ = lineTaps_;
   }
