@@ -21,6 +21,8 @@ enum class PlanKind : uint32_t {
   Rgb24,     ///< the same of B, G, R bytes
   FivePoint, ///< planar types, five-point means
   Box,       ///< planar types, box means
+  Rgb16,       ///< the same of 16-bit pixels
+  Rgb16Turned, ///< pairs of lines are weighed alike
   RunLength, ///< planar types to RGB24, nearest
   Packed,    ///< packed 4:2:2, nearest
 };

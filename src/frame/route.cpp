@@ -74,8 +74,13 @@ Route sameRgb16(const ConvertParams &p) {
   if (row == kNoRow) {
     return refused(CC_ERR_ARGUMENT);
   }
-  return served(SAME_RGB16[kSameFormatColumns[turnOf(p.rotation)] + 2 * row],
-                byQuality(p.antiAlias, TableFormat::Grouped));
+  const Turn turn = turnOf(p.rotation);
+  Route route =
+      served(SAME_RGB16[kSameFormatColumns[turn] + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
+  if (p.antiAlias == 0) {
+    route.plan = isQuarterTurn(turn) ? PlanKind::Rgb16Turned : PlanKind::Rgb16;
+  }
+  return route;
 }
 
 Route samePacked422(const ConvertParams &p) {

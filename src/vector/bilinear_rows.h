@@ -22,21 +22,29 @@ struct ScaleStages {
   MixRows mix;
   PickRow pick;
   FetchRows fetchRgb24;
+  FetchRows fetchRgb565;
 };
 
 inline ScaleStages scaleStagesOf(LevelSet usable) {
-  return {FILL_ROW.in(usable), MIX_ROWS.in(usable), PICK_ROW.in(usable), RGB24_ROWS.in(usable)};
+  return {FILL_ROW.in(usable), MIX_ROWS.in(usable), PICK_ROW.in(usable), RGB24_ROWS.in(usable),
+          RGB565_ROWS.in(usable)};
 }
 
 /// The taps of output lines, pair by pair.
 class LineTaps {
 public:
-  LineTaps(const int32_t *table, Weighting weighting) : walk_(table), weighting_(weighting) {}
+  /// Of lines that are weighed alike, the second of a pair takes the weights of the first.
+  LineTaps(const int32_t *table, Weighting weighting, bool alike = false)
+      : walk_(table), weighting_(weighting), alike_(alike) {}
 
   /// Of the next two lines, or of a lone last one twice.
   TapPair next(int32_t lineCount) {
     const Tap first = nextTap();
-    return {first, lineCount == 1 ? first : nextTap()};
+    if (lineCount == 1) {
+      return {first, first};
+    }
+    const Tap second = nextTap();
+    return {first, {second.index, alike_ ? first.next : second.next}};
   }
 
 private:
@@ -49,6 +57,7 @@ private:
 
   GroupWalk walk_;
   Weighting weighting_;
+  bool alike_;
 };
 
 /// The groups of a plan that hold the outputs of a chunk.

@@ -45,7 +45,8 @@ int32_t chromaSamples(PlanKind kind, const ConvertParams &seen) {
 Parts partsOf(PlanKind kind, const ConvertParams &seen) {
   const ChromaRule *rule = chromaRuleOf(kind);
   if (rule == nullptr) {
-    const bool rgb = kind == PlanKind::PlanarRgb || kind == PlanKind::Rgb24;
+    const bool rgb = kind == PlanKind::PlanarRgb || kind == PlanKind::Rgb24 || kind == PlanKind::Rgb16 ||
+                     kind == PlanKind::Rgb16Turned;
     return {rgb, false, 0, 0};
   }
   const int32_t samples = chromaSamples(kind, seen);

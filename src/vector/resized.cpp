@@ -44,11 +44,15 @@ bool resizeByPlan(const Job &job, const PlaneView &view, Turn turn, const Target
     return resizeBy<YuvSampler<BilinearLuma>>(job, view, to);
   case PlanKind::Rgb24:
     if (job.plan->luma.step == 1) {
-      return resizeBy<RgbSampler<Rgb24Components>>(job, view, to);
+      return resizeBy<RgbSampler<FetchedComponents<3>>>(job, view, to);
     }
     return resizeBy<RgbSampler<PlanarComponents>>(job, view, to);
   case PlanKind::PlanarRgb:
     return resizeBy<RgbSampler<PlanarComponents>>(job, view, to);
+  case PlanKind::Rgb16:
+  case PlanKind::Rgb16Turned:
+    // Components cannot be gathered from words that hold parts of three of them.
+    return job.plan->luma.parts != 0 && resizeBy<RgbSampler<FetchedComponents<2>>>(job, view, to);
   default:
     return false;
   }

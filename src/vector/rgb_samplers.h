@@ -31,12 +31,14 @@ private:
   ChunkGroups groups_{};
 };
 
-/// B, G, R bytes become rows first, those of the chunk.
-class Rgb24Components {
+/// Pixels become rows of their components first, those of the chunk.
+template <int pixelBytes>
+class FetchedComponents {
 public:
   // cppcheck-suppress uninitMemberVar ; samples are fetched before they are read
-  Rgb24Components(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
-      : plan_(plan), fill_(stages.fill), fetch_(stages.fetchRgb24), stride_(view.yStride), bytes_(view.v) {}
+  FetchedComponents(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
+      : plan_(plan), fill_(stages.fill), fetch_(pixelBytes == 3 ? stages.fetchRgb24 : stages.fetchRgb565),
+        stride_(view.yStride), bytes_(view.v) {}
 
   void columns(const ChunkGroups &groups) {
     groups_ = groups;
@@ -44,7 +46,7 @@ public:
   }
 
   void fill(int32_t line, int32_t (&row)[3][kChunkColumns]) {
-    const uint8_t *from = bytes_ + line * stride_ + std::ptrdiff_t{range_.first} * 3;
+    const uint8_t *from = bytes_ + line * stride_ + std::ptrdiff_t{range_.first} * pixelBytes;
     fetch_({nullptr, nullptr, from}, {samples_[0], samples_[1], samples_[2]}, range_.end - range_.first);
     for (int c = 0; c < 3; ++c) {
       fill_(samples_[c] - range_.first, plan_, groups_.first, groups_.count, row[c]);
@@ -71,7 +73,7 @@ class RgbSampler {
 public:
   // cppcheck-suppress uninitMemberVar ; samples are made before they are read
   RgbSampler(const Job &job, const PlaneView &view, const ScaleStages &stages)
-      : lineTaps_(job.yTable, weightingOf(job.plan->kind)), taps_(lineTaps_), mix_(stages.mix),
+      : lineTaps_(job.yTable, weightingOf(job.plan->kind), job.plan->kind == PlanKind::Rgb16Turned), taps_(lineTaps_), mix_(stages.mix),
         components_(view, job.plan->luma, stages) {}
 
   void columns(int32_t first, int32_t count) {
