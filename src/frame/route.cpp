@@ -66,6 +66,7 @@ Route samePlanar420(const ConvertParams &p) {
   Route route = served(SAME_PLANAR420[kPlanar420Columns[turn] + 3 * row], byQuality(p.antiAlias, plain));
   route.sizedByInput = isRotation(turn);
   route.fromStrideEnd = p.isResize == 1 && turn == Turn::Half;
+  route.plan = route.tables == TableFormat::Bilinear ? PlanKind::Planes420 : PlanKind::None;
   return route;
 }
 

@@ -4,6 +4,7 @@
 #include "sameformat/bilinear.h"
 #include "sameformat/nearest.h"
 #include "sameformat/plane_rotation.h"
+#include "vector/resized_planes.h"
 
 namespace zqcc {
 
@@ -75,6 +76,9 @@ void rotate180Yuv420Planar(const Job &job) {
 }
 
 void resizeYuv420Planar(const Job &job) {
+  if (resizedPlanesByRows(job)) {
+    return;
+  }
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
     if (isChroma(i)) {

@@ -39,6 +39,7 @@ struct ResizePlan {
   TapPlan luma;    ///< interpolated columns, of luma or of every plane of RGB
   PickPlan picked; ///< columns of luma that are taken as they are
   PickPlan chroma; ///< the same, of chroma
+  TapPlan chromaTaps; ///< interpolated columns of chroma
 };
 
 /// Bytes of the plan of a frame that the routine sees as `seen`; 0 if it has none. May be more than memory can be

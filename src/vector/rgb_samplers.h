@@ -65,7 +65,7 @@ private:
   const uint8_t *bytes_;
   ChunkGroups groups_{};
   ByteRange range_{};
-  alignas(64) uint8_t samples_[3][(kSamples + 63) & -64];
+  alignas(64) uint8_t samples_[3][(kSamples + 63) / 64 * 64];
 };
 
 template <class Components>
