@@ -91,7 +91,8 @@ Route samePacked422(const ConvertParams &p) {
     const bool swapped = packedLayout(packedVariantOf(p.inType)).isSwapped();
     tables = swapped ? TableFormat::Bilinear : byQuality(p.antiAlias, TableFormat::Bilinear);
   }
-  return served(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables);
+  const PlanKind plan = tables == TableFormat::Bilinear ? PlanKind::Packed422 : PlanKind::None;
+  return planned(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables, plan);
 }
 
 Route sameFormatRoute(const ConvertParams &p) {

@@ -3,6 +3,7 @@
 #include "base/limits.h"
 #include "sameformat/bilinear.h"
 #include "sameformat/packed_line.h"
+#include "vector/resized_planes.h"
 
 namespace zqcc {
 
@@ -104,11 +105,15 @@ void resizePacked422Select(const Job &job) {
 }
 
 void resizePacked422(const Job &job) {
-  resizeOrder<1, false>(job);
+  if (!resizedPackedByRows(job)) {
+    resizeOrder<1, false>(job);
+  }
 }
 
 void resizePacked422Swapped(const Job &job) {
-  resizeOrder<1, true>(job);
+  if (!resizedPackedByRows(job)) {
+    resizeOrder<1, true>(job);
+  }
 }
 
 void resizePacked422AntiAlias(const Job &job) {

@@ -82,14 +82,27 @@ public:
 
   void forget() { lines_[0] = lines_[1] = -1; }
 
-  /// Samples of an output line at to[plane]. fill(line, rows) interpolates a source line of every plane.
+  /// The two source lines of an output line, interpolated: a row of every plane.
+  struct Neighbours {
+    const int32_t (*top)[kChunkColumns];
+    const int32_t (*bottom)[kChunkColumns];
+  };
+
+  /// fill(line, rows) interpolates a source line of every plane.
   template <class Fill>
-  void mixed(MixRows mix, const Tap &y, int32_t groups, uint8_t *const (&to)[planes], Fill fill) {
+  Neighbours neighbours(const Tap &y, Fill fill) {
     const int32_t top = slotOf(y.index, fill);
     // Without weight the lower line is not needed, not now at least.
     const int32_t bottom = y.next == 0 ? top : slotOf(y.index + 1, fill);
+    return {rows_[top], rows_[bottom]};
+  }
+
+  /// Samples of an output line at to[plane].
+  template <class Fill>
+  void mixed(MixRows mix, const Tap &y, int32_t groups, uint8_t *const (&to)[planes], Fill fill) {
+    const Neighbours rows = neighbours(y, fill);
     for (std::size_t plane = 0; plane < planes; ++plane) {
-      mix(rows_[top][plane], rows_[bottom][plane], y.next, groups, to[plane]);
+      mix(rows.top[plane], rows.bottom[plane], y.next, groups, to[plane]);
     }
   }
 
