@@ -13,11 +13,59 @@ constexpr std::size_t kAlignment = 64;
 /// Vector code of other libraries may read a little behind a plane.
 constexpr std::size_t kSlack = 128;
 
-support::PlaneShape shapeOf(int32_t type, const Size &size, int32_t index) {
+int32_t tightStride(int32_t type, int32_t width) {
+  return type == kArgb ? 4 * width : support::tightStride(type, width);
+}
+
+/// Chroma lines are at boundaries too, down to a quarter of the stride.
+int32_t alignedStride(int32_t type, int32_t width) {
+  constexpr int32_t kStep = 4 * static_cast<int32_t>(kAlignment);
+  return (tightStride(type, width) + kStep - 1) / kStep * kStep;
+}
+
+support::PlaneShape shapeOf(int32_t type, const Size &size, int32_t stride, int32_t index) {
   if (type == kArgb) {
-    return {4 * size.width, size.height, 4 * size.width};
+    return {4 * size.width, size.height, stride};
   }
-  return support::planeShape(type, size.width, size.height, support::tightStride(type, size.width), index);
+  return support::planeShape(type, size.width, size.height, stride, index);
+}
+
+/// How a plane lies under the picture: bytes a sample, and the shifts from pixels to samples. Pairs of chroma count as
+/// one sample of two bytes.
+struct Placing {
+  int32_t bytes, across, down;
+};
+
+Placing placingOf(int32_t type, int32_t plane) {
+  switch (type) {
+  case kArgb:
+    return {4, 0, 0};
+  case COLOR_RGB24:
+    return {3, 0, 0};
+  case COLOR_YUV444_PLANAR:
+  case COLOR_RGB888_PLANAR:
+    return {1, 0, 0};
+  default:
+    break;
+  }
+  if (support::isRgb16(type) || support::isPacked422(type)) {
+    return {2, 0, 0};
+  }
+  if (plane == 0) {
+    return {1, 0, 0};
+  }
+  switch (type) {
+  case COLOR_YUV422_PLANAR:
+    return {1, 1, 0};
+  case COLOR_YUV440_PLANAR:
+    return {1, 0, 1};
+  case COLOR_YUV411_PLANAR:
+    return {1, 2, 0};
+  case COLOR_YUV_QUARTER_HEIGHT:
+    return {1, 0, 2};
+  default:
+    return {support::isSemiPlanar(type) ? 2 : 1, 1, 1};
+  }
 }
 
 std::size_t roomFor(const support::PlaneShape &shape) {
@@ -131,7 +179,7 @@ int32_t planeCount(int32_t type) {
 }
 
 Size planeSize(const View &view, int32_t index) {
-  const support::PlaneShape shape = shapeOf(view.type, view.size, index);
+  const support::PlaneShape shape = shapeOf(view.type, view.size, tightStride(view.type, view.size.width), index);
   return {shape.lineBytes, shape.lines};
 }
 
@@ -145,16 +193,28 @@ View bottomUp(const View &view) {
   return up;
 }
 
-Frame::Frame(int32_t type, const Size &size) : view_{type, size, {}, {}} {
+View part(const View &view, int32_t left, int32_t top, const Size &size) {
+  View smaller = view;
+  smaller.size = size;
+  for (int32_t i = 0; i < planeCount(view.type); ++i) {
+    const Placing placing = placingOf(view.type, i);
+    const auto p = static_cast<std::size_t>(i);
+    smaller.plane[p] += std::ptrdiff_t{top >> placing.down} * view.stride[p] + (left >> placing.across) * placing.bytes;
+  }
+  return smaller;
+}
+
+Frame::Frame(int32_t type, const Size &size, Lines lines) : view_{type, size, {}, {}} {
+  const int32_t stride = lines == Lines::Tight ? tightStride(type, size.width) : alignedStride(type, size.width);
   std::size_t bytes = kAlignment;
   for (int32_t i = 0; i < planeCount(type); ++i) {
-    bytes += roomFor(shapeOf(type, size, i));
+    bytes += roomFor(shapeOf(type, size, stride, i));
   }
   store_.resize(bytes);
   const auto address = reinterpret_cast<std::uintptr_t>(store_.data());
   uint8_t *next = store_.data() + (kAlignment - address % kAlignment) % kAlignment;
   for (int32_t i = 0; i < planeCount(type); ++i) {
-    const support::PlaneShape shape = shapeOf(type, size, i);
+    const support::PlaneShape shape = shapeOf(type, size, stride, i);
     view_.plane[static_cast<std::size_t>(i)] = next;
     view_.stride[static_cast<std::size_t>(i)] = shape.stride;
     next += roomFor(shape);

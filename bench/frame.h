@@ -1,4 +1,5 @@
-// Pictures as the benchmarks hand them to every library: planes at 64-byte boundaries, tight lines.
+// Pictures as the benchmarks hand them to every library: planes at 64-byte boundaries, tight lines; and pictures
+// between the steps of other libraries, whose lines begin at such boundaries too.
 #pragma once
 
 #include "jobs.h"
@@ -25,10 +26,14 @@ int32_t planeCount(int32_t type);
 Size planeSize(const View &view, int32_t index);
 /// The same planes read or written from the last line up.
 View bottomUp(const View &view);
+/// The part that begins at a pixel and has a size, both multiples of what the chroma asks for.
+View part(const View &view, int32_t left, int32_t top, const Size &size);
+
+enum class Lines { Tight, Aligned };
 
 class Frame {
 public:
-  Frame(int32_t type, const Size &size);
+  Frame(int32_t type, const Size &size, Lines lines = Lines::Tight);
   ~Frame() = default;
   Frame(Frame &&) noexcept = default;
   Frame &operator=(Frame &&) noexcept = default;

@@ -37,6 +37,22 @@ constexpr Scale SAME = {1, 1};
 constexpr Scale UP = {5, 4};
 constexpr Scale DOWN = {3, 5};
 
+// Jobs at sizes of their own.
+constexpr Size kOnlyHd[] = {kHd};
+constexpr Size kOnlyFullHd[] = {kFullHd};
+constexpr Size kSmallAndFullHd[] = {kSmall, kFullHd};
+constexpr Size kThreeSizes[] = {kSmall, kHd, kFullHd};
+constexpr Size kOnlyTiny[] = {kTinySize};
+
+constexpr Job at(Job job, std::span<const Size> sizes) {
+  job.sizes = sizes;
+  return job;
+}
+constexpr Job to(Job job, const Size &output, std::span<const Size> sizes) {
+  job.fixedOutput = output;
+  return at(job, sizes);
+}
+
 constexpr Group kGroups[] = {
     {"planar", "planar 4:2:0, 4:2:2, semi-planar to RGB565", 1.5, 2.5},
     {"packed", "packed 4:2:2 to RGB565", 1.3, 2},
@@ -49,16 +65,30 @@ constexpr Group kGroups[] = {
     {"half_turn", "half turn", 1.6, 3},
     {"flip", "flip", 1.5, 3},
     {"call", "16x16 call", 1, 3},
-    {"resized_rgb24", "resized to RGB24"},
-    {"general", "resized to RGB565, any ratio"},
-    {"special", "resized to RGB565, ratios with routines of their own"},
-    {"filtered", "resized to RGB565 by five taps"},
-    {"box", "resized to RGB565 by the mean of a box"},
-    {"yuv", "YUV to YUV"},
-    {"same_i420", "planar 4:2:0, type kept"},
-    {"same_nv12", "semi-planar, type kept"},
-    {"same_yuyv", "packed 4:2:2, type kept"},
-    {"same_rgb565", "RGB565, type kept"},
+    {"bilinear", "4:2:0 bilinear to RGB565", 1.6, 3},
+    {"bilinear_left", "4:2:0 bilinear to RGB565, turned left", 2, 4},
+    {"half", "4:2:0 to RGB565, half the size", 1.5, 3},
+    {"three_quarters", "4:2:0 to RGB565, three quarters", 1.5, 3},
+    {"three_halves", "4:2:0 to RGB565, three halves", 1.5, 3},
+    {"double", "4:2:0 to RGB565, double the size", 1.5, 3},
+    {"resized_layouts", "4:4:4, planar RGB, RGB24 and packed 4:2:2, resized to RGB565", 1.3, 2},
+    {"filtered", "4:2:0 to RGB565 by five taps", 1.1, 2},
+    {"box", "4:2:0 to RGB565 by the mean of a box", 2, 4},
+    {"resized_rgb24", "resized to RGB24", 1, 2},
+    {"more_resizing", "resized to RGB565, all else"},
+    {"same_i420_bilinear", "planar 4:2:0 kept, bilinear", 1.3, 3},
+    {"same_i420_turned", "planar 4:2:0 kept, turned", 1, 1.5},
+    {"same_nv12_turned", "semi-planar kept, turned", 1, 1.5},
+    {"same_rgb565_bilinear", "RGB565 kept, bilinear", 2, 4},
+    {"same_rgb565_turned", "RGB565 kept, turned", 1.5, 2},
+    {"same_rgb565_both", "RGB565 kept, bilinear and turned left", 2, 4},
+    {"same_yuyv_bilinear", "packed 4:2:2 kept, bilinear", 2, 4},
+    {"same_yuyv_turned", "packed 4:2:2 kept, turned", 3, 5},
+    {"same_filtered", "planar 4:2:0, packed 4:2:2, RGB565 kept, by five taps", 1, 2},
+    {"yuyv_to_i420", "packed 4:2:2 to planar 4:2:0", 1, 1.3},
+    {"nv12_to_i420", "semi-planar to planar 4:2:0", 1, 1.3},
+    {"copies", "copies", 0.95, 1},
+    {"more_same", "type kept or YUV to YUV, all else"},
     {"resizing_call", "16x16 call that resizes"},
     {"setup", "set-up at 1920x1080"},
 };
@@ -121,6 +151,34 @@ constexpr Job kJobs[] = {
     {"flip", "i444_flip", I444, RGB565, SAME, NONE, FLIP},
     {"flip", "planar_rgb_flip", PLANAR_RGB, RGB565, SAME, NONE, FLIP},
 
+    // Planar 4:2:0 resized to RGB565: any ratio, then those that have routines of their own.
+    to({"bilinear", "i420_to_854x480", I420, RGB565, SAME, BILINEAR}, {854, 480}, kOnlyHd),
+    to({"bilinear", "i420_to_800x480", I420, RGB565, SAME, BILINEAR}, {800, 480}, kSmallAndFullHd),
+    to({"bilinear_left", "i420_to_800x480", I420, RGB565, SAME, BILINEAR, LEFT}, {800, 480}, kOnlyHd),
+    {"half", "i420", I420, RGB565, {1, 2}, NEAREST},
+    {"three_quarters", "i420", I420, RGB565, {3, 4}, BILINEAR},
+    {"three_halves", "i420", I420, RGB565, {3, 2}, BILINEAR},
+    {"double", "i420", I420, RGB565, {2, 1}, BILINEAR},
+
+    // The other layouts resized to RGB565.
+    {"resized_layouts", "i444_5:4", I444, RGB565, UP, BILINEAR},
+    {"resized_layouts", "i444_3:5", I444, RGB565, DOWN, BILINEAR},
+    {"resized_layouts", "planar_rgb_5:4", PLANAR_RGB, RGB565, UP, BILINEAR},
+    {"resized_layouts", "planar_rgb_3:5", PLANAR_RGB, RGB565, DOWN, BILINEAR},
+    {"resized_layouts", "rgb24_5:4", RGB24, RGB565, UP, BILINEAR},
+    {"resized_layouts", "rgb24_3:5", RGB24, RGB565, DOWN, BILINEAR},
+    {"resized_layouts", "yuyv_5:4", YUYV, RGB565, UP, NEAREST},
+    {"resized_layouts", "yuyv_3:5", YUYV, RGB565, DOWN, NEAREST},
+
+    // By five weighted taps, whose weights quality 2 spreads further, and by the mean of a box.
+    to({"filtered", "i420_to_800x480", I420, RGB565, SAME, FILTERED, UPRIGHT, 1}, {800, 480}, kOnlyFullHd),
+    to({"filtered", "i420_to_800x480_wide", I420, RGB565, SAME, FILTERED, UPRIGHT, 2}, {800, 480}, kOnlyFullHd),
+    {"filtered", "i420_3:5", I420, RGB565, DOWN, FILTERED, UPRIGHT, 1},
+    {"filtered", "i420_3:5_wide", I420, RGB565, DOWN, FILTERED, UPRIGHT, 2},
+    to({"box", "i420_to_320x180", I420, RGB565, SAME, BOX, UPRIGHT, 3}, {320, 180}, kOnlyFullHd),
+    {"box", "i420_1:4", I420, RGB565, {1, 4}, BOX, UPRIGHT, 3},
+    {"box", "i420_1:8", I420, RGB565, {1, 8}, BOX, UPRIGHT, 3},
+
     // Resized to RGB24.
     {"resized_rgb24", "i420_3:5", I420, RGB24, DOWN, NEAREST},
     // Enlarged RGB24 repeats lines in part only.
@@ -128,81 +186,75 @@ constexpr Job kJobs[] = {
     {"resized_rgb24", "yuyv_3:5", YUYV, RGB24, DOWN, NEAREST},
     {"resized_rgb24", "yuyv_5:4", YUYV, RGB24, UP, NEAREST},
 
-    // Resized to RGB565, ratios without routines of their own.
-    {"general", "i420_5:4", I420, RGB565, UP, BILINEAR},
-    {"general", "i420_3:5", I420, RGB565, DOWN, BILINEAR},
-    {"general", "i420_5:4_left", I420, RGB565, UP, BILINEAR, LEFT},
-    {"general", "i420_3:5_left", I420, RGB565, DOWN, BILINEAR, LEFT},
-    {"general", "i420_3:5_half", I420, RGB565, DOWN, BILINEAR, HALF},
-    {"general", "i422_5:4", I422, RGB565, UP, BILINEAR},
-    {"general", "i444_5:4", I444, RGB565, UP, BILINEAR},
-    {"general", "i444_5:4_left", I444, RGB565, UP, BILINEAR, LEFT},
-    {"general", "i440_5:4", I440, RGB565, UP, BILINEAR},
-    {"general", "i411_5:4", I411, RGB565, UP, BILINEAR},
-    {"general", "quarter_height_5:4", QUARTER, RGB565, UP, BILINEAR},
-    {"general", "planar_rgb_5:4", PLANAR_RGB, RGB565, UP, BILINEAR},
-    {"general", "planar_rgb_5:4_left", PLANAR_RGB, RGB565, UP, BILINEAR, LEFT},
-    {"general", "nv12_5:4", NV12, RGB565, UP, BILINEAR},
-    {"general", "yuyv_5:4", YUYV, RGB565, UP, NEAREST},
-    {"general", "yuyv_3:5", YUYV, RGB565, DOWN, NEAREST},
-    {"general", "yuyv_5:4_left", YUYV, RGB565, UP, NEAREST, LEFT},
-    {"general", "rgb24_5:4", RGB24, RGB565, UP, BILINEAR},
-    {"general", "rgb24_5:4_left", RGB24, RGB565, UP, BILINEAR, LEFT},
+    // What else resizes to RGB565.
+    {"more_resizing", "i420_5:4", I420, RGB565, UP, BILINEAR},
+    {"more_resizing", "i420_3:5", I420, RGB565, DOWN, BILINEAR},
+    {"more_resizing", "i420_5:4_left", I420, RGB565, UP, BILINEAR, LEFT},
+    {"more_resizing", "i420_3:5_left", I420, RGB565, DOWN, BILINEAR, LEFT},
+    {"more_resizing", "i420_3:5_half", I420, RGB565, DOWN, BILINEAR, HALF},
+    {"more_resizing", "i420_1:4", I420, RGB565, {1, 4}, NEAREST},
+    {"more_resizing", "i420_3:4_left", I420, RGB565, {3, 4}, BILINEAR, LEFT},
+    {"more_resizing", "i420_2:1_left", I420, RGB565, {2, 1}, BILINEAR, LEFT},
+    {"more_resizing", "i422_5:4", I422, RGB565, UP, BILINEAR},
+    {"more_resizing", "i440_5:4", I440, RGB565, UP, BILINEAR},
+    {"more_resizing", "i411_5:4", I411, RGB565, UP, BILINEAR},
+    {"more_resizing", "quarter_height_5:4", QUARTER, RGB565, UP, BILINEAR},
+    {"more_resizing", "nv12_5:4", NV12, RGB565, UP, BILINEAR},
+    {"more_resizing", "i444_5:4_left", I444, RGB565, UP, BILINEAR, LEFT},
+    {"more_resizing", "planar_rgb_5:4_left", PLANAR_RGB, RGB565, UP, BILINEAR, LEFT},
+    {"more_resizing", "rgb24_5:4_left", RGB24, RGB565, UP, BILINEAR, LEFT},
+    {"more_resizing", "yuyv_5:4_left", YUYV, RGB565, UP, NEAREST, LEFT},
+    {"more_resizing", "i444_filtered_3:5", I444, RGB565, DOWN, FILTERED, UPRIGHT, 1},
+    {"more_resizing", "planar_rgb_filtered_3:5", PLANAR_RGB, RGB565, DOWN, FILTERED, UPRIGHT, 1},
+    {"more_resizing", "nv12_filtered_3:5", NV12, RGB565, DOWN, FILTERED, UPRIGHT, 1},
+    {"more_resizing", "i420_filtered_1:4_wide", I420, RGB565, {1, 4}, FILTERED, UPRIGHT, 2},
+    {"more_resizing", "i444_box_1:4", I444, RGB565, {1, 4}, BOX, UPRIGHT, 3},
 
-    // Resized to RGB565, ratios with routines of their own.
-    {"special", "i420_1:2", I420, RGB565, {1, 2}, NEAREST},
-    {"special", "i420_1:4", I420, RGB565, {1, 4}, NEAREST},
-    {"special", "i420_3:4", I420, RGB565, {3, 4}, BILINEAR},
-    {"special", "i420_3:2", I420, RGB565, {3, 2}, BILINEAR},
-    {"special", "i420_2:1", I420, RGB565, {2, 1}, BILINEAR},
-    {"special", "i420_3:4_left", I420, RGB565, {3, 4}, BILINEAR, LEFT},
-    {"special", "i420_2:1_left", I420, RGB565, {2, 1}, BILINEAR, LEFT},
-
-    // Resized to RGB565 by five weighted taps, and by the mean of a box.
-    {"filtered", "i420_3:5", I420, RGB565, DOWN, FILTERED, UPRIGHT, 1},
-    {"filtered", "i420_1:4_wide", I420, RGB565, {1, 4}, FILTERED, UPRIGHT, 2},
-    {"filtered", "i444_3:5", I444, RGB565, DOWN, FILTERED, UPRIGHT, 1},
-    {"filtered", "planar_rgb_3:5", PLANAR_RGB, RGB565, DOWN, FILTERED, UPRIGHT, 1},
-    {"filtered", "nv12_3:5", NV12, RGB565, DOWN, FILTERED, UPRIGHT, 1},
-    {"box", "i420_1:4", I420, RGB565, {1, 4}, BOX, UPRIGHT, 3},
-    {"box", "i420_1:8", I420, RGB565, {1, 8}, BOX, UPRIGHT, 3},
-    {"box", "i444_1:4", I444, RGB565, {1, 4}, BOX, UPRIGHT, 3},
+    // Same format, turned or resized or both.
+    to({"same_i420_bilinear", "to_640x360", I420, I420, SAME, BILINEAR}, {640, 360}, kOnlyHd),
+    to({"same_i420_bilinear", "to_854x480", I420, I420, SAME, BILINEAR}, {854, 480}, kOnlyHd),
+    at({"same_i420_turned", "left", I420, I420, SAME, NONE, LEFT}, kThreeSizes),
+    at({"same_i420_turned", "right", I420, I420, SAME, NONE, RIGHT}, kThreeSizes),
+    at({"same_i420_turned", "half", I420, I420, SAME, NONE, HALF}, kThreeSizes),
+    at({"same_nv12_turned", "left", NV12, NV12, SAME, NONE, LEFT}, kThreeSizes),
+    at({"same_nv12_turned", "right", NV12, NV12, SAME, NONE, RIGHT}, kThreeSizes),
+    to({"same_rgb565_bilinear", "to_800x480", RGB565, RGB565, SAME, BILINEAR}, {800, 480}, kOnlyHd),
+    at({"same_rgb565_turned", "left", RGB565, RGB565, SAME, NONE, LEFT}, kThreeSizes),
+    at({"same_rgb565_turned", "right", RGB565, RGB565, SAME, NONE, RIGHT}, kThreeSizes),
+    to({"same_rgb565_both", "to_800x480_left", RGB565, RGB565, SAME, BILINEAR, LEFT}, {800, 480}, kOnlyHd),
+    {"same_yuyv_bilinear", "yuyv_5:4", YUYV, YUYV, UP, BILINEAR},
+    {"same_yuyv_bilinear", "uyvy_5:4", UYVY, UYVY, UP, BILINEAR},
+    at({"same_yuyv_turned", "left", YUYV, YUYV, SAME, NONE, LEFT}, kOnlyHd),
+    at({"same_yuyv_turned", "right", YUYV, YUYV, SAME, NONE, RIGHT}, kOnlyHd),
+    {"same_filtered", "i420_3:5", I420, I420, DOWN, FILTERED, UPRIGHT, 1},
+    {"same_filtered", "yuyv_3:5", YUYV, YUYV, DOWN, FILTERED, UPRIGHT, 1},
+    {"same_filtered", "rgb565_3:5", RGB565, RGB565, DOWN, FILTERED, UPRIGHT, 1},
 
     // YUV to YUV. Every second chroma line is taken, from 4:2:0 too.
-    {"yuv", "i422_to_i420", I422, I420},
-    {"yuv", "nv12_to_i420", NV12, I420, SAME, NONE, UPRIGHT, 0, kAnyPicture},
-    {"yuv", "yuyv_to_i420", YUYV, I420},
-    {"yuv", "i420_to_yv12", I420, COLOR_YVU420_PLANAR, SAME, NONE, UPRIGHT, 0, kAnyPicture},
+    at({"yuyv_to_i420", "yuyv", YUYV, I420}, kThreeSizes),
+    at({"nv12_to_i420", "nv12", NV12, I420, SAME, NONE, UPRIGHT, 0, kAnyPicture}, kThreeSizes),
+    at({"copies", "i420", I420, I420}, kThreeSizes),
+    at({"copies", "nv12", NV12, NV12}, kThreeSizes),
+    at({"copies", "yuyv", YUYV, YUYV}, kThreeSizes),
+    at({"copies", "rgb565", RGB565, RGB565}, kThreeSizes),
 
-    // Same format.
-    {"same_i420", "copy", I420, I420},
-    {"same_i420", "left", I420, I420, SAME, NONE, LEFT},
-    {"same_i420", "half", I420, I420, SAME, NONE, HALF},
-    {"same_i420", "bilinear_5:4", I420, I420, UP, BILINEAR},
-    {"same_i420", "bilinear_3:5", I420, I420, DOWN, BILINEAR},
-    {"same_i420", "nearest_3:5_left", I420, I420, DOWN, NEAREST, LEFT},
-    {"same_i420", "filtered_3:5", I420, I420, DOWN, FILTERED, UPRIGHT, 1},
-    {"same_nv12", "copy", NV12, NV12},
-    {"same_nv12", "left", NV12, NV12, SAME, NONE, LEFT},
-    {"same_nv12", "nearest_5:4", NV12, NV12, UP, NEAREST},
-    {"same_nv12", "nearest_3:5_left", NV12, NV12, DOWN, NEAREST, LEFT},
-    {"same_yuyv", "copy", YUYV, YUYV},
-    {"same_yuyv", "left", YUYV, YUYV, SAME, NONE, LEFT},
-    {"same_yuyv", "bilinear_5:4", YUYV, YUYV, UP, BILINEAR},
-    {"same_yuyv", "nearest_3:5_left", YUYV, YUYV, DOWN, NEAREST, LEFT},
-    {"same_yuyv", "filtered_3:5", YUYV, YUYV, DOWN, FILTERED, UPRIGHT, 1},
-    {"same_rgb565", "copy", RGB565, RGB565},
-    {"same_rgb565", "left", RGB565, RGB565, SAME, NONE, LEFT},
-    {"same_rgb565", "bilinear_5:4", RGB565, RGB565, UP, BILINEAR},
-    {"same_rgb565", "bilinear_5:4_left", RGB565, RGB565, UP, BILINEAR, LEFT},
-    {"same_rgb565", "filtered_3:5", RGB565, RGB565, DOWN, FILTERED, UPRIGHT, 1},
+    {"more_same", "i422_to_i420", I422, I420},
+    {"more_same", "i420_to_yv12", I420, COLOR_YVU420_PLANAR, SAME, NONE, UPRIGHT, 0, kAnyPicture},
+    {"more_same", "i420_bilinear_5:4", I420, I420, UP, BILINEAR},
+    {"more_same", "i420_bilinear_3:5", I420, I420, DOWN, BILINEAR},
+    {"more_same", "i420_nearest_3:5_left", I420, I420, DOWN, NEAREST, LEFT},
+    {"more_same", "nv12_nearest_5:4", NV12, NV12, UP, NEAREST},
+    {"more_same", "nv12_nearest_3:5_left", NV12, NV12, DOWN, NEAREST, LEFT},
+    {"more_same", "yuyv_nearest_3:5_left", YUYV, YUYV, DOWN, NEAREST, LEFT},
+    {"more_same", "rgb565_bilinear_5:4", RGB565, RGB565, UP, BILINEAR},
+    {"more_same", "rgb565_bilinear_5:4_left", RGB565, RGB565, UP, BILINEAR, LEFT},
 };
 
 constexpr Job kCalls[] = {
-    {"call", "i420", I420, RGB565},
-    {"call", "nv12", NV12, RGB565},
-    {"call", "yuyv", YUYV, RGB565},
-    {"resizing_call", "i420_5:4", I420, RGB565, UP, BILINEAR},
+    at({"call", "i420", I420, RGB565}, kOnlyTiny),
+    at({"call", "nv12", NV12, RGB565}, kOnlyTiny),
+    at({"call", "yuyv", YUYV, RGB565}, kOnlyTiny),
+    at({"resizing_call", "i420_5:4", I420, RGB565, UP, BILINEAR}, kOnlyTiny),
 };
 
 constexpr Job kSetUps[] = {

@@ -1,4 +1,4 @@
-// What is measured: a table of conversions. Every job runs at every size and in every program that can do it.
+// What is measured: a table of conversions. Every job runs at all of its sizes and in every program that can do it.
 #pragma once
 
 #include "zqColorConversion.h"
@@ -17,7 +17,11 @@ constexpr Size turned(const Size &size) {
   return {size.height, size.width};
 }
 
-constexpr Size kSizes[] = {{1280, 720}, {1920, 1080}};
+constexpr Size kSmall = {320, 240};
+constexpr Size kHd = {1280, 720};
+constexpr Size kFullHd = {1920, 1080};
+/// Where most jobs are measured.
+constexpr Size kSizes[] = {kHd, kFullHd};
 /// A frame of 256 pixels costs little but the call itself.
 constexpr Size kTinySize = {16, 16};
 
@@ -48,23 +52,35 @@ struct Job {
   uint32_t quality = 0;
   /// How far another library's picture may be from this library's before it counts as another picture.
   double tolerance = kTolerance;
+  /// Sizes of the input.
+  std::span<const Size> sizes = kSizes;
+  /// Size of the output in the input's orientation where it is no matter of scale; else zero.
+  Size fixedOutput{};
 
-  [[nodiscard]] bool resizes() const { return scale.numerator != scale.denominator; }
+  [[nodiscard]] bool resizes() const { return fixedOutput.width != 0 || scale.numerator != scale.denominator; }
   [[nodiscard]] bool quarterTurns() const { return rotation == ROTATION_90_LEFT || rotation == ROTATION_90_RIGHT; }
+  [[nodiscard]] bool turns() const { return quarterTurns() || rotation == ROTATION_180; }
   /// Output size in the input's orientation.
   [[nodiscard]] Size outputOf(const Size &in) const {
+    if (fixedOutput.width != 0) {
+      return fixedOutput;
+    }
     return {in.width * scale.numerator / scale.denominator, in.height * scale.numerator / scale.denominator};
   }
 };
 
-/// Jobs that are reported together: how many times faster than the best peer they must be, and how many they aim at.
-/// Zero where nothing is demanded.
+/// Jobs that are reported together: how many times faster than the best peer they must be, as a geometric mean over the
+/// group's jobs and sizes, and how many they aim at. Zero where nothing is demanded.
 struct Group {
   const char *key;
   const char *title;
   double must = 0;
   double aim = 0;
 };
+
+/// The same for all jobs of the groups that something is demanded of.
+constexpr double kMustOverall = 1.6;
+constexpr double kAimOverall = 3;
 
 std::span<const Group> groups();
 std::span<const Job> jobs();

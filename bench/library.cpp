@@ -87,14 +87,47 @@ Runner contextRunner() {
   };
 }
 
+namespace {
+
+constexpr Size kTinyResized = {kTinySize.width * 5 / 4, kTinySize.height * 5 / 4};
+
+/// Planes of 4:2:0 behind one another, as the one-shot functions want them, and room for RGB565.
+struct TinyPictures {
+  std::vector<uint8_t> input = std::vector<uint8_t>(pixels(kTinySize) * 3 / 2, uint8_t{128});
+  std::vector<uint8_t> output = std::vector<uint8_t>(pixels(kTinyResized) * 2);
+
+  static std::size_t pixels(const Size &size) {
+    return static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
+  }
+};
+
+} // namespace
+
 Runner oneShotRunner() {
-  const auto pixels = static_cast<std::size_t>(kTinySize.width) * kTinySize.height;
-  // The function wants its planes behind one another.
-  const auto planes = std::make_shared<std::vector<uint8_t>>(pixels * 3 / 2, uint8_t{128});
-  const auto output = std::make_shared<std::vector<uint8_t>>(pixels * 2);
-  return [planes, output] {
-    return zqColorConvert(planes->data(), output->data(), COLOR_YUV420_PLANAR, COLOR_RGB565, kTinySize.width,
-                          kTinySize.height, kTinySize.width, nullptr) == CC_OK;
+  return [pictures = std::make_shared<TinyPictures>()] {
+    return zqColorConvert(pictures->input.data(), pictures->output.data(), COLOR_YUV420_PLANAR, COLOR_RGB565,
+                          kTinySize.width, kTinySize.height, kTinySize.width, nullptr) == CC_OK;
+  };
+}
+
+Runner oneShotScaleRunner() {
+  return [pictures = std::make_shared<TinyPictures>()] {
+    return zqScaleFrame(pictures->input.data(), pictures->output.data(), kTinySize.width, kTinySize.height,
+                        kTinyResized.width, kTinyResized.height, COLOR_YUV420_PLANAR, 0) == CC_OK;
+  };
+}
+
+Runner oneFrameRunner() {
+  const auto pictures = std::make_shared<TinyPictures>();
+  ConvertParams params = describe({"", "", COLOR_YUV420_PLANAR, COLOR_RGB565, {5, 4}, Sampling::Bilinear}, kTinySize);
+  const std::size_t luma = TinyPictures::pixels(kTinySize);
+  params.inBuf[0] = pictures->input.data();
+  params.inBuf[1] = params.inBuf[0] + luma;
+  params.inBuf[2] = params.inBuf[1] + luma / 4;
+  params.outBuf[0] = pictures->output.data();
+  return [pictures, params]() mutable {
+    const Handle handle = prepared(params);
+    return handle && zqCCProcess(handle.get(), &params) == CC_OK;
   };
 }
 

@@ -1,60 +1,67 @@
-// libyuv doing a job, the way somebody would who chains its functions: unpack what cannot be scaled or turned as it is,
-// scale and turn in the cheaper order, convert last. Where one function does the whole job it is called directly.
-#include "libyuv_stages.h"
-#include "runner.h"
+// libyuv doing a job by its functions for whole pictures; and by the same functions on bands of the picture, so that
+// what lies between the stages stays in the cache.
+#include "libyuv_pipeline.h"
 
-#include <deque>
+#include <algorithm>
 #include <memory>
-#include <utility>
-#include <vector>
+#include <numeric>
+#include <string>
 
 namespace bench {
 namespace {
 
-using StageFunction = std::function<bool(const View &, const View &)>;
+Runner wholeRunner(const Task &task, yuv::Packer packer) {
+  const auto pipeline = std::make_shared<yuv::Pipeline>(task, packer, yuv::Scaled::Cheapest);
+  const View input = task.input;
+  const View output = yuv::target(task);
+  if (!pipeline->run(input, output)) {
+    return {};
+  }
+  return [=] { return pipeline->run(input, output); };
+}
 
-struct Stage {
-  int32_t type;
-  Size size;
-  StageFunction run;
-  bool sharesLuma = false; ///< the result's first plane is the source's
+/// Lines of the source (columns, if a quarter turn makes lines of them) and what becomes of them.
+struct Span {
+  int32_t from, to;
 };
 
-/// Stages with the pictures between them.
-class Pipeline {
-public:
-  Pipeline(const Task &task, yuv::Packer packer)
-      : task_(task), packer_(packer), type_(task.input.type), size_(task.input.size) {}
-
-  void add(int32_t type, const Size &size, StageFunction run, bool sharesLuma = false) {
-    stages_.push_back({type, size, std::move(run), sharesLuma});
-    type_ = type;
-    size_ = size;
-  }
-  void addConversion(int32_t type, const Size &size) {
-    add(type, size, [packer = packer_](const View &from, const View &to) { return yuv::convert(from, to, packer); });
-  }
-  [[nodiscard]] int32_t type() const { return type_; }
-  [[nodiscard]] Size size() const { return size_; }
-  [[nodiscard]] bool empty() const { return stages_.empty(); }
-
-  /// The last stage writes the output.
-  void connect(const View &output) {
-    View from = task_.input;
-    for (std::size_t i = 0; i < stages_.size(); ++i) {
-      View to = i + 1 == stages_.size() ? output : frames_.emplace_back(stages_[i].type, stages_[i].size).view();
-      if (stages_[i].sharesLuma) {
-        to.plane[0] = from.plane[0];
-        to.stride[0] = from.stride[0];
-      }
-      links_.emplace_back(from, to);
-      from = to;
+/// The smallest stretch that fills whole lines of the output and of all chroma.
+Span unitOf(const Span &whole) {
+  constexpr int32_t kChromaStep = 4;
+  const int32_t common = std::gcd(whole.from, whole.to);
+  Span unit = {whole.from / common, whole.to / common};
+  while (unit.from % kChromaStep != 0 || unit.to % kChromaStep != 0) {
+    unit = {2 * unit.from, 2 * unit.to};
+    if (unit.from > whole.from) {
+      return whole;
     }
   }
+  return unit;
+}
 
-  [[nodiscard]] bool run() const {
-    for (std::size_t i = 0; i < stages_.size(); ++i) {
-      if (!stages_[i].run(links_[i].first, links_[i].second)) {
+/// A picture by bands, the last of which may be narrower. Scaling takes each band for a picture of its own, which
+/// shows at its edges by a fraction of a line: in the peer's favour.
+class Bands {
+public:
+  Bands(const Task &task, int32_t lines, yuv::Scaled scaled)
+      : job_(task.job), scaled_(scaled), input_(task.input), output_(yuv::target(task)), resized_(task.resized()),
+        whole_(task.job.quarterTurns() ? Span{input_.size.width, resized_.width}
+                                       : Span{input_.size.height, resized_.height}) {
+    const Span unit = unitOf(whole_);
+    const int32_t count = std::max(1, lines / std::max(unit.from, unit.to));
+    band_ = {count * unit.from, count * unit.to};
+    const Span rest = {whole_.from % band_.from, whole_.to % band_.to};
+    full_ = pipelineFor(band_);
+    last_ = rest.from == 0 ? nullptr : pipelineFor(rest);
+  }
+
+  [[nodiscard]] bool several() const { return band_.from < whole_.from; }
+
+  bool run() {
+    for (Span at = {0, 0}; at.from < whole_.from; at = {at.from + band_.from, at.to + band_.to}) {
+      const bool cut = at.from + band_.from > whole_.from;
+      const Span size = cut ? Span{whole_.from - at.from, whole_.to - at.to} : band_;
+      if (!(cut ? last_ : full_)->run(source(at, size), destination(at, size))) {
         return false;
       }
     }
@@ -62,154 +69,91 @@ public:
   }
 
 private:
-  Task task_;
-  yuv::Packer packer_;
-  int32_t type_;
-  Size size_;
-  std::vector<Stage> stages_;
-  std::deque<Frame> frames_;
-  std::vector<std::pair<View, View>> links_;
+  [[nodiscard]] View source(const Span &at, const Span &size) const {
+    return job_.quarterTurns() ? part(input_, at.from, 0, {size.from, input_.size.height})
+                               : part(input_, 0, at.from, {input_.size.width, size.from});
+  }
+  /// Turned left and half turned the first band comes last.
+  [[nodiscard]] View destination(const Span &at, const Span &size) const {
+    const bool backwards = job_.rotation == ROTATION_90_LEFT || job_.rotation == ROTATION_180;
+    return part(output_, 0, backwards ? whole_.to - at.to - size.to : at.to, {output_.size.width, size.to});
+  }
+  [[nodiscard]] std::unique_ptr<yuv::Pipeline> pipelineFor(const Span &size) const {
+    Job job = job_;
+    if (job.resizes()) {
+      job.fixedOutput = job.quarterTurns() ? Size{size.to, resized_.height} : Size{resized_.width, size.to};
+    }
+    return std::make_unique<yuv::Pipeline>(Task{job, source({0, 0}, size), destination({0, 0}, size)},
+                                           yuv::Packer::Dithering, scaled_);
+  }
+
+  Job job_;
+  yuv::Scaled scaled_;
+  View input_, output_;
+  Size resized_;
+  Span whole_;
+  Span band_{};
+  std::unique_ptr<yuv::Pipeline> full_, last_;
 };
 
-libyuv::FilterMode filterOf(Sampling sampling) {
-  switch (sampling) {
-  case Sampling::Bilinear:
-    return libyuv::kFilterBilinear;
-  case Sampling::Filtered:
-  case Sampling::Box:
-    return libyuv::kFilterBox;
-  default:
-    return libyuv::kFilterNone;
-  }
-}
-
-libyuv::RotationMode modeOf(uint32_t rotation) {
-  switch (rotation) {
-  case ROTATION_90_LEFT:
-    return libyuv::kRotate270;
-  case ROTATION_90_RIGHT:
-    return libyuv::kRotate90;
-  default:
-    return libyuv::kRotate180;
-  }
-}
-
-bool isPacked(int32_t type) {
-  return type == COLOR_YUV422_YUYV || type == COLOR_YUV422_UYVY;
-}
-
-bool turns(const Job &job) {
-  return job.quarterTurns() || job.rotation == ROTATION_180;
-}
-
-/// Enlarged planes are interpolated in plain C unless they double; ARGB pixels never are.
-bool enlargesAsArgb(const Job &job) {
-  const bool doubles = job.scale.numerator == 2 * job.scale.denominator;
-  return job.sampling == Sampling::Bilinear && job.scale.numerator > job.scale.denominator && !doubles &&
-         (job.outType == COLOR_RGB565 || job.outType == COLOR_RGB24);
-}
-
-/// To a layout that can be converted, and scaled and turned if the job asks for it.
-void unpack(Pipeline &pipeline, const Job &job) {
-  const Size size = pipeline.size();
-  const bool moves = job.resizes() || turns(job);
-  switch (job.inType) {
-  case COLOR_YUV422_PLANAR:
-    if (turns(job)) { // turning 4:2:2 is slow, and every second chroma line is all that the job asks for
-      pipeline.add(COLOR_YUV420_PLANAR, size, yuv::spreadChroma, true);
-    }
-    break;
-  case COLOR_YUV440_PLANAR:
-  case COLOR_YUV_QUARTER_HEIGHT:
-    pipeline.add(COLOR_YUV420_PLANAR, size, yuv::spreadChroma, true);
-    break;
-  case COLOR_YUV411_PLANAR:
-    pipeline.add(turns(job) ? COLOR_YUV420_PLANAR : COLOR_YUV422_PLANAR, size, yuv::spreadChroma, true);
-    break;
-  case COLOR_YUV422_YUYV:
-  case COLOR_YUV422_UYVY:
-    if (moves) {
-      pipeline.addConversion(isPacked(job.outType) ? COLOR_YUV422_PLANAR : COLOR_YUV420_PLANAR, size);
-    }
-    break;
-  case COLOR_RGB24:
-  case COLOR_RGB565:
-    if (job.resizes() || (moves && job.inType == COLOR_RGB24)) {
-      pipeline.addConversion(kArgb, size);
-    }
-    break;
-  default:
-    break;
-  }
-}
-
-void addScale(Pipeline &pipeline, const Task &task, bool turned) {
-  const Size size = task.resized();
-  const libyuv::FilterMode filter = filterOf(task.job.sampling);
-  pipeline.add(pipeline.type(), turned ? bench::turned(size) : size,
-               [filter](const View &from, const View &to) { return yuv::scale(from, to, filter); });
-}
-
-void addRotate(Pipeline &pipeline, const Job &job) {
-  const libyuv::RotationMode mode = modeOf(job.rotation);
-  const bool splits = pipeline.type() == COLOR_YUV420_PACK && job.outType != COLOR_YUV420_PACK;
-  pipeline.add(splits ? COLOR_YUV420_PLANAR : pipeline.type(),
-               job.quarterTurns() ? bench::turned(pipeline.size()) : pipeline.size(),
-               [mode](const View &from, const View &to) { return yuv::rotate(from, to, mode); });
-}
-
-/// The turn goes where the picture is smaller.
-void scaleAndTurn(Pipeline &pipeline, const Task &task) {
-  const Job &job = task.job;
-  const bool turnFirst = turns(job) && job.scale.numerator > job.scale.denominator;
-  if (turnFirst) {
-    addRotate(pipeline, job);
-  }
-  if (enlargesAsArgb(job) && pipeline.type() != kArgb) {
-    pipeline.addConversion(kArgb, pipeline.size());
-  }
-  if (job.resizes()) {
-    addScale(pipeline, task, turnFirst && job.quarterTurns());
-  }
-  if (turns(job) && !turnFirst) {
-    addRotate(pipeline, job);
-  }
-}
-
-void finish(Pipeline &pipeline, const View &output) {
-  if (pipeline.type() != output.type) {
-    pipeline.addConversion(output.type, output.size);
-  } else if (pipeline.empty()) {
-    pipeline.add(output.type, output.size, yuv::copy);
-  }
-}
-
-Runner libyuvRunner(const Task &task, yuv::Packer packer) {
-  View output = task.job.rotation == ROTATION_FLIP_V ? bottomUp(task.output) : task.output;
-  if (output.type == COLOR_YVU420_PLANAR) {
-    output.type = COLOR_YUV420_PLANAR; // planes go over in their order
-  }
-  const auto pipeline = std::make_shared<Pipeline>(task, packer);
-  unpack(*pipeline, task.job);
-  scaleAndTurn(*pipeline, task);
-  finish(*pipeline, output);
-  pipeline->connect(output);
-  if (!pipeline->run()) {
+/// Same-size jobs to RGB have faster ways; what is a single step gains nothing.
+Runner bandsRunner(const Task &task, int32_t lines, yuv::Scaled scaled) {
+  const bool sameFormat = task.job.inType == task.job.outType;
+  if (!task.job.resizes() && !(sameFormat && task.job.turns())) {
     return {};
   }
-  return [pipeline] { return pipeline->run(); };
+  const auto bands = std::make_shared<Bands>(task, lines, scaled);
+  if (!bands->several() || !bands->run()) {
+    return {};
+  }
+  return [bands] { return bands->run(); };
+}
+
+/// Pixels are scaled by two lines at most, which is a mean of boxes only where they are no larger.
+Runner argbRunner(const Task &task, int32_t lines) {
+  const Job &job = task.job;
+  const bool toRgb = job.outType == COLOR_RGB565 || job.outType == COLOR_RGB24;
+  const bool wide = job.sampling == Sampling::Box ||
+                    (job.sampling == Sampling::Filtered && task.input.size.width >= 2 * task.resized().width);
+  return toRgb && job.resizes() && !wide ? bandsRunner(task, lines, yuv::Scaled::Argb) : Runner{};
+}
+
+/// Upright pixels by bands, then turned by others.
+Runner turnedLastRunner(const Task &task) {
+  if (!task.job.quarterTurns() || !task.job.resizes() || task.job.outType != COLOR_RGB565) {
+    return {};
+  }
+  Job upright = task.job;
+  upright.rotation = ROTATION_NONE;
+  Job turn = {"", "", COLOR_RGB565, COLOR_RGB565};
+  turn.rotation = task.job.rotation;
+  const auto between = std::make_shared<Frame>(COLOR_RGB565, task.resized(), Lines::Aligned);
+  const Runner first = argbRunner({upright, task.input, between->view()}, 64);
+  const Runner second = bandsRunner({turn, between->view(), task.output}, 16, yuv::Scaled::Planes);
+  if (!first || !second) {
+    return {};
+  }
+  return [between, first, second] { return first() && second(); };
 }
 
 } // namespace
 
 void addLibyuv(std::vector<Program> &programs) {
-  programs.push_back({"libyuv", [](const Task &task) { return libyuvRunner(task, yuv::Packer::Plain); }});
+  programs.push_back({"libyuv", [](const Task &task) { return wholeRunner(task, yuv::Packer::Plain); }});
   // For everything but 16-bit words it is the same.
   programs.push_back({"libyuv dithering", [](const Task &task) {
-                        return task.job.outType == COLOR_RGB565 && task.job.inType != COLOR_RGB565
-                                   ? libyuvRunner(task, yuv::Packer::Dithering)
+                        return task.job.outType == COLOR_RGB565 &&
+                                       (task.job.inType != COLOR_RGB565 || task.job.resizes())
+                                   ? wholeRunner(task, yuv::Packer::Dithering)
                                    : Runner{};
                       }});
+  for (const int32_t lines : {16, 64, 256}) {
+    const std::string name = " bands of " + std::to_string(lines);
+    programs.push_back(
+        {"libyuv" + name, [lines](const Task &task) { return bandsRunner(task, lines, yuv::Scaled::Planes); }});
+    programs.push_back({"libyuv ARGB" + name, [lines](const Task &task) { return argbRunner(task, lines); }});
+  }
+  programs.push_back({"libyuv turned last", turnedLastRunner});
 }
 
 } // namespace bench

@@ -212,11 +212,25 @@ bool rotateNv12(const View &from, const View &to, libyuv::RotationMode mode) {
   return turned;
 }
 
-/// Planes of 16-bit samples are what RGB565 pixels look like.
+/// Narrow pictures are turned by vector code as pairs of bytes are, and joined again. The function for planes of 16-bit
+/// samples, plain C, is faster for wide ones.
 bool rotateRgb565(const View &from, const View &to, libyuv::RotationMode mode) {
-  return good(libyuv::RotatePlane_16(reinterpret_cast<const uint16_t *>(from.plane[0]), from.stride[0] / 2,
-                                     reinterpret_cast<uint16_t *>(to.plane[0]), to.stride[0] / 2, from.size.width,
-                                     from.size.height, mode));
+  constexpr int32_t kNarrow = 128;
+  if (from.size.width > kNarrow) {
+    return good(libyuv::RotatePlane_16(reinterpret_cast<const uint16_t *>(from.plane[0]), from.stride[0] / 2,
+                                       reinterpret_cast<uint16_t *>(to.plane[0]), to.stride[0] / 2, from.size.width,
+                                       from.size.height, mode));
+  }
+  static std::vector<uint8_t> scratch;
+  const int32_t stride = (to.size.width + 63) / 64 * 64;
+  const std::size_t bytes = static_cast<std::size_t>(stride) * static_cast<std::size_t>(to.size.height);
+  scratch.resize(2 * bytes);
+  uint8_t *low = scratch.data();
+  uint8_t *high = low + bytes;
+  const bool turned = good(libyuv::SplitRotateUV(from.plane[0], from.stride[0], low, stride, high, stride,
+                                                 from.size.width, from.size.height, mode));
+  libyuv::MergeUVPlane(low, stride, high, stride, to.plane[0], to.stride[0], to.size.width, to.size.height);
+  return turned;
 }
 
 bool rotateNv12ToI420(const View &from, const View &to, libyuv::RotationMode mode) {
@@ -283,7 +297,11 @@ bool convert(const View &from, const View &to, Packer packer) {
   case I422:
     return toI422(from, to);
   case YUYV:
-    return from.type == I422 && threeToOne(libyuv::I422ToYUY2, from, to, from.size.width, from.size.height);
+    return threeToOne(from.type == I422 ? libyuv::I422ToYUY2 : libyuv::I420ToYUY2, from, to, from.size.width,
+                      from.size.height);
+  case UYVY:
+    return threeToOne(from.type == I422 ? libyuv::I422ToUYVY : libyuv::I420ToUYVY, from, to, from.size.width,
+                      from.size.height);
   default:
     return false;
   }

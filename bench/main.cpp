@@ -5,6 +5,9 @@
 // usage: zqcc_bench --frames NUMBER PROGRAM GROUP/NAME WIDTHxHEIGHT
 // Lets one program do one job that often, for those who count instructions: what two frames execute more than one is
 // free of start-up and set-up.
+//
+// usage: zqcc_bench --pixels GROUP/NAME WIDTHxHEIGHT
+// Prints how many pixels the job makes of a picture of that size.
 #include "measure.h"
 #include "pictures.h"
 #include "report.h"
@@ -89,41 +92,64 @@ bool runFrames(const Program &program, const Job &job, const Size &size, int fra
   return done;
 }
 
+const Job *jobNamed(const std::string &name) {
+  for (const Job &job : jobs()) {
+    if (nameOf(job) == name) {
+      return &job;
+    }
+  }
+  return nullptr;
+}
+
+bool readSize(const char *text, Size &size) {
+  return std::sscanf(text, "%dx%d", &size.width, &size.height) == 2;
+}
+
 int countedFrames(char **arguments) {
   const std::string programName = arguments[1];
-  const std::string jobName = arguments[2];
+  const Job *job = jobNamed(arguments[2]);
   Size size{};
-  if (std::sscanf(arguments[3], "%dx%d", &size.width, &size.height) != 2) {
+  if (!readSize(arguments[3], size)) {
     return 2;
   }
   std::vector<Program> programs = ownPrograms();
   const std::vector<Program> peers = peerPrograms();
   programs.insert(programs.end(), peers.begin(), peers.end());
-  for (const Job &job : jobs()) {
-    for (const Program &program : programs) {
-      if (nameOf(job) == jobName && program.name == programName) {
-        return runFrames(program, job, size, std::atoi(arguments[0])) ? 0 : 3;
-      }
+  for (const Program &program : programs) {
+    if (job != nullptr && program.name == programName) {
+      return runFrames(program, *job, size, std::atoi(arguments[0])) ? 0 : 3;
     }
   }
   return 3;
 }
 
+int printPixels(char **arguments) {
+  const Job *job = jobNamed(arguments[0]);
+  Size size{};
+  if (job == nullptr || !readSize(arguments[1], size)) {
+    return 2;
+  }
+  const Size out = job->outputOf(size);
+  std::printf("%d\n", out.width * out.height);
+  return 0;
+}
+
 int benchmark(const Options &options) {
   Run run(options);
-  for (const Job &job : jobs()) {
-    for (const Size &size : kSizes) {
-      run.conversion(job, size);
+  for (const auto &table : {jobs(), calls()}) {
+    for (const Job &job : table) {
+      for (const Size &size : job.sizes) {
+        run.conversion(job, size);
+      }
     }
-  }
-  for (const Job &job : calls()) {
-    run.conversion(job, kTinySize);
   }
   for (const Job &job : setUps()) {
     run.alone(job, kSetUpSize, [&job] { return setUpRunner({job, {job.inType, kSetUpSize, {}, {}}, {}}); });
   }
   run.alone({"setup", "a context made and released", 0, 0}, kSetUpSize, contextRunner);
   run.alone({"setup", "one-shot call, 16x16", 0, 0}, kTinySize, oneShotRunner);
+  run.alone({"setup", "one-shot call, 16x16 to 20x20", 0, 0}, kTinySize, oneShotScaleRunner);
+  run.alone({"setup", "one frame in a context of its own, 16x16 to 20x20", 0, 0}, kTinySize, oneFrameRunner);
   if (run.results().empty()) {
     std::fprintf(stderr, "nothing matches %s\n", options.pattern.c_str());
     return 1;
@@ -138,6 +164,9 @@ int benchmark(const Options &options) {
 int main(int argc, char **argv) {
   if (argc == 6 && std::strcmp(argv[1], "--frames") == 0) {
     return bench::countedFrames(argv + 2);
+  }
+  if (argc == 4 && std::strcmp(argv[1], "--pixels") == 0) {
+    return bench::printPixels(argv + 2);
   }
   bench::Options options;
   for (int i = 1; i < argc; ++i) {

@@ -1,128 +1,163 @@
-// OpenCV doing a job of the same size: conversions by cvtColor, turns by rotate, one thread.
+// OpenCV doing a job: conversions by cvtColor, turns by rotate, sizes by resize, one thread.
+#include "opencv_pictures.h"
 #include "runner.h"
 
-#include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 
-#include <algorithm>
-#include <memory>
-#include <optional>
+#include <functional>
+#include <utility>
+#include <vector>
 
 namespace bench {
 namespace {
 
-/// Conversion of a layout to 24 bits, bytes B, G, R.
-std::optional<int> toBgr(int32_t type) {
-  switch (type) {
-  case COLOR_YUV420_PLANAR:
-    return cv::COLOR_YUV2BGR_I420;
-  case COLOR_YUV420_PACK:
-    return cv::COLOR_YUV2BGR_NV12;
-  case COLOR_YUV420_PACK2:
-    return cv::COLOR_YUV2BGR_NV21;
-  case COLOR_YUV422_YUYV:
-    return cv::COLOR_YUV2BGR_YUY2;
-  case COLOR_YUV422_YVYU:
-    return cv::COLOR_YUV2BGR_YVYU;
-  case COLOR_YUV422_UYVY:
-    return cv::COLOR_YUV2BGR_UYVY;
+using opencv::Picture;
+
+int interpolationOf(Sampling sampling) {
+  switch (sampling) {
+  case Sampling::Bilinear:
+    return cv::INTER_LINEAR;
+  case Sampling::Filtered:
+  case Sampling::Box:
+    return cv::INTER_AREA;
   default:
-    return {};
+    return cv::INTER_NEAREST;
   }
 }
 
-std::optional<int> turnOf(uint32_t rotation) {
-  switch (rotation) {
-  case ROTATION_90_LEFT:
-    return cv::ROTATE_90_COUNTERCLOCKWISE;
-  case ROTATION_90_RIGHT:
-    return cv::ROTATE_90_CLOCKWISE;
-  case ROTATION_180:
-    return cv::ROTATE_180;
-  default:
-    return {};
+/// Steps from picture to picture, the last of which writes the output.
+class Steps {
+public:
+  explicit Steps(Picture source) : at_(std::move(source)) {}
+
+  void turn(int how, const Picture &to) {
+    add([from = at_, to, how] { opencv::turn(from, to, how); }, to);
   }
-}
-
-cv::Mat matrix(const View &view, std::size_t plane, int cvType, const Size &size) {
-  return {size.height, size.width, cvType, view.plane[plane], static_cast<std::size_t>(view.stride[plane])};
-}
-
-/// The source as matrices. Planar 4:2:0 is one matrix there: copied once, outside the time that is taken.
-std::vector<cv::Mat> sourceOf(const View &view) {
-  const Size &size = view.size;
-  switch (view.type) {
-  case COLOR_YUV420_PLANAR: {
-    cv::Mat whole(size.height * 3 / 2, size.width, CV_8UC1);
-    uint8_t *to = whole.data;
-    for (int32_t p = 0; p < 3; ++p) {
-      const Size plane = planeSize(view, p);
-      const auto bytes = static_cast<std::size_t>(plane.width) * static_cast<std::size_t>(plane.height);
-      std::copy_n(view.plane[static_cast<std::size_t>(p)], bytes, to);
-      to += bytes;
+  void resize(int interpolation, const Picture &to) {
+    add([from = at_, to, interpolation] { opencv::resize(from, to, interpolation); }, to);
+  }
+  void flip(const Picture &to) {
+    add([from = at_, to] { cv::flip(from.planes[0], to.planes[0], 0); }, to);
+  }
+  void convert(const Picture &to) {
+    if (to.type == COLOR_RGB24) {
+      add([from = at_, to] { opencv::makeBgr(from, to.planes[0]); }, to);
+      return;
     }
-    return {whole};
+    if (at_.type != COLOR_RGB24) {
+      convert(opencv::newPicture(COLOR_RGB24, size()));
+    }
+    add([from = at_, to] { cv::cvtColor(from.planes[0], to.planes[0], cv::COLOR_BGR2BGR565); }, to);
   }
-  case COLOR_YUV420_PACK:
-  case COLOR_YUV420_PACK2:
-    return {matrix(view, 0, CV_8UC1, size), matrix(view, 1, CV_8UC2, {size.width / 2, size.height / 2})};
-  case COLOR_RGB888_PLANAR: // blue first, as merge wants it
-    return {matrix(view, 2, CV_8UC1, size), matrix(view, 1, CV_8UC1, size), matrix(view, 0, CV_8UC1, size)};
-  case COLOR_RGB24:
-    return {matrix(view, 0, CV_8UC3, size)};
-  default:
-    return {matrix(view, 0, CV_8UC2, size)};
+  [[nodiscard]] int32_t type() const { return at_.type; }
+  [[nodiscard]] Size size() const { return {at_.planes[0].cols, at_.planes[0].rows}; }
+
+  [[nodiscard]] Runner runner() const {
+    return [steps = steps_] {
+      for (const auto &step : steps) {
+        step();
+      }
+      return true;
+    };
   }
+
+private:
+  void add(std::function<void()> step, const Picture &to) {
+    steps_.push_back(std::move(step));
+    at_ = to;
+  }
+
+  Picture at_;
+  std::vector<std::function<void()>> steps_;
+};
+
+bool isRgb(int32_t type) {
+  return type == COLOR_RGB24 || type == COLOR_RGB565;
 }
 
-void makeBgr(const std::vector<cv::Mat> &source, int32_t type, const cv::Mat &bgr) {
-  if (type == COLOR_RGB888_PLANAR) {
-    cv::merge(source, bgr);
-  } else if (source.size() == 2) {
-    cv::cvtColorTwoPlane(source[0], source[1], bgr, *toBgr(type));
-  } else {
-    cv::cvtColor(source[0], bgr, *toBgr(type));
+/// Same size: pixels are made upright and moved then.
+Runner sameSizeRunner(const Task &task) {
+  const Job &job = task.job;
+  if (!isRgb(job.outType) || job.inType == job.outType) {
+    return {};
   }
+  const auto turn = opencv::turnOf(job.rotation);
+  const bool flips = job.rotation == ROTATION_FLIP_V;
+  const Picture output = opencv::pictureOf(task.output);
+  Steps steps(opencv::convertible(task.input));
+  steps.convert(turn || flips ? opencv::newPicture(job.outType, task.input.size) : output);
+  if (turn) {
+    steps.turn(*turn, output);
+  } else if (flips) {
+    steps.flip(output);
+  }
+  return steps.runner();
+}
+
+Runner sameFormatTurnRunner(const Task &task) {
+  const bool pairs = task.job.inType != COLOR_RGB565 && opencv::formatOf(task.job.inType) == CV_8UC2;
+  const auto turn = opencv::turnOf(task.job.rotation);
+  if (!turn || pairs || task.job.inType != task.job.outType) {
+    return {};
+  }
+  Steps steps(opencv::pictureOf(task.input));
+  steps.turn(*turn, opencv::pictureOf(task.output));
+  return steps.runner();
+}
+
+/// Repeated pixels are converted before they are; else what is fewer is turned and what is resized is converted.
+Runner resizingRunner(const Task &task) {
+  const Job &job = task.job;
+  const bool keeps = job.inType == job.outType;
+  const bool packed = !isRgb(job.inType) && opencv::formatOf(job.inType) == CV_8UC2;
+  const int interpolation = interpolationOf(job.sampling);
+  const bool convertsFirst =
+      interpolation == cv::INTER_NEAREST ? !keeps && (packed || task.enlarges()) : job.inType == COLOR_RGB565;
+  if ((!isRgb(job.outType) && !keeps) || (packed && !convertsFirst) || job.rotation == ROTATION_FLIP_V) {
+    return {};
+  }
+  const bool odd = task.resized().width % 2 != 0 || task.resized().height % 2 != 0;
+  if (odd && opencv::pictureOf(task.input).planes.size() > 1) {
+    return {};
+  }
+  const auto turn = opencv::turnOf(job.rotation);
+  const Picture output = opencv::pictureOf(task.output);
+  Steps steps(opencv::convertible(task.input));
+  if (convertsFirst) {
+    steps.convert(opencv::newPicture(job.inType == COLOR_RGB565 ? COLOR_RGB24 : job.outType, task.input.size));
+  }
+  if (turn && task.enlarges()) {
+    const Size size = steps.size();
+    steps.turn(*turn, opencv::newPicture(steps.type(), job.quarterTurns() ? turned(size) : size));
+  }
+  const bool turnsLast = turn && !task.enlarges();
+  const bool convertsLast = steps.type() != job.outType;
+  const Size size = turnsLast ? task.resized() : task.output.size;
+  steps.resize(interpolation, turnsLast || convertsLast ? opencv::newPicture(steps.type(), size) : output);
+  if (turnsLast) {
+    steps.turn(*turn, convertsLast ? opencv::newPicture(steps.type(), task.output.size) : output);
+  }
+  if (convertsLast) {
+    steps.convert(output);
+  }
+  return steps.runner();
+}
+
+Runner openCvRunner(const Task &task) {
+  if (!opencv::convertsToBgr(task.job.inType)) {
+    return {};
+  }
+  cv::setNumThreads(1);
+  if (task.job.resizes()) {
+    return resizingRunner(task);
+  }
+  return task.job.inType == task.job.outType ? sameFormatTurnRunner(task) : sameSizeRunner(task);
 }
 
 } // namespace
 
 void addOpenCv(std::vector<Program> &programs) {
-  programs.push_back({"OpenCV", [](const Task &task) -> Runner {
-                        const Job &job = task.job;
-                        const bool rgbSource = job.inType == COLOR_RGB24 || job.inType == COLOR_RGB888_PLANAR;
-                        const bool words = job.outType == COLOR_RGB565;
-                        if (job.resizes() || (!words && job.outType != COLOR_RGB24) ||
-                            (!rgbSource && !toBgr(job.inType))) {
-                          return {};
-                        }
-                        cv::setNumThreads(1);
-                        const auto turn = turnOf(job.rotation);
-                        const bool flips = job.rotation == ROTATION_FLIP_V;
-                        const bool moves = turn || flips;
-                        const int outFormat = words ? CV_8UC2 : CV_8UC3;
-                        const std::vector<cv::Mat> source = sourceOf(task.input);
-                        const Size size = task.input.size;
-                        const cv::Mat output = matrix(task.output, 0, outFormat, task.output.size);
-                        const cv::Mat upright = moves ? cv::Mat(size.height, size.width, outFormat) : output;
-                        const cv::Mat bgr = !words                      ? upright
-                                            : job.inType == COLOR_RGB24 ? source[0]
-                                                                        : cv::Mat(size.height, size.width, CV_8UC3);
-                        return [=, type = job.inType] {
-                          if (type != COLOR_RGB24) {
-                            makeBgr(source, type, bgr);
-                          }
-                          if (words) {
-                            cv::cvtColor(bgr, upright, cv::COLOR_BGR2BGR565);
-                          }
-                          if (turn) {
-                            cv::rotate(upright, output, *turn);
-                          } else if (flips) {
-                            cv::flip(upright, output, 0);
-                          }
-                          return true;
-                        };
-                      }});
+  programs.push_back({"OpenCV", openCvRunner});
 }
 
 } // namespace bench

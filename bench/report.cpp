@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -95,7 +96,8 @@ std::vector<std::string> levelsOf(std::span<const Cell> cells) {
 }
 
 std::string limitText(double limit) {
-  return limit == 0 ? "" : number(limit, 1);
+  const bool tenths = std::abs(limit * 10 - std::round(limit * 10)) < 1e-6;
+  return limit == 0 ? "" : number(limit, tenths ? 1 : 2);
 }
 
 std::string verdict(std::optional<double> ratio, double must) {
@@ -134,11 +136,14 @@ std::string jobTable(std::span<const Cell> cells, const Size &size, const std::v
   return text + "\n";
 }
 
-std::optional<double> meanRatio(std::span<const Cell> cells, const Group &group, const std::string &level) {
+using Chosen = std::function<bool(const Cell &)>;
+
+/// Geometric mean over the cells that are chosen, or nothing without any.
+std::optional<double> meanRatio(std::span<const Cell> cells, const Chosen &chosen, const std::string &level) {
   double sum = 0;
   int count = 0;
   for (const Cell &cell : cells) {
-    const auto ratio = cell.group == &group ? cell.ratio(level) : std::nullopt;
+    const auto ratio = chosen(cell) ? cell.ratio(level) : std::nullopt;
     if (ratio) {
       sum += std::log(*ratio);
       ++count;
@@ -154,21 +159,24 @@ std::string groupTable(std::span<const Cell> cells, const std::vector<std::strin
     head.emplace_back(name);
   }
   std::string text = heading(head);
-  for (const Group &group : groups()) {
-    if (!meanRatio(cells, group, levels.front())) {
-      continue;
-    }
-    std::vector<std::string> line = {group.title};
+  const auto addRow = [&](const Group &demand, const Chosen &chosen) {
+    std::vector<std::string> line = {demand.title};
     std::optional<double> last;
     for (const std::string &level : levels) {
-      last = meanRatio(cells, group, level);
+      last = meanRatio(cells, chosen, level);
       line.push_back(ratioText(last));
     }
-    line.push_back(limitText(group.must));
-    line.push_back(verdict(last, group.must));
-    line.push_back(limitText(group.aim));
-    text += row(line);
+    line.push_back(limitText(demand.must));
+    line.push_back(verdict(last, demand.must));
+    line.push_back(limitText(demand.aim));
+    text += last ? row(line) : "";
+  };
+  for (const Group &group : groups()) {
+    addRow(group, [&group](const Cell &cell) { return cell.group == &group; });
   }
+  addRow({"", "all jobs of groups with a must", kMustOverall, kAimOverall},
+         [](const Cell &cell) { return cell.group->must > 0; });
+  addRow({"", "all jobs"}, [](const Cell &) { return true; });
   return text + "\n";
 }
 
@@ -202,7 +210,7 @@ std::string report(std::span<const Result> results) {
   const std::vector<Cell> cells = cellsOf(results);
   const std::vector<std::string> levels = levelsOf(cells);
   std::string text;
-  for (const Size &size : {kSizes[0], kSizes[1], kTinySize}) {
+  for (const Size &size : {kSmall, kHd, kFullHd, kTinySize}) {
     const bool present = std::any_of(cells.begin(), cells.end(), [&](const Cell &cell) {
       return cell.size.width == size.width && cell.own.size() > 0 && cell.own.front()->pixels > 0;
     });

@@ -20,6 +20,7 @@ struct Task {
 
   /// Size of the output in the input's orientation.
   [[nodiscard]] Size resized() const { return job.outputOf(input.size); }
+  [[nodiscard]] bool enlarges() const { return resized().width > input.size.width; }
 };
 
 /// Everything that needs to be done once is done in `make`; an empty runner means that there is no way to do the job.
@@ -48,5 +49,8 @@ Runner setUpRunner(const Task &task);
 Runner contextRunner();
 /// The whole road in one call for a picture of kTinySize: context, set-up, conversion, release.
 Runner oneShotRunner();
+/// The same for planar 4:2:0 that is resized by 5/4, and from there to RGB565 through the handle interface.
+Runner oneShotScaleRunner();
+Runner oneFrameRunner();
 
 } // namespace bench

@@ -8,6 +8,7 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -35,10 +36,10 @@ AVPixelFormat formatOf(int32_t type) {
 
 /// The fastest scaler of each kind: fast bilinear skips samples when it reduces, plain bilinear is no slower when it
 /// enlarges.
-int flagsOf(const Job &job) {
-  switch (job.sampling) {
+int flagsOf(const Task &task) {
+  switch (task.job.sampling) {
   case Sampling::Bilinear:
-    return job.scale.numerator < job.scale.denominator ? SWS_FAST_BILINEAR : SWS_BILINEAR;
+    return !task.enlarges() ? SWS_FAST_BILINEAR : SWS_BILINEAR;
   case Sampling::Filtered:
     return SWS_BILINEAR;
   case Sampling::Box:
@@ -76,21 +77,21 @@ bool offers(const Task &task) {
   const Job &job = task.job;
   // Its copy of semi-planar pictures of the same size leaves the chroma out.
   const bool incomplete = job.inType == COLOR_YUV420_PACK && job.outType == job.inType && !job.resizes();
-  const bool turns = job.quarterTurns() || job.rotation == ROTATION_180;
-  return formatOf(job.inType) != AV_PIX_FMT_NONE && formatOf(job.outType) != AV_PIX_FMT_NONE && !turns && !incomplete;
+  return formatOf(job.inType) != AV_PIX_FMT_NONE && formatOf(job.outType) != AV_PIX_FMT_NONE && !job.turns() &&
+         !incomplete;
 }
 
 Planes targetOf(const Task &task) {
   return planesOf(task.job.rotation == ROTATION_FLIP_V ? bottomUp(task.output) : task.output);
 }
 
-Runner inOneStep(const Task &task) {
+Runner inOneStep(const Task &task, int flags) {
   if (!offers(task)) {
     return {};
   }
   const Size from = task.input.size;
   const Size to = task.resized();
-  const Context context = contextOf(from, formatOf(task.job.inType), to, formatOf(task.job.outType), flagsOf(task.job));
+  const Context context = contextOf(from, formatOf(task.job.inType), to, formatOf(task.job.outType), flags);
   if (!context) {
     return {};
   }
@@ -102,27 +103,46 @@ Runner inOneStep(const Task &task) {
   };
 }
 
-Runner inTwoSteps(const Task &task, int32_t through) {
-  const Size size = task.input.size;
-  const bool tooNarrow = size.width < 64; // its fast paths want lines of aligned vectors
-  if (!offers(task) || tooNarrow || task.job.resizes() || task.job.inType == through || task.job.outType == through) {
+/// Converted twice, or scaled and then converted, through a layout in between; so many lines of the input at a time.
+Runner inTwoSteps(const Task &task, int32_t through, int flags, int32_t lines) {
+  const Job &job = task.job;
+  const Size from = task.input.size;
+  const Size to = task.resized();
+  const bool tooNarrow = from.width < 64; // its fast paths want lines of aligned vectors
+  // Lines that do not suit vectors are scaled into others that do, and copied.
+  const bool aligned = to.width % 32 == 0;
+  const bool repeats =
+      job.resizes() ? aligned && job.outType == through : job.outType == through || job.inType == through;
+  // Planes of planar RGB are scaled as if they were samples of 4:4:4: as RGB they would be converted on the way.
+  const bool asSamples = through == COLOR_RGB888_PLANAR;
+  if (!offers(task) || tooNarrow || repeats || (asSamples && (job.inType != through || !job.resizes()))) {
     return {};
   }
-  const Context first = contextOf(size, formatOf(task.job.inType), size, formatOf(through), SWS_POINT);
-  const Context second = contextOf(size, formatOf(through), size, formatOf(task.job.outType), SWS_POINT);
+  const Context first = contextOf(from, asSamples ? AV_PIX_FMT_YUV444P : formatOf(job.inType), to,
+                                  asSamples ? AV_PIX_FMT_YUV444P : formatOf(through), flags);
+  const Context second = contextOf(to, formatOf(through), to, formatOf(job.outType), SWS_POINT);
   if (!first || !second) {
     return {};
   }
-  const auto between = std::make_shared<Frame>(through, size);
-  const Planes source = planesOf(task.input);
-  const Planes middle = planesOf(between->view());
+  const auto between = std::make_shared<Frame>(through, to, Lines::Aligned);
+  const View input = task.input;
   const Planes target = targetOf(task);
-  return [=] { // `between` is kept alive here
-    static_cast<void>(between);
-    return sws_scale(first.get(), source.data, source.stride, 0, size.height, middle.data, middle.stride) ==
-               size.height &&
-           sws_scale(second.get(), middle.data, middle.stride, 0, size.height, target.data, target.stride) ==
-               size.height;
+  return [=] { // a slice at a time, of which the second context gets what the first one has finished
+    int32_t finished = 0;
+    int32_t converted = 0;
+    for (int32_t top = 0; top < from.height; top += lines) {
+      const int32_t count = std::min(lines, from.height - top);
+      const Planes source = planesOf(part(input, 0, top, {from.width, count}));
+      const Planes middle = planesOf(between->view());
+      finished += sws_scale(first.get(), source.data, source.stride, top, count, middle.data, middle.stride);
+      const int32_t ready = (finished == to.height ? finished : finished & ~1) - converted;
+      if (ready > 0) {
+        const Planes slice = planesOf(part(between->view(), 0, converted, {to.width, ready}));
+        sws_scale(second.get(), slice.data, slice.stride, converted, ready, target.data, target.stride);
+        converted += ready;
+      }
+    }
+    return converted == to.height;
   };
 }
 
@@ -130,13 +150,31 @@ Runner inTwoSteps(const Task &task, int32_t through) {
 
 void addSwscale(std::vector<Program> &programs) {
   av_log_set_level(AV_LOG_ERROR);
-  programs.push_back({"swscale", inOneStep});
+  programs.push_back({"swscale", [](const Task &task) { return inOneStep(task, flagsOf(task)); }});
+  // Five taps may be a mean of areas just as well.
+  programs.push_back({"swscale by areas", [](const Task &task) {
+                        return task.job.sampling == Sampling::Filtered ? inOneStep(task, SWS_AREA) : Runner{};
+                      }});
   constexpr std::pair<int32_t, const char *> kThrough[] = {
-      {COLOR_YUV420_PLANAR, "yuv420p"}, {COLOR_YUV422_PLANAR, "yuv422p"}, {COLOR_RGB24, "bgr24"}};
+      {COLOR_YUV420_PLANAR, "yuv420p"}, {COLOR_YUV422_PLANAR, "yuv422p"}, {COLOR_YUV444_PLANAR, "yuv444p"},
+      {COLOR_RGB888_PLANAR, "gbrp"},    {COLOR_RGB24, "bgr24"},
+  };
   for (const auto &[type, name] : kThrough) {
-    programs.push_back(
-        {std::string("swscale via ") + name, [type = type](const Task &task) { return inTwoSteps(task, type); }});
+    programs.push_back({std::string("swscale via ") + name, [type = type](const Task &task) {
+                          return inTwoSteps(task, type, flagsOf(task), task.input.size.height);
+                        }});
   }
+  programs.push_back({"swscale by areas via yuv420p", [](const Task &task) {
+                        return task.job.sampling == Sampling::Filtered
+                                   ? inTwoSteps(task, COLOR_YUV420_PLANAR, SWS_AREA, task.input.size.height)
+                                   : Runner{};
+                      }});
+  // What enlarged planes take is too much for the cache.
+  programs.push_back({"swscale by slices via yuv420p", [](const Task &task) {
+                        constexpr int32_t kLines = 64;
+                        return task.enlarges() ? inTwoSteps(task, COLOR_YUV420_PLANAR, flagsOf(task), kLines)
+                                               : Runner{};
+                      }});
 }
 
 } // namespace bench
