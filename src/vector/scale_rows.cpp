@@ -39,8 +39,7 @@ struct WindowsWithinReach {
   __m512i high;
 
   HWY_INLINE WindowsWithinReach(const uint8_t *line, const TapGroup &of)
-      : group(of), low(_mm512_loadu_si512(line + of.window[0][0])),
-        high(_mm512_loadu_si512(line + of.window[0][0] + 64)) {}
+      : group(of), low(_mm512_loadu_si512(line + of.base)), high(_mm512_loadu_si512(line + of.base + 64)) {}
   HWY_INLINE SampleVec of(int32_t part, int32_t /*b*/) const {
     return SampleVec{_mm512_permutex2var_epi32(low, _mm512_load_si512(group.lane[part]), high)};
   }
@@ -136,21 +135,43 @@ void mixRows(const int32_t *top, const int32_t *bottom, int32_t next, int32_t gr
 // --- Nearest samples ------------------------------------------------------------------------------------------------
 
 template <int32_t parts>
+HWY_INLINE void pickGroup(const uint8_t *line, const PickGroup &group, uint8_t *to) {
+  for (int32_t b = 0; b < 4; b += kBlocks, to += 16 * kBlocks) {
+    const auto part = [&](int32_t number) HWY_ATTR {
+      return hn::TableLookupBytesOr0(blocksAt(kSamples, line, group.window[number] + b),
+                                     hn::Load(kSamples, group.mask[number] + 16 * b));
+    };
+    SampleVec samples = part(0);
+    if constexpr (parts >= 2) {
+      samples = hn::Or(samples, part(1));
+    }
+    if constexpr (parts == 4) {
+      samples = hn::Or(samples, hn::Or(part(2), part(3)));
+    }
+    hn::StoreU(samples, kSamples, to);
+  }
+}
+
+template <int32_t parts>
 HWY_NOINLINE void pickGroups(const uint8_t *line, const PickGroup *group, int32_t groups, uint8_t *to) {
-  for (const PickGroup *const end = group + groups; group != end; ++group) {
-    for (int32_t b = 0; b < 4; b += kBlocks, to += 16 * kBlocks) {
-      const auto part = [&](int32_t number) HWY_ATTR {
-        return hn::TableLookupBytesOr0(blocksAt(kSamples, line, group->window[number] + b),
-                                       hn::Load(kSamples, group->mask[number] + 16 * b));
-      };
-      SampleVec samples = part(0);
-      if constexpr (parts >= 2) {
-        samples = hn::Or(samples, part(1));
-      }
-      if constexpr (parts == 4) {
-        samples = hn::Or(samples, hn::Or(part(2), part(3)));
-      }
-      hn::StoreU(samples, kSamples, to);
+  for (const PickGroup *const end = group + groups; group != end; ++group, to += kPlanGroup) {
+    pickGroup<parts>(line, *group, to);
+  }
+}
+
+/// Every second byte; no masks are needed where a group's windows follow one another.
+HWY_NOINLINE void pickEven(const uint8_t *line, const PickGroup *group, int32_t groups, uint8_t *to) {
+  constexpr std::ptrdiff_t kBytes = 16 * kBlocks;
+  for (const PickGroup *const end = group + groups; group != end; ++group, to += kPlanGroup) {
+    if (group->window[1][3] - group->window[0][0] != 2 * kPlanGroup - kPlanWindow) {
+      pickGroup<2>(line, *group, to);
+      continue;
+    }
+    const uint8_t *from = line + group->window[0][0];
+    for (std::ptrdiff_t i = 0; i < kPlanGroup; i += kBytes) {
+      const auto low = hn::LoadU(kSamples, from + 2 * i);
+      const auto high = hn::LoadU(kSamples, from + 2 * i + kBytes);
+      hn::StoreU(hn::ConcatEven(kSamples, high, low), kSamples, to + i);
     }
   }
 }
@@ -171,7 +192,8 @@ void pickRow(const uint8_t *line, const PickPlan &plan, int32_t firstGroup, int3
   case 1:
     return pickGroups<1>(line, first, groups, to);
   case 2:
-    return pickGroups<2>(line, first, groups, to);
+    return plan.ratio == 2 && plan.step == 1 ? pickEven(line, first, groups, to)
+                                             : pickGroups<2>(line, first, groups, to);
   default:
     return pickGroups<4>(line, first, groups, to);
   }
