@@ -56,6 +56,17 @@ uint32_t rowOf(const ConvertParams &p) {
   return (p.antiAlias != 0 ? 1U : 0U) + p.isResize;
 }
 
+/// Reduced by whole numbers, bilinear positions are those of samples.
+bool isReducedEvenly(int32_t in, int32_t out) {
+  return out > 0 && in / out > 1 && in % out == 0;
+}
+
+PlanKind planOfPlanes(const ConvertParams &p) {
+  return isReducedEvenly(p.inWidth, p.outWidth) && isReducedEvenly(p.inHeight, p.outHeight)
+             ? PlanKind::Planes420Nearest
+             : PlanKind::Planes420;
+}
+
 Route samePlanar420(const ConvertParams &p) {
   const uint32_t row = rowOf(p);
   if (row == kNoRow) {
@@ -66,7 +77,7 @@ Route samePlanar420(const ConvertParams &p) {
   Route route = served(SAME_PLANAR420[kPlanar420Columns[turn] + 3 * row], byQuality(p.antiAlias, plain));
   route.sizedByInput = isRotation(turn);
   route.fromStrideEnd = p.isResize == 1 && turn == Turn::Half;
-  route.plan = route.tables == TableFormat::Bilinear ? PlanKind::Planes420 : PlanKind::None;
+  route.plan = route.tables == TableFormat::Bilinear ? planOfPlanes(p) : PlanKind::None;
   return route;
 }
 

@@ -1,7 +1,6 @@
 #include "vector/resize_plan.h"
 
 #include "kernels/layouts.h"
-#include "kernels/taps.h"
 
 #include <new>
 
@@ -37,7 +36,6 @@ struct Parts {
   bool picked;       ///< luma
   int32_t chroma;    ///< outputs of chroma that is taken as it is
   int32_t samples;   ///< of a chroma line
-  int32_t chromaTaps; ///< outputs of chroma that is interpolated
 };
 
 int32_t chromaSamples(PlanKind kind, const ConvertParams &seen) {
@@ -53,34 +51,19 @@ int32_t chromaSamples(PlanKind kind, const ConvertParams &seen) {
   }
 }
 
-/// Types that stay as they are and have both luma and chroma interpolated.
-constexpr bool keepsType(PlanKind kind) {
-  return kind == PlanKind::Planes420 || kind == PlanKind::Packed422;
-}
-
-/// Lines of chroma of a type that stays; packed ones have a sample for a lone last pixel too.
-Parts keptParts(PlanKind kind, const ConvertParams &seen) {
-  const int32_t lone = kind == PlanKind::Packed422 ? seen.outWidth % 2 : 0;
-  const Parts parts{true, false, 0, seen.inWidth / 2, seen.outWidth / 2 + lone};
-  return parts.samples >= 2 && parts.chromaTaps > 0 ? parts : Parts{};
-}
-
 Parts partsOf(PlanKind kind, const ConvertParams &seen) {
-  if (keepsType(kind)) {
-    return keptParts(kind, seen);
-  }
   const ChromaRule *rule = chromaRuleOf(kind);
   if (rule == nullptr) {
     const bool rgb = kind == PlanKind::PlanarRgb || kind == PlanKind::Rgb24 || kind == PlanKind::Rgb16 ||
                      kind == PlanKind::Rgb16Turned;
-    return {rgb, false, 0, 0, 0};
+    return {rgb, false, 0, 0};
   }
   const int32_t samples = chromaSamples(kind, seen);
   if (samples == 0) {
     return {}; // frames of this size are refused
   }
   const int32_t outputs = rule->perColumn ? seen.outWidth : seen.outWidth / 2 + seen.outWidth % 2;
-  return {kind != PlanKind::Pow2, kind == PlanKind::Pow2, outputs, samples, 0};
+  return {kind != PlanKind::Pow2, kind == PlanKind::Pow2, outputs, samples};
 }
 
 /// Hands out the memory of a plan piece by piece.
@@ -115,18 +98,6 @@ TapPlan interpolated(PlanKind kind, const ConvertParams &seen, const int32_t *xT
   const TapPlan plan = makeTapPlan(memory, seen.outWidth, {seen.inWidth, 1});
   // Rows of a component are fetched from bytes of RGB24 unless so much of a line would go unused.
   return kind == PlanKind::Rgb24 && plan.parts == 0 ? makeTapPlan(memory, seen.outWidth, {seen.inWidth, 3}) : plan;
-}
-
-/// Of tables that list positions one by one.
-TapPlan interpolatedAtEnd(int32_t samples, int32_t outputs, const int32_t *xTable, Pieces &pieces) {
-  uint8_t *memory = pieces.take(tapPlanBytes(outputs));
-  Tap *taps = planTaps(memory, outputs);
-  const EvenAtEnd tapAt{samples};
-  for (int32_t i = 0; i < outputs; ++i) {
-    const SampleTap tap = tapAt(xTable + i * kTapWords);
-    taps[i] = {static_cast<int32_t>(tap.self), tap.weights.next};
-  }
-  return makeTapPlan(memory, outputs, {samples, 1});
 }
 
 PickPlan picked(const ConvertParams &seen, const int32_t *xTable, Pieces &pieces) {
@@ -193,11 +164,14 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
   if (kind == PlanKind::None || !isWorthAPlan(seen)) {
     return 0;
   }
+  if (keepsType(kind)) {
+    const uint64_t bytes = keptPlanBytes(kind, seen);
+    return bytes == 0 ? 0 : bytes + aligned(sizeof(ResizePlan));
+  }
   const Parts parts = partsOf(kind, seen);
   uint64_t bytes = 0;
   bytes += parts.interpolated ? aligned(tapPlanBytes(seen.outWidth)) : 0;
   bytes += parts.picked ? aligned(pickPlanBytes(seen.outWidth)) : 0;
-  bytes += parts.chromaTaps > 0 ? aligned(tapPlanBytes(parts.chromaTaps)) : 0;
   bytes += parts.chroma > 0 ? aligned(pickPlanBytes(parts.chroma)) : 0;
   return bytes == 0 ? 0 : bytes + aligned(sizeof(ResizePlan));
 }
@@ -205,13 +179,11 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
 void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, uint8_t *memory) {
   const Parts parts = partsOf(kind, seen);
   auto *plan = ::new (memory) ResizePlan{kind, {}, {}, {}, {}};
-  Pieces pieces(memory);
-  if (parts.chromaTaps > 0) {
-    // Luma's taps lie inside its line as they are.
-    plan->luma = interpolatedAtEnd(seen.inWidth, seen.outWidth, xTable, pieces);
-    plan->chromaTaps = interpolatedAtEnd(parts.samples, parts.chromaTaps, xTable, pieces);
+  if (keepsType(kind)) {
+    plan->kept = makeKeptPlan(kind, seen, xTable, memory + aligned(sizeof(ResizePlan)));
     return;
   }
+  Pieces pieces(memory);
   if (parts.interpolated) {
     plan->luma = interpolated(kind, seen, xTable, pieces);
   }

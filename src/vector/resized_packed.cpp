@@ -30,7 +30,7 @@ class PackedResizer {
 public:
   // cppcheck-suppress uninitMemberVar ; samples are made before they are read
   explicit PackedResizer(const Job &job)
-      : p_(job.params), plan_(*job.plan), bytes_(packedLayout(job.packedVariant)), stages_(scaleStagesOf(job.levels)),
+      : p_(job.params), plan_(job.plan->kept), bytes_(packedLayout(job.packedVariant)), stages_(scaleStagesOf(job.levels)),
         part_((bytes_.isSwapped() ? SWAPPED_PACKED_ROWS : PACKED_ROWS).in(job.levels)),
         store_(STORE_MACROPIXELS.in(job.levels)) {}
 
@@ -53,7 +53,7 @@ private:
     luma_ = groupsOf(first, count);
     chroma_ = groupsOf(first / 2, (count + 1) / 2);
     const ByteRange y = bytesRead(plan_.luma, luma_.first, luma_.count);
-    const ByteRange uv = bytesRead(plan_.chromaTaps, chroma_.first, chroma_.count);
+    const ByteRange uv = bytesRead(plan_.chroma, chroma_.first, chroma_.count);
     first_ = smaller(smaller(y.first / 2, uv.first), p_.inWidth / 2 - kLeastMacropixels);
     count_ = larger(larger((y.end + 1) / 2, uv.end) - first_, kLeastMacropixels);
     kept_.forget();
@@ -63,8 +63,8 @@ private:
     const uint8_t *from = p_.inBuf[0] + std::ptrdiff_t{line} * p_.inStride + first_ * kMacropixelBytes;
     part_({from + bytes_.left, from + bytes_.u, from + bytes_.v}, {source_.y, source_.u, source_.v}, 2 * count_);
     stages_.fill(source_.y - 2 * first_, plan_.luma, luma_.first, luma_.count, row[0]);
-    stages_.fill(source_.u - first_, plan_.chromaTaps, chroma_.first, chroma_.count, row[1]);
-    stages_.fill(source_.v - first_, plan_.chromaTaps, chroma_.first, chroma_.count, row[2]);
+    stages_.fill(source_.u - first_, plan_.chroma, chroma_.first, chroma_.count, row[1]);
+    stages_.fill(source_.v - first_, plan_.chroma, chroma_.first, chroma_.count, row[2]);
   }
 
   void makeRows(const Tap &y) {
@@ -94,7 +94,7 @@ private:
   }
 
   const ConvertParams &p_;
-  const ResizePlan &plan_;
+  const KeptPlan &plan_;
   PackedLayout bytes_;
   ScaleStages stages_;
   FetchRows part_;
@@ -116,8 +116,8 @@ private:
 /// overlap, or the order of the stores would show.
 bool isServed(const Job &job) {
   const ConvertParams &p = job.params;
-  return p.inWidth % 2 == 0 && p.inWidth >= kLeastPixels && job.plan->luma.parts != 0 &&
-         job.plan->chromaTaps.parts != 0 && p.outStride >= std::ptrdiff_t{p.outWidth} * 2;
+  return p.inWidth % 2 == 0 && p.inWidth >= kLeastPixels && job.plan->kept.luma.parts != 0 &&
+         job.plan->kept.chroma.parts != 0 && p.outStride >= std::ptrdiff_t{p.outWidth} * 2;
 }
 
 } // namespace

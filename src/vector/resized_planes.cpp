@@ -25,40 +25,70 @@ Plane planeOf(const ConvertParams &p, int index) {
           p.outStride >> half, p.outWidth >> half, p.outHeight >> half};
 }
 
-/// The way of a plane's lines: all of it, one chunk of columns after the other.
-class PlaneResizer {
+/// Makes one line of a chunk at `to`, of the source lines that an entry of the line table says: whole groups.
+class InterpolatedLines {
 public:
-  explicit PlaneResizer(const ScaleStages &stages) : stages_(stages) {}
+  InterpolatedLines(const Plane &plane, const TapPlan &plan, const ScaleStages &stages)
+      : plane_(plane), plan_(plan), stages_(stages), tapAt_{plane.lines} {}
 
-  void resize(const Plane &plane, const TapPlan &plan, const int32_t *yTable) {
-    for (int32_t first = 0; first < plane.width; first += kChunkColumns) {
-      resizeChunk(plane, plan, yTable, first, smaller(plane.width - first, kChunkColumns));
-    }
+  void columns(const ChunkGroups &groups) {
+    groups_ = groups;
+    kept_.forget();
+  }
+
+  void make(const int32_t *entry, uint8_t *to) {
+    const SampleTap tap = tapAt_(entry);
+    const auto fill = [this](int32_t line, auto &row) {
+      stages_.fill(plane_.from + line * plane_.fromStride, plan_, groups_.first, groups_.count, row[0]);
+    };
+    kept_.mixed(stages_.mix, {static_cast<int32_t>(tap.self), tap.weights.next}, groups_.count, {to}, fill);
   }
 
 private:
-  void resizeChunk(const Plane &plane, const TapPlan &plan, const int32_t *yTable, int32_t first, int32_t count) {
-    const ChunkGroups groups = groupsOf(first, count);
-    const HeldAtEnd tapAt{plane.lines};
+  const Plane &plane_;
+  const TapPlan &plan_;
+  const ScaleStages &stages_;
+  HeldAtEnd tapAt_;
+  ChunkGroups groups_{};
+  KeptRows<1> kept_;
+};
+
+/// The same of a plan whose lines do not lie between samples either.
+class NearestLines {
+public:
+  NearestLines(const Plane &plane, const PickPlan &plan, const ScaleStages &stages)
+      : plane_(plane), plan_(plan), pick_(stages.pick) {}
+
+  void columns(const ChunkGroups &groups) { groups_ = groups; }
+
+  void make(const int32_t *entry, uint8_t *to) const {
+    pick_(plane_.from + entry[0] * plane_.fromStride, plan_, groups_.first, groups_.count, to);
+  }
+
+private:
+  const Plane &plane_;
+  const PickPlan &plan_;
+  PickRow pick_;
+  ChunkGroups groups_{};
+};
+
+/// Lines whose chunk is no whole number of groups are made in a buffer.
+template <class Lines>
+void resizePlane(const Plane &plane, const int32_t *yTable, Lines lines) {
+  SampleBuffer samples;
+  for (int32_t first = 0; first < plane.width; first += kChunkColumns) {
+    const int32_t count = smaller(plane.width - first, kChunkColumns);
     const bool fits = count % kPlanGroup == 0;
-    kept_.forget();
+    lines.columns(groupsOf(first, count));
     uint8_t *to = plane.to + first;
     for (int32_t j = 0; j < plane.height; ++j, to += plane.toStride) {
-      const SampleTap tap = tapAt(yTable + j * kTapWords);
-      kept_.mixed(stages_.mix, {static_cast<int32_t>(tap.self), tap.weights.next}, groups.count,
-                  {fits ? to : samples_.line[0]}, [&](int32_t line, auto &row) {
-                    stages_.fill(plane.from + line * plane.fromStride, plan, groups.first, groups.count, row[0]);
-                  });
+      lines.make(yTable + j * kTapWords, fits ? to : samples.line[0]);
       if (!fits) {
-        std::memcpy(to, samples_.line[0], static_cast<std::size_t>(count));
+        std::memcpy(to, samples.line[0], static_cast<std::size_t>(count));
       }
     }
   }
-
-  const ScaleStages &stages_;
-  KeptRows<1> kept_;
-  SampleBuffer samples_;
-};
+}
 
 /// Where output lines overlap, the order of the stores shows; it is that of the portable code.
 bool isServed(const Plane &plane) {
@@ -74,9 +104,14 @@ bool resizePlanesByPlan(const Job &job) {
     return false;
   }
   const ScaleStages stages = scaleStagesOf(job.levels);
-  PlaneResizer resizer(stages);
+  const KeptPlan &plan = job.plan->kept;
   for (int i = 0; i < kPlanes; ++i) {
-    resizer.resize(planeOf(p, i), i == 0 ? job.plan->luma : job.plan->chromaTaps, job.yTable);
+    const Plane plane = planeOf(p, i);
+    if (job.plan->kind == PlanKind::Planes420Nearest) {
+      resizePlane(plane, job.yTable, NearestLines(plane, i == 0 ? plan.pickedLuma : plan.pickedChroma, stages));
+    } else {
+      resizePlane(plane, job.yTable, InterpolatedLines(plane, i == 0 ? plan.luma : plan.chroma, stages));
+    }
   }
   return true;
 }
