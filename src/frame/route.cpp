@@ -56,6 +56,17 @@ uint32_t rowOf(const ConvertParams &p) {
   return (p.antiAlias != 0 ? 1U : 0U) + p.isResize;
 }
 
+/// Reduced by whole numbers, bilinear positions are those of samples.
+bool isReducedEvenly(int32_t in, int32_t out) {
+  return out > 0 && in / out > 1 && in % out == 0;
+}
+
+PlanKind planOfPlanes(const ConvertParams &p) {
+  return isReducedEvenly(p.inWidth, p.outWidth) && isReducedEvenly(p.inHeight, p.outHeight)
+             ? PlanKind::Planes420Nearest
+             : PlanKind::Planes420;
+}
+
 Route samePlanar420(const ConvertParams &p) {
   const uint32_t row = rowOf(p);
   if (row == kNoRow) {
@@ -66,6 +77,7 @@ Route samePlanar420(const ConvertParams &p) {
   Route route = served(SAME_PLANAR420[kPlanar420Columns[turn] + 3 * row], byQuality(p.antiAlias, plain));
   route.sizedByInput = isRotation(turn);
   route.fromStrideEnd = p.isResize == 1 && turn == Turn::Half;
+  route.plan = route.tables == TableFormat::Bilinear ? planOfPlanes(p) : PlanKind::None;
   return route;
 }
 
@@ -74,8 +86,13 @@ Route sameRgb16(const ConvertParams &p) {
   if (row == kNoRow) {
     return refused(CC_ERR_ARGUMENT);
   }
-  return served(SAME_RGB16[kSameFormatColumns[turnOf(p.rotation)] + 2 * row],
-                byQuality(p.antiAlias, TableFormat::Grouped));
+  const Turn turn = turnOf(p.rotation);
+  Route route =
+      served(SAME_RGB16[kSameFormatColumns[turn] + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
+  if (p.antiAlias == 0) {
+    route.plan = isQuarterTurn(turn) ? PlanKind::Rgb16Turned : PlanKind::Rgb16;
+  }
+  return route;
 }
 
 Route samePacked422(const ConvertParams &p) {
@@ -85,7 +102,8 @@ Route samePacked422(const ConvertParams &p) {
     const bool swapped = packedLayout(packedVariantOf(p.inType)).isSwapped();
     tables = swapped ? TableFormat::Bilinear : byQuality(p.antiAlias, TableFormat::Bilinear);
   }
-  return served(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables);
+  const PlanKind plan = tables == TableFormat::Bilinear ? PlanKind::Packed422 : PlanKind::None;
+  return planned(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables, plan);
 }
 
 Route sameFormatRoute(const ConvertParams &p) {

@@ -124,4 +124,12 @@ struct Rgb24Bytes {
   }
 };
 
+/// 16-bit RGB, all three components in a word.
+struct Rgb565Words {
+  static PlaneView view(const ConvertParams &p, int32_t w, int32_t h) {
+    const uint8_t *base = p.inBuf[0];
+    return {base, base, base, p.inStride, p.inStride, w - 1, h - 1, 1, Shape<0, 0, 2, 4, 0, 2>::kValues};
+  }
+};
+
 } // namespace zqcc

@@ -4,6 +4,7 @@
 #include "sameformat/bilinear.h"
 #include "sameformat/five_point_lines.h"
 #include "sameformat/packed_line.h"
+#include "vector/resized_planes.h"
 
 namespace zqcc {
 
@@ -105,11 +106,15 @@ void resizePacked422Select(const Job &job) {
 }
 
 void resizePacked422(const Job &job) {
-  resizeOrder<false>(job);
+  if (!resizedPackedByRows(job)) {
+    resizeOrder<false>(job);
+  }
 }
 
 void resizePacked422Swapped(const Job &job) {
-  resizeOrder<true>(job);
+  if (!resizedPackedByRows(job)) {
+    resizeOrder<true>(job);
+  }
 }
 
 void resizePacked422AntiAlias(const Job &job) {

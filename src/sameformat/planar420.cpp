@@ -5,6 +5,7 @@
 #include "sameformat/five_point_lines.h"
 #include "sameformat/nearest.h"
 #include "sameformat/plane_rotation.h"
+#include "vector/resized_planes.h"
 
 namespace zqcc {
 
@@ -86,6 +87,9 @@ void rotate180Yuv420Planar(const Job &job) {
 }
 
 void resizeYuv420Planar(const Job &job) {
+  if (resizedPlanesByRows(job)) {
+    return;
+  }
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
     if (isChroma(i)) {

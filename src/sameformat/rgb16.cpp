@@ -1,11 +1,13 @@
 #include "sameformat/rgb16.h"
 
 #include "kernels/copy_lines.h"
+#include "kernels/layouts.h"
 #include "kernels/stores.h"
 #include "kernels/table_groups.h"
 #include "sameformat/bilinear.h"
 #include "sameformat/rgb16_sums.h"
 #include "sameformat/transpose.h"
+#include "vector/resized.h"
 
 namespace zqcc {
 
@@ -162,6 +164,13 @@ private:
   ColumnTap taps_[kFilterTaps][kMeanChunk];
 };
 
+template <Turn turn>
+bool resizedWordsByRows(const Job &job) {
+  const ConvertParams &p = job.params;
+  return resizedByRows(job, Rgb565Words::view(p, p.inWidth, p.inHeight), turn,
+                       targetOf<turn, kPixelBytes>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight));
+}
+
 } // namespace
 
 void copyRgb16(const Job &job) {
@@ -175,6 +184,9 @@ void rotateRgb16(const Job &job) {
 }
 
 void resizeRgb16(const Job &job) {
+  if (resizedWordsByRows<Turn::Upright>(job)) {
+    return;
+  }
   const ConvertParams &p = job.params;
   forEachTile(job, p.outBuf[0], kPixelBytes, p.outStride, p.outStride, resizeRgb16Block);
 }
@@ -183,8 +195,10 @@ void resizeRotateRgb16(const Job &job) {
   const ConvertParams &p = job.params;
   const std::ptrdiff_t pitch = p.outStride;
   if (turnOf(p.rotation) == Turn::Left) {
-    forEachTile(job, p.outBuf[0] + (p.outWidth - 1) * pitch, -pitch, kPixelBytes, -pitch, resizeRotateRgb16BlockLeft);
-  } else {
+    if (!resizedWordsByRows<Turn::Left>(job)) {
+      forEachTile(job, p.outBuf[0] + (p.outWidth - 1) * pitch, -pitch, kPixelBytes, -pitch, resizeRotateRgb16BlockLeft);
+    }
+  } else if (!resizedWordsByRows<Turn::Right>(job)) {
     forEachTile(job, p.outBuf[0] + (p.outHeight - 1) * kPixelBytes, pitch, -kPixelBytes, pitch,
                 resizeRotateRgb16BlockRight);
   }

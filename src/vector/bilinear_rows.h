@@ -23,21 +23,28 @@ struct ScaleStages {
   MixRows mix;
   PickRow pick;
   FetchRows fetchRgb24;
+  FetchRows fetchRgb565;
 };
 
 inline ScaleStages scaleStagesOf(LevelSet usable) {
-  return {FILL_ROW.in(usable), MIX_ROWS.in(usable), PICK_ROW.in(usable), RGB24_ROWS.in(usable)};
+  return {FILL_ROW.in(usable), MIX_ROWS.in(usable), PICK_ROW.in(usable), RGB24_ROWS.in(usable), RGB565_ROWS.in(usable)};
 }
 
 /// The taps of output lines, pair by pair.
 class LineTaps {
 public:
-  LineTaps(const int32_t *table, Weighting weighting) : walk_(table), weighting_(weighting) {}
+  /// Of lines that are weighed alike, the second of a pair takes the weights of the first.
+  LineTaps(const int32_t *table, Weighting weighting, bool alike = false)
+      : walk_(table), weighting_(weighting), alike_(alike) {}
 
   /// Of the next two lines, or of a lone last one twice.
   TapPair next(int32_t lineCount) {
     const Tap first = nextTap();
-    return {first, lineCount == 1 ? first : nextTap()};
+    if (lineCount == 1) {
+      return {first, first};
+    }
+    const Tap second = nextTap();
+    return {first, {second.index, alike_ ? first.next : second.next}};
   }
 
 private:
@@ -50,6 +57,7 @@ private:
 
   GroupWalk walk_;
   Weighting weighting_;
+  bool alike_;
 };
 
 /// The groups of a plan that hold the outputs of a chunk.
@@ -74,14 +82,27 @@ public:
 
   void forget() { lines_[0] = lines_[1] = -1; }
 
-  /// Samples of an output line at to[plane]. fill(line, rows) interpolates a source line of every plane.
+  /// The two source lines of an output line, interpolated: a row of every plane.
+  struct Neighbours {
+    const int32_t (*top)[columns];
+    const int32_t (*bottom)[columns];
+  };
+
+  /// fill(line, rows) interpolates a source line of every plane.
   template <class Fill>
-  void mixed(MixRows mix, const Tap &y, int32_t groups, uint8_t *const (&to)[planes], Fill fill) {
+  Neighbours neighbours(const Tap &y, Fill fill) {
     const int32_t top = slotOf(y.index, fill);
     // Without weight the lower line is not needed, not now at least.
     const int32_t bottom = y.next == 0 ? top : slotOf(y.index + 1, fill);
+    return {rows_[top], rows_[bottom]};
+  }
+
+  /// Samples of an output line at to[plane].
+  template <class Fill>
+  void mixed(MixRows mix, const Tap &y, int32_t groups, uint8_t *const (&to)[planes], Fill fill) {
+    const Neighbours rows = neighbours(y, fill);
     for (std::size_t plane = 0; plane < planes; ++plane) {
-      mix(rows_[top][plane], rows_[bottom][plane], y.next, groups, to[plane]);
+      mix(rows.top[plane], rows.bottom[plane], y.next, groups, to[plane]);
     }
   }
 

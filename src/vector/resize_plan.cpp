@@ -54,7 +54,8 @@ int32_t chromaSamples(PlanKind kind, const ConvertParams &seen) {
 Parts partsOf(PlanKind kind, const ConvertParams &seen) {
   const ChromaRule *rule = chromaRuleOf(kind);
   if (rule == nullptr) {
-    const bool rgb = kind == PlanKind::PlanarRgb || kind == PlanKind::Rgb24;
+    const bool rgb = kind == PlanKind::PlanarRgb || kind == PlanKind::Rgb24 || kind == PlanKind::Rgb16 ||
+                     kind == PlanKind::Rgb16Turned;
     return {rgb, false, 0, 0};
   }
   const int32_t samples = chromaSamples(kind, seen);
@@ -163,6 +164,10 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
   if (kind == PlanKind::None || !isWorthAPlan(seen)) {
     return 0;
   }
+  if (keepsType(kind)) {
+    const uint64_t bytes = keptPlanBytes(kind, seen);
+    return bytes == 0 ? 0 : bytes + aligned(sizeof(ResizePlan));
+  }
   const Parts parts = partsOf(kind, seen);
   uint64_t bytes = 0;
   bytes += parts.interpolated ? aligned(tapPlanBytes(seen.outWidth)) : 0;
@@ -173,7 +178,11 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
 
 void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, uint8_t *memory) {
   const Parts parts = partsOf(kind, seen);
-  auto *plan = ::new (memory) ResizePlan{kind, {}, {}, {}};
+  auto *plan = ::new (memory) ResizePlan{kind, {}, {}, {}, {}};
+  if (keepsType(kind)) {
+    plan->kept = makeKeptPlan(kind, seen, xTable, memory + aligned(sizeof(ResizePlan)));
+    return;
+  }
   Pieces pieces(memory);
   if (parts.interpolated) {
     plan->luma = interpolated(kind, seen, xTable, pieces);

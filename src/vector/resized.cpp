@@ -48,6 +48,15 @@ bool resizeRgb24(const Job &job, const PlaneView &view, const ResizeTarget &to) 
                                 : resizeBy<RgbSampler<Rgb24Components, 512>>(job, view, to);
 }
 
+/// Components cannot be gathered from words that hold parts of three of them.
+bool resizeRgb16(const Job &job, const PlaneView &view, const ResizeTarget &to) {
+  if (job.plan->luma.parts == 0) {
+    return false;
+  }
+  return isQuarterTurn(to.turn) ? resizeBy<RgbSampler<Rgb565Components, 384>>(job, view, to)
+                                : resizeBy<RgbSampler<Rgb565Components, 512>>(job, view, to);
+}
+
 } // namespace
 
 bool resizeByPlan(const Job &job, const PlaneView &view, Turn turn, const Target &target) {
@@ -68,6 +77,9 @@ bool resizeByPlan(const Job &job, const PlaneView &view, Turn turn, const Target
     return resizeRgb24(job, view, to);
   case PlanKind::PlanarRgb:
     return resizePlanarRgb(job, view, to);
+  case PlanKind::Rgb16:
+  case PlanKind::Rgb16Turned:
+    return resizeRgb16(job, view, to);
   default:
     return false;
   }

@@ -33,13 +33,14 @@ private:
   ChunkGroups groups_{};
 };
 
-/// B, G, R bytes become rows first, those of the chunk.
-template <std::size_t mostColumns>
-class Rgb24Components {
+/// Pixels become rows of their components first, those of the chunk.
+template <int pixelBytes, std::size_t mostColumns>
+class FetchedComponents {
 public:
   // cppcheck-suppress uninitMemberVar ; samples are fetched before they are read
-  Rgb24Components(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
-      : plan_(plan), fill_(stages.fill), fetch_(stages.fetchRgb24), stride_(view.yStride), bytes_(view.v) {}
+  FetchedComponents(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
+      : plan_(plan), fill_(stages.fill), fetch_(pixelBytes == 3 ? stages.fetchRgb24 : stages.fetchRgb565),
+        stride_(view.yStride), bytes_(view.v) {}
 
   void columns(const ChunkGroups &groups) {
     groups_ = groups;
@@ -47,7 +48,7 @@ public:
   }
 
   void fill(int32_t line, int32_t (&row)[3][mostColumns]) {
-    const uint8_t *from = bytes_ + line * stride_ + std::ptrdiff_t{range_.first} * 3;
+    const uint8_t *from = bytes_ + line * stride_ + std::ptrdiff_t{range_.first} * pixelBytes;
     fetch_({nullptr, nullptr, from}, {samples_[0], samples_[1], samples_[2]}, range_.end - range_.first);
     for (int c = 0; c < 3; ++c) {
       fill_(samples_[c] - range_.first, plan_, groups_.first, groups_.count, row[c]);
@@ -69,6 +70,11 @@ private:
   alignas(64) uint8_t samples_[3][(kSamples + 63) / 64 * 64];
 };
 
+template <std::size_t mostColumns>
+using Rgb24Components = FetchedComponents<3, mostColumns>;
+template <std::size_t mostColumns>
+using Rgb565Components = FetchedComponents<2, mostColumns>;
+
 template <template <std::size_t> class Components, std::size_t mostColumns>
 class RgbSampler {
 public:
@@ -76,8 +82,8 @@ public:
 
   // cppcheck-suppress uninitMemberVar ; samples are made before they are read
   RgbSampler(const Job &job, const PlaneView &view, const ScaleStages &stages)
-      : lineTaps_(job.yTable, weightingOf(job.plan->kind)), taps_(lineTaps_), mix_(stages.mix),
-        components_(view, job.plan->luma, stages) {}
+      : lineTaps_(job.yTable, weightingOf(job.plan->kind), job.plan->kind == PlanKind::Rgb16Turned), taps_(lineTaps_),
+        mix_(stages.mix), components_(view, job.plan->luma, stages) {}
 
   void columns(int32_t first, int32_t count) {
     groups_ = groupsOf(first, count);

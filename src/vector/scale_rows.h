@@ -38,4 +38,8 @@ extern const PerLevel<PickRow> PICK_ROW;
 /// and u are not looked at. Any number of pixels from kLeastPixels on; nothing behind the last one is read or written.
 extern const PerLevel<FetchRows> RGB24_ROWS;
 
+/// The same of 16-bit pixels, low byte first. A component is its bits at the top of a byte, zeros below them: a mean of
+/// such bytes has the mean of the components at its top, truncated as if they had been mixed themselves.
+extern const PerLevel<FetchRows> RGB565_ROWS;
+
 } // namespace zqcc

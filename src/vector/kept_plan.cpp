@@ -1,0 +1,84 @@
+#include "vector/kept_plan.h"
+
+#include "base/table_format.h"
+#include "kernels/taps.h"
+
+namespace zqcc {
+namespace {
+
+constexpr std::size_t kAlignment = 64;
+
+constexpr std::size_t aligned(std::size_t bytes) {
+  return (bytes + kAlignment - 1) & ~(kAlignment - 1);
+}
+
+/// Outputs of a line, and samples of its source.
+struct Line {
+  int32_t outputs;
+  int32_t samples;
+};
+
+Line lumaOf(const ConvertParams &seen) {
+  return {seen.outWidth, seen.inWidth};
+}
+
+/// Packed lines have a sample for a lone last pixel too.
+Line chromaOf(PlanKind kind, const ConvertParams &seen) {
+  const int32_t lone = kind == PlanKind::Packed422 ? seen.outWidth % 2 : 0;
+  return {seen.outWidth / 2 + lone, seen.inWidth / 2};
+}
+
+TapPlan interpolated(const Line &line, const int32_t *xTable, uint8_t *memory) {
+  Tap *taps = planTaps(memory, line.outputs);
+  const EvenAtEnd tapAt{line.samples}; // luma's taps lie inside its line as they are
+  for (int32_t i = 0; i < line.outputs; ++i) {
+    const SampleTap tap = tapAt(xTable + i * kTapWords);
+    taps[i] = {static_cast<int32_t>(tap.self), tap.weights.next};
+  }
+  return makeTapPlan(memory, line.outputs, {line.samples, 1});
+}
+
+PickPlan picked(const Line &line, const int32_t *xTable, uint8_t *memory) {
+  int32_t *columns = planColumns(memory, line.outputs);
+  for (int32_t i = 0; i < line.outputs; ++i) {
+    columns[i] = xTable[i * kTapWords];
+  }
+  return makePickPlan(memory, line.outputs, {line.samples, 1});
+}
+
+/// A sample and its neighbour are needed, and outputs for every plane; of small pictures, portable code is done before
+/// a plan is made.
+bool isPlanned(const Line &luma, const Line &chroma, int32_t height) {
+  constexpr int32_t kLeastOutputs = 16;
+  constexpr int64_t kLeastPixels = 512;
+  return chroma.samples >= 2 && chroma.outputs > 0 && luma.outputs >= kLeastOutputs &&
+         int64_t{luma.outputs} * height >= kLeastPixels;
+}
+
+} // namespace
+
+uint64_t keptPlanBytes(PlanKind kind, const ConvertParams &seen) {
+  const Line luma = lumaOf(seen);
+  const Line chroma = chromaOf(kind, seen);
+  if (!isPlanned(luma, chroma, seen.outHeight)) {
+    return 0;
+  }
+  const auto bytesOf = kind == PlanKind::Planes420Nearest ? pickPlanBytes : tapPlanBytes;
+  return uint64_t{aligned(bytesOf(luma.outputs))} + aligned(bytesOf(chroma.outputs));
+}
+
+KeptPlan makeKeptPlan(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, uint8_t *memory) {
+  const Line luma = lumaOf(seen);
+  const Line chroma = chromaOf(kind, seen);
+  KeptPlan plan{};
+  if (kind == PlanKind::Planes420Nearest) {
+    plan.pickedLuma = picked(luma, xTable, memory);
+    plan.pickedChroma = picked(chroma, xTable, memory + aligned(pickPlanBytes(luma.outputs)));
+  } else {
+    plan.luma = interpolated(luma, xTable, memory);
+    plan.chroma = interpolated(chroma, xTable, memory + aligned(tapPlanBytes(luma.outputs)));
+  }
+  return plan;
+}
+
+} // namespace zqcc

@@ -1,0 +1,122 @@
+#include "vector/resized_planes.h"
+
+#include "base/limits.h"
+#include "kernels/taps.h"
+#include "vector/bilinear_rows.h"
+
+#include <cstring>
+
+namespace zqcc {
+namespace {
+
+/// Columns made at a time.
+constexpr int32_t kColumns = kMostColumns;
+
+struct Plane {
+  const uint8_t *from;
+  std::ptrdiff_t fromStride;
+  int32_t lines; ///< of the source
+  uint8_t *to;
+  std::ptrdiff_t toStride;
+  int32_t width; ///< of the output
+  int32_t height;
+};
+
+Plane planeOf(const ConvertParams &p, int index) {
+  const int half = index > 0 ? 1 : 0;
+  return {p.inBuf[index],      p.inStride >> half, p.inHeight >> half, p.outBuf[index],
+          p.outStride >> half, p.outWidth >> half, p.outHeight >> half};
+}
+
+/// Makes one line of a chunk at `to`, of the source lines that an entry of the line table says: whole groups.
+class InterpolatedLines {
+public:
+  InterpolatedLines(const Plane &plane, const TapPlan &plan, const ScaleStages &stages)
+      : plane_(plane), plan_(plan), stages_(stages), tapAt_{plane.lines} {}
+
+  void columns(const ChunkGroups &groups) {
+    groups_ = groups;
+    kept_.forget();
+  }
+
+  void make(const int32_t *entry, uint8_t *to) {
+    const SampleTap tap = tapAt_(entry);
+    const auto fill = [this](int32_t line, auto &row) {
+      stages_.fill(plane_.from + line * plane_.fromStride, plan_, groups_.first, groups_.count, row[0]);
+    };
+    kept_.mixed(stages_.mix, {static_cast<int32_t>(tap.self), tap.weights.next}, groups_.count, {to}, fill);
+  }
+
+private:
+  const Plane &plane_;
+  const TapPlan &plan_;
+  const ScaleStages &stages_;
+  HeldAtEnd tapAt_;
+  ChunkGroups groups_{};
+  KeptRows<1, kColumns> kept_;
+};
+
+/// The same of a plan whose lines do not lie between samples either.
+class NearestLines {
+public:
+  NearestLines(const Plane &plane, const PickPlan &plan, const ScaleStages &stages)
+      : plane_(plane), plan_(plan), pick_(stages.pick) {}
+
+  void columns(const ChunkGroups &groups) { groups_ = groups; }
+
+  void make(const int32_t *entry, uint8_t *to) const {
+    pick_(plane_.from + entry[0] * plane_.fromStride, plan_, groups_.first, groups_.count, to);
+  }
+
+private:
+  const Plane &plane_;
+  const PickPlan &plan_;
+  PickRow pick_;
+  ChunkGroups groups_{};
+};
+
+/// Lines whose chunk is no whole number of groups are made in a buffer.
+template <class Lines>
+void resizePlane(const Plane &plane, const int32_t *yTable, Lines lines) {
+  SampleBuffer<kColumns> samples;
+  for (int32_t first = 0; first < plane.width; first += kColumns) {
+    const int32_t count = smaller(plane.width - first, kColumns);
+    const bool fits = count % kPlanGroup == 0;
+    lines.columns(groupsOf(first, count));
+    uint8_t *to = plane.to + first;
+    for (int32_t j = 0; j < plane.height; ++j, to += plane.toStride) {
+      lines.make(yTable + j * kTapWords, fits ? to : samples.line[0]);
+      if (!fits) {
+        std::memcpy(to, samples.line[0], static_cast<std::size_t>(count));
+      }
+    }
+  }
+}
+
+/// Where output lines overlap, the order of the stores shows; it is that of the portable code.
+bool isServed(const Plane &plane) {
+  return plane.lines >= 2 && plane.toStride >= plane.width;
+}
+
+} // namespace
+
+bool resizePlanesByPlan(const Job &job) {
+  constexpr int kPlanes = 3;
+  const ConvertParams &p = job.params;
+  if (!isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
+    return false;
+  }
+  const ScaleStages stages = scaleStagesOf(job.levels);
+  const KeptPlan &plan = job.plan->kept;
+  for (int i = 0; i < kPlanes; ++i) {
+    const Plane plane = planeOf(p, i);
+    if (job.plan->kind == PlanKind::Planes420Nearest) {
+      resizePlane(plane, job.yTable, NearestLines(plane, i == 0 ? plan.pickedLuma : plan.pickedChroma, stages));
+    } else {
+      resizePlane(plane, job.yTable, InterpolatedLines(plane, i == 0 ? plan.luma : plan.chroma, stages));
+    }
+  }
+  return true;
+}
+
+} // namespace zqcc
