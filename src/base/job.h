@@ -9,6 +9,7 @@
 namespace zqcc {
 
 struct ColorMatrix;
+struct ResizePlan;
 
 /// One frame on its way through a routine, after the pre-passes. Routines never fail: dispatch has seen to it that the
 /// picture has pixels, that the planes they read and write are there, and that the tables fit the sizes.
@@ -22,6 +23,7 @@ struct Job {
   int64_t inRoom;            ///< bytes from the start of an input line to the end of its stride
   LevelSet levels = setOf(LEVEL_PORTABLE); ///< the vector code that may run
   bool hasChromaPairs = false; ///< isYuv420, but its chroma lies in pairs in the second plane, as inType says
+  const ResizePlan *plan = nullptr; ///< what vector code resizes by; null where it does not
 };
 
 using Routine = void (*)(const Job &);

@@ -29,6 +29,13 @@ Route served(Routine routine, TableFormat tables) {
   return route;
 }
 
+/// As served, for a routine that vector code helps to resize.
+Route planned(Routine routine, TableFormat tables, PlanKind plan) {
+  Route route = served(routine, tables);
+  route.plan = plan;
+  return route;
+}
+
 /// Plain, filtered or box tables by quality.
 TableFormat byQuality(uint32_t antiAlias, TableFormat plain) {
   if (antiAlias == 0) {
@@ -131,37 +138,69 @@ Route directToRgb565(const ConvertParams &p) {
   return route;
 }
 
+/// A member that resizes by means of five points or of a box.
+Route filteredTo565(uint32_t entry, uint32_t antiAlias) {
+  const PlanKind plan = antiAlias == 3 ? PlanKind::Box : PlanKind::FivePoint;
+  return planned(RESIZE_TO_RGB565[entry], byQuality(antiAlias, TableFormat::Grouped), plan);
+}
+
+/// A member of RESIZE_TO_RGB565 and what its vector code reads.
+struct PlannedEntry {
+  uint32_t entry;
+  PlanKind plan;
+};
+
 /// Types with members for every turn: the turned ones read grouped tables whatever the quality.
-Route turnedOrFiltered(const ConvertParams &p, uint32_t plain, uint32_t filtered) {
+Route turnedOrFiltered(const ConvertParams &p, const PlannedEntry &plain, uint32_t filtered) {
   const Turn turn = turnOf(p.rotation);
   if (!isRotation(turn) && p.antiAlias != 0) {
-    return served(RESIZE_TO_RGB565[filtered], byQuality(p.antiAlias, TableFormat::Grouped));
+    return filteredTo565(filtered, p.antiAlias);
   }
-  Route route = served(RESIZE_TO_RGB565[plain], TableFormat::Grouped);
+  Route route = planned(RESIZE_TO_RGB565[plain.entry], TableFormat::Grouped, plain.plan);
   route.fromStrideEnd = turn == Turn::Half;
   return route;
 }
 
+/// Types whose filtered member follows the plain one; neither is turned.
+Route plainOrFiltered(const ConvertParams &p, const PlannedEntry &plain) {
+  return p.antiAlias != 0 ? filteredTo565(plain.entry + 1, p.antiAlias)
+                          : planned(RESIZE_TO_RGB565[plain.entry], TableFormat::Grouped, plain.plan);
+}
+
+PlanKind planOf(ResizeRatioClass ratio) {
+  switch (ratio) {
+  case RATIO_POW2_DOWN:
+    return PlanKind::Pow2;
+  case RATIO_THREE_QUARTERS:
+    return PlanKind::ThreeQuarters;
+  case RATIO_THREE_HALVES:
+    return PlanKind::ThreeHalves;
+  case RATIO_DOUBLE:
+    return PlanKind::Double;
+  default:
+    return PlanKind::General;
+  }
+}
+
 Route resizeYuv420Or422(const ConvertParams &p) {
   const Turn turn = turnOf(p.rotation);
-  const uint32_t ratio = turn == Turn::Half ? RATIO_GENERAL : ratioClassOf(p); // one half turn serves all ratios
-  return turnedOrFiltered(p, RESIZE_YUV420_OR_422 + kResizeYuvEntries[turn] + ratio, RESIZE_FILTERED);
+  const ResizeRatioClass ratio = turn == Turn::Half ? RATIO_GENERAL : ratioClassOf(p); // one half turn serves all
+  return turnedOrFiltered(p, {RESIZE_YUV420_OR_422 + kResizeYuvEntries[turn] + ratio, planOf(ratio)}, RESIZE_FILTERED);
 }
 
 Route resizeToRgb565(const ConvertParams &p) {
-  const uint32_t filtered = p.antiAlias != 0 ? 1 : 0;
-  const TableFormat tables = byQuality(p.antiAlias, TableFormat::Grouped);
   switch (kindOf(p.inType)) {
   case KIND_YUV444:
-    return served(RESIZE_TO_RGB565[RESIZE_YUV444 + filtered], tables);
+    return plainOrFiltered(p, {RESIZE_YUV444, PlanKind::Yuv444});
   case KIND_YUV440:
-    return served(RESIZE_TO_RGB565[RESIZE_YUV440 + filtered], tables);
+    return plainOrFiltered(p, {RESIZE_YUV440, PlanKind::Yuv440});
   case KIND_YUV411:
-    return served(RESIZE_TO_RGB565[RESIZE_YUV411 + filtered], tables);
+    return plainOrFiltered(p, {RESIZE_YUV411, PlanKind::Yuv411});
   case KIND_QUARTER_HEIGHT:
-    return served(RESIZE_TO_RGB565[RESIZE_QUARTER_HEIGHT + filtered], tables);
+    return plainOrFiltered(p, {RESIZE_QUARTER_HEIGHT, PlanKind::QuarterHeight});
   case KIND_PLANAR_RGB:
-    return turnedOrFiltered(p, RESIZE_PLANAR_RGB + kResizePlanarRgbEntries[turnOf(p.rotation)], RESIZE_PLANAR_RGB + 1);
+    return turnedOrFiltered(p, {RESIZE_PLANAR_RGB + kResizePlanarRgbEntries[turnOf(p.rotation)], PlanKind::PlanarRgb},
+                            RESIZE_PLANAR_RGB + 1);
   default:
     return resizeYuv420Or422(p);
   }
@@ -176,7 +215,7 @@ Route keepsSize(Routine routine) {
 
 Route planarRoute(const ConvertParams &p) {
   if (p.outType == COLOR_RGB24) {
-    return served(PLANAR_TO_RGB24[p.isResize], TableFormat::RunLength);
+    return planned(PLANAR_TO_RGB24[p.isResize], TableFormat::RunLength, PlanKind::RunLength);
   }
   if (isPlanar420(p.outType)) {
     return keepsSize(copyPlanarToYuv420Planar);
@@ -204,12 +243,12 @@ Route semiPlanarRoute(const ConvertParams &p) {
 
 Route packedRoute(const ConvertParams &p) {
   if (isRgb16(p.outType)) {
-    Route route = served(PACKED422_TO_RGB16[p.isResize], TableFormat::Nearest);
+    Route route = planned(PACKED422_TO_RGB16[p.isResize], TableFormat::Nearest, PlanKind::Packed);
     route.fromStrideEnd = p.isResize == 0 && turnOf(p.rotation) == Turn::Half;
     return route;
   }
   if (p.outType == COLOR_RGB24) {
-    return served(PACKED422_TO_RGB24[p.isResize], TableFormat::Nearest);
+    return planned(PACKED422_TO_RGB24[p.isResize], TableFormat::Nearest, PlanKind::Packed);
   }
   return p.outType == COLOR_YUV420_PLANAR ? keepsSize(convertPacked422ToYuv420Planar) : refused(CC_ERR_OUT_TYPE);
 }
@@ -218,7 +257,8 @@ Route rgb24Route(const ConvertParams &p) {
   if (p.outType != COLOR_RGB565) {
     return {}; // succeeds without a word: there is nothing to convert to
   }
-  return served(RGB24_TO_RGB565[kRgb24Columns[turnOf(p.rotation)] + 3 * p.isResize], TableFormat::Grouped);
+  return planned(RGB24_TO_RGB565[kRgb24Columns[turnOf(p.rotation)] + 3 * p.isResize], TableFormat::Grouped,
+                 PlanKind::Rgb24);
 }
 
 Route conversionRoute(const ConvertParams &p) {
@@ -287,6 +327,7 @@ Route routeOf(const ConvertParams &params) {
   Route route = params.inType == params.outType ? sameFormatRoute(params) : conversionRoute(params);
   if (params.isResize == 0) {
     route.tables = TableFormat::None;
+    route.plan = PlanKind::None;
   }
   return route;
 }

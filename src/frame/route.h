@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/job.h"
+#include "base/plan_kind.h"
 #include "base/table_format.h"
 
 #include <cstdint>
@@ -28,6 +29,7 @@ struct Route {
   uint32_t code = 0;         ///< CC_OK, or the code a frame of this description gets
   Routine routine = nullptr; ///< null with CC_OK: the frame succeeds and nothing is written
   TableFormat tables = TableFormat::None;
+  PlanKind plan = PlanKind::None; ///< what the routine's vector code reads beside them
   PrePass prePass = PrePass::None;
   bool scales = true;             ///< false: the routine keeps the size whatever isResize says
   bool copies = false;            ///< samples go over as they are, upright: a single line has no chroma to move

@@ -1,0 +1,28 @@
+// What vector code needs to know beforehand of a resizing conversion's columns. The route says which kind of plan its
+// routine reads; set-up makes that plan and the routine is given it, so that the two cannot disagree.
+#pragma once
+
+#include <cstdint>
+
+namespace zqcc {
+
+enum class PlanKind : uint32_t {
+  None,          ///< the routine resizes nothing, or not by rows
+  General,       ///< planar 4:2:0 and 4:2:2, bilinear
+  Pow2,          ///< the same reduced by a power of two
+  ThreeQuarters, ///< the same at fixed phases: three outputs of four samples
+  ThreeHalves,   ///< three outputs of two samples
+  Double,        ///< every second output is the mean of its neighbours
+  Yuv444,        ///< the other planar types, bilinear luma
+  Yuv440,
+  Yuv411,
+  QuarterHeight,
+  PlanarRgb, ///< three planes, each bilinear
+  Rgb24,     ///< the same of B, G, R bytes
+  FivePoint, ///< planar types, five-point means
+  Box,       ///< planar types, box means
+  RunLength, ///< planar types to RGB24, nearest
+  Packed,    ///< packed 4:2:2, nearest
+};
+
+} // namespace zqcc

@@ -1,0 +1,45 @@
+// What set-up makes for the vector code of a resizing conversion: the columns that samples are taken from, in the form
+// that its stages read. A plan lies behind the table of the columns, in the same allocation, so that a context needs no
+// further one. It serves every level.
+#pragma once
+
+#include "base/plan_kind.h"
+#include "zqColorConversion.h"
+
+#include <cstdint>
+
+#if ZQCC_VECTOR
+#include "vector/column_plan.h"
+#endif
+
+namespace zqcc {
+
+#if ZQCC_VECTOR
+
+struct ResizePlan {
+  PlanKind kind;
+  TapPlan luma;    ///< interpolated columns, of luma or of every plane of RGB
+  PickPlan picked; ///< columns that are taken as they are, of luma
+  PickPlan chroma; ///< the same, of chroma
+};
+
+/// Bytes of the plan of a frame that the routine sees as `seen`; 0 if it has none. May be more than memory can be
+/// addressed by.
+uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen);
+
+/// Makes that plan of the columns' table in as many bytes, which are aligned to 64 and hold the record at their start.
+void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, uint8_t *memory);
+
+#else
+
+struct ResizePlan;
+
+constexpr uint64_t resizePlanBytes(PlanKind /*kind*/, const ConvertParams & /*seen*/) {
+  return 0;
+}
+inline void buildResizePlan(PlanKind /*kind*/, const ConvertParams & /*seen*/, const int32_t * /*xTable*/,
+                            uint8_t * /*memory*/) {}
+
+#endif
+
+} // namespace zqcc
