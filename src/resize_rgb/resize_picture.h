@@ -7,9 +7,9 @@
 #include "kernels/layouts.h"
 #include "kernels/placement.h"
 #include "kernels/scratch.h"
+#include "kernels/tap_pairs.h"
 #include "kernels/writers.h"
 #include "resize_rgb/sources.h"
-#include "resize_rgb/tap_pairs.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,12 +3,21 @@
 #pragma once
 
 #include "base/table_format.h"
-#include "resize_rgb/tap_pairs.h"
+#include "kernels/tap_pairs.h"
 
 #include <cstddef>
 #include <cstdint>
 
 namespace zqcc {
+
+/// Output columns that are made at a time.
+inline constexpr int32_t kChunk = 120;
+
+/// Column taps of a chunk.
+struct ColumnTaps {
+  int32_t count;
+  Tap taps[kChunk];
+};
 
 /// Weighted mean of two samples times 1024; exact for weights outside 0..1024 too.
 constexpr int32_t mix(int32_t a, int32_t b, int32_t next) {

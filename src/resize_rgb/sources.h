@@ -5,9 +5,9 @@
 
 #include "kernels/arithmetic.h"
 #include "kernels/plane_view.h"
+#include "kernels/tap_pairs.h"
 #include "kernels/writers.h"
 #include "resize_rgb/samplers.h"
-#include "resize_rgb/tap_pairs.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -61,13 +61,4 @@ private:
   GroupWalk walk_;
 };
 
-/// Output columns that are made at a time.
-inline constexpr int32_t kChunk = 120;
-
-/// Column taps of a chunk.
-struct ColumnTaps {
-  int32_t count;
-  Tap taps[kChunk];
-};
-
 } // namespace zqcc
