@@ -3,6 +3,7 @@
 #include "base/picture_shape.h"
 #include "base/turn.h"
 #include "frame/frame_check.h"
+#include "frame/plan_place.h"
 #include "frame/route.h"
 #include "sameformat/plane_rotation.h"
 #include "vector/detect.h"
@@ -90,6 +91,7 @@ void run(ConvertContext &context, ConvertParams &params, const Route &route, int
     break;
   }
   Job job = jobFor(context, *frame, levels, skippedBytes);
+  job.plan = planOf(context, route, levels);
   if (hasChromaPairs) {
     job.isYuv420 = job.hasChromaPairs = true;
   }

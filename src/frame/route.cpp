@@ -167,7 +167,7 @@ Route plainOrFiltered(const ConvertParams &p, const PlannedEntry &plain) {
                           : planned(RESIZE_TO_RGB565[plain.entry], TableFormat::Grouped, plain.plan);
 }
 
-PlanKind planOf(ResizeRatioClass ratio) {
+PlanKind planOfRatio(ResizeRatioClass ratio) {
   switch (ratio) {
   case RATIO_POW2_DOWN:
     return PlanKind::Pow2;
@@ -185,7 +185,7 @@ PlanKind planOf(ResizeRatioClass ratio) {
 Route resizeYuv420Or422(const ConvertParams &p) {
   const Turn turn = turnOf(p.rotation);
   const ResizeRatioClass ratio = turn == Turn::Half ? RATIO_GENERAL : ratioClassOf(p); // one half turn serves all
-  return turnedOrFiltered(p, {RESIZE_YUV420_OR_422 + kResizeYuvEntries[turn] + ratio, planOf(ratio)}, RESIZE_FILTERED);
+  return turnedOrFiltered(p, {RESIZE_YUV420_OR_422 + kResizeYuvEntries[turn] + ratio, planOfRatio(ratio)}, RESIZE_FILTERED);
 }
 
 Route resizeToRgb565(const ConvertParams &p) {

@@ -3,8 +3,10 @@
 #include "base/picture_shape.h"
 #include "frame/aligned_memory.h"
 #include "frame/frame_check.h"
+#include "frame/plan_place.h"
 #include "frame/resample_tables.h"
 #include "frame/route.h"
+#include "vector/resize_plan.h"
 
 #include <cstring>
 
@@ -22,14 +24,14 @@ bool allocateBytes(uint8_t *&buffer, int64_t bytes) {
   return buffer != nullptr;
 }
 
-bool allocateTable(int32_t *&table, TableFormat format, const Axis &axis, uint32_t antiAlias) {
-  const uint64_t bytes = tableWords(format, axis, antiAlias) * sizeof(int32_t);
+/// A table of `bytes` bytes, the first `cleared` of which are zero.
+bool allocateTable(int32_t *&table, uint64_t cleared, uint64_t bytes) {
   if (bytes > SIZE_MAX) {
     return false;
   }
   table = static_cast<int32_t *>(aligned_alloc64(static_cast<std::size_t>(bytes)));
   if (table != nullptr) {
-    std::memset(table, 0, static_cast<std::size_t>(bytes));
+    std::memset(table, 0, static_cast<std::size_t>(cleared));
   }
   return table != nullptr;
 }
@@ -85,17 +87,22 @@ void buildTables(ConvertContext &context, TableFormat format, const ConvertParam
   }
 }
 
-bool makeTables(ConvertContext &context, TableFormat format, const ConvertParams &params) {
+/// The tables, and the plan that vector code reads behind that of the columns.
+bool makeTables(ConvertContext &context, const Route &route, const ConvertParams &params) {
   const Axis columns{params.inWidth, params.outWidth};
   const Axis lines{params.inHeight, params.outHeight};
-  if (format == TableFormat::None) {
+  if (route.tables == TableFormat::None) {
     return true;
   }
-  if (!allocateTable(context.xTable, format, columns, params.antiAlias) ||
-      !allocateTable(context.yTable, format, lines, params.antiAlias)) {
+  const PlanPlace plan = planPlaceOf(route, params);
+  const uint64_t lineBytes = tableWords(route.tables, lines, params.antiAlias) * sizeof(int32_t);
+  if (!allocateTable(context.xTable, plan.offset, plan.end) || !allocateTable(context.yTable, lineBytes, lineBytes)) {
     return false;
   }
-  buildTables(context, format, params, columns, lines);
+  buildTables(context, route.tables, params, columns, lines);
+  if (plan.end != plan.offset) {
+    buildResizePlan(route.plan, params, context.xTable, reinterpret_cast<uint8_t *>(context.xTable) + plan.offset);
+  }
   return true;
 }
 
@@ -115,7 +122,7 @@ uint32_t setUp(ConvertContext *context, const ConvertParams &params) {
   }
   const bool made = (!isSemiPlanar(params.inType) || makeSplitChroma(*context, params)) &&
                     (!turns || makeTurnedPlanes(*context, params)) &&
-                    makeTables(*context, route.tables, context->params);
+                    makeTables(*context, route, context->params);
   if (!made) {
     destroyContext(context);
     return CC_ERR_NO_MEMORY;
