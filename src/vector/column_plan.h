@@ -35,7 +35,7 @@ struct TapPlan {
   /// four outputs lie in a window, or lines are shorter than one: pairs of bytes are gathered by `taps` then, into rows
   /// of pairs that the windows point into.
   int32_t parts;
-  const Tap *taps; ///< of every output
+  const Tap *taps; ///< of every output, and of what stands behind the last one
   int32_t step;    ///< distance of neighbouring samples in bytes
 };
 
@@ -61,8 +61,8 @@ struct PlanLine {
 
 // A plan is made in memory of its caller's, which begins at a multiple of 64 bytes. The caller writes what every output
 // is made of to the place in that memory that planTaps or planColumns names, and has the plan made from there. Samples
-// lie inside the line: 0 <= index < samples. Behind the last sample there is none to be read; it counts for nothing.
-// A pick has one sample, any order; taps do not fall.
+// lie inside the line, 0 <= index < samples, and never fall. Of a tap at the last sample, whatever its weights, the
+// sample alone counts.
 
 std::size_t tapPlanBytes(int32_t outputs);
 Tap *planTaps(void *memory, int32_t outputs);
@@ -78,9 +78,9 @@ struct ByteRange {
   int32_t end;
 };
 
-/// What stages read of a line for some groups of a plan, for callers that make that part of the line themselves. Stages
-/// are then given the address where byte 0 of the line would be.
-ByteRange bytesRead(const TapPlan &plan, int32_t firstGroup, int32_t groups, int32_t outputs);
-ByteRange bytesRead(const PickPlan &plan, int32_t firstGroup, int32_t groups, int32_t outputs);
+/// What stages read of a line for groups [firstGroup, firstGroup + groups), for callers that make that part of the line
+/// themselves. Stages are then given the address where the first byte of the line would be.
+ByteRange bytesRead(const TapPlan &plan, int32_t firstGroup, int32_t groups);
+ByteRange bytesRead(const PickPlan &plan, int32_t firstGroup, int32_t groups);
 
 } // namespace zqcc
