@@ -120,6 +120,31 @@ HWY_INLINE void storeBlocks3(D d, V a, V b, V c, uint8_t *to) {
 
 #endif
 
+// blocksAt: 16 bytes from `line` + places[b] on for every block b.
+template <class D, hwy::EnableIf<hn::MaxLanes(D()) == 16> * = nullptr>
+HWY_INLINE hn::Vec<D> blocksAt(D d, const uint8_t *line, const int32_t *places) {
+  return hn::LoadU(d, line + places[0]);
+}
+#if HWY_ARCH_X86 && HWY_MAX_BYTES >= 32
+HWY_INLINE __m128i loadBlock(const uint8_t *at) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
+}
+template <class D, hwy::EnableIf<hn::MaxLanes(D()) == 32> * = nullptr>
+HWY_INLINE hn::Vec<D> blocksAt(D /*d*/, const uint8_t *line, const int32_t *places) {
+  const auto first = _mm256_castsi128_si256(loadBlock(line + places[0]));
+  return hn::Vec<D>{_mm256_inserti128_si256(first, loadBlock(line + places[1]), 1)};
+}
+#endif
+#if HWY_ARCH_X86 && HWY_MAX_BYTES >= 64
+template <class D, hwy::EnableIf<hn::MaxLanes(D()) == 64> * = nullptr>
+HWY_INLINE hn::Vec<D> blocksAt(D /*d*/, const uint8_t *line, const int32_t *places) {
+  auto all = _mm512_castsi128_si512(loadBlock(line + places[0]));
+  all = _mm512_inserti32x4(all, loadBlock(line + places[1]), 1);
+  all = _mm512_inserti32x4(all, loadBlock(line + places[2]), 2);
+  return hn::Vec<D>{_mm512_inserti32x4(all, loadBlock(line + places[3]), 3)};
+}
+#endif
+
 /// Of the blocks of two vectors, one behind the other: those of even numbers to `a`, the others to `b`.
 template <class D, class V = hn::Vec<D>>
 HWY_INLINE void evenAndOddBlocks(D d, V &a, V &b) {

@@ -1,0 +1,152 @@
+#include "vector/targets.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "vector/scale_rows.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "vector/interpolated-inl.h"
+#include "vector/scale_rows.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace zqcc::HWY_NAMESPACE {
+namespace {
+
+/// Blocks of 128 bits in a vector.
+constexpr int32_t kBlocks = static_cast<int32_t>(hn::MaxLanes(kSamples)) / 16;
+
+// --- Interpolation --------------------------------------------------------------------------------------------------
+
+/// Interpolates a group from bytes that its windows lie in.
+template <int32_t parts>
+HWY_INLINE void fillGroup(const uint8_t *line, const TapGroup &group, int32_t *row) {
+  constexpr hn::ScalableTag<int16_t> kWords;
+  for (int32_t b = 0; b < 4; b += kBlocks) {
+    SampleVec windows = blocksAt(kSamples, line, group.window[0] + b);
+    for (int32_t k = 0; k < 4; ++k) {
+      if (k != 0 && k * parts % 4 == 0) {
+        windows = blocksAt(kSamples, line, group.window[k * parts / 4] + b);
+      }
+      const auto pairs = hn::TableLookupBytesOr0(windows, hn::Load(kSamples, group.mask[k] + 16 * b));
+      const auto weights = hn::Load(kWords, group.weight[k] + 8 * b);
+      hn::StoreU(interpolated(hn::BitCast(kWords, pairs), weights), kNumbers, row + 16 * b + k * (kSet / 4));
+    }
+  }
+}
+
+template <int32_t parts>
+HWY_NOINLINE void fillGroups(const uint8_t *line, const TapGroup *group, int32_t groups, int32_t *row) {
+  for (const TapGroup *const end = group + groups; group != end; ++group, row += kPlanGroup) {
+    fillGroup<parts>(line, *group, row);
+  }
+}
+
+/// Windows that are too narrow for the ratio, or too wide for the line: pairs of bytes are brought together first.
+HWY_NOINLINE void fillGathered(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32_t groups,
+                               int32_t *row) {
+  constexpr int32_t kGroups = 8;
+  uint8_t pairs[kGroups][2 * kPlanGroup];
+  for (int32_t first = 0; first < groups; first += kGroups) {
+    const int32_t count = groups - first < kGroups ? groups - first : kGroups;
+    const Tap *tap = plan.taps + std::ptrdiff_t{firstGroup + first} * kPlanGroup;
+    for (int32_t g = 0; g < count; ++g) {
+      for (int32_t i = 0; i < kPlanGroup; ++i, ++tap) {
+        const uint8_t *from = line + std::ptrdiff_t{tap->index} * plan.step;
+        pairs[g][2 * i] = from[0];
+        pairs[g][2 * i + 1] = from[plan.step];
+      }
+    }
+    for (int32_t g = 0; g < count; ++g) {
+      fillGroup<2>(pairs[g], plan.groups[firstGroup + first + g], row + std::ptrdiff_t{first + g} * kPlanGroup);
+    }
+  }
+}
+
+void fillRow(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32_t groups, int32_t *row) {
+  const TapGroup *first = plan.groups + firstGroup;
+  switch (plan.parts) {
+  case 0:
+    return fillGathered(line, plan, firstGroup, groups, row);
+  case 1:
+    return fillGroups<1>(line, first, groups, row);
+  case 2:
+    return fillGroups<2>(line, first, groups, row);
+  default:
+    return fillGroups<4>(line, first, groups, row);
+  }
+}
+
+// --- Mixing ---------------------------------------------------------------------------------------------------------
+
+template <class Mix>
+HWY_INLINE void mixSets(const Mix mix, const int32_t *top, const int32_t *bottom, int32_t groups, uint8_t *to) {
+  for (std::ptrdiff_t i = 0; i < std::ptrdiff_t{groups} * kPlanGroup; i += kSet) {
+    hn::StoreU(samplesOf(mix, top + i, bottom + i), kSamples, to + i);
+  }
+}
+
+void mixRows(const int32_t *top, const int32_t *bottom, int32_t next, int32_t groups, uint8_t *to) {
+  if (next == 0) {
+    mixSets(Unmixed(), top, top, groups, to);
+  } else {
+    mixSets(Mixing(next), top, bottom, groups, to);
+  }
+}
+
+// --- Nearest samples ------------------------------------------------------------------------------------------------
+
+template <int32_t parts>
+HWY_NOINLINE void pickGroups(const uint8_t *line, const PickGroup *group, int32_t groups, uint8_t *to) {
+  for (const PickGroup *const end = group + groups; group != end; ++group) {
+    for (int32_t b = 0; b < 4; b += kBlocks, to += 16 * kBlocks) {
+      const auto part = [&](int32_t number) HWY_ATTR {
+        return hn::TableLookupBytesOr0(blocksAt(kSamples, line, group->window[number] + b),
+                                       hn::Load(kSamples, group->mask[number] + 16 * b));
+      };
+      SampleVec samples = part(0);
+      if constexpr (parts >= 2) {
+        samples = hn::Or(samples, part(1));
+      }
+      if constexpr (parts == 4) {
+        samples = hn::Or(samples, hn::Or(part(2), part(3)));
+      }
+      hn::StoreU(samples, kSamples, to);
+    }
+  }
+}
+
+HWY_NOINLINE void pickSingly(const uint8_t *line, const PickPlan &plan, int32_t firstGroup, int32_t groups,
+                             uint8_t *to) {
+  const int32_t *column = plan.columns + std::ptrdiff_t{firstGroup} * kPlanGroup;
+  for (std::ptrdiff_t i = 0; i < std::ptrdiff_t{groups} * kPlanGroup; ++i) {
+    to[i] = line[std::ptrdiff_t{column[i]} * plan.step];
+  }
+}
+
+void pickRow(const uint8_t *line, const PickPlan &plan, int32_t firstGroup, int32_t groups, uint8_t *to) {
+  const PickGroup *first = plan.groups + firstGroup;
+  switch (plan.parts) {
+  case 0:
+    return pickSingly(line, plan, firstGroup, groups, to);
+  case 1:
+    return pickGroups<1>(line, first, groups, to);
+  case 2:
+    return pickGroups<2>(line, first, groups, to);
+  default:
+    return pickGroups<4>(line, first, groups, to);
+  }
+}
+
+} // namespace
+} // namespace zqcc::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace zqcc {
+
+constexpr PerLevel<FillRow> FILL_ROW = ZQCC_EVERY_LEVEL(fillRow);
+constexpr PerLevel<MixRows> MIX_ROWS = ZQCC_EVERY_LEVEL(mixRows);
+constexpr PerLevel<PickRow> PICK_ROW = ZQCC_EVERY_LEVEL(pickRow);
+
+} // namespace zqcc
+#endif
