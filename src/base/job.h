@@ -22,7 +22,7 @@ struct Job {
   uint32_t packedVariant;    ///< 0..7 for packed 4:2:2 types 6..9 and 14..17
   int64_t inRoom;            ///< bytes from the start of an input line to the end of its stride
   LevelSet levels = setOf(LEVEL_PORTABLE); ///< the vector code that may run
-  bool hasChromaPairs = false; ///< isYuv420, but its chroma lies in pairs in the second plane, as inType says
+  bool hasChromaPairs = false;      ///< isYuv420, but its chroma lies in pairs in the second plane, as inType says
   const ResizePlan *plan = nullptr; ///< what vector code resizes by; null where it does not
 };
 

@@ -9,8 +9,8 @@ namespace {
 
 constexpr uint64_t kPlanAlignment = 64;
 
-/// Whether frames are made with a plan. What the processor has decides, not what may run of it just now: that may change
-/// between set-up and frame.
+/// Whether frames are made with a plan. What the processor has decides, not what may run of it just now: that may
+/// change between set-up and frame.
 bool isPlanned(const Route &route) {
   return route.plan != PlanKind::None && detectedLevels() != setOf(LEVEL_PORTABLE);
 }

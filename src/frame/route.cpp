@@ -185,7 +185,8 @@ PlanKind planOfRatio(ResizeRatioClass ratio) {
 Route resizeYuv420Or422(const ConvertParams &p) {
   const Turn turn = turnOf(p.rotation);
   const ResizeRatioClass ratio = turn == Turn::Half ? RATIO_GENERAL : ratioClassOf(p); // one half turn serves all
-  return turnedOrFiltered(p, {RESIZE_YUV420_OR_422 + kResizeYuvEntries[turn] + ratio, planOfRatio(ratio)}, RESIZE_FILTERED);
+  return turnedOrFiltered(p, {RESIZE_YUV420_OR_422 + kResizeYuvEntries[turn] + ratio, planOfRatio(ratio)},
+                          RESIZE_FILTERED);
 }
 
 Route resizeToRgb565(const ConvertParams &p) {

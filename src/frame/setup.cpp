@@ -121,8 +121,7 @@ uint32_t setUp(ConvertContext *context, const ConvertParams &params) {
     return CC_OK;
   }
   const bool made = (!isSemiPlanar(params.inType) || makeSplitChroma(*context, params)) &&
-                    (!turns || makeTurnedPlanes(*context, params)) &&
-                    makeTables(*context, route, context->params);
+                    (!turns || makeTurnedPlanes(*context, params)) && makeTables(*context, route, context->params);
   if (!made) {
     destroyContext(context);
     return CC_ERR_NO_MEMORY;

@@ -10,6 +10,7 @@
 #include "kernels/tap_pairs.h"
 #include "kernels/writers.h"
 #include "resize_rgb/sources.h"
+#include "vector/resized.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -64,6 +65,9 @@ template <class Source, class Weights, Turn turn>
 void resizePicture(const Job &job, const PlaneView &view) {
   const ConvertParams &p = job.params;
   const Target target = blockTargetOf<turn>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
+  if (resizedByRows(job, view, turn, target)) {
+    return;
+  }
   TapReader<Weights> taps(job.xTable);
   for (int32_t first = 0; first < p.outWidth; first += kChunk) {
     ColumnTaps x;

@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #if ZQCC_VECTOR
+#include "kernels/chroma_rules.h"
 #include "vector/column_plan.h"
 #endif
 
@@ -16,10 +17,27 @@ namespace zqcc {
 
 #if ZQCC_VECTOR
 
+/// How the words of the i-th output of a group become a tap, and the rule of the chroma, as values: see
+/// kernels/tap_pairs.h and kernels/chroma_rules.h.
+using Weighting = Tap (*)(const int32_t *words, int32_t i);
+
+struct ChromaRule {
+  int32_t (*column)(const PlaneView &view, int32_t x0, int32_t x1);
+  int32_t (*line)(const PlaneView &view, const TapPair &y, int line);
+  bool perColumn;
+  bool perLine;
+};
+
+/// The weighting of lines and columns of a kind that reads grouped tables.
+Weighting weightingOf(PlanKind kind);
+
+/// Null where there is no chroma that is taken as it is.
+const ChromaRule *chromaRuleOf(PlanKind kind);
+
 struct ResizePlan {
   PlanKind kind;
   TapPlan luma;    ///< interpolated columns, of luma or of every plane of RGB
-  PickPlan picked; ///< columns that are taken as they are, of luma
+  PickPlan picked; ///< columns of luma that are taken as they are
   PickPlan chroma; ///< the same, of chroma
 };
 

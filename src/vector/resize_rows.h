@@ -52,15 +52,16 @@ bool resizeRows(const SamplerCalls &calls, const ResizeStages &stages, LevelSet 
 ///     void lines(int32_t j, int32_t lineCount, SampleRows (&rows)[2]);
 ///         // Samples of the chunk's columns of output lines j, an even number, and j + 1. Lines come in rising order.
 ///         // For pairs of lines, rows[0] has y[0], y[1], u and v; for single lines, rows[0] and rows[1] have y[0], u
-///         // and v each. Rows can be read for max(16, count rounded up to an even number) samples, half chroma for half
-///         // as many; what stands behind the chunk's samples does not matter. If lineCount is 1 there is no line j + 1:
+///         // and v each. Rows can be read for max(16, count rounded up to an even number) samples, half chroma for
+///         half
+///         // as many; what stands behind the chunk's samples does not matter. If lineCount is 1 there is no line j +
+///         1:
 ///         // its rows can be read, whatever they hold.
 template <class Sampler>
 bool resizeByRows(Sampler &sampler, const ResizeStages &stages, LevelSet usable, const ResizeTarget &to,
                   const ColorMatrix &matrix) {
   const SamplerCalls calls{
-      &sampler,
-      [](void *self, int32_t first, int32_t count) { static_cast<Sampler *>(self)->columns(first, count); },
+      &sampler, [](void *self, int32_t first, int32_t count) { static_cast<Sampler *>(self)->columns(first, count); },
       [](void *self, int32_t j, int32_t lineCount, SampleRows(&rows)[2]) {
         static_cast<Sampler *>(self)->lines(j, lineCount, rows);
       }};

@@ -1,8 +1,10 @@
 #include "levels/served.h"
 
 #include "containment/expectation.h"
+#include "frame/route.h"
 #include "reference/direct_case.h"
 #include "support/picture.h"
+#include "vector/resize_plan.h"
 
 #include <array>
 
@@ -29,6 +31,12 @@ Canvas canvasFor(const Mode &mode, const Sizes &sizes) {
                             support::tightStride(mode.outType, written.width));
 }
 
+/// Whether set-up makes a plan for vector code.
+bool isPlanned(const Mode &mode) {
+  const ConvertParams params = containment::recordOf(mode, kWholeBlocks);
+  return zqcc::resizePlanBytes(zqcc::routeOf(params).plan, params) > 0;
+}
+
 } // namespace
 
 zqcc::LevelSet Served::levels() const {
@@ -44,8 +52,9 @@ std::vector<Mode> conversionsToRgb() {
   for (const Mode &mode : containment::allModes()) {
     const bool turns = mode.rotation >= ROTATION_NONE && mode.rotation <= ROTATION_FLIP_V;
     const bool toRgb = support::isRgb16(mode.outType) || mode.outType == COLOR_RGB24;
-    const bool plain = mode.isResize == 0 && mode.quality == 0 && mode.inType != mode.outType;
-    if (turns && toRgb && plain && containment::cellOf(containment::recordOf(mode, kWholeBlocks)) >= 0) {
+    const bool vectors = (mode.isResize == 0 && mode.quality == 0) || (mode.isResize == 1 && isPlanned(mode));
+    if (turns && toRgb && vectors && mode.inType != mode.outType &&
+        containment::cellOf(containment::recordOf(mode, kWholeBlocks)) >= 0) {
       modes.push_back(mode);
     }
   }
@@ -65,7 +74,8 @@ Served servedBy(const Mode &mode, const Sizes &sizes) {
 
 std::string nameOf(const Mode &mode) {
   static constexpr std::array<const char *, 7> kTurns{"", "", "upright", "left", "right", "half", "flip"};
-  return std::to_string(mode.inType) + " " + std::to_string(mode.outType) + " " + kTurns.at(mode.rotation);
+  return std::to_string(mode.inType) + " " + std::to_string(mode.outType) + " " + kTurns.at(mode.rotation) +
+         (mode.isResize == 1 ? " resized, quality " + std::to_string(mode.quality) : "");
 }
 
 } // namespace levels

@@ -18,7 +18,9 @@ struct Served {
   [[nodiscard]] zqcc::LevelSet levels() const;
 };
 
-/// The modes to RGB at the picture's own size that the library accepts and that write something, upright and turned.
+/// The modes to RGB that vector code is meant for, upright and turned: at the picture's own size those that the library
+/// accepts and that write something, resized those whose columns are planned for it. Pictures that are resized to their
+/// own size are resized all the same.
 std::vector<containment::Mode> conversionsToRgb();
 
 /// A picture of whole 16 x 16 blocks and whole vectors of every level, so that no edge is left to portable code, and

@@ -1,0 +1,179 @@
+#include "vector/resize_plan.h"
+
+#include "kernels/layouts.h"
+
+#include <new>
+
+namespace zqcc {
+namespace {
+
+constexpr std::size_t kAlignment = 64;
+
+constexpr uint64_t aligned(uint64_t bytes) {
+  return (bytes + kAlignment - 1) & ~uint64_t{kAlignment - 1};
+}
+
+template <class Rule>
+constexpr ChromaRule kRule{Rule::column, Rule::line, Rule::kPerColumn, Rule::kPerLine};
+
+/// Doubling: outputs at odd places stand between two samples, wherever the table's numbers have lost that.
+struct DoubleWeights {
+  static Tap tap(const int32_t *words, int32_t i) { return {words[0], i % 2 == 0 ? 0 : kWholeWeight / 2}; }
+};
+
+/// What a plan is made of.
+struct Parts {
+  bool interpolated; ///< luma, or every plane of RGB
+  bool picked;       ///< luma
+  int32_t chroma;    ///< outputs of chroma that is taken as it is
+  int32_t samples;   ///< of a chroma line
+};
+
+int32_t chromaSamples(PlanKind kind, const ConvertParams &seen) {
+  switch (kind) {
+  case PlanKind::Yuv411:
+    return seen.inWidth / 4;
+  case PlanKind::Yuv444:
+  case PlanKind::Yuv440:
+  case PlanKind::QuarterHeight:
+    return seen.inWidth;
+  default:
+    return seen.inWidth / 2;
+  }
+}
+
+Parts partsOf(PlanKind kind, const ConvertParams &seen) {
+  const ChromaRule *rule = chromaRuleOf(kind);
+  if (rule == nullptr) {
+    const bool rgb = kind == PlanKind::PlanarRgb || kind == PlanKind::Rgb24;
+    return {rgb, false, 0, 0};
+  }
+  const int32_t samples = chromaSamples(kind, seen);
+  if (samples == 0) {
+    return {}; // frames of this size are refused
+  }
+  const int32_t outputs = rule->perColumn ? seen.outWidth : seen.outWidth / 2 + seen.outWidth % 2;
+  return {kind != PlanKind::Pow2, kind == PlanKind::Pow2, outputs, samples};
+}
+
+/// Hands out the memory of a plan piece by piece.
+class Pieces {
+public:
+  explicit Pieces(uint8_t *memory) : next_(memory + aligned(sizeof(ResizePlan))) {}
+
+  uint8_t *take(std::size_t bytes) {
+    uint8_t *piece = next_;
+    next_ += aligned(bytes);
+    return piece;
+  }
+
+private:
+  uint8_t *next_;
+};
+
+/// Calls use(i, tap) for every output.
+template <class Use>
+void forEachTap(const int32_t *table, int32_t outputs, Weighting weighting, Use use) {
+  forEachGroup(table, outputs, [&](const TableGroup &group, int32_t first) {
+    for (int32_t i = 0; i < group.count; ++i) {
+      use(first + i, weighting(group.tap(i), i));
+    }
+  });
+}
+
+TapPlan interpolated(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, Pieces &pieces) {
+  uint8_t *memory = pieces.take(tapPlanBytes(seen.outWidth));
+  Tap *taps = planTaps(memory, seen.outWidth);
+  forEachTap(xTable, seen.outWidth, weightingOf(kind), [&](int32_t i, const Tap &tap) { taps[i] = tap; });
+  const TapPlan plan = makeTapPlan(memory, seen.outWidth, {seen.inWidth, 1});
+  // Rows of a component are fetched from bytes of RGB24 unless so much of a line would go unused.
+  return kind == PlanKind::Rgb24 && plan.parts == 0 ? makeTapPlan(memory, seen.outWidth, {seen.inWidth, 3}) : plan;
+}
+
+PickPlan picked(const ConvertParams &seen, const int32_t *xTable, Pieces &pieces) {
+  uint8_t *memory = pieces.take(pickPlanBytes(seen.outWidth));
+  int32_t *columns = planColumns(memory, seen.outWidth);
+  forEachTap(xTable, seen.outWidth, TableWeights::tap, [&](int32_t i, const Tap &tap) { columns[i] = tap.index; });
+  return makePickPlan(memory, seen.outWidth, {seen.inWidth, 1});
+}
+
+/// A pair of columns that share a sample has it from both of them; a lone last column is its own partner.
+void chromaColumns(const ChromaRule &rule, int32_t samples, int32_t outWidth, const int32_t *xTable, int32_t *columns) {
+  PlaneView view{};
+  view.lastColumn = samples - 1;
+  int32_t even = 0;
+  forEachTap(xTable, outWidth, TableWeights::tap, [&](int32_t i, const Tap &tap) {
+    if (rule.perColumn) {
+      columns[i] = rule.column(view, tap.index, 0);
+    } else if (i % 2 == 0) {
+      even = tap.index;
+      columns[i / 2] = rule.column(view, even, even);
+    } else {
+      columns[i / 2] = rule.column(view, even, tap.index);
+    }
+  });
+}
+
+} // namespace
+
+Weighting weightingOf(PlanKind kind) {
+  switch (kind) {
+  case PlanKind::ThreeQuarters:
+    return ThreeQuarterWeights::tap;
+  case PlanKind::ThreeHalves:
+    return ThreeHalfWeights::tap;
+  case PlanKind::Double:
+    return DoubleWeights::tap;
+  default:
+    return TableWeights::tap;
+  }
+}
+
+const ChromaRule *chromaRuleOf(PlanKind kind) {
+  switch (kind) {
+  case PlanKind::General:
+  case PlanKind::Pow2:
+  case PlanKind::ThreeQuarters:
+  case PlanKind::ThreeHalves:
+  case PlanKind::Double:
+    return &kRule<QuadChroma>;
+  case PlanKind::Yuv444:
+    return &kRule<FullChroma>;
+  case PlanKind::Yuv440:
+    return &kRule<HalfHeightChroma>;
+  case PlanKind::Yuv411:
+    return &kRule<QuarterWidthChroma>;
+  case PlanKind::QuarterHeight:
+    return &kRule<QuarterHeightChroma>;
+  default:
+    return nullptr;
+  }
+}
+
+uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
+  const Parts parts = partsOf(kind, seen);
+  uint64_t bytes = 0;
+  bytes += parts.interpolated ? aligned(tapPlanBytes(seen.outWidth)) : 0;
+  bytes += parts.picked ? aligned(pickPlanBytes(seen.outWidth)) : 0;
+  bytes += parts.chroma > 0 ? aligned(pickPlanBytes(parts.chroma)) : 0;
+  return bytes == 0 ? 0 : bytes + aligned(sizeof(ResizePlan));
+}
+
+void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, uint8_t *memory) {
+  const Parts parts = partsOf(kind, seen);
+  auto *plan = ::new (memory) ResizePlan{kind, {}, {}, {}};
+  Pieces pieces(memory);
+  if (parts.interpolated) {
+    plan->luma = interpolated(kind, seen, xTable, pieces);
+  }
+  if (parts.picked) {
+    plan->picked = picked(seen, xTable, pieces);
+  }
+  if (parts.chroma > 0) {
+    uint8_t *chroma = pieces.take(pickPlanBytes(parts.chroma));
+    chromaColumns(*chromaRuleOf(kind), parts.samples, seen.outWidth, xTable, planColumns(chroma, parts.chroma));
+    plan->chroma = makePickPlan(chroma, parts.chroma, {parts.samples, 1});
+  }
+}
+
+} // namespace zqcc

@@ -1,0 +1,110 @@
+// Samplers of RGB: every component bilinear. Red stands in luma's place, green and blue in chroma's.
+#pragma once
+
+#include "base/job.h"
+#include "vector/bilinear_rows.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zqcc {
+
+/// How source lines of three components are interpolated: columns() says which groups, fill() makes one line.
+class PlanarComponents {
+public:
+  PlanarComponents(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
+      : plan_(plan), fill_(stages.fill), stride_(view.yStride), planes_{view.y, view.u, view.v} {}
+
+  void columns(const ChunkGroups &groups) { groups_ = groups; }
+
+  void fill(int32_t line, int32_t (&row)[3][kChunkColumns]) const {
+    for (int c = 0; c < 3; ++c) {
+      fill_(planes_[c] + line * stride_, plan_, groups_.first, groups_.count, row[c]);
+    }
+  }
+
+private:
+  const TapPlan &plan_;
+  FillRow fill_;
+  std::ptrdiff_t stride_;
+  const uint8_t *planes_[3];
+  ChunkGroups groups_{};
+};
+
+/// B, G, R bytes become rows first, those of the chunk.
+class Rgb24Components {
+public:
+  // cppcheck-suppress uninitMemberVar ; samples are fetched before they are read
+  Rgb24Components(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
+      : plan_(plan), fill_(stages.fill), fetch_(stages.fetchRgb24), stride_(view.yStride), bytes_(view.v) {}
+
+  void columns(const ChunkGroups &groups) {
+    groups_ = groups;
+    range_ = bytesRead(plan_, groups.first, groups.count);
+  }
+
+  void fill(int32_t line, int32_t (&row)[3][kChunkColumns]) {
+    const uint8_t *from = bytes_ + line * stride_ + std::ptrdiff_t{range_.first} * 3;
+    fetch_({nullptr, nullptr, from}, {samples_[0], samples_[1], samples_[2]}, range_.end - range_.first);
+    for (int c = 0; c < 3; ++c) {
+      fill_(samples_[c] - range_.first, plan_, groups_.first, groups_.count, row[c]);
+    }
+  }
+
+private:
+  /// Four outputs lie in a window of 16, or the plan does not have samples in rows: source columns of neighbouring
+  /// outputs are less than five apart. The last window reaches beyond them.
+  static constexpr int32_t kSamples = 5 * kChunkColumns + kPlanWindow;
+
+  const TapPlan &plan_;
+  FillRow fill_;
+  FetchRows fetch_;
+  std::ptrdiff_t stride_;
+  const uint8_t *bytes_;
+  ChunkGroups groups_{};
+  ByteRange range_{};
+  alignas(64) uint8_t samples_[3][(kSamples + 63) & -64];
+};
+
+template <class Components>
+class RgbSampler {
+public:
+  // cppcheck-suppress uninitMemberVar ; samples are made before they are read
+  RgbSampler(const Job &job, const PlaneView &view, const ScaleStages &stages)
+      : lineTaps_(job.yTable, weightingOf(job.plan->kind)), taps_(lineTaps_), mix_(stages.mix),
+        components_(view, job.plan->luma, stages) {}
+
+  void columns(int32_t first, int32_t count) {
+    groups_ = groupsOf(first, count);
+    components_.columns(groups_);
+    kept_.forget();
+    taps_ = lineTaps_;
+  }
+
+  void lines(int32_t /*j*/, int32_t lineCount, SampleRows (&rows)[2]) {
+    const TapPair y = taps_.next(lineCount);
+    makeLine(y.first, 0);
+    if (lineCount == 2) {
+      makeLine(y.second, 1);
+    }
+    for (int l = 0; l < 2; ++l) {
+      rows[l] = {{samples_[0].line[l], nullptr}, samples_[1].line[l], samples_[2].line[l]};
+    }
+  }
+
+private:
+  void makeLine(const Tap &y, int l) {
+    kept_.mixed(mix_, y, groups_.count, {samples_[0].line[l], samples_[1].line[l], samples_[2].line[l]},
+                [this](int32_t line, auto &row) { components_.fill(line, row); });
+  }
+
+  const LineTaps lineTaps_; ///< from the first line on
+  LineTaps taps_;
+  MixRows mix_;
+  Components components_;
+  ChunkGroups groups_{};
+  KeptRows<3> kept_;
+  SampleBuffer samples_[3];
+};
+
+} // namespace zqcc
