@@ -22,7 +22,7 @@ enum class PlanKind : uint32_t {
   FivePoint, ///< planar types, five-point means
   Box,       ///< planar types, box means
   RunLength, ///< planar types to RGB24, nearest
-  Packed,    ///< packed 4:2:2, nearest
+  Packed,    ///< packed 4:2:2, nearest: the column table itself is all that vector code reads
 };
 
 } // namespace zqcc
