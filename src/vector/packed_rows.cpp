@@ -87,7 +87,7 @@ private:
   const int32_t *index_ = nullptr;
   int32_t count_ = 0;
   int32_t source_[2] = {kNone, kNone};
-  alignas(64) uint8_t macropixels_[2][kMostMacropixels * kMacropixelBytes]{};
+  alignas(64) uint8_t macropixels_[2][kMostMacropixels * kMacropixelBytes];
 };
 
 /// Rows of macropixels, for stages that read them as they lie.
@@ -167,11 +167,21 @@ private:
   Rows rows_[2];
 };
 
+/// Rows make no fewer than kLeastPixels pixels, and what is done before the first of them costs as much as the portable
+/// code's time for about a hundred.
+bool isLargeEnough(const ConvertParams &p) {
+  return p.outWidth >= kLeastPixels / 2 && int64_t{p.outWidth} * p.outHeight >= 128;
+}
+
 template <class Sampler>
 bool resizePacked(const Job &job, const ResizeStages &stages, Turn turn, const Target &target) {
+  const ConvertParams &p = job.params;
+  if (!isLargeEnough(p)) {
+    return false;
+  }
   Sampler sampler(job);
-  return sampler.canSample() && resizeByRows(sampler, stages, job.levels,
-                                             {turn, job.params.outWidth, job.params.outHeight, target}, *job.matrix);
+  return sampler.canSample() &&
+         resizeByRows(sampler, stages, job.levels, {turn, p.outWidth, p.outHeight, target}, *job.matrix);
 }
 
 constexpr ResizeStages kTo16{nullptr, &MATRIX565_HALF, makeMatrixConstants, kPlaceOf<2>, 2};

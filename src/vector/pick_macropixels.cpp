@@ -17,8 +17,6 @@ HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
-namespace hn = hwy::HWY_NAMESPACE;
-
 HWY_INLINE void copyMacropixels(const uint8_t *from, const int32_t *index, int32_t count, uint8_t *to) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
     std::memcpy(to + i * kMacropixelBytes, from + index[i] * kMacropixelBytes, kMacropixelBytes);
@@ -26,6 +24,8 @@ HWY_INLINE void copyMacropixels(const uint8_t *from, const int32_t *index, int32
 }
 
 #if HWY_ARCH_X86 && HWY_MAX_BYTES >= 32
+
+namespace hn = hwy::HWY_NAMESPACE;
 
 // chooseLanes: lanes of a vector, or of two vectors one behind the other, by number.
 #if HWY_MAX_BYTES >= 64
