@@ -17,15 +17,48 @@ constexpr int32_t kBlocks = static_cast<int32_t>(hn::MaxLanes(kSamples)) / 16;
 
 // --- Interpolation --------------------------------------------------------------------------------------------------
 
-/// Interpolates a group from bytes that its windows lie in.
-template <int32_t parts>
+/// The windows of a group, read one by one.
+template <int32_t numberOf>
+struct Windows {
+  static constexpr int32_t parts = numberOf;
+  const uint8_t *line;
+  const TapGroup &group;
+
+  HWY_INLINE Windows(const uint8_t *from, const TapGroup &of) : line(from), group(of) {}
+  HWY_INLINE SampleVec of(int32_t part, int32_t b) const { return blocksAt(kSamples, line, group.window[part] + b); }
+};
+
+#if HWY_TARGET == HWY_AVX3
+
+/// Windows within reach, taken out of two vectors.
+template <int32_t numberOf>
+struct WindowsWithinReach {
+  static constexpr int32_t parts = numberOf;
+  const TapGroup &group;
+  __m512i low;
+  __m512i high;
+
+  HWY_INLINE WindowsWithinReach(const uint8_t *line, const TapGroup &of)
+      : group(of), low(_mm512_loadu_si512(line + of.window[0][0])),
+        high(_mm512_loadu_si512(line + of.window[0][0] + 64)) {}
+  HWY_INLINE SampleVec of(int32_t part, int32_t /*b*/) const {
+    return SampleVec{_mm512_permutex2var_epi32(low, _mm512_load_si512(group.lane[part]), high)};
+  }
+};
+
+#endif
+
+/// Interpolates a group.
+template <class WindowsOf>
 HWY_INLINE void fillGroup(const uint8_t *line, const TapGroup &group, int32_t *row) {
   constexpr hn::ScalableTag<int16_t> kWords;
+  constexpr int32_t parts = WindowsOf::parts;
+  const WindowsOf source(line, group);
   for (int32_t b = 0; b < 4; b += kBlocks) {
-    SampleVec windows = blocksAt(kSamples, line, group.window[0] + b);
+    SampleVec windows = source.of(0, b);
     for (int32_t k = 0; k < 4; ++k) {
       if (k != 0 && k * parts % 4 == 0) {
-        windows = blocksAt(kSamples, line, group.window[k * parts / 4] + b);
+        windows = source.of(k * parts / 4, b);
       }
       const auto pairs = hn::TableLookupBytesOr0(windows, hn::Load(kSamples, group.mask[k] + 16 * b));
       const auto weights = hn::Load(kWords, group.weight[k] + 8 * b);
@@ -34,10 +67,10 @@ HWY_INLINE void fillGroup(const uint8_t *line, const TapGroup &group, int32_t *r
   }
 }
 
-template <int32_t parts>
+template <class WindowsOf>
 HWY_NOINLINE void fillGroups(const uint8_t *line, const TapGroup *group, int32_t groups, int32_t *row) {
   for (const TapGroup *const end = group + groups; group != end; ++group, row += kPlanGroup) {
-    fillGroup<parts>(line, *group, row);
+    fillGroup<WindowsOf>(line, *group, row);
   }
 }
 
@@ -57,22 +90,29 @@ HWY_NOINLINE void fillGathered(const uint8_t *line, const TapPlan &plan, int32_t
       }
     }
     for (int32_t g = 0; g < count; ++g) {
-      fillGroup<2>(pairs[g], plan.groups[firstGroup + first + g], row + std::ptrdiff_t{first + g} * kPlanGroup);
+      fillGroup<Windows<2>>(pairs[g], plan.groups[firstGroup + first + g],
+                            row + std::ptrdiff_t{first + g} * kPlanGroup);
     }
   }
 }
 
 void fillRow(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32_t groups, int32_t *row) {
   const TapGroup *first = plan.groups + firstGroup;
+#if HWY_TARGET == HWY_AVX3
+  if (plan.withinReach) {
+    return plan.parts == 1 ? fillGroups<WindowsWithinReach<1>>(line, first, groups, row)
+                           : fillGroups<WindowsWithinReach<2>>(line, first, groups, row);
+  }
+#endif
   switch (plan.parts) {
   case 0:
     return fillGathered(line, plan, firstGroup, groups, row);
   case 1:
-    return fillGroups<1>(line, first, groups, row);
+    return fillGroups<Windows<1>>(line, first, groups, row);
   case 2:
-    return fillGroups<2>(line, first, groups, row);
+    return fillGroups<Windows<2>>(line, first, groups, row);
   default:
-    return fillGroups<4>(line, first, groups, row);
+    return fillGroups<Windows<4>>(line, first, groups, row);
   }
 }
 
