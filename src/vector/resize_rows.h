@@ -14,7 +14,7 @@
 namespace zqcc {
 
 /// Columns of a chunk at most. Chunks begin at multiples of 128, and so do halves of them at multiples of 64.
-inline constexpr int32_t kChunkColumns = 512;
+inline constexpr int32_t kChunkColumns = 2048;
 
 /// Where an output picture goes: its size before the turn, and where its pixel (0, 0) lands.
 struct ResizeTarget {
