@@ -3,7 +3,6 @@
 #include "base/limits.h"
 #include "base/table_format.h"
 #include "kernels/layouts.h"
-#include "vector/stages.h"
 
 #include <new>
 
@@ -54,18 +53,12 @@ int32_t chromaSamples(PlanKind kind, const ConvertParams &seen) {
   }
 }
 
-/// Whole groups are picked, singly where not even chroma lines fill a window, and a plan for a group takes as long as a
-/// hundred pixels of the portable code: a small picture would become slower.
-bool runsAreWorthIt(const ConvertParams &seen, int32_t chromaSamplesOfLine) {
-  return chromaSamplesOfLine >= kPlanWindow && seen.outWidth >= kLeastPixels / 2 &&
-         int64_t{seen.outWidth} * seen.outHeight >= 256;
-}
-
 Parts partsOf(PlanKind kind, const ConvertParams &seen) {
   const ChromaRule *rule = chromaRuleOf(kind);
   if (kind == PlanKind::RunLength) {
     const int32_t samples = chromaSamples(kind, seen);
-    return runsAreWorthIt(seen, samples) ? Parts{false, true, seen.outWidth, samples} : Parts{};
+    // Picks are no gain where not even chroma lines fill a window.
+    return samples >= kPlanWindow ? Parts{false, true, seen.outWidth, samples} : Parts{};
   }
   if (rule == nullptr) {
     const bool rgb = kind == PlanKind::PlanarRgb || kind == PlanKind::Rgb24;
