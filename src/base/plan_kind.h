@@ -27,7 +27,7 @@ enum class PlanKind : uint32_t {
   Planes420Nearest, ///< the same reduced by whole numbers, which never lie between samples
   Packed422, ///< packed 4:2:2 that stays so, luma and chroma bilinear
   RunLength, ///< planar types to RGB24, nearest
-  Packed,    ///< packed 4:2:2, nearest
+  Packed,    ///< packed 4:2:2, nearest: the column table itself is all that vector code reads
 };
 
 } // namespace zqcc

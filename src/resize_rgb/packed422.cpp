@@ -4,6 +4,7 @@
 #include "kernels/placement.h"
 #include "kernels/writers.h"
 #include "tables/packed_layout.h"
+#include "vector/packed_rows.h"
 
 namespace zqcc {
 namespace {
@@ -15,12 +16,26 @@ struct PixelGrid {
   std::ptrdiff_t line;
 };
 
+/// The flip is not made: the picture stays upright.
+Turn servedTurn(const ConvertParams &p) {
+  const Turn turn = turnOf(p.rotation);
+  return turn == Turn::Flip ? Turn::Upright : turn;
+}
+
 template <int pixelBytes>
-PixelGrid gridFor(const ConvertParams &p) {
+Target targetFor(const ConvertParams &p, Turn turn) {
+  Target target{};
+  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turn, [&](auto known) {
+    target = targetOf<known, pixelBytes>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
+  });
+  return target;
+}
+
+template <int pixelBytes>
+PixelGrid gridFor(const Target &target, Turn turn) {
   PixelGrid grid{};
-  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turnOf(p.rotation), [&](auto turn) {
-    const Target target = targetOf<turn, pixelBytes>(p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
-    grid = {target.origin, columnStep<turn, pixelBytes>(target.stride), lineStep<turn, pixelBytes>(target.stride)};
+  withTurn<Turn::Upright, Turn::Left, Turn::Right, Turn::Half>(turn, [&](auto known) {
+    grid = {target.origin, columnStep<known, pixelBytes>(target.stride), lineStep<known, pixelBytes>(target.stride)};
   });
   return grid;
 }
@@ -62,10 +77,19 @@ void resizePacked(const Job &job, const PixelGrid &grid) {
 } // namespace
 
 void resizePacked422ToRgb565(const Job &job) {
-  resizePacked<MatrixPlain, Store565>(job, gridFor<2>(job.params));
+  const Turn turn = servedTurn(job.params);
+  const Target target = targetFor<2>(job.params, turn);
+  if (!resizePackedByRows16(job, turn, target)) {
+    resizePacked<MatrixPlain, Store565>(job, gridFor<2>(target, turn));
+  }
 }
+
 void resizePacked422ToRgb24(const Job &job) {
-  resizePacked<MatrixRgb24, Store24>(job, gridFor<3>(job.params));
+  const Turn turn = servedTurn(job.params);
+  const Target target = targetFor<3>(job.params, turn);
+  if (!resizePackedByRows24(job, turn, target)) {
+    resizePacked<MatrixRgb24, Store24>(job, gridFor<3>(target, turn));
+  }
 }
 
 } // namespace zqcc

@@ -11,6 +11,7 @@
 #include "base/table_format.h"
 #include "kernels/arithmetic.h"
 #include "kernels/writers.h"
+#include "vector/nearest_rgb24.h"
 
 #include <cstring>
 
@@ -21,7 +22,8 @@ class RunLengthResize {
 public:
   explicit RunLengthResize(const Job &job)
       : p_(job.params), xTable_(job.xTable), yTable_(job.yTable), arithmetic_(*job.matrix),
-        pitch_(job.params.inStride >> 1), limits_(halfPitchLimits(p_.inType, p_.inWidth, p_.inHeight, p_.inStride)) {}
+        pitch_(job.params.inStride >> 1), limits_(halfPitchLimits(p_.inType, p_.inWidth, p_.inHeight, p_.inStride)),
+        hasRows_(rows_.prepare(job, limits_.column)) {}
 
   void convert() {
     for (int32_t j = 0; j < p_.outHeight;) {
@@ -35,11 +37,8 @@ private:
     const int32_t leading = takeRepeat();
     const int32_t source = *yTable_++;
     const int32_t upper = j + leading;
-    const bool pair = source >= kLinePair;
-    convertLine(source & kLineMask, source, upper);
-    if (pair) {
-      convertLine((source & kLineMask) + 1, source, upper + 1);
-    }
+    const int32_t lines = source >= kLinePair ? 2 : 1;
+    convertLines(source & kLineMask, upper, smaller(lines, p_.outHeight - upper));
     for (int32_t k = j; k < upper; ++k) {
       repeatLine(upper, k);
     }
@@ -47,21 +46,32 @@ private:
     for (int32_t k = 0; k < trailing; ++k) {
       repeatLine(upper + 1, upper + 2 + k);
     }
-    return upper + (pair ? 2 : 1) + trailing;
+    return upper + lines + trailing;
   }
 
   int32_t takeRepeat() { return *yTable_ < 0 ? -*yTable_++ : 0; }
 
-  /// Output line `to` from luma line `line` and the chroma of the instruction `source`.
-  void convertLine(int32_t line, int32_t source, int32_t to) const {
-    if (to >= p_.outHeight) {
+  /// Output lines from `to` on, none, one or two of them, from luma line `source` and the next one, all with the same
+  /// chroma.
+  void convertLines(int32_t source, int32_t to, int32_t lines) const {
+    if (lines <= 0) {
       return;
     }
-    const uint8_t *luma = p_.inBuf[0] + std::ptrdiff_t{line} * p_.inStride;
-    const std::ptrdiff_t chroma = smaller((source & kLineMask) / 2, limits_.line) * pitch_;
+    const uint8_t *luma = p_.inBuf[0] + std::ptrdiff_t{source} * p_.inStride;
+    const std::ptrdiff_t chroma = smaller(source / 2, limits_.line) * pitch_;
     const uint8_t *u = p_.inBuf[1] + chroma;
     const uint8_t *v = p_.inBuf[2] + chroma;
-    uint8_t *out = lineAt(to);
+    if (hasRows_) {
+      const int32_t second = lines - 1; // the first one again if it is alone
+      rows_.make({{luma, luma + second * std::ptrdiff_t{p_.inStride}}, u, v, {lineAt(to), lineAt(to + second)}, lines});
+      return;
+    }
+    for (int32_t line = 0; line < lines; ++line, luma += p_.inStride) {
+      convertLine(luma, u, v, lineAt(to + line));
+    }
+  }
+
+  void convertLine(const uint8_t *luma, const uint8_t *u, const uint8_t *v, uint8_t *out) const {
     ColorTerms terms{};
     Bgr pixel{};
     for (int32_t x = 0; x < p_.outWidth; ++x, out += 3) {
@@ -96,6 +106,8 @@ private:
   const MatrixRgb24 arithmetic_;
   std::ptrdiff_t pitch_;
   ChromaLimits limits_;
+  NearestRgb24 rows_;
+  bool hasRows_;
 };
 
 } // namespace

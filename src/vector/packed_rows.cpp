@@ -1,71 +1,206 @@
-#include "vector/targets.h"
-
-#undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "vector/packed_rows.cpp"
-#include <hwy/foreach_target.h>
-#include <hwy/highway.h>
-
 #include "vector/packed_rows.h"
-#include "vector/stages.h"
 
-HWY_BEFORE_NAMESPACE();
-namespace zqcc::HWY_NAMESPACE {
+#include "tables/packed_layout.h"
+#include "vector/pick_macropixels.h"
+#include "vector/resize_rows.h"
+#include "vector/row_stages.h"
+
+namespace zqcc {
 namespace {
 
-namespace hn = hwy::HWY_NAMESPACE;
+/// Macropixels of a chunk, never less than stages read.
+constexpr std::size_t kMostMacropixels = kChunkColumns / 2;
 
-using Words = hn::ScalableTag<uint16_t>;
-using LeastWords = hn::CappedTag<uint16_t, kLeastPixels / 2>;
+/// Lines of macropixels that are picked for a chunk: the last two that were asked for.
+class PickedLines {
+public:
+  explicit PickedLines(const Job &job)
+      : params_(job.params), xTable_(job.xTable), layout_(packedLayout(job.packedVariant)),
+        pick_(PICK_MACROPIXELS.in(job.levels)) {}
 
-/// A macropixel for every 16-bit lane, from macropixel i on.
-template <bool chromaFirst, bool rightFirst, class D>
-HWY_INLINE void storeGroup(D d16, const MacropixelRows &from, uint8_t *to, std::ptrdiff_t i) {
-  const hn::Repartition<uint8_t, D> d8;
-  const hn::Rebind<uint8_t, D> half;
-  const auto first = hn::PromoteTo(d16, hn::LoadU(half, from.firstChroma + i));
-  const auto second = hn::PromoteTo(d16, hn::LoadU(half, from.secondChroma + i));
-  const auto chroma = hn::BitCast(d8, hn::Or(first, hn::ShiftLeft<8>(second)));
-  auto luma = hn::LoadU(d8, from.y + 2 * i);
-  if constexpr (rightFirst) {
-    const auto pairs = hn::BitCast(d16, luma);
-    luma = hn::BitCast(d8, hn::Or(hn::ShiftLeft<8>(pairs), hn::ShiftRight<8>(pairs)));
+  [[nodiscard]] bool canPick() const { return pick_ != nullptr; }
+  [[nodiscard]] const PackedLayout &layout() const { return layout_; }
+
+  void columns(int32_t first, int32_t count) {
+    index_ = xTable_ + first / 2;
+    count_ = count;
+    source_[0] = source_[1] = kNone;
   }
-  hn::StoreInterleaved2(chromaFirst ? chroma : luma, chromaFirst ? luma : chroma, d8, to + 4 * i);
+
+  /// Which of the two slots has a source line, and whether it had to be made. Lines do not fall, so that the other slot
+  /// is kept for the line before.
+  struct Slot {
+    int number;
+    bool isNew;
+  };
+  Slot slotOf(int32_t line) {
+    for (int slot = 0; slot < 2; ++slot) {
+      if (source_[slot] == line) {
+        return {slot, false};
+      }
+    }
+    const int slot = source_[0] < source_[1] ? 0 : 1;
+    source_[slot] = line;
+    pick(params_.inBuf[0] + std::ptrdiff_t{line} * params_.inStride, macropixels_[slot]);
+    return {slot, true};
+  }
+
+  /// Where the samples of a slot's first pixel stand.
+  [[nodiscard]] SourceLine lineAt(int slot) const {
+    const uint8_t *first = macropixels_[slot];
+    return {first + layout_.left, first + layout_.u, first + layout_.v};
+  }
+
+  /// Asks for a line that comes next.
+  [[gnu::always_inline]] void prefetch(int32_t line) const {
+    const uint8_t *from = params_.inBuf[0] + std::ptrdiff_t{line} * params_.inStride;
+    const uint8_t *end = from + index_[(count_ - 1) / 2] * kMacropixelBytes;
+    for (from += index_[0] * kMacropixelBytes; from < end; from += 64) {
+      __builtin_prefetch(from);
+    }
+  }
+
+private:
+  static constexpr int32_t kNone = -1;
+
+  void pick(const uint8_t *from, uint8_t *to) const {
+    const int32_t whole = count_ / 2;
+    if (whole > 0) {
+      pick_(from, index_, whole, index_[whole - 1] + 1, to);
+    }
+    if (count_ % 2 != 0) {
+      pickLone(from + index_[whole] * kMacropixelBytes, to + whole * kMacropixelBytes);
+    }
+  }
+
+  /// The macropixel of a lone last pixel may end the line before its second luma sample.
+  void pickLone(const uint8_t *from, uint8_t *to) const {
+    to[layout_.left] = from[layout_.left];
+    to[layout_.u] = from[layout_.u];
+    to[layout_.v] = from[layout_.v];
+  }
+
+  const ConvertParams &params_;
+  const int32_t *xTable_;
+  const PackedLayout layout_;
+  PickMacropixels pick_;
+  const int32_t *index_ = nullptr;
+  int32_t count_ = 0;
+  int32_t source_[2] = {kNone, kNone};
+  alignas(64) uint8_t macropixels_[2][kMostMacropixels * kMacropixelBytes];
+};
+
+/// Rows of macropixels, for stages that read them as they lie.
+class PackedSampler {
+public:
+  explicit PackedSampler(const Job &job) : lines_(job), yTable_(job.yTable), height_(job.params.outHeight) {}
+  [[nodiscard]] bool canSample() const { return lines_.canPick(); }
+
+  void columns(int32_t first, int32_t count) { lines_.columns(first, count); }
+
+  void lines(int32_t j, int32_t lineCount, SampleRows (&rows)[2]) {
+    for (int32_t line = 0; line < lineCount; ++line) {
+      const SourceLine from = lines_.lineAt(lines_.slotOf(yTable_[j + line]).number);
+      rows[line] = {{from.y, nullptr}, from.u, from.v};
+    }
+    if (lineCount == 1) {
+      rows[1] = rows[0];
+      return;
+    }
+    if (j + 3 < height_) {
+      lines_.prefetch(yTable_[j + 2]);
+      lines_.prefetch(yTable_[j + 3]);
+    }
+  }
+
+private:
+  PickedLines lines_;
+  const int32_t *yTable_;
+  int32_t height_;
+};
+
+/// The same taken apart into rows of luma and half chroma.
+class PartedSampler {
+public:
+  explicit PartedSampler(const Job &job)
+      : lines_(job), yTable_(job.yTable), height_(job.params.outHeight),
+        part_((lines_.layout().isSwapped() ? SWAPPED_PACKED_ROWS : PACKED_ROWS).in(job.levels)) {}
+  [[nodiscard]] bool canSample() const { return lines_.canPick() && part_ != nullptr; }
+
+  void columns(int32_t first, int32_t count) {
+    lines_.columns(first, count);
+    const int32_t even = (count + 1) & ~1;
+    count_ = even < kLeastPixels ? kLeastPixels : even;
+  }
+
+  void lines(int32_t j, int32_t lineCount, SampleRows (&rows)[2]) {
+    for (int32_t line = 0; line < lineCount; ++line) {
+      const PickedLines::Slot slot = lines_.slotOf(yTable_[j + line]);
+      Rows &to = rows_[slot.number];
+      if (slot.isNew) {
+        part_(lines_.lineAt(slot.number), {to.y, to.u, to.v}, count_);
+      }
+      rows[line] = {{to.y, nullptr}, to.u, to.v};
+    }
+    if (lineCount == 1) {
+      rows[1] = rows[0];
+      return;
+    }
+    if (j + 3 < height_) {
+      lines_.prefetch(yTable_[j + 2]);
+      lines_.prefetch(yTable_[j + 3]);
+    }
+  }
+
+private:
+  struct Rows {
+    alignas(64) uint8_t y[kChunkColumns];
+    alignas(64) uint8_t u[kChunkColumns / 2];
+    alignas(64) uint8_t v[kChunkColumns / 2];
+  };
+
+  PickedLines lines_;
+  const int32_t *yTable_;
+  int32_t height_;
+  FetchRows part_;
+  int32_t count_ = 0;
+  Rows rows_[2];
+};
+
+/// Rows make no fewer than kLeastPixels pixels, and what is done before the first of them costs as much as the portable
+/// code's time for about a hundred.
+bool isLargeEnough(const ConvertParams &p) {
+  return p.outWidth >= kLeastPixels / 2 && int64_t{p.outWidth} * p.outHeight >= 128;
 }
 
-/// The last group overlaps the one before it.
-template <bool chromaFirst, bool rightFirst, class D>
-HWY_INLINE void storeGroups(D d16, const MacropixelRows from, uint8_t *to, std::ptrdiff_t count) {
-  constexpr auto kStep = static_cast<std::ptrdiff_t>(hn::MaxLanes(D()));
-  for (std::ptrdiff_t i = 0; i < count - kStep; i += kStep) {
-    storeGroup<chromaFirst, rightFirst>(d16, from, to, i);
+template <class Sampler>
+bool resizePacked(const Job &job, const ResizeStages &stages, Turn turn, const Target &target) {
+  const ConvertParams &p = job.params;
+  if (!isLargeEnough(p)) {
+    return false;
   }
-  storeGroup<chromaFirst, rightFirst>(d16, from, to, count - kStep);
+  Sampler sampler(job);
+  return sampler.canSample() &&
+         resizeByRows(sampler, stages, job.levels, {turn, p.outWidth, p.outHeight, target}, *job.matrix);
 }
 
-template <bool chromaFirst, bool rightFirst>
-HWY_NOINLINE void storeRow(const MacropixelRows &from, uint8_t *to, int32_t count) {
-  if (count < static_cast<int32_t>(hn::MaxLanes(Words()))) {
-    storeGroups<chromaFirst, rightFirst>(LeastWords(), from, to, count);
-  } else {
-    storeGroups<chromaFirst, rightFirst>(Words(), from, to, count);
-  }
-}
+constexpr ResizeStages kTo16{nullptr, &MATRIX565_HALF, makeMatrixConstants, kPlaceOf<2>, 2};
 
-void storeMacropixels(const MacropixelRows &from, MacropixelBytes bytes, uint8_t *to, int32_t count) {
-  if (bytes.chromaFirst) {
-    (bytes.rightFirst ? storeRow<true, true> : storeRow<true, false>)(from, to, count);
-  } else {
-    (bytes.rightFirst ? storeRow<false, true> : storeRow<false, false>)(from, to, count);
-  }
+constexpr ResizeStages to24(const PerLevel<ColourRows> &packed) {
+  return {nullptr, &packed, makeMatrixConstants, kPlaceOf<3>, 3};
 }
+constexpr ResizeStages kTo24 = to24(MATRIX_RGB24_PACKED);
+constexpr ResizeStages kSwappedTo24 = to24(MATRIX_RGB24_PACKED_SWAPPED);
 
 } // namespace
-} // namespace zqcc::HWY_NAMESPACE
-HWY_AFTER_NAMESPACE();
 
-#if HWY_ONCE
-namespace zqcc {
-constexpr PerLevel<StoreMacropixels> STORE_MACROPIXELS = ZQCC_EVERY_LEVEL(storeMacropixels);
+bool resizePackedByRows16(const Job &job, Turn turn, const Target &target) {
+  return resizePacked<PartedSampler>(job, kTo16, turn, target);
+}
+
+bool resizePackedByRows24(const Job &job, Turn turn, const Target &target) {
+  const bool swapped = packedLayout(job.packedVariant).isSwapped();
+  return resizePacked<PackedSampler>(job, swapped ? kSwappedTo24 : kTo24, turn, target);
+}
+
 } // namespace zqcc
-#endif

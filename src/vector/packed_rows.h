@@ -1,28 +1,28 @@
-// A stage that makes macropixels of packed 4:2:2 from rows of samples.
+// Nearest resizing of packed 4:2:2 by rows: macropixels are picked into a row, and from there on it is a line of packed
+// 4:2:2 like any other.
 #pragma once
 
-#include "base/levels.h"
-
-#include <cstdint>
+#include "base/job.h"
+#include "kernels/placement.h"
 
 namespace zqcc {
 
-/// Rows of luma and of the two chroma samples of macropixels, the one that stands first in memory first.
-struct MacropixelRows {
-  const uint8_t *y;
-  const uint8_t *firstChroma;
-  const uint8_t *secondChroma;
-};
+#if ZQCC_VECTOR
 
-/// Which bytes of a macropixel hold what.
-struct MacropixelBytes {
-  bool chromaFirst;
-  bool rightFirst; ///< the right pixel's luma stands before the left one's
-};
+/// The whole frame, to pixels of 16 bits without dither, or of 24 bits. False if nothing could be done by rows: nothing
+/// has been written then.
+bool resizePackedByRows16(const Job &job, Turn turn, const Target &target);
+bool resizePackedByRows24(const Job &job, Turn turn, const Target &target);
 
-/// Writes `count` macropixels, at least kLeastPixels / 2, and reads as many samples of chroma and twice as many of
-/// luma.
-using StoreMacropixels = void (*)(const MacropixelRows &from, MacropixelBytes bytes, uint8_t *to, int32_t count);
-extern const PerLevel<StoreMacropixels> STORE_MACROPIXELS;
+#else
+
+constexpr bool resizePackedByRows16(const Job & /*job*/, Turn /*turn*/, const Target & /*target*/) {
+  return false;
+}
+constexpr bool resizePackedByRows24(const Job & /*job*/, Turn /*turn*/, const Target & /*target*/) {
+  return false;
+}
+
+#endif
 
 } // namespace zqcc

@@ -1,5 +1,7 @@
 #include "vector/resize_plan.h"
 
+#include "base/limits.h"
+#include "base/table_format.h"
 #include "kernels/layouts.h"
 
 #include <new>
@@ -53,6 +55,11 @@ int32_t chromaSamples(PlanKind kind, const ConvertParams &seen) {
 
 Parts partsOf(PlanKind kind, const ConvertParams &seen) {
   const ChromaRule *rule = chromaRuleOf(kind);
+  if (kind == PlanKind::RunLength) {
+    const int32_t samples = chromaSamples(kind, seen);
+    // Picks are no gain where not even chroma lines fill a window.
+    return samples >= kPlanWindow ? Parts{false, true, seen.outWidth, samples} : Parts{};
+  }
   if (rule == nullptr) {
     const bool rgb = kind == PlanKind::PlanarRgb || kind == PlanKind::Rgb24 || kind == PlanKind::Rgb16 ||
                      kind == PlanKind::Rgb16Turned;
@@ -100,10 +107,21 @@ TapPlan interpolated(PlanKind kind, const ConvertParams &seen, const int32_t *xT
   return kind == PlanKind::Rgb24 && plan.parts == 0 ? makeTapPlan(memory, seen.outWidth, {seen.inWidth, 3}) : plan;
 }
 
-PickPlan picked(const ConvertParams &seen, const int32_t *xTable, Pieces &pieces) {
+/// The column of a word of a run-length table.
+constexpr int32_t runColumn(int32_t word) {
+  return static_cast<int32_t>(static_cast<uint32_t>(word) >> kRunColumnShift);
+}
+
+PickPlan picked(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, Pieces &pieces) {
   uint8_t *memory = pieces.take(pickPlanBytes(seen.outWidth));
   int32_t *columns = planColumns(memory, seen.outWidth);
-  forEachTap(xTable, seen.outWidth, TableWeights::tap, [&](int32_t i, const Tap &tap) { columns[i] = tap.index; });
+  if (kind == PlanKind::RunLength) {
+    for (int32_t i = 0; i < seen.outWidth; ++i) {
+      columns[i] = runColumn(xTable[i]);
+    }
+  } else {
+    forEachTap(xTable, seen.outWidth, TableWeights::tap, [&](int32_t i, const Tap &tap) { columns[i] = tap.index; });
+  }
   return makePickPlan(memory, seen.outWidth, {seen.inWidth, 1});
 }
 
@@ -122,6 +140,14 @@ void chromaColumns(const ChromaRule &rule, int32_t samples, int32_t outWidth, co
       columns[i / 2] = rule.column(view, even, tap.index);
     }
   });
+}
+
+/// Every column has its own sample of chroma lines that are half as long as luma's. Columns behind the last sample take
+/// that one.
+void halfColumns(int32_t samples, int32_t outWidth, const int32_t *xTable, int32_t *columns) {
+  for (int32_t i = 0; i < outWidth; ++i) {
+    columns[i] = smaller(runColumn(xTable[i]) / 2, samples - 1);
+  }
 }
 
 } // namespace
@@ -188,11 +214,16 @@ void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xT
     plan->luma = interpolated(kind, seen, xTable, pieces);
   }
   if (parts.picked) {
-    plan->picked = picked(seen, xTable, pieces);
+    plan->picked = picked(kind, seen, xTable, pieces);
   }
   if (parts.chroma > 0) {
     uint8_t *chroma = pieces.take(pickPlanBytes(parts.chroma));
-    chromaColumns(*chromaRuleOf(kind), parts.samples, seen.outWidth, xTable, planColumns(chroma, parts.chroma));
+    int32_t *columns = planColumns(chroma, parts.chroma);
+    if (kind == PlanKind::RunLength) {
+      halfColumns(parts.samples, seen.outWidth, xTable, columns);
+    } else {
+      chromaColumns(*chromaRuleOf(kind), parts.samples, seen.outWidth, xTable, columns);
+    }
     plan->chroma = makePickPlan(chroma, parts.chroma, {parts.samples, 1});
   }
 }

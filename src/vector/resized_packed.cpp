@@ -3,7 +3,7 @@
 #include "tables/packed_layout.h"
 #include "vector/bilinear_rows.h"
 #include "vector/fetch.h"
-#include "vector/packed_rows.h"
+#include "vector/packed_store.h"
 #include "vector/resized_planes.h"
 
 #include <cstring>

@@ -30,16 +30,48 @@ HWY_INLINE void forEachGroup(int32_t pixels, const Group &group) {
   }
 }
 
-/// As many pixels of a line as D has lanes, with the terms of their pairs.
+/// The terms of pixels of even and of odd columns.
+template <class Terms>
+struct TermsOfColumns {
+  Terms even;
+  Terms odd;
+};
+
+/// As many pixels of a line as D has lanes.
 template <class D, class Lanes, class V>
-HWY_INLINE void makePixels(D d, const Lanes &lanes, const typename Lanes::Terms &terms, V even, V odd, uint8_t *to) {
+HWY_INLINE void makePixels(D d, const Lanes &lanes, const TermsOfColumns<typename Lanes::Terms> &terms, V even, V odd,
+                           uint8_t *to) {
   storePixels(
-      d, lanes.pixels(even, terms), lanes.pixels(odd, terms),
+      d, lanes.pixels(even, terms.even), lanes.pixels(odd, terms.odd),
       [&lanes](hn::Vec<D> components) HWY_ATTR { return lanes.limited(components); }, to);
 }
 
-/// Lines of at least as many pixels as D has lanes, all with the same half chroma.
-template <int lines, template <class> class Arithmetic>
+/// Chroma samples that serve two columns each.
+struct HalfChroma {
+  template <class D, class Lanes>
+  HWY_INLINE static TermsOfColumns<typename Lanes::Terms> terms(D /*d*/, const Lanes &lanes, const SampleRows &rows,
+                                                                std::ptrdiff_t x) {
+    const hn::Rebind<uint8_t, Words<D>> samples;
+    const Words<D> d16;
+    const auto both = lanes.terms(hn::PromoteTo(d16, hn::LoadU(samples, rows.u + x / 2)),
+                                  hn::PromoteTo(d16, hn::LoadU(samples, rows.v + x / 2)));
+    return {both, both};
+  }
+};
+
+/// A chroma sample for every column.
+struct FullChroma {
+  template <class D, class Lanes>
+  HWY_INLINE static TermsOfColumns<typename Lanes::Terms> terms(D d, const Lanes &lanes, const SampleRows &rows,
+                                                                std::ptrdiff_t x) {
+    const EvenAndOdd<Words<D>, 1> u(hn::LoadU(d, rows.u + x));
+    const EvenAndOdd<Words<D>, 1> v(hn::LoadU(d, rows.v + x));
+    return {lanes.terms(u.even, v.even), lanes.terms(u.odd, v.odd)};
+  }
+};
+
+/// Lines of at least as many pixels as D has lanes, all with the same chroma.
+template <int lines, class Chroma, template <class> class Arithmetic>
 struct FromRows {
   template <class D>
   HWY_INLINE static void make(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels,
@@ -48,10 +80,7 @@ struct FromRows {
     const SampleRows rows = from; // stores of bytes may alias what is reached through a reference
     uint8_t *const out[2] = {to[0], lines == 2 ? to[1] : nullptr};
     forEachGroup<hn::MaxLanes(D())>(pixels, [&](std::ptrdiff_t x) HWY_ATTR {
-      const hn::Rebind<uint8_t, Words<D>> samples;
-      const Words<D> d16;
-      const auto terms = lanes.terms(hn::PromoteTo(d16, hn::LoadU(samples, rows.u + x / 2)),
-                                     hn::PromoteTo(d16, hn::LoadU(samples, rows.v + x / 2)));
+      const auto terms = Chroma::terms(d, lanes, rows, x);
       for (int line = 0; line < lines; ++line) {
         const EvenAndOdd<Words<D>, Arithmetic<D>::kLumaScale> luma(hn::LoadU(d, rows.y[line] + x));
         makePixels(d, lanes, terms, luma.even, luma.odd, out[line] + 3 * x);
@@ -73,7 +102,8 @@ struct FromMacropixels {
     uint8_t *const out = to[0];
     forEachGroup<hn::MaxLanes(D())>(pixels, [&](std::ptrdiff_t x) HWY_ATTR {
       const auto samples = macropixels.load(x);
-      makePixels(d, lanes, lanes.terms(samples.u, samples.v), samples.even, samples.odd, out + 3 * x);
+      const auto terms = lanes.terms(samples.u, samples.v);
+      makePixels(d, lanes, {terms, terms}, samples.even, samples.odd, out + 3 * x);
     });
   }
 };
@@ -91,13 +121,17 @@ void makeRows(const SampleRows &from, uint8_t *const to[2], int32_t pixels, cons
 
 void studioQ12Pair(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
                    const ColourConstants &constants) {
-  makeRows<FromRows<2, StudioQ12Lanes>>(from, to, pixels, constants);
+  makeRows<FromRows<2, HalfChroma, StudioQ12Lanes>>(from, to, pixels, constants);
 }
 
-void matrixRgb24Pair(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
-                     const ColourConstants &constants) {
-  makeRows<FromRows<2, MatrixRgb24Lanes>>(from, to, pixels, constants);
+template <int lines, class Chroma>
+void matrixRgb24(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
+                 const ColourConstants &constants) {
+  makeRows<FromRows<lines, Chroma, MatrixRgb24Lanes>>(from, to, pixels, constants);
 }
+constexpr ColourRows matrixRgb24Pair = matrixRgb24<2, HalfChroma>;
+constexpr ColourRows matrixRgb24FullPair = matrixRgb24<2, FullChroma>;
+constexpr ColourRows matrixRgb24Full = matrixRgb24<1, FullChroma>;
 
 template <bool swapped>
 void matrixRgb24Packed(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
@@ -114,6 +148,8 @@ namespace zqcc {
 
 constexpr PerLevel<ColourRows> STUDIO_Q12_PAIR = ZQCC_EVERY_LEVEL(studioQ12Pair);
 constexpr PerLevel<ColourRows> MATRIX_RGB24_PAIR = ZQCC_EVERY_LEVEL(matrixRgb24Pair);
+constexpr PerLevel<ColourRows> MATRIX_RGB24_FULL_PAIR = ZQCC_EVERY_LEVEL(matrixRgb24FullPair);
+constexpr PerLevel<ColourRows> MATRIX_RGB24_FULL = ZQCC_EVERY_LEVEL(matrixRgb24Full);
 constexpr PerLevel<ColourRows> MATRIX_RGB24_PACKED = ZQCC_EVERY_LEVEL(matrixRgb24Packed<false>);
 constexpr PerLevel<ColourRows> MATRIX_RGB24_PACKED_SWAPPED = ZQCC_EVERY_LEVEL(matrixRgb24Packed<true>);
 

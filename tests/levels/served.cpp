@@ -31,10 +31,11 @@ Canvas canvasFor(const Mode &mode, const Sizes &sizes) {
                             support::tightStride(mode.outType, written.width));
 }
 
-/// Whether set-up makes a plan for vector code.
+/// Whether set-up makes a plan for vector code, or none is needed.
 bool isPlanned(const Mode &mode) {
   const ConvertParams params = containment::recordOf(mode, kWholeBlocks);
-  return zqcc::resizePlanBytes(zqcc::routeOf(params).plan, params) > 0;
+  const zqcc::PlanKind plan = zqcc::routeOf(params).plan;
+  return plan == zqcc::PlanKind::Packed || zqcc::resizePlanBytes(plan, params) > 0;
 }
 
 } // namespace

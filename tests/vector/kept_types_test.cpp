@@ -3,7 +3,7 @@
 #include "support/guarded_pages.h"
 #include "support/levels.h"
 #include "support/picture.h"
-#include "vector/packed_rows.h"
+#include "vector/packed_store.h"
 #include "vector/scale_rows.h"
 
 #include <gtest/gtest.h>

@@ -107,6 +107,26 @@ public:
     }
   }
 
+  /// The same from chroma rows that are as long as luma's.
+  void compareWithFull(zqcc::ColourRows stage, std::size_t lines) const {
+    ASSERT_NE(stage, nullptr);
+    std::vector<uint8_t> fullU;
+    for (const uint8_t u : rowU) {
+      fullU.insert(fullU.end(), 2, u);
+    }
+    const std::vector<uint8_t> fullV(kRow, rowV.front());
+    std::array<std::vector<uint8_t>, 2> got{std::vector<uint8_t>(3 * kRow), std::vector<uint8_t>(3 * kRow)};
+    uint8_t *const to[2] = {got[0].data(), lines == 2 ? got[1].data() : nullptr};
+    for (std::size_t y = 0; y < 256; ++y) {
+      const std::array<std::size_t, 2> each{y, 255 - y};
+      const uint8_t *second = lines == 2 ? luma.at(each[1]).data() : nullptr;
+      stage({{luma.at(y).data(), second}, fullU.data(), fullV.data()}, to, kRow, 0, constants);
+      for (std::size_t line = 0; line < lines; ++line) {
+        ASSERT_EQ(got.at(line), pixels.at(each.at(line))) << "y " << each.at(line) << ", v " << int{rowV.front()};
+      }
+    }
+  }
+
   /// The same from macropixels.
   void compareWithPacked(zqcc::ColourRows stage, const zqcc::PackedLayout &order) const {
     ASSERT_NE(stage, nullptr);
@@ -149,6 +169,16 @@ TEST_P(Rgb24, MatrixMakesThePortablePixelOfEveryTriple) {
   }
 }
 
+TEST_P(Rgb24, FullChromaMakesThePortablePixelOfEveryTriple) {
+  for (const ColorMatrix &matrix : matrices()) {
+    for (int v = 0; v < 256 && !HasFatalFailure(); ++v) {
+      const EveryLuma<zqcc::MatrixRgb24> every(matrix, v);
+      every.compareWithFull(at(zqcc::MATRIX_RGB24_FULL_PAIR), 2);
+      every.compareWithFull(at(zqcc::MATRIX_RGB24_FULL), 1);
+    }
+  }
+}
+
 TEST_P(Rgb24, PackedMakesThePortablePixelOfEveryTriple) {
   for (int v = 0; v < 256 && !HasFatalFailure(); ++v) {
     const EveryLuma<zqcc::MatrixRgb24> every(*zqcc::matrixEntry(1), v);
@@ -178,21 +208,28 @@ private:
 constexpr std::size_t kGuard = 96;
 constexpr uint8_t kUntouched = 0xA5;
 
+/// What a stage is for: how many lines, and how many columns a chroma sample serves.
+struct Kind {
+  std::size_t lines;
+  std::size_t columns;
+};
+
 /// A row of every length, every pixel compared and every byte around the row still what it was.
 template <class Arithmetic>
-void expectRow(zqcc::ColourRows stage, std::size_t pixels, std::size_t offset) {
+void expectRow(zqcc::ColourRows stage, const Kind &kind, std::size_t pixels, std::size_t offset) {
   const ColorMatrix &matrix = *zqcc::matrixEntry(1);
   const Arithmetic arithmetic(matrix);
-  const Samples u(pixels / 2, offset, 1);
-  const Samples v(pixels / 2, offset + 1, 2);
+  const Samples u(pixels / kind.columns, offset, 1);
+  const Samples v(pixels / kind.columns, offset + 1, 2);
   const std::array<Samples, 2> luma{Samples(pixels, offset + 2, 3), Samples(pixels, offset + 3, 4)};
   std::array<std::vector<uint8_t>, 2> got;
   std::array<std::vector<uint8_t>, 2> want;
   for (std::size_t line = 0; line < 2; ++line) {
     got.at(line).assign(kGuard + offset + 3 * pixels + kGuard, kUntouched);
     want.at(line).assign(kGuard + offset, kUntouched);
-    for (std::size_t x = 0; x < pixels; ++x) {
-      append(want.at(line), pixelOf(arithmetic, luma.at(line).at(x), u.at(x / 2), v.at(x / 2)));
+    for (std::size_t x = 0; line < kind.lines && x < pixels; ++x) {
+      const std::size_t sample = x / kind.columns;
+      append(want.at(line), pixelOf(arithmetic, luma.at(line).at(x), u.at(sample), v.at(sample)));
     }
     want.at(line).resize(got.at(line).size(), kUntouched);
   }
@@ -203,18 +240,20 @@ void expectRow(zqcc::ColourRows stage, std::size_t pixels, std::size_t offset) {
 }
 
 template <class Arithmetic>
-void expectEveryLength(zqcc::ColourRows stage) {
+void expectEveryLength(zqcc::ColourRows stage, const Kind &kind) {
   ASSERT_NE(stage, nullptr);
-  for (std::size_t pixels = zqcc::kLeastPixels; pixels <= 260; pixels += 2) {
+  for (std::size_t pixels = zqcc::kLeastPixels; pixels <= 260; pixels += kind.columns) {
     for (std::size_t offset = 0; offset < 4 && !testing::Test::HasFatalFailure(); ++offset) {
-      expectRow<Arithmetic>(stage, pixels, offset);
+      expectRow<Arithmetic>(stage, kind, pixels, offset);
     }
   }
 }
 
 TEST_P(Rgb24, RowsOfEveryLengthStayInside) {
-  expectEveryLength<zqcc::StudioQ12>(at(zqcc::STUDIO_Q12_PAIR));
-  expectEveryLength<zqcc::MatrixRgb24>(at(zqcc::MATRIX_RGB24_PAIR));
+  expectEveryLength<zqcc::StudioQ12>(at(zqcc::STUDIO_Q12_PAIR), {2, 2});
+  expectEveryLength<zqcc::MatrixRgb24>(at(zqcc::MATRIX_RGB24_PAIR), {2, 2});
+  expectEveryLength<zqcc::MatrixRgb24>(at(zqcc::MATRIX_RGB24_FULL_PAIR), {2, 1});
+  expectEveryLength<zqcc::MatrixRgb24>(at(zqcc::MATRIX_RGB24_FULL), {1, 1});
 }
 
 void expectPackedRow(zqcc::ColourRows stage, const zqcc::PackedLayout &order, std::size_t pixels, std::size_t offset) {
