@@ -7,6 +7,9 @@
 #include "kernels/stores.h"
 #include "kernels/taps.h"
 #include "resize_rgb/samplers.h"
+#include "vector/filtered.h"
+
+#include <type_traits>
 
 namespace zqcc {
 namespace {
@@ -183,6 +186,9 @@ void filterFrame(const Job &job) {
 /// Quality 3 averages a box, 1 and 2 five points; the two differ in their tables only.
 template <class Entries, class Pixel>
 void filterByQuality(const Job &job) {
+  if (filteredByRows(job, Entries::kColumnShift, Entries::kLineShift, std::is_same_v<Pixel, RgbPixel>)) {
+    return;
+  }
   if (job.params.antiAlias == 3) {
     filterFrame<BoxMean, Entries, Pixel>(job);
   } else {

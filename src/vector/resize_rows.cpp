@@ -129,7 +129,7 @@ bool resizeRows(const SamplerCalls &calls, const ResizeStages &stages, LevelSet 
     return false;
   }
   const Lines lines{to.height, stepsOf(to.turn, stages.pixelBytes, to.target.stride), stages.pixelBytes};
-  const int32_t most = isQuarterTurn(to.turn) ? kTurnedColumns : kChunkColumns;
+  const int32_t most = isQuarterTurn(to.turn) ? kTurnedColumns : calls.mostColumns;
   for (int32_t first = 0; first < to.width; first += most) {
     const Chunk chunk{smaller(to.width - first, most), to.target.origin + first * lines.steps.column};
     maker.columns(first, chunk.count);

@@ -36,6 +36,7 @@ struct ResizeStages {
 /// A sampler as the driver calls it.
 struct SamplerCalls {
   void *sampler;
+  int32_t mostColumns; ///< of a chunk
   void (*columns)(void *sampler, int32_t first, int32_t count);
   void (*lines)(void *sampler, int32_t j, int32_t lineCount, SampleRows (&rows)[2]);
 };
@@ -44,6 +45,16 @@ struct SamplerCalls {
 /// no usable level has the stages, and for a matrix that they do not serve.
 bool resizeRows(const SamplerCalls &calls, const ResizeStages &stages, LevelSet usable, const ResizeTarget &to,
                 const ColorMatrix &matrix);
+
+/// Columns that a sampler takes at a time: what it names, or as many as the driver can give.
+template <class Sampler>
+constexpr int32_t mostColumnsOf() {
+  if constexpr (requires { Sampler::kMostColumns; }) {
+    static_assert(Sampler::kMostColumns <= kChunkColumns && Sampler::kMostColumns % 128 == 0);
+    return Sampler::kMostColumns;
+  }
+  return kChunkColumns;
+}
 
 /// As resizeRows, with a sampler of any type that has
 ///
@@ -61,7 +72,8 @@ template <class Sampler>
 bool resizeByRows(Sampler &sampler, const ResizeStages &stages, LevelSet usable, const ResizeTarget &to,
                   const ColorMatrix &matrix) {
   const SamplerCalls calls{
-      &sampler, [](void *self, int32_t first, int32_t count) { static_cast<Sampler *>(self)->columns(first, count); },
+      &sampler, mostColumnsOf<Sampler>(),
+      [](void *self, int32_t first, int32_t count) { static_cast<Sampler *>(self)->columns(first, count); },
       [](void *self, int32_t j, int32_t lineCount, SampleRows(&rows)[2]) {
         static_cast<Sampler *>(self)->lines(j, lineCount, rows);
       }};
