@@ -126,6 +126,7 @@ void BoxRows::makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const
 void BoxRows::row(const int32_t *yEntry, uint8_t *to) {
   AddedLines lines;
   lines.count = listedBelow(yEntry, plane_.limitY);
+  lines.next = lines.count > 0 ? (yEntry[kBoxWords] - yEntry[0]) * plane_.stride : 0;
   for (int32_t l = 0; l < lines.count; ++l) {
     lines.line[l] = plane_.samples + yEntry[l] * plane_.stride;
   }

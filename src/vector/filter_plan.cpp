@@ -13,6 +13,10 @@ constexpr int32_t kBlock = 4;   ///< outputs of a block
 constexpr int32_t kWindow = 16; ///< bytes of a block
 constexpr int32_t kMostWindows = kTaps * kFilterGroup;
 
+constexpr int32_t larger(int32_t a, int32_t b) {
+  return a > b ? a : b;
+}
+
 /// Tap indices of the outputs of a group, and the window that each is looked for in.
 struct GroupTaps {
   int32_t index[kFilterGroup][kTaps];
@@ -28,6 +32,7 @@ struct Reach {
 
 constexpr Reach reachOf(FilterWindows kind) {
   switch (kind) {
+  case FilterWindows::Near:
   case FilterWindows::Shared:
     return {kWindow, kBlock, true};
   case FilterWindows::OfTaps:
@@ -69,7 +74,7 @@ public:
         for (int32_t i = first; i < first + reach.outputs; ++i) {
           for (int32_t t = firstTap; t < endTap; ++t) {
             low = smaller(low, taps_.index[i][t]);
-            high = -smaller(-high, -taps_.index[i][t]);
+            high = larger(high, taps_.index[i][t]);
           }
         }
         if (low < 0 || high + 2 > low + reach.bytes) {
@@ -80,6 +85,40 @@ public:
           for (int32_t t = firstTap; t < endTap; ++t) {
             taps_.window[i][t] = low;
           }
+        }
+      }
+    }
+    return true;
+  }
+
+  /// Places windows of 16 bytes in 64 that are near one another. False if they do not hold their taps.
+  bool placeNear(int32_t *windows, NearWindows &near) {
+    int32_t first = line_.samples - kWindowBytes;
+    for (const auto &taps : taps_.index) {
+      for (const int32_t index : taps) {
+        first = smaller(first, index);
+      }
+    }
+    near.first = first;
+    for (int32_t block = 0; block < kFilterGroup; block += kBlock) {
+      int32_t low = INT32_MAX;
+      int32_t high = 0;
+      for (int32_t i = block; i < block + kBlock; ++i) {
+        for (const int32_t index : taps_.index[i]) {
+          low = smaller(low, index);
+          high = larger(high, index);
+        }
+      }
+      const int32_t from = smaller((low - first) / 4, (kWindowBytes - kWindow) / 4);
+      const int32_t window = first + 4 * from;
+      if (first < 0 || high + 2 > window + kWindow) {
+        return false;
+      }
+      *windows++ = window;
+      for (int32_t i = block; i < block + kBlock; ++i) {
+        near.from[i] = static_cast<uint8_t>(from + i % kBlock);
+        for (int32_t &each : taps_.window[i]) {
+          each = window;
         }
       }
     }
@@ -113,51 +152,57 @@ private:
   GroupTaps taps_{};
 };
 
-/// Groups [first, end) of a line. False if a window does not hold its taps.
-bool makeColumns(const int32_t *table, const FilterLine &line, int32_t first, FilterPlan &plan, FilterGroup *groups,
-                 int32_t *windows) {
+/// Where the columns of a line are made.
+struct Room {
+  FilterGroup *groups;
+  int32_t *windows;
+  NearWindows *near;
+};
+
+/// Groups from the first one on. False if a window does not hold its taps.
+bool makeColumns(const int32_t *table, const FilterLine &line, int32_t first, const FilterPlan &plan, Room room) {
   GroupMaker maker(table, line);
-  for (int32_t g = first; g < filterGroups(line.outputs); ++g) {
-    if (!maker.read(g) || !maker.place(plan.kind, windows)) {
+  for (int32_t g = first; g < filterGroups(line.outputs); ++g, room.windows += plan.windowsPerGroup()) {
+    if (!maker.read(g)) {
       return false;
     }
-    maker.write(g, plan.kind, *groups++);
-    windows += plan.windowsPerGroup();
+    const bool placed = plan.kind == FilterWindows::Near ? maker.placeNear(room.windows, *room.near++)
+                                                         : maker.place(plan.kind, room.windows);
+    if (!placed) {
+      return false;
+    }
+    maker.write(g, plan.kind, *room.groups++);
   }
   return true;
 }
 
 /// Groups at the start of both lines whose taps and windows lie inside of chroma's.
-int32_t commonGroups(const FilterPlan &plan, const int32_t *table, const FilterLine &luma, const FilterLine &chroma) {
+int32_t commonGroups(const FilterPlan &plan, const FilterLine &luma, const FilterLine &chroma) {
   if (luma.samples == chroma.samples && luma.limit == chroma.limit && luma.outputs == chroma.outputs) {
     return filterGroups(luma.outputs);
   }
-  const int32_t reach = reachOf(plan.kind).bytes;
   const int32_t end = smaller(chroma.limit, chroma.samples);
   const int32_t whole = smaller(luma.outputs, chroma.outputs) / kFilterGroup;
   const int32_t *windows = plan.luma.windows;
   for (int32_t g = 0; g < whole; ++g) {
+    if (plan.kind == FilterWindows::Near && plan.luma.near[g].first + kWindowBytes > end) {
+      return g;
+    }
+    const int32_t reach = reachOf(plan.kind).bytes;
     for (int32_t k = 0; k < plan.windowsPerGroup(); ++k) {
       if (*windows++ + reach > end) {
-        return g;
-      }
-    }
-    // A window that ends with luma's line holds nothing that lies behind chroma's.
-    for (int32_t i = 0; i < kFilterGroup; ++i) {
-      for (int32_t t = 0; t < kTaps; ++t) {
-        if (table[(g * kFilterGroup + i) * kEntryWords<kFilterTaps> + t * kTapWords] + 1 >= end) {
-          return g;
-        }
+        return g; // no tap inside its window steps back, then
       }
     }
   }
   return whole;
 }
 
-constexpr FilterWindows kKinds[] = {FilterWindows::Shared, FilterWindows::OfTaps, FilterWindows::Gathered};
+constexpr FilterWindows kKinds[] = {FilterWindows::Near, FilterWindows::Shared, FilterWindows::OfTaps,
+                                    FilterWindows::Gathered};
 
 uint64_t windowBytes(int32_t outputs) {
-  return static_cast<uint64_t>(filterGroups(outputs)) * kMostWindows * sizeof(int32_t);
+  return static_cast<uint64_t>(filterGroups(outputs)) * (kMostWindows * sizeof(int32_t) + sizeof(NearWindows));
 }
 
 uint64_t groupBytes(int32_t outputs) {
@@ -172,20 +217,26 @@ uint64_t filterPlanBytes(const FilterLine &luma, const FilterLine &chroma) {
 }
 
 FilterPlan makeFilterPlan(const int32_t *table, const FilterLine &luma, const FilterLine &chroma, uint8_t *memory) {
-  auto *lumaGroups = reinterpret_cast<FilterGroup *>(memory);
-  FilterGroup *chromaGroups = lumaGroups + filterGroups(luma.outputs);
-  auto *lumaWindows = reinterpret_cast<int32_t *>(chromaGroups + filterGroups(chroma.outputs));
-  int32_t *chromaWindows = lumaWindows + std::ptrdiff_t{filterGroups(luma.outputs)} * kMostWindows;
+  const int32_t lumaGroups = filterGroups(luma.outputs);
+  const int32_t chromaGroups = filterGroups(chroma.outputs);
+  Room lumaRoom{};
+  Room chromaRoom{};
+  lumaRoom.groups = reinterpret_cast<FilterGroup *>(memory);
+  chromaRoom.groups = lumaRoom.groups + lumaGroups;
+  lumaRoom.windows = reinterpret_cast<int32_t *>(chromaRoom.groups + chromaGroups);
+  chromaRoom.windows = lumaRoom.windows + std::ptrdiff_t{lumaGroups} * kMostWindows;
+  lumaRoom.near = reinterpret_cast<NearWindows *>(chromaRoom.windows + std::ptrdiff_t{chromaGroups} * kMostWindows);
+  chromaRoom.near = lumaRoom.near + lumaGroups;
   FilterPlan plan{};
-  plan.luma = {lumaGroups, lumaWindows};
-  plan.chroma = {chromaGroups, chromaWindows};
+  plan.luma = {lumaRoom.groups, lumaRoom.windows, lumaRoom.near};
+  plan.chroma = {chromaRoom.groups, chromaRoom.windows, chromaRoom.near};
   for (const FilterWindows kind : kKinds) {
     plan.kind = kind;
-    if (!makeColumns(table, luma, 0, plan, lumaGroups, lumaWindows)) {
+    if (!makeColumns(table, luma, 0, plan, lumaRoom)) {
       continue;
     }
-    plan.common = commonGroups(plan, table, luma, chroma);
-    if (makeColumns(table, chroma, plan.common, plan, chromaGroups, chromaWindows)) {
+    plan.common = commonGroups(plan, luma, chroma);
+    if (makeColumns(table, chroma, plan.common, plan, chromaRoom)) {
       plan.exists = true;
       return plan;
     }

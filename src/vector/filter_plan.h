@@ -28,9 +28,15 @@ struct alignas(64) FilterGroup {
 
 /// What the rows of windows of a source line hold.
 enum class FilterWindows : int32_t {
+  Near,     ///< as Shared, and a group's windows lie at multiples of four from the first of 64 bytes that hold them all
   Shared,   ///< one row: 16 bytes for four outputs hold all of their taps
   OfTaps,   ///< a row for each tap: 16 bytes for four outputs hold one tap of each
   Gathered, ///< a row for each tap: four bytes for an output
+};
+
+struct NearWindows {
+  int32_t first;
+  uint8_t from[kFilterGroup];
 };
 
 /// The columns of a plane.
@@ -38,6 +44,8 @@ struct FilterColumns {
   const FilterGroup *groups;
   /// First bytes of the windows in the line: for every group four, of every tap four, or of every tap sixteen.
   const int32_t *windows;
+  /// Of Near windows: the first of the 64 bytes, and where in them, in fours, the 16 outputs have theirs.
+  const NearWindows *near;
 };
 
 /// The columns of a frame's planes. Chroma takes the entries that luma takes, and its line ends earlier: most groups
@@ -49,12 +57,11 @@ struct FilterPlan {
   FilterColumns chroma; ///< from group `common` on
   int32_t common;       ///< chroma's groups before this are luma's
 
+  [[nodiscard]] bool isShared() const { return kind == FilterWindows::Near || kind == FilterWindows::Shared; }
   [[nodiscard]] int32_t windowsPerGroup() const {
     constexpr auto kTaps = static_cast<int32_t>(kFilterTaps);
-    return kind == FilterWindows::Shared ? 4 : (kind == FilterWindows::OfTaps ? 4 : kFilterGroup) * kTaps;
+    return isShared() ? 4 : (kind == FilterWindows::OfTaps ? 4 : kFilterGroup) * kTaps;
   }
-  /// Rows of windows of a source line.
-  [[nodiscard]] int32_t rows() const { return kind == FilterWindows::Shared ? 1 : static_cast<int32_t>(kFilterTaps); }
 };
 
 /// The lines of a plane: bytes of it that every line has, and where taps step back at its end, see HeldAtEnd in

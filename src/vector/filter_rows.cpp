@@ -65,6 +65,42 @@ HWY_INLINE void storeQuotients(const VI32 (&sums)[kVectors], V16 factor, int shi
 
 // --- Five points ----------------------------------------------------------------------------------------------------
 
+/// Sixteen bytes of every place.
+HWY_INLINE V8 windowsAt(const uint8_t *line, const int32_t *first) {
+#if HWY_MAX_BYTES == 16
+  return hn::LoadU(d8, line + first[0]);
+#else
+  const hn::Half<D8> dh;
+#if HWY_MAX_BYTES == 32
+  return hn::Combine(d8, hn::LoadU(dh, line + first[1]), hn::LoadU(dh, line + first[0]));
+#else
+  const hn::Half<decltype(dh)> dq;
+  return hn::Combine(d8, hn::Combine(dh, hn::LoadU(dq, line + first[3]), hn::LoadU(dq, line + first[2])),
+                     hn::Combine(dh, hn::LoadU(dq, line + first[1]), hn::LoadU(dq, line + first[0])));
+#endif
+#endif
+}
+
+void windowRow(const uint8_t *line, const FilterColumns &columns, int32_t groups, uint8_t *row) {
+  const int32_t *first = columns.windows;
+  for (const uint8_t *const end = row + ptrdiff_t{groups} * kWindowBytes; row != end; row += kBytes) {
+    hn::StoreU(windowsAt(line, first), d8, row);
+    first += kBytes / 16;
+  }
+}
+
+#if HWY_TARGET == HWY_AVX3
+void nearWindowRow(const uint8_t *line, const FilterColumns &columns, int32_t groups, uint8_t *row) {
+  const NearWindows *near = columns.near;
+  for (const uint8_t *const end = row + ptrdiff_t{groups} * kWindowBytes; row != end; row += kWindowBytes, ++near) {
+    const __m512i from = _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i *>(near->from)));
+    hn::StoreU(V8{_mm512_permutexvar_epi32(from, hn::LoadU(d8, line + near->first).raw)}, d8, row);
+  }
+}
+#else
+constexpr WindowRow nearWindowRow = windowRow;
+#endif
+
 /// Fifth of a sum up to 1275: the upper half of the product with 2^16 / 5, rounded up.
 constexpr uint16_t kFifth = 13108;
 
@@ -194,14 +230,18 @@ template <class Samples, int32_t lineCount, class D>
 HWY_INLINE void addVectors(D d, const AddedLines &lines, int32_t count, uint16_t *sums) {
   constexpr int32_t kLanes = hn::MaxLanes(D());
   const Samples samples{};
+  const ptrdiff_t next = lines.next;
   const uint8_t *line[kMostBoxSamples];
   for (int32_t l = 0; l < lineCount; ++l) {
     line[l] = lines.line[l];
   }
   for (int32_t at = 0;; at = at + 2 * kLanes > count ? count - kLanes : at + kLanes) {
-    auto sum = samples(d, line[0] + ptrdiff_t{at} * Samples::kStep);
-    for (int32_t l = 1; l < lineCount; ++l) {
-      sum = hn::Add(sum, samples(d, line[l] + ptrdiff_t{at} * Samples::kStep));
+    auto sum = hn::Zero(d);
+    for (int32_t l = 0; l < lineCount; ++l) {
+      const uint8_t *from = line[l] + ptrdiff_t{at} * Samples::kStep;
+      __builtin_prefetch(from + next);
+      const auto columns = samples(d, from);
+      sum = l == 0 ? columns : hn::Add(sum, columns);
     }
     hn::StoreU(sum, d, sums + at);
     if (at + kLanes == count) {
@@ -313,6 +353,8 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace zqcc {
+constexpr PerLevel<WindowRow> WINDOW_ROW = ZQCC_EVERY_LEVEL(windowRow);
+constexpr PerLevel<WindowRow> NEAR_WINDOW_ROW = ZQCC_EVERY_LEVEL(nearWindowRow);
 constexpr PerLevel<FivePointRow> FIVE_POINT_ROW = ZQCC_EVERY_LEVEL(fivePointRow);
 constexpr PerLevel<AddLines> ADD_LINES = ZQCC_EVERY_LEVEL(addColumns);
 constexpr PerLevel<AddLines> ADD_PAIRS = ZQCC_EVERY_LEVEL(addPairs);

@@ -1,5 +1,6 @@
 // Stages that make rows of 8-bit samples of another width by means of several source samples.
 //
+//     WINDOW_ROW       source line                     -> row of windows
 //     FIVE_POINT_ROW   rows of windows of source lines -> row of means of five bilinear samples
 //     ADD_LINES        source lines                    -> row of sums, one for a column
 //     ADD_PAIRS        source lines                    -> row of sums, one for two columns
@@ -14,6 +15,12 @@
 #include <cstdint>
 
 namespace zqcc {
+
+/// Lays the windows of `groups` groups out, four of 16 bytes each. Of Near windows the 64 bytes that hold them are
+/// read.
+using WindowRow = void (*)(const uint8_t *line, const FilterColumns &columns, int32_t groups, uint8_t *row);
+extern const PerLevel<WindowRow> WINDOW_ROW;
+extern const PerLevel<WindowRow> NEAR_WINDOW_ROW;
 
 /// For each tap the rows of windows of its two lines, and the weight of the lower one out of 1024.
 struct FivePointLines {
@@ -33,6 +40,7 @@ inline constexpr int32_t kMostBoxSamples = 7;
 struct AddedLines {
   const uint8_t *line[kMostBoxSamples];
   int32_t count;
+  std::ptrdiff_t next; ///< from the lines to what will be added next, which is asked for in time
 };
 
 /// Adds `count` sums of the lines, at least one: sum i has column i, or columns 2 i and 2 i + 1 weighed 0 or 1.

@@ -15,7 +15,7 @@ namespace zqcc {
 class FivePointRows {
 public:
   /// Windows of a chunk of this width stay in the first-level cache, and so does its part of the plan.
-  static constexpr int32_t kMostColumns = 256;
+  static constexpr int32_t kMostColumns = 512;
 
   /// Plane 0 of a frame is luma, 1 and 2 chroma.
   FivePointRows(const Job &job, const MeanPlane &plane, int number);
@@ -34,6 +34,7 @@ private:
   static constexpr int32_t kRowBytes = 4 * kMostColumns;
 
   const uint8_t *windowsOf(int32_t line, int32_t tap);
+  void prefetch(int32_t line) const;
   void fill(const uint8_t *line, int32_t tap, uint8_t *row) const;
 
   /// Groups of the plan that lie in one array.
@@ -44,6 +45,7 @@ private:
 
   const FilterPlan &plan_;
   MeanPlane plane_;
+  WindowRow windowRow_;
   FivePointRow stage_;
   bool isLuma_;
   Part parts_[2]{};
