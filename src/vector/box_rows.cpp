@@ -66,7 +66,7 @@ void BoxRows::columns(int32_t first, int32_t count) {
 
 /// As many boxes a run as have room for their sums.
 void BoxRows::placeRuns() {
-  run_ = kMostColumns;
+  run_ = kColumns;
   while (run_ > kFilterGroup && widest_ + (run_ - 1) * apart_ > kSums) {
     run_ /= 2;
   }

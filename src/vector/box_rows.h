@@ -14,7 +14,7 @@ namespace zqcc {
 /// of each box.
 class BoxRows {
 public:
-  static constexpr int32_t kMostColumns = 512;
+  static constexpr int32_t kColumns = 512;
 
   BoxRows(const Job &job, const MeanPlane &plane, int number);
 
@@ -58,7 +58,7 @@ private:
   int32_t run_ = 0;   ///< boxes whose sums are made at a time
   bool isOfTwo_ = false;
   Sums sums_{};
-  int32_t start_[kMostColumns]; ///< of each box: the number of its first sum in its run
+  int32_t start_[kColumns]; ///< of each box: the number of its first sum in its run
   alignas(64) uint16_t row_[kSums + kFilterGroup * 2];
 };
 

@@ -82,11 +82,42 @@ int32_t bytesOf(PlanLine line) {
 
 /// Where the windows of a group begin. `first` is its first output.
 template <class SpanOf>
-void placeWindows(SpanOf spanOf, int32_t first, int32_t parts, int32_t lastWindow, int32_t (&window)[4][kBlocks]) {
+void placeWindows(SpanOf spanOf, int32_t first, int32_t parts, int32_t lineBytes, int32_t (&window)[4][kBlocks]) {
   const int32_t neighbours = kBlock / parts;
   for (int32_t part = 0; part < parts; ++part) {
     for (int32_t b = 0; b < kBlocks; ++b) {
-      window[part][b] = smaller(spanOf(first + b * kBlock + part * neighbours).first, lastWindow);
+      window[part][b] = smaller(spanOf(first + b * kBlock + part * neighbours).first, lineBytes - kPlanWindow);
+    }
+  }
+}
+
+/// The same, with windows whole lanes apart and within reach. False if they do not serve all outputs then.
+template <class SpanOf>
+bool placeWithinReach(SpanOf spanOf, int32_t first, int32_t parts, int32_t lineBytes, TapGroup &group) {
+  const int32_t base = smaller(spanOf(first).first, lineBytes - kPlanReach);
+  const int32_t neighbours = kBlock / parts;
+  if (base < 0 || parts > 2) {
+    return false;
+  }
+  for (int32_t part = 0; part < parts; ++part) {
+    for (int32_t b = 0; b < kBlocks; ++b) {
+      const int32_t output = first + b * kBlock + part * neighbours;
+      const int32_t from = smaller((spanOf(output).first - base) & ~3, kPlanReach - kPlanWindow);
+      if (spanOf(output + neighbours - 1).last - base >= from + kPlanWindow) {
+        return false;
+      }
+      group.window[part][b] = base + from;
+    }
+  }
+  group.base = base;
+  return true;
+}
+
+void numberLanes(TapGroup &group, int32_t parts) {
+  for (int32_t part = 0; part < parts; ++part) {
+    for (int32_t lane = 0; lane < 16; ++lane) {
+      const int32_t bytes = group.window[part][lane / 4] - group.base;
+      group.lane[part][lane] = static_cast<uint32_t>(bytes / 4 + lane % 4);
     }
   }
 }
@@ -163,6 +194,17 @@ int32_t ratioOf(const int32_t *columns, int32_t outputs) {
   return ratio;
 }
 
+/// Windows never fall, those behind the last output neither.
+template <class Plan, class SpanOf>
+ByteRange bytesReadBy(const Plan &plan, SpanOf spanOf, int32_t firstGroup, int32_t groups) {
+  const int32_t endGroup = firstGroup + groups;
+  if (plan.parts == 0) {
+    return {spanOf(firstGroup * kPlanGroup).first, spanOf(endGroup * kPlanGroup - 1).last + 1};
+  }
+  return {plan.groups[firstGroup].window[0][0],
+          plan.groups[endGroup - 1].window[plan.parts - 1][kBlocks - 1] + kPlanWindow};
+}
+
 } // namespace
 
 std::size_t tapPlanBytes(int32_t outputs) {
@@ -180,16 +222,24 @@ TapPlan makeTapPlan(void *memory, int32_t outputs, PlanLine line) {
   const int32_t step = line.samples > 1 ? line.step : 0; // a single sample is its own neighbour
   const SpanOfTap spanOf{taps, step};
   const int32_t parts = partsFor(spanOf, wholeOutputs(outputs), bytesOf(line));
+  bool withinReach = parts != 0;
+  for (int32_t g = 0; g < planGroups(outputs) && withinReach; ++g) {
+    withinReach = placeWithinReach(spanOf, g * kPlanGroup, parts, bytesOf(line), groups[g]);
+  }
   for (int32_t g = 0; g < planGroups(outputs); ++g) {
     const int32_t first = g * kPlanGroup;
     if (parts == 0) {
       fillGathered(groups[g], taps + first);
-    } else {
-      placeWindows(spanOf, first, parts, bytesOf(line) - kPlanWindow, groups[g].window);
-      fillGroup(groups[g], taps + first, parts, step);
+      continue;
     }
+    if (withinReach) {
+      numberLanes(groups[g], parts);
+    } else {
+      placeWindows(spanOf, first, parts, bytesOf(line), groups[g].window);
+    }
+    fillGroup(groups[g], taps + first, parts, step);
   }
-  return {groups, parts, taps, step};
+  return {groups, parts, taps, step, withinReach};
 }
 
 std::size_t pickPlanBytes(int32_t outputs) {
@@ -210,28 +260,17 @@ PickPlan makePickPlan(void *memory, int32_t outputs, PlanLine line) {
   const int32_t parts = partsFor(spanOf, wholeOutputs(outputs), bytesOf(line));
   for (int32_t g = 0; parts != 0 && g < planGroups(outputs); ++g) {
     const int32_t first = g * kPlanGroup;
-    placeWindows(spanOf, first, parts, bytesOf(line) - kPlanWindow, groups[g].window);
+    placeWindows(spanOf, first, parts, bytesOf(line), groups[g].window);
     fillGroup(groups[g], columns + first, parts, line.step);
   }
   return {groups, parts, columns, line.step, ratioOf(columns, outputs)};
 }
 
-namespace {
-
-/// Windows never fall, those behind the last output neither.
-template <class Plan, class SpanOf>
-ByteRange bytesReadBy(const Plan &plan, SpanOf spanOf, int32_t firstGroup, int32_t groups) {
-  const int32_t endGroup = firstGroup + groups;
-  if (plan.parts == 0) {
-    return {spanOf(firstGroup * kPlanGroup).first, spanOf(endGroup * kPlanGroup - 1).last + 1};
-  }
-  return {plan.groups[firstGroup].window[0][0],
-          plan.groups[endGroup - 1].window[plan.parts - 1][kBlocks - 1] + kPlanWindow};
-}
-
-} // namespace
-
 ByteRange bytesRead(const TapPlan &plan, int32_t firstGroup, int32_t groups) {
+  const TapGroup *group = plan.groups + firstGroup;
+  if (plan.withinReach) {
+    return {group->base, group[groups - 1].base + kPlanReach};
+  }
   return bytesReadBy(plan, SpanOfTap{plan.taps, plan.step}, firstGroup, groups);
 }
 

@@ -19,6 +19,9 @@ constexpr int32_t planGroups(int32_t outputs) {
   return (outputs + kPlanGroup - 1) / kPlanGroup;
 }
 
+/// Bytes that two of the widest vectors read one behind the other.
+inline constexpr int32_t kPlanReach = 128;
+
 /// Interpolation: two bytes and their weights for an output. Output 16 b + 4 k + i of a group stands in block b, lane i
 /// of vector k, so that narrowing within blocks brings outputs into their order. What stands for outputs behind the
 /// last one reads nothing and weighs nothing.
@@ -26,6 +29,9 @@ struct alignas(64) TapGroup {
   uint8_t mask[4][64];   ///< [k][16 b + 4 i]: number of the byte in its window, 0x80, that of the next one, 0x80
   int16_t weight[4][32]; ///< [k][8 b + 2 i]: 1024 - next, next
   int32_t window[4][4];  ///< [part][b]: first byte of the window in the line
+  /// Of a plan within reach: where kPlanReach bytes begin, and windows as 32-bit lanes of them, [part][4 b + i].
+  uint32_t lane[2][16];
+  int32_t base;
 };
 
 /// Every pointer is into the memory that the plan was made in.
@@ -37,6 +43,9 @@ struct TapPlan {
   int32_t parts;
   const Tap *taps; ///< of every output, and of what stands behind the last one
   int32_t step;    ///< distance of neighbouring samples in bytes
+  /// There are one or two parts, and the windows of every group lie within kPlanReach bytes of the line, whole lanes of
+  /// 32 bits apart: they can be taken out of vectors.
+  bool withinReach;
 };
 
 /// Nearest samples: one byte for an output.

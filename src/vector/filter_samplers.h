@@ -21,7 +21,7 @@ struct ChromaShifts {
 template <class Rows>
 class FilterSampler {
 public:
-  static constexpr int32_t kMostColumns = Rows::kMostColumns;
+  static constexpr int32_t kColumns = Rows::kColumns;
 
   // Rows are made before they are read.
   // cppcheck-suppress uninitMemberVar
@@ -52,7 +52,7 @@ public:
   }
 
 private:
-  static constexpr std::size_t kRoom = static_cast<std::size_t>(kMostColumns);
+  static constexpr std::size_t kRoom = static_cast<std::size_t>(kColumns);
 
   [[nodiscard]] const int32_t *entry(int32_t j) const { return yTable_ + j * kBoxWords; }
 

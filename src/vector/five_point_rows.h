@@ -15,7 +15,7 @@ namespace zqcc {
 class FivePointRows {
 public:
   /// Windows of a chunk of this width stay in the first-level cache, and so does its part of the plan.
-  static constexpr int32_t kMostColumns = 512;
+  static constexpr int32_t kColumns = 512;
 
   /// Plane 0 of a frame is luma, 1 and 2 chroma.
   FivePointRows(const Job &job, const MeanPlane &plane, int number);
@@ -31,7 +31,7 @@ private:
   /// A tap of its own takes two lines that are neighbours.
   static constexpr int32_t kTapRows = 2;
   static constexpr int32_t kSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
-  static constexpr int32_t kRowBytes = 4 * kMostColumns;
+  static constexpr int32_t kRowBytes = 4 * kColumns;
 
   const uint8_t *windowsOf(int32_t line, int32_t tap);
   void prefetch(int32_t line) const;

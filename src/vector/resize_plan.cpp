@@ -22,6 +22,15 @@ struct DoubleWeights {
   static Tap tap(const int32_t *words, int32_t i) { return {words[0], i % 2 == 0 ? 0 : kWholeWeight / 2}; }
 };
 
+/// Whether a plan pays with the first frame. Portable code is as fast where rows leave most of a group empty, where few
+/// lines share what is made for a column, and for pictures so small that the calls show.
+bool isWorthAPlan(const ConvertParams &seen) {
+  constexpr int32_t kColumns = 16;
+  constexpr int32_t kLines = 4;
+  constexpr int64_t kPixels = 512;
+  return seen.outWidth >= kColumns && seen.outHeight >= kLines && int64_t{seen.outWidth} * seen.outHeight >= kPixels;
+}
+
 /// What a plan is made of.
 struct Parts {
   bool interpolated; ///< luma, or every plane of RGB
@@ -169,6 +178,9 @@ const ChromaRule *chromaRuleOf(PlanKind kind) {
 }
 
 uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
+  if (kind == PlanKind::None || !isWorthAPlan(seen)) {
+    return 0;
+  }
   if (kind == PlanKind::FivePoint) {
     const FilterLines lines = filterLines(seen);
     return aligned(sizeof(ResizePlan)) + filterPlanBytes(lines.luma, lines.chroma);

@@ -10,14 +10,16 @@
 namespace zqcc {
 namespace {
 
-/// Columns of a quarter-turned chunk: its block stays in the first-level cache beside what the sampler keeps.
-constexpr int32_t kTurnedColumns = 128;
-constexpr int32_t kBlockBytes = kTurnedColumns * kBlockLines * 2;
+/// A block of a quarter turn. Wide ones have fewer calls for a pixel, which counts for more than that output lines are
+/// written 64 bytes at a time.
+constexpr int32_t kTurnedLines = 32;
+constexpr int32_t kTurnedBytes = kTurnedLines * 512 * 2;
 
-constexpr int32_t blockLinesOf(int pixelBytes) {
-  return pixelBytes == 2 ? kBlockLines : kBlockLines / 2;
+/// Columns of a turned chunk at most.
+constexpr int32_t turnedColumns(int pixelBytes) {
+  return pixelBytes == 2 ? 512 : 256;
 }
-static_assert(kTurnedColumns * blockLinesOf(3) * 3 <= kBlockBytes);
+static_assert(turnedColumns(3) * kTurnedLines * 3 <= kTurnedBytes);
 
 /// Where output lines overlap, the order of the stores shows; it is that of the portable code.
 bool linesOverlap(const ResizeTarget &to, int pixelBytes) {
@@ -80,7 +82,7 @@ struct Chunk {
 
 /// Lines are made where they belong as long as all that is made belongs there.
 void resizeUpright(const PixelMaker &maker, const Lines &lines, const Chunk &chunk) {
-  alignas(64) uint8_t pixels[2][kChunkColumns * kMostPixelBytes];
+  alignas(64) uint8_t pixels[2][kMostColumns * kMostPixelBytes];
   const bool fits = maker.made() == chunk.count;
   uint8_t *line = chunk.to;
   for (int32_t j = 0; j < lines.height; j += 2, line += 2 * lines.steps.line) {
@@ -96,7 +98,7 @@ void resizeUpright(const PixelMaker &maker, const Lines &lines, const Chunk &chu
 }
 
 void resizeHalfTurned(const PixelMaker &maker, ReverseRow reverse, const Lines &lines, const Chunk &chunk) {
-  alignas(64) uint8_t pixels[2][kChunkColumns * kMostPixelBytes];
+  alignas(64) uint8_t pixels[2][kMostColumns * kMostPixelBytes];
   uint8_t *const made[2] = {pixels[0], pixels[1]};
   uint8_t *line = chunk.to + (chunk.count - 1) * lines.steps.column;
   for (int32_t j = 0; j < lines.height; j += 2) {
@@ -109,11 +111,10 @@ void resizeHalfTurned(const PixelMaker &maker, ReverseRow reverse, const Lines &
 }
 
 void resizeQuarterTurned(const PixelMaker &maker, TransposeBlock transpose, const Lines &lines, const Chunk &chunk) {
-  alignas(64) uint8_t pixels[kBlockBytes];
-  const int32_t blockLines = blockLinesOf(lines.pixelBytes);
-  const BlockRows rows{pixels, std::ptrdiff_t{kTurnedColumns} * lines.pixelBytes};
-  for (int32_t top = 0; top < lines.height; top += blockLines) {
-    const int32_t count = smaller(lines.height - top, blockLines);
+  alignas(64) uint8_t pixels[kTurnedBytes];
+  const BlockRows rows{pixels, kTurnedBytes / kTurnedLines};
+  for (int32_t top = 0; top < lines.height; top += kTurnedLines) {
+    const int32_t count = smaller(lines.height - top, kTurnedLines);
     turnBlock(transpose, rows, chunk.count, count,
               {chunk.to + top * lines.steps.line, lines.steps.column, lines.steps.line},
               [&](int32_t line, uint8_t *const row[2]) { maker.make(top + line, smaller(count - line, 2), row); });
@@ -129,7 +130,8 @@ bool resizeRows(const SamplerCalls &calls, const ResizeStages &stages, LevelSet 
     return false;
   }
   const Lines lines{to.height, stepsOf(to.turn, stages.pixelBytes, to.target.stride), stages.pixelBytes};
-  const int32_t most = isQuarterTurn(to.turn) ? kTurnedColumns : calls.mostColumns;
+  const int32_t most =
+      isQuarterTurn(to.turn) ? smaller(calls.mostColumns, turnedColumns(stages.pixelBytes)) : calls.mostColumns;
   for (int32_t first = 0; first < to.width; first += most) {
     const Chunk chunk{smaller(to.width - first, most), to.target.origin + first * lines.steps.column};
     maker.columns(first, chunk.count);

@@ -17,15 +17,47 @@ constexpr int32_t kBlocks = static_cast<int32_t>(hn::MaxLanes(kSamples)) / 16;
 
 // --- Interpolation --------------------------------------------------------------------------------------------------
 
-/// Interpolates a group from bytes that its windows lie in.
-template <int32_t parts>
+/// The windows of a group, read one by one.
+template <int32_t numberOf>
+struct Windows {
+  static constexpr int32_t parts = numberOf;
+  const uint8_t *line;
+  const TapGroup &group;
+
+  HWY_INLINE Windows(const uint8_t *from, const TapGroup &of) : line(from), group(of) {}
+  HWY_INLINE SampleVec of(int32_t part, int32_t b) const { return blocksAt(kSamples, line, group.window[part] + b); }
+};
+
+#if HWY_TARGET == HWY_AVX3
+
+/// Windows within reach, taken out of two vectors.
+template <int32_t numberOf>
+struct WindowsWithinReach {
+  static constexpr int32_t parts = numberOf;
+  const TapGroup &group;
+  __m512i low;
+  __m512i high;
+
+  HWY_INLINE WindowsWithinReach(const uint8_t *line, const TapGroup &of)
+      : group(of), low(_mm512_loadu_si512(line + of.base)), high(_mm512_loadu_si512(line + of.base + 64)) {}
+  HWY_INLINE SampleVec of(int32_t part, int32_t /*b*/) const {
+    return SampleVec{_mm512_permutex2var_epi32(low, _mm512_load_si512(group.lane[part]), high)};
+  }
+};
+
+#endif
+
+/// Interpolates a group.
+template <class WindowsOf>
 HWY_INLINE void fillGroup(const uint8_t *line, const TapGroup &group, int32_t *row) {
   constexpr hn::ScalableTag<int16_t> kWords;
+  constexpr int32_t parts = WindowsOf::parts;
+  const WindowsOf source(line, group);
   for (int32_t b = 0; b < 4; b += kBlocks) {
-    SampleVec windows = blocksAt(kSamples, line, group.window[0] + b);
+    SampleVec windows = source.of(0, b);
     for (int32_t k = 0; k < 4; ++k) {
       if (k != 0 && k * parts % 4 == 0) {
-        windows = blocksAt(kSamples, line, group.window[k * parts / 4] + b);
+        windows = source.of(k * parts / 4, b);
       }
       const auto pairs = hn::TableLookupBytesOr0(windows, hn::Load(kSamples, group.mask[k] + 16 * b));
       const auto weights = hn::Load(kWords, group.weight[k] + 8 * b);
@@ -34,10 +66,10 @@ HWY_INLINE void fillGroup(const uint8_t *line, const TapGroup &group, int32_t *r
   }
 }
 
-template <int32_t parts>
+template <class WindowsOf>
 HWY_NOINLINE void fillGroups(const uint8_t *line, const TapGroup *group, int32_t groups, int32_t *row) {
   for (const TapGroup *const end = group + groups; group != end; ++group, row += kPlanGroup) {
-    fillGroup<parts>(line, *group, row);
+    fillGroup<WindowsOf>(line, *group, row);
   }
 }
 
@@ -57,22 +89,29 @@ HWY_NOINLINE void fillGathered(const uint8_t *line, const TapPlan &plan, int32_t
       }
     }
     for (int32_t g = 0; g < count; ++g) {
-      fillGroup<2>(pairs[g], plan.groups[firstGroup + first + g], row + std::ptrdiff_t{first + g} * kPlanGroup);
+      fillGroup<Windows<2>>(pairs[g], plan.groups[firstGroup + first + g],
+                            row + std::ptrdiff_t{first + g} * kPlanGroup);
     }
   }
 }
 
 void fillRow(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32_t groups, int32_t *row) {
   const TapGroup *first = plan.groups + firstGroup;
+#if HWY_TARGET == HWY_AVX3
+  if (plan.withinReach) {
+    return plan.parts == 1 ? fillGroups<WindowsWithinReach<1>>(line, first, groups, row)
+                           : fillGroups<WindowsWithinReach<2>>(line, first, groups, row);
+  }
+#endif
   switch (plan.parts) {
   case 0:
     return fillGathered(line, plan, firstGroup, groups, row);
   case 1:
-    return fillGroups<1>(line, first, groups, row);
+    return fillGroups<Windows<1>>(line, first, groups, row);
   case 2:
-    return fillGroups<2>(line, first, groups, row);
+    return fillGroups<Windows<2>>(line, first, groups, row);
   default:
-    return fillGroups<4>(line, first, groups, row);
+    return fillGroups<Windows<4>>(line, first, groups, row);
   }
 }
 
@@ -96,21 +135,43 @@ void mixRows(const int32_t *top, const int32_t *bottom, int32_t next, int32_t gr
 // --- Nearest samples ------------------------------------------------------------------------------------------------
 
 template <int32_t parts>
+HWY_INLINE void pickGroup(const uint8_t *line, const PickGroup &group, uint8_t *to) {
+  for (int32_t b = 0; b < 4; b += kBlocks, to += 16 * kBlocks) {
+    const auto part = [&](int32_t number) HWY_ATTR {
+      return hn::TableLookupBytesOr0(blocksAt(kSamples, line, group.window[number] + b),
+                                     hn::Load(kSamples, group.mask[number] + 16 * b));
+    };
+    SampleVec samples = part(0);
+    if constexpr (parts >= 2) {
+      samples = hn::Or(samples, part(1));
+    }
+    if constexpr (parts == 4) {
+      samples = hn::Or(samples, hn::Or(part(2), part(3)));
+    }
+    hn::StoreU(samples, kSamples, to);
+  }
+}
+
+template <int32_t parts>
 HWY_NOINLINE void pickGroups(const uint8_t *line, const PickGroup *group, int32_t groups, uint8_t *to) {
-  for (const PickGroup *const end = group + groups; group != end; ++group) {
-    for (int32_t b = 0; b < 4; b += kBlocks, to += 16 * kBlocks) {
-      const auto part = [&](int32_t number) HWY_ATTR {
-        return hn::TableLookupBytesOr0(blocksAt(kSamples, line, group->window[number] + b),
-                                       hn::Load(kSamples, group->mask[number] + 16 * b));
-      };
-      SampleVec samples = part(0);
-      if constexpr (parts >= 2) {
-        samples = hn::Or(samples, part(1));
-      }
-      if constexpr (parts == 4) {
-        samples = hn::Or(samples, hn::Or(part(2), part(3)));
-      }
-      hn::StoreU(samples, kSamples, to);
+  for (const PickGroup *const end = group + groups; group != end; ++group, to += kPlanGroup) {
+    pickGroup<parts>(line, *group, to);
+  }
+}
+
+/// Every second byte; no masks are needed where a group's windows follow one another.
+HWY_NOINLINE void pickEven(const uint8_t *line, const PickGroup *group, int32_t groups, uint8_t *to) {
+  constexpr std::ptrdiff_t kBytes = 16 * kBlocks;
+  for (const PickGroup *const end = group + groups; group != end; ++group, to += kPlanGroup) {
+    if (group->window[1][3] - group->window[0][0] != 2 * kPlanGroup - kPlanWindow) {
+      pickGroup<2>(line, *group, to);
+      continue;
+    }
+    const uint8_t *from = line + group->window[0][0];
+    for (std::ptrdiff_t i = 0; i < kPlanGroup; i += kBytes) {
+      const auto low = hn::LoadU(kSamples, from + 2 * i);
+      const auto high = hn::LoadU(kSamples, from + 2 * i + kBytes);
+      hn::StoreU(hn::ConcatEven(kSamples, high, low), kSamples, to + i);
     }
   }
 }
@@ -131,7 +192,8 @@ void pickRow(const uint8_t *line, const PickPlan &plan, int32_t firstGroup, int3
   case 1:
     return pickGroups<1>(line, first, groups, to);
   case 2:
-    return pickGroups<2>(line, first, groups, to);
+    return plan.ratio == 2 && plan.step == 1 ? pickEven(line, first, groups, to)
+                                             : pickGroups<2>(line, first, groups, to);
   default:
     return pickGroups<4>(line, first, groups, to);
   }
