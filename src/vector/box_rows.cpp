@@ -17,6 +17,24 @@ int32_t listedBelow(const int32_t *entry, int32_t limit) {
   return count;
 }
 
+/// By the number of samples.
+struct Quotients {
+  BoxQuotient of[kMostBoxSamples * kMostBoxSamples + 1]{};
+
+  constexpr Quotients() {
+    int32_t samples = 0;
+    for (BoxQuotient &quotient : of) {
+      quotient = boxQuotient(samples++ < 2 ? 2 : samples - 1);
+    }
+  }
+};
+
+constexpr Quotients kQuotients;
+
+uint32_t quotientOf(uint32_t sum, const BoxQuotient &quotient) {
+  return (sum * quotient.factor >> 16) >> quotient.shift;
+}
+
 } // namespace
 
 // Sums are made before they are read.
@@ -66,14 +84,16 @@ void BoxRows::columns(int32_t first, int32_t count) {
 
 /// As many boxes a run as have room for their sums.
 void BoxRows::placeRuns() {
+  static_assert((kColumns & (kColumns - 1)) == 0);
   run_ = kColumns;
   while (run_ > kFilterGroup && widest_ + (run_ - 1) * apart_ > kSums) {
     run_ /= 2;
   }
   int32_t notTwo = 0;
   for (int32_t i = 0; i < whole_; ++i) {
-    start_[i] = (entry(i)[0] - entry(i - i % run_)[0]) / sums_.columns;
-    notTwo |= start_[i] - 2 * (i % run_);
+    const int32_t inRun = i & (run_ - 1);
+    start_[i] = (entry(i)[0] - entry(i - inRun)[0]) >> (sums_.columns - 1);
+    notTwo |= start_[i] - 2 * inRun;
   }
   isOfTwo_ = sums_.perBox == 2 && sums_.spacing == 1 && notTwo == 0;
   for (int32_t i = whole_; i % kFilterGroup != 0; ++i) {
@@ -83,12 +103,8 @@ void BoxRows::placeRuns() {
 
 void BoxRows::makeRun(const AddedLines &lines, int32_t from, int32_t end, const BoxQuotient &quotient, uint8_t *to) {
   constexpr int32_t kWindow = 8;
-  AddedLines added = lines;
-  for (int32_t l = 0; l < lines.count; ++l) {
-    added.line[l] += entry(from)[0];
-  }
   const int32_t widest = (sums_.perBox - 1) * sums_.spacing + 1;
-  sums_.add(added, start_[end - 1] + widest, row_);
+  sums_.add(lines, entry(from)[0], start_[end - 1] + widest, row_);
   BoxColumns columns{start_ + from, {}, quotient};
   if (widest > kWindow) {
     for (int32_t i = from; i < end; ++i) {
@@ -96,7 +112,7 @@ void BoxRows::makeRun(const AddedLines &lines, int32_t from, int32_t end, const 
       for (int32_t k = 0; k < sums_.perBox; ++k) {
         sum += row_[start_[i] + k * sums_.spacing];
       }
-      to[i - from] = static_cast<uint8_t>((sum * quotient.factor >> 16) >> quotient.shift);
+      to[i - from] = static_cast<uint8_t>(quotientOf(sum, quotient));
     }
     return;
   }
@@ -112,14 +128,14 @@ void BoxRows::makeRun(const AddedLines &lines, int32_t from, int32_t end, const 
 void BoxRows::makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const {
   for (int32_t i = from; i < count_; ++i) {
     const int32_t columns = listedBelow(entry(i), plane_.limitX);
-    int32_t sum = 0;
+    uint32_t sum = 0;
     for (int32_t l = 0; l < lines.count; ++l) {
       for (int32_t c = 0; c < columns; ++c) {
         sum += lines.line[l][entry(i)[c]];
       }
     }
     const int32_t samples = columns * lines.count;
-    to[i] = samples == 0 ? uint8_t{0} : static_cast<uint8_t>(sum / samples);
+    to[i] = static_cast<uint8_t>(samples == 1 ? sum : quotientOf(sum, kQuotients.of[samples]));
   }
 }
 
@@ -133,7 +149,7 @@ void BoxRows::row(const int32_t *yEntry, uint8_t *to) {
   const int32_t samples = samples_ * lines.count;
   int32_t done = 0;
   if (samples > 0) {
-    const BoxQuotient quotient = boxQuotient(samples > 1 ? samples : 2);
+    const BoxQuotient &quotient = kQuotients.of[samples];
     for (; done < whole_; done += run_) {
       makeRun(lines, done, smaller(done + run_, whole_), quotient, to + done);
     }

@@ -227,13 +227,13 @@ struct BothOnes {
 
 /// Whole vectors, then one that ends with the row.
 template <class Samples, int32_t lineCount, class D>
-HWY_INLINE void addVectors(D d, const AddedLines &lines, int32_t count, uint16_t *sums) {
+HWY_INLINE void addVectors(D d, const AddedLines &lines, int32_t first, int32_t count, uint16_t *sums) {
   constexpr int32_t kLanes = hn::MaxLanes(D());
   const Samples samples{};
   const ptrdiff_t next = lines.next;
   const uint8_t *line[kMostBoxSamples];
   for (int32_t l = 0; l < lineCount; ++l) {
-    line[l] = lines.line[l];
+    line[l] = lines.line[l] + first;
   }
   for (int32_t at = 0;; at = at + 2 * kLanes > count ? count - kLanes : at + kLanes) {
     auto sum = hn::Zero(d);
@@ -251,17 +251,17 @@ HWY_INLINE void addVectors(D d, const AddedLines &lines, int32_t count, uint16_t
 }
 
 template <class Samples, int32_t lineCount>
-HWY_NOINLINE void addCounted(const AddedLines &lines, int32_t count, uint16_t *sums) {
+HWY_NOINLINE void addCounted(const AddedLines &lines, int32_t first, int32_t count, uint16_t *sums) {
   constexpr hn::CappedTag<uint16_t, 8> kShort;
   if (count >= kWords) {
-    addVectors<Samples, lineCount>(d16, lines, count, sums);
+    addVectors<Samples, lineCount>(d16, lines, first, count, sums);
   } else if (count >= 8) {
-    addVectors<Samples, lineCount>(kShort, lines, count, sums);
+    addVectors<Samples, lineCount>(kShort, lines, first, count, sums);
   } else {
     for (int32_t i = 0; i < count; ++i) {
       uint32_t sum = 0;
       for (int32_t l = 0; l < lineCount; ++l) {
-        sum += Samples::one(lines.line[l] + ptrdiff_t{i} * Samples::kStep);
+        sum += Samples::one(lines.line[l] + first + ptrdiff_t{i} * Samples::kStep);
       }
       sums[i] = static_cast<uint16_t>(sum);
     }
@@ -269,23 +269,23 @@ HWY_NOINLINE void addCounted(const AddedLines &lines, int32_t count, uint16_t *s
 }
 
 template <class Samples>
-void addLines(const AddedLines &lines, int32_t count, uint16_t *sums) {
+void addLines(const AddedLines &lines, int32_t first, int32_t count, uint16_t *sums) {
   static_assert(kMostBoxSamples == 7);
   switch (lines.count) {
   case 1:
-    return addCounted<Samples, 1>(lines, count, sums);
+    return addCounted<Samples, 1>(lines, first, count, sums);
   case 2:
-    return addCounted<Samples, 2>(lines, count, sums);
+    return addCounted<Samples, 2>(lines, first, count, sums);
   case 3:
-    return addCounted<Samples, 3>(lines, count, sums);
+    return addCounted<Samples, 3>(lines, first, count, sums);
   case 4:
-    return addCounted<Samples, 4>(lines, count, sums);
+    return addCounted<Samples, 4>(lines, first, count, sums);
   case 5:
-    return addCounted<Samples, 5>(lines, count, sums);
+    return addCounted<Samples, 5>(lines, first, count, sums);
   case 6:
-    return addCounted<Samples, 6>(lines, count, sums);
+    return addCounted<Samples, 6>(lines, first, count, sums);
   default:
-    return addCounted<Samples, 7>(lines, count, sums);
+    return addCounted<Samples, 7>(lines, first, count, sums);
   }
 }
 
@@ -337,6 +337,20 @@ void boxRowOfTwo(const uint16_t *sums, const BoxColumns &columns, int32_t groups
   const VI16 ones = hn::Set(di16, 1);
   const V16 factor = hn::Set(d16, columns.quotient.factor);
   const auto *from = reinterpret_cast<const int16_t *>(sums);
+#if HWY_TARGET == HWY_AVX3
+  // Four groups leave full vectors behind the products.
+  const auto quotients = [&](const int16_t *at) HWY_ATTR {
+    const VI32 low = addedProducts(hn::LoadU(di16, at), ones);
+    const VI32 high = addedProducts(hn::LoadU(di16, at + kWords), ones);
+    const V16 words = hn::BitCast(d16, packedWords(low, high));
+    return hn::BitCast(di16, hn::ShiftRightSame(hn::MulHigh(words, factor), columns.quotient.shift));
+  };
+  const auto order = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
+  for (; groups >= 4; groups -= 4, from += 4 * kWords, to += kBytes) {
+    const V8 bytes = packBlocks(quotients(from), quotients(from + 2 * kWords));
+    hn::StoreU(V8{_mm512_permutexvar_epi32(order, bytes.raw)}, d8, to);
+  }
+#endif
   for (const uint8_t *const end = to + ptrdiff_t{groups} * kFilterGroup; to != end; to += kFilterGroup) {
     VI32 boxes[kVectors];
     for (VI32 &box : boxes) {

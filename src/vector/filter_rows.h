@@ -36,15 +36,16 @@ extern const PerLevel<FivePointRow> FIVE_POINT_ROW;
 /// Samples in each direction of a box at most.
 inline constexpr int32_t kMostBoxSamples = 7;
 
-/// The lines of a box, from the first column that is added on.
+/// The lines of a box: their first samples.
 struct AddedLines {
   const uint8_t *line[kMostBoxSamples];
   int32_t count;
   std::ptrdiff_t next; ///< from the lines to what will be added next, which is asked for in time
 };
 
-/// Adds `count` sums of the lines, at least one: sum i has column i, or columns 2 i and 2 i + 1 weighed 0 or 1.
-using AddLines = void (*)(const AddedLines &lines, int32_t count, uint16_t *sums);
+/// Adds `count` sums of the lines, at least one: sum i has column first + i, or columns first + 2 i and the one behind
+/// it, weighed 0 or 1. Reads those columns.
+using AddLines = void (*)(const AddedLines &lines, int32_t first, int32_t count, uint16_t *sums);
 extern const PerLevel<AddLines> ADD_LINES;
 extern const PerLevel<AddLines> ADD_PAIRS;      ///< both columns
 extern const PerLevel<AddLines> ADD_FIRST_ONES; ///< column 2 i alone
