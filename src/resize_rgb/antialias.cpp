@@ -8,8 +8,10 @@
 #include "kernels/scratch.h"
 #include "kernels/stores.h"
 #include "resize_rgb/box_mean.h"
+#include "vector/filtered.h"
 
 #include <cstring>
+#include <type_traits>
 
 namespace zqcc {
 namespace {
@@ -190,6 +192,9 @@ void filterFrame(const Job &job, const Sharing &sharing) {
 /// Quality 3 averages a box, 1 and 2 five points; the two differ in their tables only.
 template <class Arithmetic, int columnShift, int lineShift>
 void filterByQuality(const Job &job) {
+  if (filteredByRows(job, columnShift, lineShift, std::is_same_v<Arithmetic, PackRgb>)) {
+    return;
+  }
   const ConvertParams &p = job.params;
   const bool words = wordsFit<Turn::Upright>({p.outBuf[0], p.outStride});
   const Sharing sharing{columnShift, lineShift,

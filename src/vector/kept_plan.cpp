@@ -46,13 +46,9 @@ PickPlan picked(const Line &line, const int32_t *xTable, uint8_t *memory) {
   return makePickPlan(memory, line.outputs, {line.samples, 1});
 }
 
-/// A sample and its neighbour are needed, and outputs for every plane; of small pictures, portable code is done before
-/// a plan is made.
-bool isPlanned(const Line &luma, const Line &chroma, int32_t height) {
-  constexpr int32_t kLeastOutputs = 16;
-  constexpr int64_t kLeastPixels = 512;
-  return chroma.samples >= 2 && chroma.outputs > 0 && luma.outputs >= kLeastOutputs &&
-         int64_t{luma.outputs} * height >= kLeastPixels;
+/// A sample and its neighbour are needed, and outputs for every plane.
+bool isPlanned(const Line &chroma) {
+  return chroma.samples >= 2 && chroma.outputs > 0;
 }
 
 } // namespace
@@ -60,7 +56,7 @@ bool isPlanned(const Line &luma, const Line &chroma, int32_t height) {
 uint64_t keptPlanBytes(PlanKind kind, const ConvertParams &seen) {
   const Line luma = lumaOf(seen);
   const Line chroma = chromaOf(kind, seen);
-  if (!isPlanned(luma, chroma, seen.outHeight)) {
+  if (!isPlanned(chroma)) {
     return 0;
   }
   const auto bytesOf = kind == PlanKind::Planes420Nearest ? pickPlanBytes : tapPlanBytes;

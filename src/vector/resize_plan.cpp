@@ -1,6 +1,7 @@
 #include "vector/resize_plan.h"
 
 #include "base/limits.h"
+#include "base/picture_shape.h"
 #include "base/table_format.h"
 #include "kernels/layouts.h"
 
@@ -150,6 +151,23 @@ void halfColumns(int32_t samples, int32_t outWidth, const int32_t *xTable, int32
   }
 }
 
+/// The lines of five-point means. Columns of 4:2:2 chroma end at the pitch of two lines, which no tap reaches.
+struct FilterLines {
+  FilterLine luma;
+  FilterLine chroma;
+};
+
+FilterLines filterLines(const ConvertParams &seen) {
+  const auto outputs = [&seen](int shift) { return (seen.outWidth + (1 << shift) - 1) >> shift; };
+  const int32_t columns = chromaShape(seen.inType, seen.inWidth, seen.inHeight, seen.inStride).columns;
+  const FilterLine luma{seen.outWidth, seen.inWidth, seen.inWidth};
+  if (isPlanar422(seen.inType)) {
+    return {luma, {outputs(1), 2 * columns, INT32_MAX}};
+  }
+  const int shift = columns == seen.inWidth ? 0 : (seen.inType == COLOR_YUV411_PLANAR ? 2 : 1);
+  return {luma, {outputs(shift), columns, columns}};
+}
+
 } // namespace
 
 Weighting weightingOf(PlanKind kind) {
@@ -194,6 +212,10 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
     const uint64_t bytes = keptPlanBytes(kind, seen);
     return bytes == 0 ? 0 : bytes + aligned(sizeof(ResizePlan));
   }
+  if (kind == PlanKind::FivePoint) {
+    const FilterLines lines = filterLines(seen);
+    return aligned(sizeof(ResizePlan)) + filterPlanBytes(lines.luma, lines.chroma);
+  }
   const Parts parts = partsOf(kind, seen);
   uint64_t bytes = 0;
   bytes += parts.interpolated ? aligned(tapPlanBytes(seen.outWidth)) : 0;
@@ -204,12 +226,18 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
 
 void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, uint8_t *memory) {
   const Parts parts = partsOf(kind, seen);
-  auto *plan = ::new (memory) ResizePlan{kind, {}, {}, {}, {}};
+  auto *plan = ::new (memory) ResizePlan{kind, {}, {}, {}, {}, {}};
   if (keepsType(kind)) {
     plan->kept = makeKeptPlan(kind, seen, xTable, memory + aligned(sizeof(ResizePlan)));
     return;
   }
   Pieces pieces(memory);
+  if (kind == PlanKind::FivePoint) {
+    const FilterLines lines = filterLines(seen);
+    plan->filter = makeFilterPlan(xTable, lines.luma, lines.chroma,
+                                  pieces.take(static_cast<std::size_t>(filterPlanBytes(lines.luma, lines.chroma))));
+    return;
+  }
   if (parts.interpolated) {
     plan->luma = interpolated(kind, seen, xTable, pieces);
   }

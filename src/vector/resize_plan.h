@@ -11,6 +11,7 @@
 #if ZQCC_VECTOR
 #include "kernels/chroma_rules.h"
 #include "vector/column_plan.h"
+#include "vector/filter_plan.h"
 #include "vector/kept_plan.h"
 #endif
 
@@ -37,10 +38,11 @@ const ChromaRule *chromaRuleOf(PlanKind kind);
 
 struct ResizePlan {
   PlanKind kind;
-  TapPlan luma;    ///< interpolated columns, of luma or of every plane of RGB
-  PickPlan picked; ///< columns of luma that are taken as they are
-  PickPlan chroma; ///< the same, of chroma
-  KeptPlan kept;   ///< columns of pictures that keep their type
+  TapPlan luma;      ///< interpolated columns, of luma or of every plane of RGB
+  PickPlan picked;   ///< columns of luma that are taken as they are
+  PickPlan chroma;   ///< the same, of chroma
+  FilterPlan filter; ///< columns of five-point means
+  KeptPlan kept;     ///< columns of pictures that keep their type
 };
 
 /// Bytes of the plan of a frame that the routine sees as `seen`; 0 if it has none. May be more than memory can be

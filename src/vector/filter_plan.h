@@ -1,0 +1,81 @@
+// Which bytes of a source line the five taps of every output column are made of, laid out as vector code reads them.
+// Plans are made at set-up by portable code from the words of a filtered table and serve every level.
+#pragma once
+
+#include "base/table_format.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zqcc {
+
+/// Outputs of a group: 32 bits each in the widest vectors.
+inline constexpr int32_t kFilterGroup = 16;
+
+/// Bytes of a group in a row of windows: four for every output.
+inline constexpr int32_t kWindowBytes = 4 * kFilterGroup;
+
+constexpr int32_t filterGroups(int32_t outputs) {
+  return (outputs + kFilterGroup - 1) / kFilterGroup;
+}
+
+/// Sixteen outputs, four to a block of 128 bits, in their order. A tap is two neighbouring bytes of a row of windows.
+/// Weights are times 16: a sample is then the top byte of a sum modulo 2^32, whatever the signs of the weights.
+struct alignas(64) FilterGroup {
+  int16_t weight[kFilterTaps][2 * kFilterGroup]; ///< [tap][2 i]: 16 (1024 - next), 16 next
+  uint8_t mask[kFilterTaps][kWindowBytes];       ///< [tap][4 i]: number of the byte in its block, 0x80, the next, 0x80
+};
+
+/// What the rows of windows of a source line hold.
+enum class FilterWindows : int32_t {
+  Near,     ///< as Shared, and a group's windows lie at multiples of four from the first of 64 bytes that hold them all
+  Shared,   ///< one row: 16 bytes for four outputs hold all of their taps
+  OfTaps,   ///< a row for each tap: 16 bytes for four outputs hold one tap of each
+  Gathered, ///< a row for each tap: four bytes for an output
+};
+
+struct NearWindows {
+  int32_t first;
+  uint8_t from[kFilterGroup];
+};
+
+/// The columns of a plane.
+struct FilterColumns {
+  const FilterGroup *groups;
+  /// First bytes of the windows in the line: for every group four, of every tap four, or of every tap sixteen.
+  const int32_t *windows;
+  /// Of Near windows: the first of the 64 bytes, and where in them, in fours, the 16 outputs have theirs.
+  const NearWindows *near;
+};
+
+/// The columns of a frame's planes. Chroma takes the entries that luma takes, and its line ends earlier: most groups
+/// are the same.
+struct FilterPlan {
+  bool exists; ///< false where some tap stands where no plan reaches, or a line is too short
+  FilterWindows kind;
+  FilterColumns luma;
+  FilterColumns chroma; ///< from group `common` on
+  int32_t common;       ///< chroma's groups before this are luma's
+
+  [[nodiscard]] bool isShared() const { return kind == FilterWindows::Near || kind == FilterWindows::Shared; }
+  [[nodiscard]] int32_t windowsPerGroup() const {
+    constexpr auto kTaps = static_cast<int32_t>(kFilterTaps);
+    return isShared() ? 4 : (kind == FilterWindows::OfTaps ? 4 : kFilterGroup) * kTaps;
+  }
+};
+
+/// The lines of a plane: bytes of it that every line has, and where taps step back at its end, see HeldAtEnd in
+/// kernels/taps.h.
+struct FilterLine {
+  int32_t outputs;
+  int32_t samples;
+  int32_t limit;
+};
+
+/// Bytes that a plan takes at most.
+uint64_t filterPlanBytes(const FilterLine &luma, const FilterLine &chroma);
+
+/// Makes the plan of a filtered table in as many bytes, which begin at a multiple of 64.
+FilterPlan makeFilterPlan(const int32_t *table, const FilterLine &luma, const FilterLine &chroma, uint8_t *memory);
+
+} // namespace zqcc

@@ -1,0 +1,379 @@
+#include "vector/targets.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "vector/filter_rows.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "vector/filter_rows.h"
+#include "vector/words-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace zqcc::HWY_NAMESPACE {
+namespace {
+
+using D8 = hn::ScalableTag<uint8_t>;
+using D16 = hn::Repartition<uint16_t, D8>;
+using DI16 = hn::Repartition<int16_t, D8>;
+using DI32 = hn::Repartition<int32_t, D8>;
+using V8 = hn::Vec<D8>;
+using V16 = hn::Vec<D16>;
+using VI16 = hn::Vec<DI16>;
+using VI32 = hn::Vec<DI32>;
+constexpr D8 d8;
+constexpr D16 d16;
+constexpr DI16 di16;
+constexpr DI32 di32;
+
+constexpr int32_t kBytes = hn::MaxLanes(d8);
+constexpr int32_t kWords = hn::MaxLanes(d16);
+constexpr int32_t kLongs = hn::MaxLanes(di32);
+constexpr int kVectors = kWindowBytes / kBytes; ///< of a group
+constexpr auto kTaps = static_cast<int32_t>(kFilterTaps);
+
+/// Products of words, added in pairs.
+HWY_INLINE VI32 addedProducts(VI16 a, VI16 b) {
+  VI32 odd = hn::Zero(di32);
+  const VI32 even = hn::ReorderWidenMulAccumulate(di32, a, b, hn::Zero(di32), odd);
+  return hn::RearrangeToOddPlusEven(even, odd);
+}
+
+/// The lanes of a block of `a`, then those of the same block of `b`.
+HWY_INLINE VI16 packedWords(VI32 a, VI32 b) {
+  return hn::ReorderDemote2To(di16, a, b);
+}
+
+/// Stores the quotients of 16 sums below 2^16 as bytes.
+HWY_INLINE void storeQuotients(const VI32 (&sums)[kVectors], V16 factor, int shift, uint8_t *to) {
+  const auto quotient = [&](VI16 words) HWY_ATTR {
+    return hn::BitCast(di16, hn::ShiftRightSame(hn::MulHigh(hn::BitCast(d16, words), factor), shift));
+  };
+#if HWY_TARGET == HWY_AVX3
+  _mm_storeu_si128(reinterpret_cast<__m128i *>(to), _mm512_cvtepi32_epi8(quotient(hn::BitCast(di16, sums[0])).raw));
+#elif HWY_TARGET == HWY_AVX2
+  const VI16 words = quotient(packedWords(sums[0], sums[1]));
+  const auto bytes = packBlocks(words, words);
+  const auto order = _mm256_setr_epi32(0, 4, 1, 5, 0, 4, 1, 5);
+  _mm_storeu_si128(reinterpret_cast<__m128i *>(to),
+                   _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(bytes.raw, order)));
+#else
+  const VI16 low = quotient(packedWords(sums[0], sums[1]));
+  const VI16 high = quotient(packedWords(sums[2], sums[3]));
+  hn::StoreU(packBlocks(low, high), d8, to);
+#endif
+}
+
+// --- Five points ----------------------------------------------------------------------------------------------------
+
+/// Sixteen bytes of every place.
+HWY_INLINE V8 windowsAt(const uint8_t *line, const int32_t *first) {
+#if HWY_MAX_BYTES == 16
+  return hn::LoadU(d8, line + first[0]);
+#else
+  const hn::Half<D8> dh;
+#if HWY_MAX_BYTES == 32
+  return hn::Combine(d8, hn::LoadU(dh, line + first[1]), hn::LoadU(dh, line + first[0]));
+#else
+  const hn::Half<decltype(dh)> dq;
+  return hn::Combine(d8, hn::Combine(dh, hn::LoadU(dq, line + first[3]), hn::LoadU(dq, line + first[2])),
+                     hn::Combine(dh, hn::LoadU(dq, line + first[1]), hn::LoadU(dq, line + first[0])));
+#endif
+#endif
+}
+
+void windowRow(const uint8_t *line, const FilterColumns &columns, int32_t groups, uint8_t *row) {
+  const int32_t *first = columns.windows;
+  for (const uint8_t *const end = row + ptrdiff_t{groups} * kWindowBytes; row != end; row += kBytes) {
+    hn::StoreU(windowsAt(line, first), d8, row);
+    first += kBytes / 16;
+  }
+}
+
+#if HWY_TARGET == HWY_AVX3
+void nearWindowRow(const uint8_t *line, const FilterColumns &columns, int32_t groups, uint8_t *row) {
+  const NearWindows *near = columns.near;
+  for (const uint8_t *const end = row + ptrdiff_t{groups} * kWindowBytes; row != end; row += kWindowBytes, ++near) {
+    const __m512i from = _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i *>(near->from)));
+    hn::StoreU(V8{_mm512_permutexvar_epi32(from, hn::LoadU(d8, line + near->first).raw)}, d8, row);
+  }
+}
+#else
+constexpr WindowRow nearWindowRow = windowRow;
+#endif
+
+/// Fifth of a sum up to 1275: the upper half of the product with 2^16 / 5, rounded up.
+constexpr uint16_t kFifth = 13108;
+
+// A sample is floor(S / 2^20) modulo 2^8, S = (p00 (1024 - x) + p01 x) (1024 - y) + (p10 (1024 - x) + p11 x) y. S is a
+// whole number, so the order of the sums is free. With weights of columns times 16 the sample is the upper byte of
+// 16 S modulo 2^32, negative weights included.
+
+#if HWY_TARGET == HWY_AVX3
+
+/// Lines first, in words: with y = 32 high + low, p0 (1024 - y) + p1 y is 32 (p0 (32 - high) + p1 high) + (p1 - p0)
+/// low. Weights of a line lie within -1023 and 1023, so the factors fit signed bytes and both sums words. Multiplying
+/// 32-bit sums would be two instructions more a tap.
+struct LineFactors {
+  VI16 high[kTaps];
+  VI16 low[kTaps];
+
+  HWY_INLINE explicit LineFactors(const int32_t (&next)[kTaps]) {
+    for (int32_t t = 0; t < kTaps; ++t) {
+      const int32_t part = next[t] >> 5;
+      const int32_t rest = next[t] & 31;
+      high[t] = hn::Set(di16, static_cast<int16_t>((part * 256) | (32 - part)));
+      low[t] = hn::Set(di16, static_cast<int16_t>((rest * 256) | (-rest & 255)));
+    }
+  }
+};
+
+/// 16 S of 16 outputs.
+HWY_INLINE VI32 tapSum(V8 top, V8 bottom, const uint8_t *mask, VI16 weight, VI16 high, VI16 low) {
+  constexpr __mmask64 kOdd = 0xAAAAAAAAAAAAAAAAULL;
+  // Bytes of the lower line go between those of the upper one: their mask is the same, one byte on.
+  const auto upper = _mm512_shuffle_epi8(top.raw, hn::Load(d8, mask).raw);
+  const V8 pairs{_mm512_mask_shuffle_epi8(upper, kOdd, bottom.raw, hn::LoadU(d8, mask - 1).raw)};
+  const VI32 highSum = addedProducts(sumPairs(pairs, high), weight);
+  const VI32 lowSum = addedProducts(sumPairs(pairs, low), weight);
+  return hn::Add(hn::ShiftLeft<5>(highSum), lowSum);
+}
+
+#else
+
+/// Columns first, then products of 32 bits.
+struct LineFactors {
+  VI32 high[kTaps];
+  VI32 low[kTaps];
+
+  HWY_INLINE explicit LineFactors(const int32_t (&next)[kTaps]) {
+    for (int32_t t = 0; t < kTaps; ++t) {
+      high[t] = hn::Set(di32, kWholeWeight - next[t]);
+      low[t] = hn::Set(di32, next[t]);
+    }
+  }
+};
+
+HWY_INLINE VI32 tapSum(V8 top, V8 bottom, const uint8_t *mask, VI16 weight, VI32 high, VI32 low) {
+  const V8 order = hn::Load(d8, mask);
+  const auto mixed = [&](V8 window) HWY_ATTR {
+    return addedProducts(hn::BitCast(di16, hn::TableLookupBytesOr0(window, order)), weight);
+  };
+  return hn::Add(hn::Mul(mixed(top), high), hn::Mul(mixed(bottom), low));
+}
+
+#endif
+
+void fivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLines &lines, uint8_t *to) {
+  const hn::RebindToUnsigned<DI32> du32;
+  const LineFactors factors(lines.next);
+  const V16 fifth = hn::Set(d16, kFifth);
+  for (ptrdiff_t at = 0; at < ptrdiff_t{groups} * kWindowBytes; at += kWindowBytes, ++columns) {
+    VI32 sums[kVectors];
+    for (int v = 0; v < kVectors; ++v) {
+      auto sum = hn::Zero(du32);
+      for (int32_t t = 0; t < kTaps; ++t) {
+        const ptrdiff_t from = at + ptrdiff_t{v} * kBytes;
+        const VI32 tap = tapSum(hn::LoadU(d8, lines.top[t] + from), hn::LoadU(d8, lines.bottom[t] + from),
+                                columns->mask[t] + v * kBytes, hn::Load(di16, columns->weight[t] + v * kWords),
+                                factors.high[t], factors.low[t]);
+        sum = hn::Add(sum, hn::ShiftRight<24>(hn::BitCast(du32, tap)));
+      }
+      sums[v] = hn::BitCast(di32, sum);
+    }
+    storeQuotients(sums, fifth, 0, to + at / 4);
+  }
+}
+
+// --- Boxes ----------------------------------------------------------------------------------------------------------
+
+/// Sums of `lanes` columns of a line.
+struct Columns {
+  static constexpr int32_t kStep = 1;
+
+  template <class D>
+  HWY_INLINE hn::Vec<D> operator()(D d, const uint8_t *from) const {
+    return hn::PromoteTo(d, hn::LoadU(hn::Rebind<uint8_t, D>(), from));
+  }
+  static uint32_t one(const uint8_t *from) { return *from; }
+};
+
+struct FirstOnes {
+  static constexpr int32_t kStep = 2;
+
+  template <class D>
+  HWY_INLINE hn::Vec<D> operator()(D d, const uint8_t *from) const {
+    return hn::And(hn::BitCast(d, hn::LoadU(hn::Repartition<uint8_t, D>(), from)), hn::Set(d, 0xFF));
+  }
+  static uint32_t one(const uint8_t *from) { return *from; }
+};
+
+struct BothOnes {
+  static constexpr int32_t kStep = 2;
+
+  template <class D>
+  HWY_INLINE hn::Vec<D> operator()(D d, const uint8_t *from) const {
+    const auto bytes = hn::LoadU(hn::Repartition<uint8_t, D>(), from);
+#if HWY_ARCH_X86
+    const hn::RebindToSigned<D> di;
+    return hn::BitCast(d, sumPairs(bytes, hn::Set(di, 0x0101)));
+#else
+    return hn::Add(hn::And(hn::BitCast(d, bytes), hn::Set(d, 0xFF)), hn::ShiftRight<8>(hn::BitCast(d, bytes)));
+#endif
+  }
+  static uint32_t one(const uint8_t *from) {
+    return static_cast<uint32_t>(from[0] + from[1]);
+  }
+};
+
+/// Whole vectors, then one that ends with the row.
+template <class Samples, int32_t lineCount, class D>
+HWY_INLINE void addVectors(D d, const AddedLines &lines, int32_t first, int32_t count, uint16_t *sums) {
+  constexpr int32_t kLanes = hn::MaxLanes(D());
+  const Samples samples{};
+  const ptrdiff_t next = lines.next;
+  const uint8_t *line[kMostBoxSamples];
+  for (int32_t l = 0; l < lineCount; ++l) {
+    line[l] = lines.line[l] + first;
+  }
+  for (int32_t at = 0;; at = at + 2 * kLanes > count ? count - kLanes : at + kLanes) {
+    auto sum = hn::Zero(d);
+    for (int32_t l = 0; l < lineCount; ++l) {
+      const uint8_t *from = line[l] + ptrdiff_t{at} * Samples::kStep;
+      __builtin_prefetch(from + next);
+      const auto columns = samples(d, from);
+      sum = l == 0 ? columns : hn::Add(sum, columns);
+    }
+    hn::StoreU(sum, d, sums + at);
+    if (at + kLanes == count) {
+      return;
+    }
+  }
+}
+
+template <class Samples, int32_t lineCount>
+HWY_NOINLINE void addCounted(const AddedLines &lines, int32_t first, int32_t count, uint16_t *sums) {
+  constexpr hn::CappedTag<uint16_t, 8> kShort;
+  if (count >= kWords) {
+    addVectors<Samples, lineCount>(d16, lines, first, count, sums);
+  } else if (count >= 8) {
+    addVectors<Samples, lineCount>(kShort, lines, first, count, sums);
+  } else {
+    for (int32_t i = 0; i < count; ++i) {
+      uint32_t sum = 0;
+      for (int32_t l = 0; l < lineCount; ++l) {
+        sum += Samples::one(lines.line[l] + first + ptrdiff_t{i} * Samples::kStep);
+      }
+      sums[i] = static_cast<uint16_t>(sum);
+    }
+  }
+}
+
+template <class Samples>
+void addLines(const AddedLines &lines, int32_t first, int32_t count, uint16_t *sums) {
+  static_assert(kMostBoxSamples == 7);
+  switch (lines.count) {
+  case 1:
+    return addCounted<Samples, 1>(lines, first, count, sums);
+  case 2:
+    return addCounted<Samples, 2>(lines, first, count, sums);
+  case 3:
+    return addCounted<Samples, 3>(lines, first, count, sums);
+  case 4:
+    return addCounted<Samples, 4>(lines, first, count, sums);
+  case 5:
+    return addCounted<Samples, 5>(lines, first, count, sums);
+  case 6:
+    return addCounted<Samples, 6>(lines, first, count, sums);
+  default:
+    return addCounted<Samples, 7>(lines, first, count, sums);
+  }
+}
+
+constexpr AddLines addColumns = addLines<Columns>;
+constexpr AddLines addPairs = addLines<BothOnes>;
+constexpr AddLines addFirstOnes = addLines<FirstOnes>;
+
+/// Eight sums from first[0] on in the first block, from first[4], first[8] and first[12] on in the next ones.
+HWY_INLINE VI16 windows(const uint16_t *sums, const int32_t *first) {
+  const auto *from = reinterpret_cast<const int16_t *>(sums);
+#if HWY_MAX_BYTES == 16
+  return hn::LoadU(di16, from + first[0]);
+#else
+  const hn::Half<DI16> dh;
+#if HWY_MAX_BYTES == 32
+  return hn::Combine(di16, hn::LoadU(dh, from + first[4]), hn::LoadU(dh, from + first[0]));
+#else
+  const hn::Half<decltype(dh)> dq;
+  return hn::Combine(di16, hn::Combine(dh, hn::LoadU(dq, from + first[12]), hn::LoadU(dq, from + first[8])),
+                     hn::Combine(dh, hn::LoadU(dq, from + first[4]), hn::LoadU(dq, from + first[0])));
+#endif
+#endif
+}
+
+/// Boxes of a vector, four to a block: products leave four partial sums of each, two more rounds one.
+HWY_INLINE VI32 boxSums(const uint16_t *sums, const int32_t *first, VI16 pattern) {
+  const VI16 ones = hn::Set(di16, 1);
+  const auto partial = [&](int k) HWY_ATTR { return addedProducts(windows(sums, first + k), pattern); };
+  const VI32 low = addedProducts(packedWords(partial(0), partial(1)), ones);
+  const VI32 high = addedProducts(packedWords(partial(2), partial(3)), ones);
+  return addedProducts(packedWords(low, high), ones);
+}
+
+void boxRow(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uint8_t *to) {
+  const VI16 pattern = hn::LoadDup128(di16, columns.pattern);
+  const V16 factor = hn::Set(d16, columns.quotient.factor);
+  const int32_t *first = columns.first;
+  for (const uint8_t *const end = to + ptrdiff_t{groups} * kFilterGroup; to != end; to += kFilterGroup) {
+    VI32 boxes[kVectors];
+    for (VI32 &box : boxes) {
+      box = boxSums(sums, first, pattern);
+      first += kLongs;
+    }
+    storeQuotients(boxes, factor, columns.quotient.shift, to);
+  }
+}
+
+void boxRowOfTwo(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uint8_t *to) {
+  const VI16 ones = hn::Set(di16, 1);
+  const V16 factor = hn::Set(d16, columns.quotient.factor);
+  const auto *from = reinterpret_cast<const int16_t *>(sums);
+#if HWY_TARGET == HWY_AVX3
+  // Four groups leave full vectors behind the products.
+  const auto quotients = [&](const int16_t *at) HWY_ATTR {
+    const VI32 low = addedProducts(hn::LoadU(di16, at), ones);
+    const VI32 high = addedProducts(hn::LoadU(di16, at + kWords), ones);
+    const V16 words = hn::BitCast(d16, packedWords(low, high));
+    return hn::BitCast(di16, hn::ShiftRightSame(hn::MulHigh(words, factor), columns.quotient.shift));
+  };
+  const auto order = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
+  for (; groups >= 4; groups -= 4, from += 4 * kWords, to += kBytes) {
+    const V8 bytes = packBlocks(quotients(from), quotients(from + 2 * kWords));
+    hn::StoreU(V8{_mm512_permutexvar_epi32(order, bytes.raw)}, d8, to);
+  }
+#endif
+  for (const uint8_t *const end = to + ptrdiff_t{groups} * kFilterGroup; to != end; to += kFilterGroup) {
+    VI32 boxes[kVectors];
+    for (VI32 &box : boxes) {
+      box = addedProducts(hn::LoadU(di16, from), ones);
+      from += kWords;
+    }
+    storeQuotients(boxes, factor, columns.quotient.shift, to);
+  }
+}
+
+} // namespace
+} // namespace zqcc::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace zqcc {
+constexpr PerLevel<WindowRow> WINDOW_ROW = ZQCC_EVERY_LEVEL(windowRow);
+constexpr PerLevel<WindowRow> NEAR_WINDOW_ROW = ZQCC_EVERY_LEVEL(nearWindowRow);
+constexpr PerLevel<FivePointRow> FIVE_POINT_ROW = ZQCC_EVERY_LEVEL(fivePointRow);
+constexpr PerLevel<AddLines> ADD_LINES = ZQCC_EVERY_LEVEL(addColumns);
+constexpr PerLevel<AddLines> ADD_PAIRS = ZQCC_EVERY_LEVEL(addPairs);
+constexpr PerLevel<AddLines> ADD_FIRST_ONES = ZQCC_EVERY_LEVEL(addFirstOnes);
+constexpr PerLevel<BoxRow> BOX_ROW = ZQCC_EVERY_LEVEL(boxRow);
+constexpr PerLevel<BoxRow> BOX_ROW_OF_TWO = ZQCC_EVERY_LEVEL(boxRowOfTwo);
+} // namespace zqcc
+#endif

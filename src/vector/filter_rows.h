@@ -1,0 +1,86 @@
+// Stages that make rows of 8-bit samples of another width by means of several source samples.
+//
+//     WINDOW_ROW       source line                     -> row of windows
+//     FIVE_POINT_ROW   rows of windows of source lines -> row of means of five bilinear samples
+//     ADD_LINES        source lines                    -> row of sums, one for a column
+//     ADD_PAIRS        source lines                    -> row of sums, one for two columns
+//     BOX_ROW          row of sums                     -> row of means of a box
+//     BOX_ROW_OF_TWO   row of sums                     -> the same for boxes of two sums that follow one another
+#pragma once
+
+#include "base/levels.h"
+#include "vector/filter_plan.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zqcc {
+
+/// Lays the windows of `groups` groups out, four of 16 bytes each. Of Near windows the 64 bytes that hold them are
+/// read.
+using WindowRow = void (*)(const uint8_t *line, const FilterColumns &columns, int32_t groups, uint8_t *row);
+extern const PerLevel<WindowRow> WINDOW_ROW;
+extern const PerLevel<WindowRow> NEAR_WINDOW_ROW;
+
+/// For each tap the rows of windows of its two lines, and the weight of the lower one out of 1024.
+struct FivePointLines {
+  const uint8_t *top[kFilterTaps];
+  const uint8_t *bottom[kFilterTaps];
+  int32_t next[kFilterTaps];
+};
+
+/// Means of five samples, each the low 8 bits of the bilinear sum: `groups` groups of 16 outputs.
+using FivePointRow = void (*)(const FilterGroup *columns, int32_t groups, const FivePointLines &lines, uint8_t *to);
+extern const PerLevel<FivePointRow> FIVE_POINT_ROW;
+
+/// Samples in each direction of a box at most.
+inline constexpr int32_t kMostBoxSamples = 7;
+
+/// The lines of a box: their first samples.
+struct AddedLines {
+  const uint8_t *line[kMostBoxSamples];
+  int32_t count;
+  std::ptrdiff_t next; ///< from the lines to what will be added next, which is asked for in time
+};
+
+/// Adds `count` sums of the lines, at least one: sum i has column first + i, or columns first + 2 i and the one behind
+/// it, weighed 0 or 1. Reads those columns.
+using AddLines = void (*)(const AddedLines &lines, int32_t first, int32_t count, uint16_t *sums);
+extern const PerLevel<AddLines> ADD_LINES;
+extern const PerLevel<AddLines> ADD_PAIRS;      ///< both columns
+extern const PerLevel<AddLines> ADD_FIRST_ONES; ///< column 2 i alone
+
+/// A division of 16-bit sums: the upper half of a product, then a shift.
+struct BoxQuotient {
+  uint16_t factor;
+  int32_t shift;
+};
+
+/// Exact for sums of `samples` samples, two at least and kMostBoxSamples squared at most: 2^shift < samples <=
+/// 2^(shift + 1), and the factor is 2^(16 + shift) / samples, rounded up.
+constexpr BoxQuotient boxQuotient(int32_t samples) {
+  int32_t shift = 0;
+  while (2 << shift < samples) {
+    ++shift;
+  }
+  return {
+      static_cast<uint16_t>(((65536U << shift) + static_cast<uint32_t>(samples) - 1) / static_cast<uint32_t>(samples)),
+      shift};
+}
+
+/// Boxes of a row: where in the row of sums each begins, which of the eight sums from there on count (as factors), and
+/// what their sum is divided by.
+struct BoxColumns {
+  const int32_t *first;
+  int16_t pattern[8];
+  BoxQuotient quotient;
+};
+
+/// Means of `groups` groups of 16 boxes. Reads eight sums for every box.
+using BoxRow = void (*)(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uint8_t *to);
+extern const PerLevel<BoxRow> BOX_ROW;
+/// The same for boxes i that have sums 2 i and 2 i + 1, which must be 32 to a group; `first` and `pattern` are not
+/// looked at.
+extern const PerLevel<BoxRow> BOX_ROW_OF_TWO;
+
+} // namespace zqcc

@@ -1,0 +1,51 @@
+#include "vector/filtered.h"
+
+#include "vector/box_rows.h"
+#include "vector/filter_samplers.h"
+#include "vector/five_point_rows.h"
+#include "vector/resize_plan.h"
+#include "vector/row_stages.h"
+
+namespace zqcc {
+namespace {
+
+ResizeStages stagesOf(const ChromaShifts &shifts, bool isRgb) {
+  const ColourStages &colour = isRgb ? kColourOf<PackRgb> : kColourOf<StudioSixBit>;
+  ResizeStages stages{nullptr, colour.full, nullptr, kPlaceOf<2>, 2};
+  if (shifts.columns > 0) {
+    stages.pair = shifts.lines > 0 ? colour.halfPair : nullptr;
+    stages.single = colour.half;
+  }
+  return stages;
+}
+
+template <class Rows>
+bool filterBy(const Job &job, const MeanPlanes &planes, const ChromaShifts &shifts, bool isRgb) {
+  const ConvertParams &p = job.params;
+  FilterSampler<Rows> sampler(job, planes, shifts);
+  return resizeByRows(sampler, stagesOf(shifts, isRgb), job.levels,
+                      {Turn::Upright, p.outWidth, p.outHeight, {p.outBuf[0], p.outStride}}, *job.matrix);
+}
+
+} // namespace
+
+bool filteredByRows(const Job &job, int32_t columnShift, int32_t lineShift, bool isRgb) {
+  const ChromaShifts shifts{columnShift, lineShift};
+  const MeanPlanes planes(job.params);
+  if (job.levels == setOf(LEVEL_PORTABLE)) {
+    return false;
+  }
+  if (job.params.antiAlias == 3) {
+    for (int i = 0; i < 2; ++i) {
+      if (!BoxRows(job, planes.planes[i], i).exist()) {
+        return false;
+      }
+    }
+    return filterBy<BoxRows>(job, planes, shifts, isRgb);
+  }
+  // A plan is made for lines that do not end before the picture does.
+  const bool isPlanned = job.plan != nullptr && job.plan->filter.exists && job.params.inStride >= job.params.inWidth;
+  return isPlanned && planes.planes[1].limitY > 0 && filterBy<FivePointRows>(job, planes, shifts, isRgb);
+}
+
+} // namespace zqcc

@@ -1,0 +1,56 @@
+// Rows of five-point means of a plane.
+#pragma once
+
+#include "base/job.h"
+#include "vector/filter_planes.h"
+#include "vector/filter_rows.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zqcc {
+
+/// Means of the columns of a chunk, a line at a time. The windows of a source line are laid out once and kept while
+/// output lines take taps of them.
+class FivePointRows {
+public:
+  /// Windows of a chunk of this width stay in the first-level cache, and so does its part of the plan.
+  static constexpr int32_t kColumns = 512;
+
+  /// Plane 0 of a frame is luma, 1 and 2 chroma.
+  FivePointRows(const Job &job, const MeanPlane &plane, int number);
+
+  void columns(int32_t first, int32_t count);
+
+  /// A row of the lines of a table entry; whole groups are written.
+  void row(const int32_t *yEntry, uint8_t *to);
+
+private:
+  /// The lines that an output line takes lie within this many: floor(p + 1.6) + 1 - floor(p - 1.6) is at most 5.
+  static constexpr int32_t kSharedRows = 6;
+  /// A tap of its own takes two lines that are neighbours.
+  static constexpr int32_t kTapRows = 2;
+  static constexpr int32_t kSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
+  static constexpr int32_t kRowBytes = 4 * kColumns;
+
+  const uint8_t *windowsOf(int32_t line, int32_t tap);
+  void prefetch(int32_t line) const;
+  void fill(const uint8_t *line, int32_t tap, uint8_t *row) const;
+
+  /// Groups of the plan that lie in one array.
+  struct Part {
+    FilterColumns columns;
+    int32_t groups;
+  };
+
+  const FilterPlan &plan_;
+  MeanPlane plane_;
+  WindowRow windowRow_;
+  FivePointRow stage_;
+  bool isLuma_;
+  Part parts_[2]{};
+  int32_t held_[kSlots];
+  alignas(64) uint8_t windows_[kSlots][kRowBytes];
+};
+
+} // namespace zqcc
