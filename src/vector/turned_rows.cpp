@@ -1,17 +1,10 @@
 #include "vector/turned_rows.h"
 
 #include "base/limits.h"
+#include "vector/lines_ahead.h"
 
 namespace zqcc {
 namespace {
-
-/// Pixels to do next of those that are left: at most `most`, and not so many that less than a row would remain.
-constexpr int32_t nextPixels(int32_t left, int32_t most) {
-  if (left <= most) {
-    return left;
-  }
-  return left - most < kLeastPixels ? most - kLeastPixels : most;
-}
 
 /// A block of a quarter turn in the first-level cache. Long rows have less to do for a pixel, many lines fill more of
 /// an output line at a time.
@@ -23,33 +16,6 @@ constexpr int32_t blockColumnsOf(std::ptrdiff_t pixelBytes) {
 }
 static_assert(blockColumnsOf(2) * kBlockLines * 2 <= kBlockBytes && blockColumnsOf(3) * kBlockLines * 3 <= kBlockBytes);
 
-/// Asks for output lines before they are written, a few at a time: all at once would have to wait for each other.
-class LinesAhead {
-public:
-  /// `lines` lines, of which `bytes` bytes will be written, in `times` times.
-  LinesAhead(const uint8_t *first, std::ptrdiff_t stride, int32_t lines, std::ptrdiff_t bytes, int32_t times)
-      : line_(first), end_(first + lines * stride), stride_(stride), lastByte_(bytes - 1),
-        advance_((lines + times - 1) / times * stride) {}
-
-  void next() {
-    const std::ptrdiff_t left = end_ - line_;
-    const uint8_t *end = (stride_ < 0 ? left < advance_ : left > advance_) ? line_ + advance_ : end_;
-    for (; line_ != end; line_ += stride_) {
-      for (std::ptrdiff_t byte = 0; byte < lastByte_; byte += 64) {
-        __builtin_prefetch(line_ + byte, 1);
-      }
-      __builtin_prefetch(line_ + lastByte_, 1);
-    }
-  }
-
-private:
-  const uint8_t *line_;
-  const uint8_t *end_;
-  std::ptrdiff_t stride_;
-  std::ptrdiff_t lastByte_;
-  std::ptrdiff_t advance_;
-};
-
 } // namespace
 
 void convertHalfTurned(const LineMaker &maker, ReverseRow reverse, const Rect &rows, uint8_t *origin,
@@ -60,7 +26,7 @@ void convertHalfTurned(const LineMaker &maker, ReverseRow reverse, const Rect &r
   for (int32_t y = rows.top; y < rows.bottom; y += 2) {
     int32_t count = 0;
     for (int32_t x = rows.left; x < rows.right; x += count) {
-      count = nextPixels(rows.right - x, kPixels);
+      count = nextUnits(rows.right - x, kPixels, kLeastPixels);
       maker.make(y, x, count, to);
       uint8_t *first = origin + (x + count - 1) * steps.column + y * steps.line;
       reverse(to[0], first, count);
@@ -83,9 +49,9 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
     const std::ptrdiff_t firstLine = rowsGoUp ? lines - 1 : 0;
     int32_t columns = 0;
     for (int32_t left = rows.left; left < rows.right; left += columns) {
-      columns = nextPixels(rows.right - left, blockColumns);
+      columns = nextUnits(rows.right - left, blockColumns, kLeastPixels);
       uint8_t *to = origin + left * steps.column + (top + firstLine) * steps.line;
-      LinesAhead output(to, steps.column, columns, lines * pixelBytes, lines / 2);
+      LinesAhead<true> output(to, steps.column, columns, lines * pixelBytes, lines / 2);
       uint8_t *row[2] = {pixels, pixels + stride};
       for (int32_t line = 0; line < lines; line += 2) {
         output.next();

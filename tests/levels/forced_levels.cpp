@@ -41,7 +41,7 @@ Level dueLevel(const std::string &stage, LevelSet usable) {
 /// Converts by every mode and expects of every stage that the right column was called, and of every conversion that
 /// stages made it, if any level may run.
 void expectColumns(LevelSet usable) {
-  for (const Mode &mode : levels::conversionsToRgb()) {
+  for (const Mode &mode : levels::servedConversions()) {
     const Served served = levels::servedBy(mode);
     if (highestOf(usable) == zqcc::LEVEL_PORTABLE) {
       EXPECT_THAT(served.calls, testing::IsEmpty()) << levels::nameOf(mode);
@@ -64,9 +64,9 @@ protected:
   }
 };
 
-TEST_P(ForcedLevel, ServesEveryConversionToRgb) {
+TEST_P(ForcedLevel, ServesEveryConversion) {
   const LevelsForced forced(GetParam());
-  for (const Mode &mode : levels::conversionsToRgb()) {
+  for (const Mode &mode : levels::servedConversions()) {
     EXPECT_TRUE(levels::servedBy(mode).whole) << levels::nameOf(mode);
   }
 }
@@ -85,7 +85,7 @@ TEST_P(ForcedLevel, CallsEveryStageThatItHas) {
       uncalled.insert(stage.name);
     }
   }
-  for (const Mode &mode : levels::conversionsToRgb()) {
+  for (const Mode &mode : levels::servedConversions()) {
     for (const containment::Sizes &sizes : {levels::kWholeBlocks, levels::kCutBlocks}) {
       for (const Calls &call : levels::servedBy(mode, sizes).calls) {
         if (call.level == GetParam()) {
@@ -121,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(Vector, ForcedLevel,
 
 TEST(PortableLevel, CallsNoStage) {
   const LevelsForced forced(zqcc::LEVEL_PORTABLE);
-  for (const Mode &mode : levels::conversionsToRgb()) {
+  for (const Mode &mode : levels::servedConversions()) {
     const Served served = levels::servedBy(mode);
     EXPECT_THAT(served.calls, testing::IsEmpty()) << levels::nameOf(mode);
     EXPECT_FALSE(served.whole) << "portable code writes nothing converting " << levels::nameOf(mode);

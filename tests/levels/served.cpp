@@ -1,5 +1,6 @@
 #include "levels/served.h"
 
+#include "base/picture_shape.h"
 #include "containment/expectation.h"
 #include "reference/direct_case.h"
 #include "support/picture.h"
@@ -29,6 +30,19 @@ Canvas canvasFor(const Mode &mode, const Sizes &sizes) {
                             support::tightStride(mode.outType, written.width));
 }
 
+bool convertsToRgb(const Mode &mode) {
+  const bool turns = mode.rotation >= ROTATION_NONE && mode.rotation <= ROTATION_FLIP_V;
+  const bool toRgb = support::isRgb16(mode.outType) || mode.outType == COLOR_RGB24;
+  return turns && toRgb && mode.inType != mode.outType;
+}
+
+/// Half turns only where they are no copies.
+bool turnsOwnType(const Mode &mode) {
+  const bool half = mode.rotation == ROTATION_180 && zqcc::isPlanar420(mode.inType);
+  return mode.inType == mode.outType &&
+         (mode.rotation == ROTATION_90_LEFT || mode.rotation == ROTATION_90_RIGHT || half);
+}
+
 } // namespace
 
 zqcc::LevelSet Served::levels() const {
@@ -39,13 +53,12 @@ zqcc::LevelSet Served::levels() const {
   return all;
 }
 
-std::vector<Mode> conversionsToRgb() {
+std::vector<Mode> servedConversions() {
   std::vector<Mode> modes;
   for (const Mode &mode : containment::allModes()) {
-    const bool turns = mode.rotation >= ROTATION_NONE && mode.rotation <= ROTATION_FLIP_V;
-    const bool toRgb = support::isRgb16(mode.outType) || mode.outType == COLOR_RGB24;
-    const bool plain = mode.isResize == 0 && mode.quality == 0 && mode.inType != mode.outType;
-    if (turns && toRgb && plain && containment::cellOf(containment::recordOf(mode, kWholeBlocks)) >= 0) {
+    const bool plain = mode.isResize == 0 && mode.quality == 0;
+    if (plain && (convertsToRgb(mode) || turnsOwnType(mode)) &&
+        containment::cellOf(containment::recordOf(mode, kWholeBlocks)) >= 0) {
       modes.push_back(mode);
     }
   }

@@ -18,8 +18,9 @@ struct Served {
   [[nodiscard]] zqcc::LevelSet levels() const;
 };
 
-/// The modes to RGB at the picture's own size that the library accepts and that write something, upright and turned.
-std::vector<containment::Mode> conversionsToRgb();
+/// The modes at the picture's own size that stages make every pixel of: to RGB, upright and turned, and turns that keep
+/// the type.
+std::vector<containment::Mode> servedConversions();
 
 /// A picture of whole 16 x 16 blocks and whole vectors of every level, so that no edge is left to portable code, and
 /// one whose right and bottom edges cut blocks.

@@ -25,9 +25,9 @@ const Bytes kRight{12, 8, 4, 0, 13, 9, 5, 1, 14, 10, 6, 2, 15, 11, 7, 3};
 TEST(PlaneRotation, FourByFourTurnedLeftAndRight) {
   const Bytes plane = counted(16);
   Bytes out(16);
-  zqcc::rotatePlaneLeft(plane.data(), out.data(), 4, 4, 4, 4);
+  zqcc::rotatePlaneLeft(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), out.data(), 4, 4, 4, 4);
   EXPECT_EQ(kLeft, out);
-  zqcc::rotatePlaneRight(plane.data(), out.data(), 4, 4, 4, 4);
+  zqcc::rotatePlaneRight(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), out.data(), 4, 4, 4, 4);
   EXPECT_EQ(kRight, out);
 }
 
@@ -35,9 +35,9 @@ TEST(PlaneRotation, TightRoutinesIgnoreThePitch) {
   const Bytes plane = counted(16);
   for (const int pitch : {4, 0, 100}) {
     Bytes out(16);
-    zqcc::rotateTightPlaneLeft(plane.data(), 4, 4, pitch, out.data());
+    zqcc::rotateTightPlaneLeft(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), 4, 4, pitch, out.data());
     EXPECT_EQ(kLeft, out) << pitch;
-    zqcc::rotateTightPlaneRight(plane.data(), 4, 4, pitch, out.data());
+    zqcc::rotateTightPlaneRight(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), 4, 4, pitch, out.data());
     EXPECT_EQ(kRight, out) << pitch;
   }
 }
@@ -45,15 +45,15 @@ TEST(PlaneRotation, TightRoutinesIgnoreThePitch) {
 TEST(PlaneRotation, HalfTurnOfOneLineReversesIt) {
   const Bytes plane = counted(8);
   Bytes out(8);
-  zqcc::rotateTightPlane180(plane.data(), 8, 1, 8, out.data());
+  zqcc::rotateTightPlane180(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), 8, 1, 8, out.data());
   EXPECT_EQ((Bytes{7, 6, 5, 4, 3, 2, 1, 0}), out);
 }
 
 TEST(PlaneRotation, NoLinesMeansNothing) {
   const Bytes plane = counted(16);
   Bytes out(16, 0xEE);
-  zqcc::rotatePlaneLeft(plane.data(), out.data(), 4, 0, 4, 4);
-  zqcc::rotatePlaneRight(plane.data(), out.data(), 4, 0, 4, 4);
+  zqcc::rotatePlaneLeft(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), out.data(), 4, 0, 4, 4);
+  zqcc::rotatePlaneRight(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), out.data(), 4, 0, 4, 4);
   EXPECT_EQ(Bytes(16, 0xEE), out);
 }
 
@@ -78,8 +78,10 @@ TEST(PlaneRotation, StridedRoutinesMapEverySample) {
             expectedRight.plane(0)[x * outPitch + height - 1 - y] = sample;
           }
         }
-        zqcc::rotatePlaneLeft(plane.data(), left.plane(0), width, height, inPitch, outPitch);
-        zqcc::rotatePlaneRight(plane.data(), right.plane(0), width, height, inPitch, outPitch);
+        zqcc::rotatePlaneLeft(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), left.plane(0), width, height, inPitch,
+                              outPitch);
+        zqcc::rotatePlaneRight(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), right.plane(0), width, height, inPitch,
+                               outPitch);
         ASSERT_EQ("", left.difference(expectedLeft)) << width << "x" << height << " + " << padding;
         ASSERT_EQ("", right.difference(expectedRight)) << width << "x" << height << " + " << padding;
       }

@@ -54,7 +54,7 @@ std::array<std::vector<uint8_t>, 2> split(int width, int height, int stride, con
   params.inStride = stride;
   params.inBuf[1] = pairs.data();
   std::array<std::vector<uint8_t>, 2> planes{std::vector<uint8_t>(12, 7), std::vector<uint8_t>(12, 7)};
-  zqcc::deinterleaveChroma(params, planes[0].data(), planes[1].data());
+  zqcc::deinterleaveChroma(zqcc::setOf(zqcc::LEVEL_PORTABLE), params, planes[0].data(), planes[1].data());
   return planes;
 }
 
