@@ -7,8 +7,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -68,6 +70,30 @@ TEST_P(ForcedLevel, ServesEveryConversion) {
   const LevelsForced forced(GetParam());
   for (const Mode &mode : levels::servedConversions()) {
     EXPECT_TRUE(levels::servedBy(mode).whole) << levels::nameOf(mode);
+  }
+}
+
+/// Stages that make a part of a conversion only: planes that are turned or split before they are resized, and pairs
+/// that are split on their way into planes beside luma that is copied.
+TEST_P(ForcedLevel, TurnsAndSplitsPlanes) {
+  const LevelsForced forced(GetParam());
+  constexpr containment::Sizes kReduced{128, 64, 96, 48};
+  const struct {
+    Mode mode;
+    containment::Sizes sizes;
+    std::string stage;
+  } kParts[] = {
+      {{COLOR_YUV444_PLANAR, COLOR_RGB565, 1, ROTATION_90_LEFT, 0}, kReduced, "TRANSPOSE_BLOCK8"},
+      {{COLOR_YUV440_PLANAR, COLOR_RGB565, 1, ROTATION_90_RIGHT, 0}, kReduced, "TRANSPOSE_BLOCK8"},
+      {{COLOR_YUV420_PACK, COLOR_RGB565, 1, ROTATION_NONE, 0}, kReduced, "EVEN_CHROMA_ROWS"},
+      {{COLOR_YUV420_PACK, COLOR_YUV420_PLANAR, 0, ROTATION_NONE, 0}, levels::kWholeBlocks, "EVEN_CHROMA_ROWS"},
+      {{COLOR_YUV420_PACK2, COLOR_YUV420_PLANAR, 0, ROTATION_NONE, 0}, levels::kWholeBlocks, "EVEN_CHROMA_ROWS"},
+  };
+  for (const auto &part : kParts) {
+    const std::vector<Calls> calls = levels::servedBy(part.mode, part.sizes).calls;
+    const auto called = std::find_if(calls.begin(), calls.end(), [&](const Calls &c) { return c.stage == part.stage; });
+    ASSERT_NE(called, calls.end()) << part.stage << " for " << levels::nameOf(part.mode);
+    EXPECT_EQ(support::nameOf(called->level), support::nameOf(GetParam())) << levels::nameOf(part.mode);
   }
 }
 

@@ -43,6 +43,10 @@ bool turnsOwnType(const Mode &mode) {
          (mode.rotation == ROTATION_90_LEFT || mode.rotation == ROTATION_90_RIGHT || half);
 }
 
+bool takesMacropixelsApart(const Mode &mode) {
+  return zqcc::isPacked422(mode.inType) && zqcc::isPlanar420(mode.outType) && mode.rotation == ROTATION_NONE;
+}
+
 } // namespace
 
 zqcc::LevelSet Served::levels() const {
@@ -57,7 +61,7 @@ std::vector<Mode> servedConversions() {
   std::vector<Mode> modes;
   for (const Mode &mode : containment::allModes()) {
     const bool plain = mode.isResize == 0 && mode.quality == 0;
-    if (plain && (convertsToRgb(mode) || turnsOwnType(mode)) &&
+    if (plain && (convertsToRgb(mode) || turnsOwnType(mode) || takesMacropixelsApart(mode)) &&
         containment::cellOf(containment::recordOf(mode, kWholeBlocks)) >= 0) {
       modes.push_back(mode);
     }

@@ -18,8 +18,8 @@ struct Served {
   [[nodiscard]] zqcc::LevelSet levels() const;
 };
 
-/// The modes at the picture's own size that stages make every pixel of: to RGB, upright and turned, and turns that keep
-/// the type.
+/// The modes at the picture's own size that stages make every pixel of: to RGB, upright and turned, turns that keep the
+/// type, and packed to planar 4:2:0.
 std::vector<containment::Mode> servedConversions();
 
 /// A picture of whole 16 x 16 blocks and whole vectors of every level, so that no edge is left to portable code, and

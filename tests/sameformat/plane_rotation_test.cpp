@@ -1,6 +1,8 @@
 #include "sameformat/plane_rotation.h"
 
+#include "support/levels.h"
 #include "support/picture.h"
+#include "vector/detect.h"
 
 #include <gtest/gtest.h>
 
@@ -57,35 +59,58 @@ TEST(PlaneRotation, NoLinesMeansNothing) {
   EXPECT_EQ(Bytes(16, 0xEE), out);
 }
 
-/// Every sample goes to its place, nothing else is touched, whatever the sizes and pitches.
+/// Every sample goes to its place, nothing else is touched, whatever the sizes, the pitches and the level.
+void mapEverySample(zqcc::Level level, int width, int height, int padding) {
+  const zqcc::LevelSet levels = support::upTo(level) & zqcc::detectedLevels();
+  const int inPitch = width + padding;
+  const int outPitch = height + padding;
+  const support::PlaneShape shape{width, height, inPitch};
+  support::Block plane(shape.bytes(), 1);
+  support::fill(plane.data(), plane.size(), support::Fill::Noise, 5);
+  support::Canvas left({{height, width, outPitch}}, 1);
+  support::Canvas right = left;
+  support::Canvas expectedLeft = left;
+  support::Canvas expectedRight = left;
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const uint8_t sample = plane.data()[y * inPitch + x];
+      expectedLeft.plane(0)[(width - 1 - x) * outPitch + y] = sample;
+      expectedRight.plane(0)[x * outPitch + height - 1 - y] = sample;
+    }
+  }
+  zqcc::rotatePlaneLeft(levels, plane.data(), left.plane(0), width, height, inPitch, outPitch);
+  zqcc::rotatePlaneRight(levels, plane.data(), right.plane(0), width, height, inPitch, outPitch);
+  const char *const name = support::nameOf(level);
+  ASSERT_EQ("", left.difference(expectedLeft)) << width << "x" << height << " + " << padding << " at " << name;
+  ASSERT_EQ("", right.difference(expectedRight)) << width << "x" << height << " + " << padding << " at " << name;
+}
+
 TEST(PlaneRotation, StridedRoutinesMapEverySample) {
-  for (const int width : {1, 2, 3, 4, 5, 7, 8, 9, 15, 16, 17, 31, 33, 70}) {
-    for (const int height : {1, 2, 3, 4, 6, 8, 11, 16, 19, 32, 35}) {
-      for (const int padding : {0, 1, 6}) {
-        const int inPitch = width + padding;
-        const int outPitch = height + padding;
-        const support::PlaneShape shape{width, height, inPitch};
-        support::Block plane(shape.bytes(), 1);
-        support::fill(plane.data(), plane.size(), support::Fill::Noise, 5);
-        support::Canvas left({{height, width, outPitch}}, 1);
-        support::Canvas right = left;
-        support::Canvas expectedLeft = left;
-        support::Canvas expectedRight = left;
-        for (int y = 0; y < height; ++y) {
-          for (int x = 0; x < width; ++x) {
-            const uint8_t sample = plane.data()[y * inPitch + x];
-            expectedLeft.plane(0)[(width - 1 - x) * outPitch + y] = sample;
-            expectedRight.plane(0)[x * outPitch + height - 1 - y] = sample;
-          }
+  for (const zqcc::Level level : support::kLevels) {
+    if (!support::hasLevel(level)) {
+      continue;
+    }
+    for (const int width : {1, 2, 3, 4, 5, 7, 8, 9, 15, 16, 17, 31, 33, 70}) {
+      for (const int height : {1, 2, 3, 4, 6, 8, 11, 16, 19, 32, 35, 81}) {
+        for (const int padding : {0, 1, 6}) {
+          mapEverySample(level, width, height, padding);
         }
-        zqcc::rotatePlaneLeft(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), left.plane(0), width, height, inPitch,
-                              outPitch);
-        zqcc::rotatePlaneRight(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), right.plane(0), width, height, inPitch,
-                               outPitch);
-        ASSERT_EQ("", left.difference(expectedLeft)) << width << "x" << height << " + " << padding;
-        ASSERT_EQ("", right.difference(expectedRight)) << width << "x" << height << " + " << padding;
       }
     }
+  }
+}
+
+/// Lines that overlap are written one after the other, whatever the level.
+TEST(PlaneRotation, LinesThatOverlapAreThoseOfPortableCode) {
+  constexpr int kSide = 40;
+  const Bytes plane = counted(std::size_t{kSide} * kSide);
+  for (const int outPitch : {0, 1, 16, 39}) {
+    Bytes expected(std::size_t{kSide} * kSide, 0xEE);
+    zqcc::rotatePlaneLeft(zqcc::setOf(zqcc::LEVEL_PORTABLE), plane.data(), expected.data(), kSide, kSide, kSide,
+                          outPitch);
+    Bytes out(expected.size(), 0xEE);
+    zqcc::rotatePlaneLeft(zqcc::detectedLevels(), plane.data(), out.data(), kSide, kSide, kSide, outPitch);
+    EXPECT_EQ(expected, out) << outPitch;
   }
 }
 
