@@ -37,9 +37,9 @@ bool hasChromaExchanged(int32_t type) {
 }
 
 /// The frame as planar 4:2:0, its chroma in the context's planes. 11 has U first in each pair, 35 has V.
-ConvertParams splitChroma(const ConvertContext &context, const ConvertParams &params) {
+ConvertParams splitChroma(const ConvertContext &context, const ConvertParams &params, LevelSet levels) {
   const int first = params.inType == COLOR_YUV420_PACK ? 0 : 1;
-  deinterleaveChroma(params, context.uvBuf[first], context.uvBuf[1 - first]);
+  deinterleaveChroma(levels, params, context.uvBuf[first], context.uvBuf[1 - first]);
   ConvertParams planar = params;
   planar.inType = COLOR_YUV420_PLANAR;
   planar.inBuf[1] = context.uvBuf[0];
@@ -47,23 +47,23 @@ ConvertParams splitChroma(const ConvertContext &context, const ConvertParams &pa
   return planar;
 }
 
-/// Whether the routine reads the pairs as they lie, which every conversion to RGB that keeps the size does where there
-/// is vector code. The bytes are those of split planes. With a short stride these have lines that run into one another,
-/// so that pairs have to be split then.
+/// Whether the routine reads the pairs as they lie, which every conversion that keeps the size does where there is
+/// vector code. The bytes are those of split planes. With a short stride these have lines that run into one another, so
+/// that pairs have to be split then.
 bool takesPairs(const ConvertParams &params, const Route &route, LevelSet levels) {
   const bool keepsSize = params.isResize == 0 || !route.scales;
-  return levels != setOf(LEVEL_PORTABLE) && keepsSize && !route.copies && params.inWidth / 2 <= params.inStride / 2;
+  return levels != setOf(LEVEL_PORTABLE) && keepsSize && params.inWidth / 2 <= params.inStride / 2;
 }
 
 /// The frame turned by a quarter into the context's planes, each by its own geometry.
-ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &params) {
+ConvertParams turnPlanes(const ConvertContext &context, const ConvertParams &params, LevelSet levels) {
   const auto rotate = turnOf(params.rotation) == Turn::Left ? rotatePlaneLeft : rotatePlaneRight;
   const ChromaShape chroma = chromaShape(params.inType, params.inWidth, params.inHeight, params.inStride);
-  rotate(params.inBuf[0], context.rotBuf[0], params.inWidth, params.inHeight, params.inStride, params.inHeight);
+  rotate(levels, params.inBuf[0], context.rotBuf[0], params.inWidth, params.inHeight, params.inStride, params.inHeight);
   ConvertParams turned = turnedDescription(params);
   turned.inBuf[0] = context.rotBuf[0];
   for (int i = 1; i < 3; ++i) {
-    rotate(params.inBuf[i], context.rotBuf[i], chroma.columns, chroma.lines, chroma.pitch, chroma.lines);
+    rotate(levels, params.inBuf[i], context.rotBuf[i], chroma.columns, chroma.lines, chroma.pitch, chroma.lines);
     turned.inBuf[i] = context.rotBuf[i];
   }
   return turned;
@@ -78,12 +78,12 @@ void run(ConvertContext &context, ConvertParams &params, const Route &route, int
   case PrePass::SplitChroma:
     hasChromaPairs = takesPairs(params, route, levels);
     if (!hasChromaPairs) {
-      prepared = splitChroma(context, params);
+      prepared = splitChroma(context, params, levels);
       frame = &prepared;
     }
     break;
   case PrePass::TurnPlanes:
-    prepared = turnPlanes(context, params);
+    prepared = turnPlanes(context, params, levels);
     frame = &prepared;
     skippedBytes = 0;
     break;

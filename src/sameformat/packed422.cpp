@@ -4,6 +4,7 @@
 #include "base/turn.h"
 #include "kernels/copy_lines.h"
 #include "sameformat/packed_line.h"
+#include "vector/turns.h"
 
 namespace zqcc {
 
@@ -67,17 +68,24 @@ void turnLinePair(const Source &source, const uint8_t *a, const uint8_t *b, cons
   }
 }
 
-/// Turns `lines` source lines. A lone last one is its own partner; its output macropixels are cut where `wholeTail` is
-/// false.
+/// What of a picture is turned already: the first macropixels of the first lines.
+struct Turned {
+  int32_t macropixels;
+  int32_t lines;
+};
+
+/// Turns the macropixels from `firstMacropixel` on of the lines from the even line `firstLine` to `lines`. A lone last
+/// line is its own partner; its output macropixels are cut where `wholeTail` is false.
 template <class Source>
-void turnMacropixels(const Source &source, const TurnTarget &target, int32_t lines, bool wholeTail) {
+void turnMacropixels(const Source &source, const TurnTarget &target, int32_t firstMacropixel, int32_t firstLine,
+                     int32_t lines, bool wholeTail) {
   // The output lines of a strip stay in the cache until every source line has passed.
   constexpr int32_t kStrip = 32;
   const int32_t all = macropixelsOf(target.columns);
-  for (int32_t begin = 0; begin < all; begin += kStrip) {
+  for (int32_t begin = firstMacropixel; begin < all; begin += kStrip) {
     const int32_t end = begin + smaller(kStrip, all - begin);
-    uint8_t *column = target.origin;
-    for (int32_t t = 0; t < lines; t += 2, column += kMacropixelBytes) {
+    uint8_t *column = target.origin + firstLine * (kMacropixelBytes / 2);
+    for (int32_t t = firstLine; t < lines; t += 2, column += kMacropixelBytes) {
       const bool lone = t == lines - 1;
       const uint8_t *a = source.line(t);
       const uint8_t *b = lone ? a : source.line(t + 1);
@@ -88,6 +96,20 @@ void turnMacropixels(const Source &source, const TurnTarget &target, int32_t lin
       }
     }
   }
+}
+
+/// Turns pairs of lines and pairs of columns by vector code. The lines are those that the input has.
+template <class Source>
+Turned turnPairs(const Job &job, const Source &source, const TurnTarget &target) {
+  const ConvertParams &p = job.params;
+  const int32_t lines = smaller(source.lines, p.outHeight) & ~1;
+  const int32_t columns = target.columns & ~1;
+  const bool linesOverlap = p.outStride / (kMacropixelBytes / 2) < p.outHeight;
+  const LineExchange pairs{source.first, source.step, target.origin, target.step, columns, lines};
+  if (linesOverlap || !turnedByBlocks(job.levels, packedLayout(job.packedVariant), pairs)) {
+    return {0, 0};
+  }
+  return {columns / 2, lines};
 }
 
 TurnTarget turnTarget(const ConvertParams &p, uint32_t mask) {
@@ -125,7 +147,12 @@ void rotatePacked422(const Job &job) {
   const uint8_t *const first = left ? p.inBuf[0] : p.inBuf[0] + (p.inHeight - 1) * pitch;
   withReader(job, p.outWidth, [&](auto reader) {
     const PlainSource<decltype(reader)> source{reader, first, left ? pitch : -pitch, left ? p.outHeight : p.inHeight};
-    turnMacropixels(source, turnTarget(p, mask), p.outHeight, !isCut(p.outHeight, p.outStride));
+    const TurnTarget target = turnTarget(p, mask);
+    const Turned turned = turnPairs(job, source, target);
+    turnMacropixels(source, target, 0, turned.lines, p.outHeight, !isCut(p.outHeight, p.outStride));
+    if (turned.lines > 0) {
+      turnMacropixels(source, target, turned.macropixels, 0, turned.lines, true);
+    }
   });
 }
 
@@ -135,7 +162,7 @@ void resizeRotatePacked422(const Job &job) {
   const int32_t *const yFirst = left ? job.yTable : job.yTable + (p.outHeight - 1);
   withReader(job, p.inWidth, [&](auto reader) {
     const PickedSource<decltype(reader)> source{reader, p.inBuf[0], p.inStride, job.xTable, yFirst, left ? 1 : -1};
-    turnMacropixels(source, turnTarget(p, chromaMask(packedLayout(job.packedVariant))), p.outHeight,
+    turnMacropixels(source, turnTarget(p, chromaMask(packedLayout(job.packedVariant))), 0, 0, p.outHeight,
                     !isCut(p.outHeight, p.outStride));
   });
 }

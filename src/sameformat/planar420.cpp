@@ -75,14 +75,14 @@ void rotateYuv420Planar(const Job &job) {
   const auto rotate = turnOf(job.params.rotation) == Turn::Left ? rotateTightPlaneLeft : rotateTightPlaneRight;
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
-    rotate(plane.src, plane.srcWidth, plane.srcHeight, plane.srcPitch, plane.dst);
+    rotate(job.levels, plane.src, plane.srcWidth, plane.srcHeight, plane.srcPitch, plane.dst);
   }
 }
 
 void rotate180Yuv420Planar(const Job &job) {
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
-    rotateTightPlane180(plane.src, plane.srcWidth, plane.srcHeight, plane.srcPitch, plane.dst);
+    rotateTightPlane180(job.levels, plane.src, plane.srcWidth, plane.srcHeight, plane.srcPitch, plane.dst);
   }
 }
 

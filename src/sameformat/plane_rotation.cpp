@@ -28,29 +28,32 @@ void reverseLine(const uint8_t *src, uint8_t *dst, int32_t width) {
 
 } // namespace
 
-void rotatePlaneLeft(const uint8_t *src, uint8_t *dst, int32_t width, int32_t height, std::ptrdiff_t srcPitch,
-                     std::ptrdiff_t dstPitch) {
-  quarterTurn<uint8_t>(Turn::Left, src, srcPitch, dst, dstPitch, width, height);
+void rotatePlaneLeft(LevelSet levels, const uint8_t *src, uint8_t *dst, int32_t width, int32_t height,
+                     std::ptrdiff_t srcPitch, std::ptrdiff_t dstPitch) {
+  quarterTurn<uint8_t>(levels, Turn::Left, {src, srcPitch, dst, dstPitch, width, height});
 }
 
-void rotatePlaneRight(const uint8_t *src, uint8_t *dst, int32_t width, int32_t height, std::ptrdiff_t srcPitch,
-                      std::ptrdiff_t dstPitch) {
-  quarterTurn<uint8_t>(Turn::Right, src, srcPitch, dst, dstPitch, width, height);
+void rotatePlaneRight(LevelSet levels, const uint8_t *src, uint8_t *dst, int32_t width, int32_t height,
+                      std::ptrdiff_t srcPitch, std::ptrdiff_t dstPitch) {
+  quarterTurn<uint8_t>(levels, Turn::Right, {src, srcPitch, dst, dstPitch, width, height});
 }
 
-void rotateTightPlaneLeft(const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/, uint8_t *dst) {
-  rotatePlaneLeft(src, dst, width, height, width, height);
+void rotateTightPlaneLeft(LevelSet levels, const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/,
+                          uint8_t *dst) {
+  rotatePlaneLeft(levels, src, dst, width, height, width, height);
 }
 
-void rotateTightPlaneRight(const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/, uint8_t *dst) {
-  rotatePlaneRight(src, dst, width, height, width, height);
+void rotateTightPlaneRight(LevelSet levels, const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/,
+                           uint8_t *dst) {
+  rotatePlaneRight(levels, src, dst, width, height, width, height);
 }
 
-void rotateTightPlane180(const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/, uint8_t *dst) {
-  if (width <= 0) {
+void rotateTightPlane180(LevelSet levels, const uint8_t *src, int32_t width, int32_t height, std::ptrdiff_t /*pitch*/,
+                         uint8_t *dst) {
+  const std::ptrdiff_t pitch = width;
+  if (width <= 0 || height <= 0 || reversedByRows(levels, src, dst, pitch * height)) {
     return;
   }
-  const std::ptrdiff_t pitch = width;
   for (int32_t y = 0; y < height; ++y) {
     reverseLine(src + y * pitch, dst + (height - 1 - y) * pitch, width);
   }

@@ -180,7 +180,8 @@ void copyRgb16(const Job &job) {
 
 void rotateRgb16(const Job &job) {
   const ConvertParams &p = job.params;
-  quarterTurn<uint16_t>(turnOf(p.rotation), p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
+  quarterTurn<uint16_t>(job.levels, turnOf(p.rotation),
+                        {p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight});
 }
 
 void resizeRgb16(const Job &job) {

@@ -12,20 +12,21 @@ namespace zqcc {
 
 namespace {
 
-/// Turns `lines` lines of `width` units. The left turn reads them from line 0 down, the right turn from line
-/// srcLines - 1 up; when that runs out of lines, the first one fills what remains.
+/// Turns a plane. The left turn reads its lines from line 0 down, the right turn from line srcLines - 1 up; when that
+/// runs out of lines, the first one fills what remains.
 template <class Unit>
-void turnLines(Turn turn, const uint8_t *src, int32_t srcLines, std::ptrdiff_t srcPitch, uint8_t *dst, int32_t width,
-               int32_t lines, std::ptrdiff_t dstPitch) {
-  if (turn == Turn::Left) {
-    quarterTurn<Unit>(turn, src, srcPitch, dst, dstPitch, width, lines);
-    return;
+void turnLines(LevelSet levels, Turn turn, const PlaneTurn &plane, int32_t srcLines) {
+  PlaneTurn part = plane;
+  if (turn == Turn::Right) {
+    part.lines = smaller(plane.lines, srcLines);
+    part.src += std::ptrdiff_t{srcLines - part.lines} * plane.srcPitch;
   }
-  const int32_t there = smaller(lines, srcLines);
-  const uint8_t *const first = src + std::ptrdiff_t{srcLines - there} * srcPitch;
-  quarterTurn<Unit>(turn, first, srcPitch, dst, dstPitch, width, there);
-  quarterTurn<Unit>(turn, src, 0, dst + there * static_cast<std::ptrdiff_t>(sizeof(Unit)), dstPitch, width,
-                    lines - there);
+  quarterTurn<Unit>(levels, turn, part);
+  part.dst += part.lines * static_cast<std::ptrdiff_t>(sizeof(Unit));
+  part.lines = plane.lines - part.lines;
+  part.src = plane.src;
+  part.srcPitch = 0;
+  quarterTurn<Unit>(levels, turn, part);
 }
 
 constexpr auto rotateLumaPlane = turnLines<uint8_t>;
@@ -89,9 +90,11 @@ void copyYuv420SemiPlanar(const Job &job) {
 void rotateYuv420SemiPlanar(const Job &job) {
   const ConvertParams &p = job.params;
   const Turn turn = turnOf(p.rotation);
-  rotateLumaPlane(turn, p.inBuf[0], p.inHeight, p.inStride, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
-  rotateChromaPairs(turn, p.inBuf[1], p.inHeight / 2, p.inStride, p.outBuf[1], p.outWidth / 2, p.outHeight / 2,
-                    p.outStride);
+  rotateLumaPlane(job.levels, turn, {p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight},
+                  p.inHeight);
+  rotateChromaPairs(job.levels, turn,
+                    {p.inBuf[1], p.inStride, p.outBuf[1], p.outStride, p.outWidth / 2, p.outHeight / 2},
+                    p.inHeight / 2);
 }
 
 void resizeYuv420SemiPlanar(const Job &job) {

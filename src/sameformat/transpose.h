@@ -8,6 +8,7 @@
 #include "base/limits.h"
 #include "base/turn.h"
 #include "sameformat/words.h"
+#include "vector/turns.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -86,18 +87,33 @@ void transposeLines(const uint8_t *src, std::ptrdiff_t srcStep, uint8_t *dst, st
                        lines - blockLines);
 }
 
-/// A quarter turn of `lines` source lines of `width` units, as transposeLines: the left turn writes its lines from the
-/// last one up, the right turn reads its lines from the last one up.
+/// A plane of units and the lines that it is turned into.
+struct PlaneTurn {
+  const uint8_t *src;
+  std::ptrdiff_t srcPitch;
+  uint8_t *dst;
+  std::ptrdiff_t dstPitch;
+  int32_t width; ///< of the source
+  int32_t lines;
+};
+
+/// The left turn writes its lines from the last one up, the right turn reads its lines from the last one up.
+inline LineExchange quarterTurnOf(Turn turn, const PlaneTurn &p) {
+  if (turn == Turn::Left) {
+    return {p.src, p.srcPitch, p.dst + (p.width - 1) * p.dstPitch, -p.dstPitch, p.width, p.lines};
+  }
+  return {p.src + (p.lines - 1) * p.srcPitch, -p.srcPitch, p.dst, p.dstPitch, p.width, p.lines};
+}
+
+/// A quarter turn of any size; sizes that are not positive do nothing. `levels` is the vector code that may do it.
 template <class Unit>
-void quarterTurn(Turn turn, const uint8_t *src, std::ptrdiff_t srcPitch, uint8_t *dst, std::ptrdiff_t dstPitch,
-                 int32_t width, int32_t lines) {
-  if (width <= 0 || lines <= 0) {
+void quarterTurn(LevelSet levels, Turn turn, const PlaneTurn &plane) {
+  if (plane.width <= 0 || plane.lines <= 0) {
     return;
   }
-  if (turn == Turn::Left) {
-    transposeLines<Unit>(src, srcPitch, dst + (width - 1) * dstPitch, -dstPitch, width, lines);
-  } else {
-    transposeLines<Unit>(src + (lines - 1) * srcPitch, -srcPitch, dst, dstPitch, width, lines);
+  const LineExchange p = quarterTurnOf(turn, plane);
+  if (!turnedByBlocks<Unit>(levels, p)) {
+    transposeLines<Unit>(p.from, p.fromStep, p.to, p.toStep, p.columns, p.lines);
   }
 }
 

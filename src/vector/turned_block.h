@@ -1,6 +1,7 @@
 // A block of a picture that is turned by a quarter: rows of pixels in the first-level cache, placed as output lines.
 #pragma once
 
+#include "vector/lines_ahead.h"
 #include "vector/place_stages.h"
 
 #include <cstddef>
@@ -10,33 +11,6 @@ namespace zqcc {
 
 /// Lines of a block at most: many lines fill more of an output line at a time.
 inline constexpr int32_t kBlockLines = 64;
-
-/// Asks for output lines before they are written, a few at a time: all at once would have to wait for each other.
-class LinesAhead {
-public:
-  /// `lines` lines, of which `bytes` bytes will be written, in `times` times.
-  LinesAhead(const uint8_t *first, std::ptrdiff_t stride, int32_t lines, std::ptrdiff_t bytes, int32_t times)
-      : line_(first), end_(first + lines * stride), stride_(stride), lastByte_(bytes - 1),
-        advance_((lines + times - 1) / times * stride) {}
-
-  void next() {
-    const std::ptrdiff_t left = end_ - line_;
-    const uint8_t *end = (stride_ < 0 ? left < advance_ : left > advance_) ? line_ + advance_ : end_;
-    for (; line_ != end; line_ += stride_) {
-      for (std::ptrdiff_t byte = 0; byte < lastByte_; byte += 64) {
-        __builtin_prefetch(line_ + byte, 1);
-      }
-      __builtin_prefetch(line_ + lastByte_, 1);
-    }
-  }
-
-private:
-  const uint8_t *line_;
-  const uint8_t *end_;
-  std::ptrdiff_t stride_;
-  std::ptrdiff_t lastByte_;
-  std::ptrdiff_t advance_;
-};
 
 /// Where a block's rows are made: `stride` bytes apart, with room for an even number of them.
 struct BlockRows {
@@ -61,7 +35,7 @@ template <class MakeLines>
   const std::ptrdiff_t firstLine = rowsGoUp ? lines - 1 : 0;
   uint8_t *to = target.to + firstLine * target.line;
   const std::ptrdiff_t pixelBytes = rowsGoUp ? -target.line : target.line;
-  LinesAhead output(to, target.column, columns, lines * pixelBytes, (lines + 1) / 2);
+  LinesAhead<true> output(to, target.column, columns, lines * pixelBytes, (lines + 1) / 2);
   uint8_t *row[2] = {rows.pixels, rows.pixels + rows.stride};
   for (int32_t line = 0; line < lines; line += 2) {
     output.next();

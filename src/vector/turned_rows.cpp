@@ -1,25 +1,15 @@
 #include "vector/turned_rows.h"
 
 #include "base/limits.h"
+#include "vector/lines_ahead.h"
 #include "vector/turned_block.h"
 
 namespace zqcc {
 namespace {
 
-/// Pixels to do next of those that are left: at most `most`, and not so many that less than a row would remain.
-constexpr int32_t nextPixels(int32_t left, int32_t most) {
-  if (left <= most) {
-    return left;
-  }
-  return left - most < kLeastPixels ? most - kLeastPixels : most;
-}
-
 /// A block of a quarter turn in the first-level cache. Long rows have less to do for a pixel.
 constexpr int32_t kBlockBytes = 16384;
-#ifndef AHEAD
-#define AHEAD 4
-#endif
-constexpr int32_t kLinesAhead = AHEAD;
+constexpr int32_t kLinesAhead = 4; ///< lines whose samples are asked for before they are made
 
 constexpr int32_t blockColumnsOf(std::ptrdiff_t pixelBytes) {
   return pixelBytes == 2 ? 128 : 64;
@@ -36,7 +26,7 @@ void convertHalfTurned(const LineMaker &maker, ReverseRow reverse, const Rect &r
   for (int32_t y = rows.top; y < rows.bottom; y += 2) {
     int32_t count = 0;
     for (int32_t x = rows.left; x < rows.right; x += count) {
-      count = nextPixels(rows.right - x, kPixels);
+      count = nextUnits(rows.right - x, kPixels, kLeastPixels);
       maker.make(y, x, count, to);
       uint8_t *first = origin + (x + count - 1) * steps.column + y * steps.line;
       reverse(to[0], first, count);
@@ -55,7 +45,7 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
     lines = smaller(kBlockLines, rows.bottom - top);
     int32_t columns = 0;
     for (int32_t left = rows.left; left < rows.right; left += columns) {
-      columns = nextPixels(rows.right - left, blockColumns);
+      columns = nextUnits(rows.right - left, blockColumns, kLeastPixels);
       uint8_t *to = origin + left * steps.column + top * steps.line;
       turnBlock(transpose, {pixels, blockColumns * pixelBytes}, columns, lines, {to, steps.column, steps.line},
                 [&](int32_t line, uint8_t *const row[2]) {

@@ -4,6 +4,8 @@
 #include "base/picture_shape.h"
 #include "kernels/copy_lines.h"
 #include "tables/packed_layout.h"
+#include "vector/parts.h"
+#include "vector/tile.h"
 
 #include <cstring>
 
@@ -26,6 +28,30 @@ void copyChroma(const ConvertParams &p, int plane) {
   }
 }
 
+/// `count` pairs of samples into two lines.
+void splitPairs(LevelSet levels, const uint8_t *pairs, uint8_t *first, uint8_t *second, int32_t count) {
+  if (partedPairs(levels, pairs, first, second, count)) {
+    return;
+  }
+  for (int32_t i = 0; i < count; ++i) {
+    first[i] = pairs[2 * i];
+    second[i] = pairs[2 * i + 1];
+  }
+}
+
+/// copyChroma for both planes of pairs that have not been split.
+void copyPairs(const Job &job) {
+  const ConvertParams &p = job.params;
+  const PictureSize planes = planesSize(p);
+  const ChromaLimits limits = halfPitchLimits(p.inType, planes.width, planes.height, p.inStride);
+  const int32_t first = p.inType == COLOR_YUV420_PACK ? 1 : 2;
+  for (int32_t k = 0; k < p.outHeight / 2; ++k) {
+    const std::ptrdiff_t line = std::ptrdiff_t{k} * (p.outStride >> 1);
+    splitPairs(job.levels, p.inBuf[1] + std::ptrdiff_t{smaller(2 * k, limits.line)} * p.inStride,
+               p.outBuf[first] + line, p.outBuf[3 - first] + line, p.outWidth / 2);
+  }
+}
+
 /// One line's luma, pixel pairs first, a lone last pixel from its own macropixel.
 void unpackLuma(const uint8_t *from, uint8_t *to, int32_t width, const PackedLayout &layout) {
   int32_t x = 0;
@@ -45,20 +71,29 @@ void unpackChroma(const uint8_t *from, uint8_t *u, uint8_t *v, int32_t columns, 
   }
 }
 
+void unpackLine(LevelSet levels, const uint8_t *from, const PartedLine &to, int32_t width, const PackedLayout &layout) {
+  const int32_t pairs = width / 2;
+  if (partedMacropixels(levels, layout, from, to, 2 * pairs)) {
+    unpackLuma(from + pairs * kMacropixelBytes, to.y + 2 * pairs, width % 2, layout);
+    return;
+  }
+  unpackLuma(from, to.y, width, layout);
+  if (to.u != nullptr) {
+    unpackChroma(from, to.u, to.v, pairs, layout);
+  }
+}
+
 } // namespace
 
-void deinterleaveChroma(const ConvertParams &params, uint8_t *first, uint8_t *second) {
+void deinterleaveChroma(LevelSet levels, const ConvertParams &params, uint8_t *first, uint8_t *second) {
   if (params.inHeight < 2 || params.inWidth <= 0) {
     return;
   }
   const int32_t pairs = params.inWidth == 1 ? 1 : params.inWidth / 2;
   const std::ptrdiff_t pitch = params.inStride >> 1;
   for (int32_t k = 0; k < params.inHeight / 2; ++k) {
-    const uint8_t *from = params.inBuf[1] + std::ptrdiff_t{k} * params.inStride;
-    for (int32_t i = 0; i < pairs; ++i) {
-      first[k * pitch + i] = from[2 * i];
-      second[k * pitch + i] = from[2 * i + 1];
-    }
+    splitPairs(levels, params.inBuf[1] + std::ptrdiff_t{k} * params.inStride, first + k * pitch, second + k * pitch,
+               pairs);
   }
 }
 
@@ -67,6 +102,10 @@ void copyPlanarToYuv420Planar(const Job &job) {
   copyLines(p.inBuf[0], p.inStride, p.outBuf[0], p.outStride, p.outWidth, p.outHeight);
   if (p.outHeight < 2) {
     return; // a single line has no chroma line
+  }
+  if (readsPairs(job)) {
+    copyPairs(job);
+    return;
   }
   copyChroma(p, 1);
   copyChroma(p, 2);
@@ -77,11 +116,12 @@ void convertPacked422ToYuv420Planar(const Job &job) {
   const PackedLayout layout = packedLayout(job.packedVariant);
   const std::ptrdiff_t outPitch = p.outStride >> 1;
   for (int32_t j = 0; j < p.outHeight; ++j) {
-    const uint8_t *from = p.inBuf[0] + std::ptrdiff_t{j} * p.inStride;
-    unpackLuma(from, p.outBuf[0] + std::ptrdiff_t{j} * p.outStride, p.outWidth, layout);
+    PartedLine to{p.outBuf[0] + std::ptrdiff_t{j} * p.outStride, nullptr, nullptr};
     if (j % 2 == 0 && j / 2 < p.outHeight / 2) {
-      unpackChroma(from, p.outBuf[1] + j / 2 * outPitch, p.outBuf[2] + j / 2 * outPitch, p.outWidth / 2, layout);
+      to.u = p.outBuf[1] + j / 2 * outPitch;
+      to.v = p.outBuf[2] + j / 2 * outPitch;
     }
+    unpackLine(job.levels, p.inBuf[0] + std::ptrdiff_t{j} * p.inStride, to, p.outWidth, layout);
   }
 }
 

@@ -23,7 +23,8 @@ std::size_t inputBytes(const ConvertParams &p, int plane) {
 /// Turned pictures may lie at the right end of their lines.
 std::size_t outputBytes(const ConvertParams &p, int plane) {
   const reference::Size written = writtenSize(p);
-  const support::PlaneShape shape = support::planeShape(p.outType, written.width, written.height, p.outStride, plane);
+  const support::PlaneShape shape =
+      support::planeShape(p.outType, written.width, written.height, p.outStride, plane, support::lastOutputPair(p));
   const bool turned = p.rotation >= ROTATION_90_LEFT && p.rotation <= ROTATION_180;
   const std::size_t whole = static_cast<std::size_t>(shape.lines) * static_cast<std::size_t>(shape.stride);
   return turned ? std::max(shape.bytes(), whole) : shape.bytes();

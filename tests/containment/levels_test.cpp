@@ -1,5 +1,6 @@
 // Every conversion at its own size, at every level of vector code: the bytes are those of the portable level, whatever
 // the width, the strides and the addresses, and nothing outside the planes is touched.
+#include "base/picture_shape.h"
 #include "containment/level_case.h"
 #include "containment/level_draw.h"
 #include "support/levels.h"
@@ -31,18 +32,23 @@ std::vector<int> widths() {
   return all;
 }
 
-/// The modes that vector code may serve and that the library accepts.
-std::vector<Mode> modesToRgb() {
-  std::vector<Mode> modes;
+/// The modes at the picture's own size that the library accepts.
+std::vector<Mode> modes() {
+  std::vector<Mode> all;
   for (const Mode &mode : containment::allModes()) {
     const bool turns = mode.rotation >= ROTATION_NONE && mode.rotation <= ROTATION_FLIP_V;
-    const bool toRgb = support::isRgb16(mode.outType) || mode.outType == COLOR_RGB24;
-    const bool plain = mode.isResize == 0 && mode.quality == 0 && mode.inType != mode.outType;
-    if (turns && toRgb && plain && containment::cellOf(containment::recordOf(mode, {32, 32, 32, 32})) >= 0) {
-      modes.push_back(mode);
+    const bool plain = mode.isResize == 0 && mode.quality == 0;
+    if (turns && plain && containment::cellOf(containment::recordOf(mode, {32, 32, 32, 32})) >= 0) {
+      all.push_back(mode);
     }
   }
-  return modes;
+  return all;
+}
+
+/// Both pictures of these are taken for tight: strides that are shorter than a line would not hold them.
+bool takesPlanesForTight(const Mode &mode) {
+  return mode.inType == mode.outType && zqcc::isPlanar420(mode.inType) && mode.rotation >= ROTATION_90_LEFT &&
+         mode.rotation <= ROTATION_180;
 }
 
 LevelCase caseOf(const Mode &mode, int width, Draw &draw) {
@@ -51,8 +57,11 @@ LevelCase caseOf(const Mode &mode, int width, Draw &draw) {
   const int height = draw.between(1, 40);
   c.sizes = {width, height, width, height};
   const bool quarter = mode.rotation == ROTATION_90_LEFT || mode.rotation == ROTATION_90_RIGHT;
-  c.inStride = draw.stride(support::tightStride(mode.inType, width));
-  c.outStride = draw.stride(support::tightStride(mode.outType, quarter ? height : width));
+  const int inTight = support::tightStride(mode.inType, width);
+  const int outTight = support::tightStride(mode.outType, quarter ? height : width);
+  const bool tight = takesPlanesForTight(mode);
+  c.inStride = std::max(draw.stride(inTight), tight ? inTight : 0);
+  c.outStride = std::max(draw.stride(outTight), tight ? outTight : 0);
   c.seed = draw.seed();
   c.matrix = draw.matrix();
   return c;
@@ -91,7 +100,7 @@ TEST_P(Levels, ConvertLikeThePortableCodeAndKeepInside) {
   Draw draw(7);
   Tally tally;
   for (int round = 0; round < kRounds; ++round) {
-    for (const Mode &mode : modesToRgb()) {
+    for (const Mode &mode : modes()) {
       sweep(bench, GetParam(), mode, draw, tally);
       if (HasFatalFailure()) {
         return;

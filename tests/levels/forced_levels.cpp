@@ -7,8 +7,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -41,7 +43,7 @@ Level dueLevel(const std::string &stage, LevelSet usable) {
 /// Converts by every mode and expects of every stage that the right column was called, and of every conversion that
 /// stages made it, if any level may run.
 void expectColumns(LevelSet usable) {
-  for (const Mode &mode : levels::conversionsToRgb()) {
+  for (const Mode &mode : levels::servedConversions()) {
     const Served served = levels::servedBy(mode);
     if (highestOf(usable) == zqcc::LEVEL_PORTABLE) {
       EXPECT_THAT(served.calls, testing::IsEmpty()) << levels::nameOf(mode);
@@ -64,10 +66,34 @@ protected:
   }
 };
 
-TEST_P(ForcedLevel, ServesEveryConversionToRgb) {
+TEST_P(ForcedLevel, ServesEveryConversion) {
   const LevelsForced forced(GetParam());
-  for (const Mode &mode : levels::conversionsToRgb()) {
+  for (const Mode &mode : levels::servedConversions()) {
     EXPECT_TRUE(levels::servedBy(mode).whole) << levels::nameOf(mode);
+  }
+}
+
+/// Stages that make a part of a conversion only: planes that are turned or split before they are resized, and pairs
+/// that are split on their way into planes beside luma that is copied.
+TEST_P(ForcedLevel, TurnsAndSplitsPlanes) {
+  const LevelsForced forced(GetParam());
+  constexpr containment::Sizes kReduced{128, 64, 96, 48};
+  const struct {
+    Mode mode;
+    containment::Sizes sizes;
+    std::string stage;
+  } kParts[] = {
+      {{COLOR_YUV444_PLANAR, COLOR_RGB565, 1, ROTATION_90_LEFT, 0}, kReduced, "TRANSPOSE_BLOCK8"},
+      {{COLOR_YUV440_PLANAR, COLOR_RGB565, 1, ROTATION_90_RIGHT, 0}, kReduced, "TRANSPOSE_BLOCK8"},
+      {{COLOR_YUV420_PACK, COLOR_RGB565, 1, ROTATION_NONE, 0}, kReduced, "EVEN_CHROMA_ROWS"},
+      {{COLOR_YUV420_PACK, COLOR_YUV420_PLANAR, 0, ROTATION_NONE, 0}, levels::kWholeBlocks, "EVEN_CHROMA_ROWS"},
+      {{COLOR_YUV420_PACK2, COLOR_YUV420_PLANAR, 0, ROTATION_NONE, 0}, levels::kWholeBlocks, "EVEN_CHROMA_ROWS"},
+  };
+  for (const auto &part : kParts) {
+    const std::vector<Calls> calls = levels::servedBy(part.mode, part.sizes).calls;
+    const auto called = std::find_if(calls.begin(), calls.end(), [&](const Calls &c) { return c.stage == part.stage; });
+    ASSERT_NE(called, calls.end()) << part.stage << " for " << levels::nameOf(part.mode);
+    EXPECT_EQ(support::nameOf(called->level), support::nameOf(GetParam())) << levels::nameOf(part.mode);
   }
 }
 
@@ -85,7 +111,7 @@ TEST_P(ForcedLevel, CallsEveryStageThatItHas) {
       uncalled.insert(stage.name);
     }
   }
-  for (const Mode &mode : levels::conversionsToRgb()) {
+  for (const Mode &mode : levels::servedConversions()) {
     for (const containment::Sizes &sizes : {levels::kWholeBlocks, levels::kCutBlocks}) {
       for (const Calls &call : levels::servedBy(mode, sizes).calls) {
         if (call.level == GetParam()) {
@@ -121,7 +147,7 @@ INSTANTIATE_TEST_SUITE_P(Vector, ForcedLevel,
 
 TEST(PortableLevel, CallsNoStage) {
   const LevelsForced forced(zqcc::LEVEL_PORTABLE);
-  for (const Mode &mode : levels::conversionsToRgb()) {
+  for (const Mode &mode : levels::servedConversions()) {
     const Served served = levels::servedBy(mode);
     EXPECT_THAT(served.calls, testing::IsEmpty()) << levels::nameOf(mode);
     EXPECT_FALSE(served.whole) << "portable code writes nothing converting " << levels::nameOf(mode);

@@ -67,7 +67,7 @@ int main(int count, char **words) {
   std::printf("detected %s\n", support::namesOf(zqcc::detectedLevels()).c_str());
   std::printf("usable %s\n", support::namesOf(zqcc::usableLevels()).c_str());
   printStages();
-  for (const containment::Mode &mode : levels::conversionsToRgb()) {
+  for (const containment::Mode &mode : levels::servedConversions()) {
     printConversion(mode);
   }
   return 0;

@@ -1,5 +1,6 @@
 #include "levels/served.h"
 
+#include "base/picture_shape.h"
 #include "containment/expectation.h"
 #include "frame/route.h"
 #include "reference/direct_case.h"
@@ -35,7 +36,24 @@ Canvas canvasFor(const Mode &mode, const Sizes &sizes) {
 bool isPlanned(const Mode &mode) {
   const ConvertParams params = containment::recordOf(mode, kWholeBlocks);
   const zqcc::PlanKind plan = zqcc::routeOf(params).plan;
-  return plan == zqcc::PlanKind::Packed || zqcc::resizePlanBytes(plan, params) > 0;
+  return plan == zqcc::PlanKind::Packed || plan == zqcc::PlanKind::Box || zqcc::resizePlanBytes(plan, params) > 0;
+}
+
+bool convertsToRgb(const Mode &mode) {
+  const bool turns = mode.rotation >= ROTATION_NONE && mode.rotation <= ROTATION_FLIP_V;
+  const bool toRgb = support::isRgb16(mode.outType) || mode.outType == COLOR_RGB24;
+  return turns && toRgb && mode.inType != mode.outType;
+}
+
+/// Half turns only where they are no copies.
+bool turnsOwnType(const Mode &mode) {
+  const bool half = mode.rotation == ROTATION_180 && zqcc::isPlanar420(mode.inType);
+  return mode.inType == mode.outType &&
+         (mode.rotation == ROTATION_90_LEFT || mode.rotation == ROTATION_90_RIGHT || half);
+}
+
+bool takesMacropixelsApart(const Mode &mode) {
+  return zqcc::isPacked422(mode.inType) && zqcc::isPlanar420(mode.outType) && mode.rotation == ROTATION_NONE;
 }
 
 } // namespace
@@ -48,14 +66,15 @@ zqcc::LevelSet Served::levels() const {
   return all;
 }
 
-std::vector<Mode> conversionsToRgb() {
+std::vector<Mode> servedConversions() {
   std::vector<Mode> modes;
   for (const Mode &mode : containment::allModes()) {
-    const bool turns = mode.rotation >= ROTATION_NONE && mode.rotation <= ROTATION_FLIP_V;
-    const bool toRgb = support::isRgb16(mode.outType) || mode.outType == COLOR_RGB24;
-    const bool vectors = (mode.isResize == 0 && mode.quality == 0) || (mode.isResize == 1 && isPlanned(mode));
-    if (turns && toRgb && vectors && mode.inType != mode.outType &&
-        containment::cellOf(containment::recordOf(mode, kWholeBlocks)) >= 0) {
+    const bool plain = mode.isResize == 0 && mode.quality == 0;
+    const bool resized = mode.isResize == 1 && isPlanned(mode);
+    const bool kept = mode.inType == mode.outType && mode.rotation <= ROTATION_FLIP_V;
+    const bool made = plain ? convertsToRgb(mode) || turnsOwnType(mode) || takesMacropixelsApart(mode)
+                            : resized && (convertsToRgb(mode) || kept);
+    if (made && containment::cellOf(containment::recordOf(mode, kWholeBlocks)) >= 0) {
       modes.push_back(mode);
     }
   }

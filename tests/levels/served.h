@@ -18,10 +18,10 @@ struct Served {
   [[nodiscard]] zqcc::LevelSet levels() const;
 };
 
-/// The modes to RGB that vector code is meant for, upright and turned: at the picture's own size those that the library
-/// accepts and that write something, resized those whose columns are planned for it. Pictures that are resized to their
+/// The modes that stages make every pixel of: at the picture's own size to RGB, upright and turned, turns that keep the
+/// type, and packed to planar 4:2:0; resized those whose columns are planned for it. Pictures that are resized to their
 /// own size are resized all the same.
-std::vector<containment::Mode> conversionsToRgb();
+std::vector<containment::Mode> servedConversions();
 
 /// A picture of whole 16 x 16 blocks and whole vectors of every level, so that no edge is left to portable code, and
 /// one whose right and bottom edges cut blocks.

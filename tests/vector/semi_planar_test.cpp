@@ -83,9 +83,11 @@ public:
   }
   [[nodiscard]] ConvertParams describeSplit(const Case &c) const {
     ConvertParams p = describe(c);
-    p.inType = COLOR_YUV420_PLANAR;
-    p.inBuf[1] = split_[0].data();
-    p.inBuf[2] = split_[1].data();
+    // With V in front where the type would be kept else, which is another conversion.
+    const bool vFirst = c.outType == COLOR_YUV420_PLANAR;
+    p.inType = vFirst ? COLOR_YVU420_PLANAR : COLOR_YUV420_PLANAR;
+    p.inBuf[vFirst ? 2 : 1] = split_[0].data();
+    p.inBuf[vFirst ? 1 : 2] = split_[1].data();
     return p;
   }
 
@@ -96,6 +98,9 @@ private:
 };
 
 Canvas canvasFor(const Case &c) {
+  if (c.outType == COLOR_YUV420_PLANAR) {
+    return Canvas::forPicture(c.outType, c.outWidth, c.outHeight, c.outWidth + 5, 1);
+  }
   const bool isTurned =
       c.outType == COLOR_RGB565 && (c.rotation == ROTATION_90_LEFT || c.rotation == ROTATION_90_RIGHT);
   const int columns = isTurned ? c.outHeight : c.outWidth;
@@ -156,11 +161,11 @@ private:
   ConvertContext *handle_ = nullptr;
 };
 
-/// Calls visit(case) for a size with both orders of the pairs, both kinds of output and every turn.
+/// Calls visit(case) for a size with both orders of the pairs, every kind of output and every turn.
 template <class Visit>
 void forEachMode(Case c, Visit visit) {
   for (const int inType : {COLOR_YUV420_PACK, COLOR_YUV420_PACK2}) {
-    for (const int outType : {COLOR_RGB565, COLOR_RGB24}) {
+    for (const int outType : {COLOR_RGB565, COLOR_RGB24, COLOR_YUV420_PLANAR}) {
       for (uint32_t rotation = ROTATION_NONE; rotation <= ROTATION_FLIP_V; ++rotation) {
         c.inType = inType;
         c.outType = outType;

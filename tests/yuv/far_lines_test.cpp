@@ -36,7 +36,7 @@ TEST(FarLines, ChromaIsSplitBeyond32Bits) {
                             static_cast<uint8_t>(value + 101)};
     std::memcpy(pairs.data() + k * kStride, line, sizeof line);
   }
-  zqcc::deinterleaveChroma(params, first.data(), second.data());
+  zqcc::deinterleaveChroma(zqcc::setOf(zqcc::LEVEL_PORTABLE), params, first.data(), second.data());
   for (uint64_t k = 0; k < kLines; ++k) {
     const auto value = static_cast<uint8_t>(10 * k);
     const uint8_t *u = first.data() + k * kStride / 2;

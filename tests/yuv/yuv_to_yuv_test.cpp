@@ -4,6 +4,7 @@
 #include "frame/context.h"
 #include "reference/direct_expect.h"
 #include "support/levels.h"
+#include "vector/detect.h"
 
 #include <gtest/gtest.h>
 
@@ -54,7 +55,7 @@ std::array<std::vector<uint8_t>, 2> split(int width, int height, int stride, con
   params.inStride = stride;
   params.inBuf[1] = pairs.data();
   std::array<std::vector<uint8_t>, 2> planes{std::vector<uint8_t>(12, 7), std::vector<uint8_t>(12, 7)};
-  zqcc::deinterleaveChroma(params, planes[0].data(), planes[1].data());
+  zqcc::deinterleaveChroma(zqcc::setOf(zqcc::LEVEL_PORTABLE), params, planes[0].data(), planes[1].data());
   return planes;
 }
 
@@ -66,6 +67,40 @@ TEST(YuvToYuv, SplitterSendsThePairsFirstSamplesToTheFirstPlane) {
   EXPECT_EQ((std::vector<uint8_t>{20, 21, 7, 7, 22, 23, 7, 7, 7, 7, 7, 7}), planes[1]);
   // An odd fifth line has no chroma of its own.
   EXPECT_EQ(planes, split(4, 5, 8, pairs));
+}
+
+/// Any number of pairs, at every level; what lies between the lines stays.
+TEST(YuvToYuv, SplitterTakesEveryPairAtEveryLevel) {
+  constexpr int kLines = 3;
+  for (const zqcc::Level level : support::kLevels) {
+    if (!support::hasLevel(level)) {
+      continue;
+    }
+    for (int count = 1; count < 140; ++count) {
+      const int stride = 2 * count + count % 5;
+      const int pitch = stride / 2;
+      std::vector<uint8_t> pairs(static_cast<std::size_t>((kLines - 1) * stride + 2 * count));
+      support::fill(pairs.data(), pairs.size(), support::Fill::Noise, static_cast<uint32_t>(count));
+      const std::vector<uint8_t> untouched(static_cast<std::size_t>(kLines * (pitch + 1)) + 64, 7);
+      std::array<std::vector<uint8_t>, 2> planes{untouched, untouched};
+      std::array<std::vector<uint8_t>, 2> expected{untouched, untouched};
+      for (int line = 0; line < kLines; ++line) {
+        for (int i = 0; i < 2 * count; ++i) {
+          expected[static_cast<std::size_t>(i % 2)][static_cast<std::size_t>(line * pitch + i / 2)] =
+              pairs[static_cast<std::size_t>(line * stride + i)];
+        }
+      }
+      ConvertParams params = support::blankParams();
+      params.inType = COLOR_YUV420_PACK;
+      params.inWidth = 2 * count + count % 2;
+      params.inHeight = 2 * kLines;
+      params.inStride = stride;
+      params.inBuf[1] = pairs.data();
+      zqcc::deinterleaveChroma(support::upTo(level) & zqcc::detectedLevels(), params, planes[0].data(),
+                               planes[1].data());
+      ASSERT_EQ(expected, planes) << count << " pairs at " << support::nameOf(level);
+    }
+  }
 }
 
 TEST(YuvToYuv, SplitterNeedsTwoLinesAndOneColumn) {
