@@ -168,6 +168,26 @@ FilterLines filterLines(const ConvertParams &seen) {
   return {luma, {outputs(shift), columns, columns}};
 }
 
+void makeParts(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, Pieces &pieces, ResizePlan &plan) {
+  const Parts parts = partsOf(kind, seen);
+  if (parts.interpolated) {
+    plan.luma = interpolated(kind, seen, xTable, pieces);
+  }
+  if (parts.picked) {
+    plan.picked = picked(kind, seen, xTable, pieces);
+  }
+  if (parts.chroma > 0) {
+    uint8_t *chroma = pieces.take(pickPlanBytes(parts.chroma));
+    int32_t *columns = planColumns(chroma, parts.chroma);
+    if (kind == PlanKind::RunLength) {
+      halfColumns(parts.samples, seen.outWidth, xTable, columns);
+    } else {
+      chromaColumns(*chromaRuleOf(kind), parts.samples, seen.outWidth, xTable, columns);
+    }
+    plan.chroma = makePickPlan(chroma, parts.chroma, {parts.samples, 1});
+  }
+}
+
 } // namespace
 
 Weighting weightingOf(PlanKind kind) {
@@ -225,35 +245,17 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
 }
 
 void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, uint8_t *memory) {
-  const Parts parts = partsOf(kind, seen);
-  auto *plan = ::new (memory) ResizePlan{kind, {}, {}, {}, {}, {}};
-  if (keepsType(kind)) {
-    plan->kept = makeKeptPlan(kind, seen, xTable, memory + aligned(sizeof(ResizePlan)));
-    return;
-  }
+  ResizePlan plan{kind, {}, {}, {}, {}, {}};
   Pieces pieces(memory);
-  if (kind == PlanKind::FivePoint) {
+  if (keepsType(kind)) {
+    plan.kept = makeKeptPlan(kind, seen, xTable, pieces.take(0));
+  } else if (kind == PlanKind::FivePoint) {
     const FilterLines lines = filterLines(seen);
-    plan->filter = makeFilterPlan(xTable, lines.luma, lines.chroma,
-                                  pieces.take(static_cast<std::size_t>(filterPlanBytes(lines.luma, lines.chroma))));
-    return;
+    plan.filter = makeFilterPlan(xTable, lines.luma, lines.chroma, pieces.take(0));
+  } else {
+    makeParts(kind, seen, xTable, pieces, plan);
   }
-  if (parts.interpolated) {
-    plan->luma = interpolated(kind, seen, xTable, pieces);
-  }
-  if (parts.picked) {
-    plan->picked = picked(kind, seen, xTable, pieces);
-  }
-  if (parts.chroma > 0) {
-    uint8_t *chroma = pieces.take(pickPlanBytes(parts.chroma));
-    int32_t *columns = planColumns(chroma, parts.chroma);
-    if (kind == PlanKind::RunLength) {
-      halfColumns(parts.samples, seen.outWidth, xTable, columns);
-    } else {
-      chromaColumns(*chromaRuleOf(kind), parts.samples, seen.outWidth, xTable, columns);
-    }
-    plan->chroma = makePickPlan(chroma, parts.chroma, {parts.samples, 1});
-  }
+  ::new (memory) ResizePlan(plan);
 }
 
 } // namespace zqcc
