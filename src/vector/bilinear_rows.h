@@ -12,8 +12,9 @@
 namespace zqcc {
 
 /// Rows of samples of a chunk, of two lines.
+template <std::size_t columns>
 struct SampleBuffer {
-  alignas(64) uint8_t line[2][kChunkColumns];
+  alignas(64) uint8_t line[2][columns];
 };
 
 /// The stages that samplers are made of, of the highest level that may run.
@@ -64,7 +65,7 @@ constexpr ChunkGroups groupsOf(int32_t first, int32_t outputs) {
 
 /// Two interpolated lines of as many planes: those with the highest numbers that were asked for, since lines come in
 /// rising order and an output line lies between neighbours.
-template <std::size_t planes>
+template <std::size_t planes, std::size_t columns>
 class KeptRows {
 public:
   // Rows are filled before they are read; clearing them would cost more than a small picture.
@@ -95,7 +96,7 @@ private:
     return slot;
   }
 
-  alignas(64) int32_t rows_[2][planes][kChunkColumns];
+  alignas(64) int32_t rows_[2][planes][columns];
   int32_t lines_[2] = {-1, -1};
 };
 

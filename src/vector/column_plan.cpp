@@ -93,7 +93,7 @@ void placeWindows(SpanOf spanOf, int32_t first, int32_t parts, int32_t lineBytes
 
 /// The same, with windows whole lanes apart and within reach. False if they do not serve all outputs then.
 template <class SpanOf>
-bool placeWithinReach(SpanOf spanOf, int32_t first, int32_t parts, int32_t lineBytes, int32_t (&window)[4][kBlocks]) {
+bool placeWithinReach(SpanOf spanOf, int32_t first, int32_t parts, int32_t lineBytes, TapGroup &group) {
   const int32_t base = smaller(spanOf(first).first, lineBytes - kPlanReach);
   const int32_t neighbours = kBlock / parts;
   if (base < 0 || parts > 2) {
@@ -106,16 +106,17 @@ bool placeWithinReach(SpanOf spanOf, int32_t first, int32_t parts, int32_t lineB
       if (spanOf(output + neighbours - 1).last - base >= from + kPlanWindow) {
         return false;
       }
-      window[part][b] = base + from;
+      group.window[part][b] = base + from;
     }
   }
+  group.base = base;
   return true;
 }
 
 void numberLanes(TapGroup &group, int32_t parts) {
   for (int32_t part = 0; part < parts; ++part) {
     for (int32_t lane = 0; lane < 16; ++lane) {
-      const int32_t bytes = group.window[part][lane / 4] - group.window[0][0];
+      const int32_t bytes = group.window[part][lane / 4] - group.base;
       group.lane[part][lane] = static_cast<uint32_t>(bytes / 4 + lane % 4);
     }
   }
@@ -193,6 +194,17 @@ int32_t ratioOf(const int32_t *columns, int32_t outputs) {
   return ratio;
 }
 
+/// Windows never fall, those behind the last output neither.
+template <class Plan, class SpanOf>
+ByteRange bytesReadBy(const Plan &plan, SpanOf spanOf, int32_t firstGroup, int32_t groups) {
+  const int32_t endGroup = firstGroup + groups;
+  if (plan.parts == 0) {
+    return {spanOf(firstGroup * kPlanGroup).first, spanOf(endGroup * kPlanGroup - 1).last + 1};
+  }
+  return {plan.groups[firstGroup].window[0][0],
+          plan.groups[endGroup - 1].window[plan.parts - 1][kBlocks - 1] + kPlanWindow};
+}
+
 } // namespace
 
 std::size_t tapPlanBytes(int32_t outputs) {
@@ -212,7 +224,7 @@ TapPlan makeTapPlan(void *memory, int32_t outputs, PlanLine line) {
   const int32_t parts = partsFor(spanOf, wholeOutputs(outputs), bytesOf(line));
   bool withinReach = parts != 0;
   for (int32_t g = 0; g < planGroups(outputs) && withinReach; ++g) {
-    withinReach = placeWithinReach(spanOf, g * kPlanGroup, parts, bytesOf(line), groups[g].window);
+    withinReach = placeWithinReach(spanOf, g * kPlanGroup, parts, bytesOf(line), groups[g]);
   }
   for (int32_t g = 0; g < planGroups(outputs); ++g) {
     const int32_t first = g * kPlanGroup;
@@ -254,22 +266,11 @@ PickPlan makePickPlan(void *memory, int32_t outputs, PlanLine line) {
   return {groups, parts, columns, line.step, ratioOf(columns, outputs)};
 }
 
-namespace {
-
-/// Windows never fall, those behind the last output neither.
-template <class Plan, class SpanOf>
-ByteRange bytesReadBy(const Plan &plan, SpanOf spanOf, int32_t firstGroup, int32_t groups) {
-  const int32_t endGroup = firstGroup + groups;
-  if (plan.parts == 0) {
-    return {spanOf(firstGroup * kPlanGroup).first, spanOf(endGroup * kPlanGroup - 1).last + 1};
-  }
-  return {plan.groups[firstGroup].window[0][0],
-          plan.groups[endGroup - 1].window[plan.parts - 1][kBlocks - 1] + kPlanWindow};
-}
-
-} // namespace
-
 ByteRange bytesRead(const TapPlan &plan, int32_t firstGroup, int32_t groups) {
+  const TapGroup *group = plan.groups + firstGroup;
+  if (plan.withinReach) {
+    return {group->base, group[groups - 1].base + kPlanReach};
+  }
   return bytesReadBy(plan, SpanOfTap{plan.taps, plan.step}, firstGroup, groups);
 }
 

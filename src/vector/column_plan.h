@@ -29,8 +29,9 @@ struct alignas(64) TapGroup {
   uint8_t mask[4][64];   ///< [k][16 b + 4 i]: number of the byte in its window, 0x80, that of the next one, 0x80
   int16_t weight[4][32]; ///< [k][8 b + 2 i]: 1024 - next, next
   int32_t window[4][4];  ///< [part][b]: first byte of the window in the line
-  /// Of a plan within reach, [part][4 b + i]: windows as 32-bit lanes of the bytes from the group's first window on.
+  /// Of a plan within reach: where kPlanReach bytes begin, and windows as 32-bit lanes of them, [part][4 b + i].
   uint32_t lane[2][16];
+  int32_t base;
 };
 
 /// Every pointer is into the memory that the plan was made in.
@@ -42,8 +43,8 @@ struct TapPlan {
   int32_t parts;
   const Tap *taps; ///< of every output, and of what stands behind the last one
   int32_t step;    ///< distance of neighbouring samples in bytes
-  /// Every group's windows lie within kPlanReach bytes of the line from window[0][0] on and whole lanes of 32 bits
-  /// apart, one or two parts: they can be taken out of vectors.
+  /// There are one or two parts, and the windows of every group lie within kPlanReach bytes of the line, whole lanes of
+  /// 32 bits apart: they can be taken out of vectors.
   bool withinReach;
 };
 

@@ -13,13 +13,13 @@ namespace {
 /// A block of a quarter turn. Wide ones have fewer calls for a pixel, which counts for more than that output lines are
 /// written 64 bytes at a time.
 constexpr int32_t kTurnedLines = 32;
-constexpr int32_t kTurnedBytes = kChunkColumns * kTurnedLines * 2;
+constexpr int32_t kTurnedBytes = kTurnedLines * 512 * 2;
 
-/// Columns of a chunk.
-constexpr int32_t columnsOf(Turn turn, int pixelBytes) {
-  return isQuarterTurn(turn) && pixelBytes > 2 ? kChunkColumns / 2 : kChunkColumns;
+/// Columns of a turned chunk at most.
+constexpr int32_t turnedColumns(int pixelBytes) {
+  return pixelBytes == 2 ? 512 : 256;
 }
-static_assert(columnsOf(Turn::Left, 3) * kTurnedLines * 3 <= kTurnedBytes);
+static_assert(turnedColumns(3) * kTurnedLines * 3 <= kTurnedBytes);
 
 /// Where output lines overlap, the order of the stores shows; it is that of the portable code.
 bool linesOverlap(const ResizeTarget &to, int pixelBytes) {
@@ -82,7 +82,7 @@ struct Chunk {
 
 /// Lines are made where they belong as long as all that is made belongs there.
 void resizeUpright(const PixelMaker &maker, const Lines &lines, const Chunk &chunk) {
-  alignas(64) uint8_t pixels[2][kChunkColumns * kMostPixelBytes];
+  alignas(64) uint8_t pixels[2][kMostColumns * kMostPixelBytes];
   const bool fits = maker.made() == chunk.count;
   uint8_t *line = chunk.to;
   for (int32_t j = 0; j < lines.height; j += 2, line += 2 * lines.steps.line) {
@@ -98,7 +98,7 @@ void resizeUpright(const PixelMaker &maker, const Lines &lines, const Chunk &chu
 }
 
 void resizeHalfTurned(const PixelMaker &maker, ReverseRow reverse, const Lines &lines, const Chunk &chunk) {
-  alignas(64) uint8_t pixels[2][kChunkColumns * kMostPixelBytes];
+  alignas(64) uint8_t pixels[2][kMostColumns * kMostPixelBytes];
   uint8_t *const made[2] = {pixels[0], pixels[1]};
   uint8_t *line = chunk.to + (chunk.count - 1) * lines.steps.column;
   for (int32_t j = 0; j < lines.height; j += 2) {
@@ -130,7 +130,8 @@ bool resizeRows(const SamplerCalls &calls, const ResizeStages &stages, LevelSet 
     return false;
   }
   const Lines lines{to.height, stepsOf(to.turn, stages.pixelBytes, to.target.stride), stages.pixelBytes};
-  const int32_t most = columnsOf(to.turn, stages.pixelBytes);
+  const int32_t most =
+      isQuarterTurn(to.turn) ? smaller(calls.mostColumns, turnedColumns(stages.pixelBytes)) : calls.mostColumns;
   for (int32_t first = 0; first < to.width; first += most) {
     const Chunk chunk{smaller(to.width - first, most), to.target.origin + first * lines.steps.column};
     maker.columns(first, chunk.count);

@@ -9,12 +9,18 @@
 #include "vector/place_stages.h"
 #include "vector/stages.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace zqcc {
 
-/// Columns of a chunk at most. Chunks begin at multiples of 128, and so do halves of them at multiples of 64.
-inline constexpr int32_t kChunkColumns = 2048;
+/// Columns of a chunk at most, unless the sampler has room for more or less of them. Chunks begin at multiples of 128,
+/// and so do halves of them at multiples of 64.
+inline constexpr int32_t kChunkColumns = 512;
+
+/// Columns that the driver makes at a time at most: of wide chunks longer pieces of lines are read and written at a
+/// time.
+inline constexpr std::size_t kMostColumns = 2048;
 
 /// Where an output picture goes: its size before the turn, and where its pixel (0, 0) lands.
 struct ResizeTarget {
@@ -36,6 +42,7 @@ struct ResizeStages {
 /// A sampler as the driver calls it.
 struct SamplerCalls {
   void *sampler;
+  int32_t mostColumns; ///< that it has room for: a multiple of 128, at most kMostColumns
   void (*columns)(void *sampler, int32_t first, int32_t count);
   void (*lines)(void *sampler, int32_t j, int32_t lineCount, SampleRows (&rows)[2]);
 };
@@ -45,23 +52,35 @@ struct SamplerCalls {
 bool resizeRows(const SamplerCalls &calls, const ResizeStages &stages, LevelSet usable, const ResizeTarget &to,
                 const ColorMatrix &matrix);
 
+/// The columns that a sampler has room for.
+template <class Sampler>
+constexpr int32_t columnsOf() {
+  if constexpr (requires { Sampler::kColumns; }) {
+    static_assert(Sampler::kColumns % 128 == 0 && Sampler::kColumns <= kMostColumns);
+    return static_cast<int32_t>(Sampler::kColumns);
+  } else {
+    return kChunkColumns;
+  }
+}
+
 /// As resizeRows, with a sampler of any type that has
 ///
 ///     void columns(int32_t first, int32_t count);
-///         // A chunk follows that begins at output column `first`, `count` columns of at most kChunkColumns.
+///         A chunk follows that begins at output column `first`, `count` columns of at most kColumns.
 ///     void lines(int32_t j, int32_t lineCount, SampleRows (&rows)[2]);
-///         // Samples of the chunk's columns of output lines j, an even number, and j + 1. Lines come in rising order.
-///         // For pairs of lines, rows[0] has y[0], y[1], u and v; for single lines, rows[0] and rows[1] have y[0], u
-///         // and v each. Rows can be read for max(16, count rounded up to an even number) samples, half chroma for
-///         half
-///         // as many; what stands behind the chunk's samples does not matter. If lineCount is 1 there is no line j +
-///         1:
-///         // its rows can be read, whatever they hold.
+///         Samples of the chunk's columns of output lines j, an even number, and j + 1. Lines come in rising order. For
+///         pairs of lines, rows[0] has y[0], y[1], u and v; for single lines, rows[0] and rows[1] have y[0], u and v
+///         each. Rows can be read for max(16, count rounded up to an even number) samples, half chroma for half as
+///         many; what stands behind the chunk's samples does not matter. If lineCount is 1 there is no line j + 1: its
+///         rows can be read, whatever they hold.
+///     static constexpr std::size_t kColumns;
+///         The columns that it has room for, if these are not kChunkColumns.
 template <class Sampler>
 bool resizeByRows(Sampler &sampler, const ResizeStages &stages, LevelSet usable, const ResizeTarget &to,
                   const ColorMatrix &matrix) {
   const SamplerCalls calls{
-      &sampler, [](void *self, int32_t first, int32_t count) { static_cast<Sampler *>(self)->columns(first, count); },
+      &sampler, columnsOf<Sampler>(),
+      [](void *self, int32_t first, int32_t count) { static_cast<Sampler *>(self)->columns(first, count); },
       [](void *self, int32_t j, int32_t lineCount, SampleRows(&rows)[2]) {
         static_cast<Sampler *>(self)->lines(j, lineCount, rows);
       }};

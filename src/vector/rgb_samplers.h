@@ -9,7 +9,9 @@
 
 namespace zqcc {
 
-/// How source lines of three components are interpolated: columns() says which groups, fill() makes one line.
+// How source lines of three components are interpolated: columns() says which groups, fill() makes one line.
+
+template <std::size_t mostColumns>
 class PlanarComponents {
 public:
   PlanarComponents(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
@@ -17,7 +19,7 @@ public:
 
   void columns(const ChunkGroups &groups) { groups_ = groups; }
 
-  void fill(int32_t line, int32_t (&row)[3][kChunkColumns]) const {
+  void fill(int32_t line, int32_t (&row)[3][mostColumns]) const {
     for (int c = 0; c < 3; ++c) {
       fill_(planes_[c] + line * stride_, plan_, groups_.first, groups_.count, row[c]);
     }
@@ -32,6 +34,7 @@ private:
 };
 
 /// B, G, R bytes become rows first, those of the chunk.
+template <std::size_t mostColumns>
 class Rgb24Components {
 public:
   // cppcheck-suppress uninitMemberVar ; samples are fetched before they are read
@@ -43,7 +46,7 @@ public:
     range_ = bytesRead(plan_, groups.first, groups.count);
   }
 
-  void fill(int32_t line, int32_t (&row)[3][kChunkColumns]) {
+  void fill(int32_t line, int32_t (&row)[3][mostColumns]) {
     const uint8_t *from = bytes_ + line * stride_ + std::ptrdiff_t{range_.first} * 3;
     fetch_({nullptr, nullptr, from}, {samples_[0], samples_[1], samples_[2]}, range_.end - range_.first);
     for (int c = 0; c < 3; ++c) {
@@ -54,7 +57,7 @@ public:
 private:
   /// Four outputs lie in a window of 16, or the plan does not have samples in rows: source columns of neighbouring
   /// outputs are less than five apart. The last window reaches beyond them.
-  static constexpr int32_t kSamples = 5 * kChunkColumns + kPlanWindow;
+  static constexpr std::size_t kSamples = 5 * mostColumns + 16;
 
   const TapPlan &plan_;
   FillRow fill_;
@@ -63,12 +66,14 @@ private:
   const uint8_t *bytes_;
   ChunkGroups groups_{};
   ByteRange range_{};
-  alignas(64) uint8_t samples_[3][(kSamples + 63) & -64];
+  alignas(64) uint8_t samples_[3][(kSamples + 63) / 64 * 64];
 };
 
-template <class Components>
+template <template <std::size_t> class Components, std::size_t mostColumns>
 class RgbSampler {
 public:
+  static constexpr std::size_t kColumns = mostColumns;
+
   // cppcheck-suppress uninitMemberVar ; samples are made before they are read
   RgbSampler(const Job &job, const PlaneView &view, const ScaleStages &stages)
       : lineTaps_(job.yTable, weightingOf(job.plan->kind)), taps_(lineTaps_), mix_(stages.mix),
@@ -101,10 +106,10 @@ private:
   const LineTaps lineTaps_; ///< from the first line on
   LineTaps taps_;
   MixRows mix_;
-  Components components_;
+  Components<mostColumns> components_;
   ChunkGroups groups_{};
-  KeptRows<3> kept_;
-  SampleBuffer samples_[3];
+  KeptRows<3, mostColumns> kept_;
+  SampleBuffer<mostColumns> samples_[3];
 };
 
 } // namespace zqcc

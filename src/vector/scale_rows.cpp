@@ -39,8 +39,7 @@ struct WindowsWithinReach {
   __m512i high;
 
   HWY_INLINE WindowsWithinReach(const uint8_t *line, const TapGroup &of)
-      : group(of), low(_mm512_loadu_si512(line + of.window[0][0])),
-        high(_mm512_loadu_si512(line + of.window[0][0] + 64)) {}
+      : group(of), low(_mm512_loadu_si512(line + of.base)), high(_mm512_loadu_si512(line + of.base + 64)) {}
   HWY_INLINE SampleVec of(int32_t part, int32_t /*b*/) const {
     return SampleVec{_mm512_permutex2var_epi32(low, _mm512_load_si512(group.lane[part]), high)};
   }
@@ -74,21 +73,30 @@ HWY_NOINLINE void fillGroups(const uint8_t *line, const TapGroup *group, int32_t
   }
 }
 
+/// The samples of outputs and the ones behind them, pair by pair.
+HWY_NOINLINE void gatherPairs(const uint8_t *line, const Tap *tap, int32_t step, std::ptrdiff_t count, uint8_t *pairs) {
+  if (step == 1) {
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+      hwy::CopyBytes<2>(line + tap[i].index, pairs + 2 * i);
+    }
+  } else {
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+      const uint8_t *from = line + std::ptrdiff_t{tap[i].index} * step;
+      pairs[2 * i] = from[0];
+      pairs[2 * i + 1] = from[step];
+    }
+  }
+}
+
 /// Windows that are too narrow for the ratio, or too wide for the line: pairs of bytes are brought together first.
 HWY_NOINLINE void fillGathered(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32_t groups,
                                int32_t *row) {
-  constexpr int32_t kGroups = 8;
+  constexpr int32_t kGroups = 8; // at a time: reading what was written byte by byte just before would stall
   uint8_t pairs[kGroups][2 * kPlanGroup];
   for (int32_t first = 0; first < groups; first += kGroups) {
     const int32_t count = groups - first < kGroups ? groups - first : kGroups;
-    const Tap *tap = plan.taps + std::ptrdiff_t{firstGroup + first} * kPlanGroup;
-    for (int32_t g = 0; g < count; ++g) {
-      for (int32_t i = 0; i < kPlanGroup; ++i, ++tap) {
-        const uint8_t *from = line + std::ptrdiff_t{tap->index} * plan.step;
-        pairs[g][2 * i] = from[0];
-        pairs[g][2 * i + 1] = from[plan.step];
-      }
-    }
+    const std::ptrdiff_t output = std::ptrdiff_t{firstGroup + first} * kPlanGroup;
+    gatherPairs(line, plan.taps + output, plan.step, std::ptrdiff_t{count} * kPlanGroup, pairs[0]);
     for (int32_t g = 0; g < count; ++g) {
       fillGroup<Windows<2>>(pairs[g], plan.groups[firstGroup + first + g],
                             row + std::ptrdiff_t{first + g} * kPlanGroup);
@@ -136,21 +144,43 @@ void mixRows(const int32_t *top, const int32_t *bottom, int32_t next, int32_t gr
 // --- Nearest samples ------------------------------------------------------------------------------------------------
 
 template <int32_t parts>
+HWY_INLINE void pickGroup(const uint8_t *line, const PickGroup &group, uint8_t *to) {
+  for (int32_t b = 0; b < 4; b += kBlocks, to += 16 * kBlocks) {
+    const auto part = [&](int32_t number) HWY_ATTR {
+      return hn::TableLookupBytesOr0(blocksAt(kSamples, line, group.window[number] + b),
+                                     hn::Load(kSamples, group.mask[number] + 16 * b));
+    };
+    SampleVec samples = part(0);
+    if constexpr (parts >= 2) {
+      samples = hn::Or(samples, part(1));
+    }
+    if constexpr (parts == 4) {
+      samples = hn::Or(samples, hn::Or(part(2), part(3)));
+    }
+    hn::StoreU(samples, kSamples, to);
+  }
+}
+
+template <int32_t parts>
 HWY_NOINLINE void pickGroups(const uint8_t *line, const PickGroup *group, int32_t groups, uint8_t *to) {
-  for (const PickGroup *const end = group + groups; group != end; ++group) {
-    for (int32_t b = 0; b < 4; b += kBlocks, to += 16 * kBlocks) {
-      const auto part = [&](int32_t number) HWY_ATTR {
-        return hn::TableLookupBytesOr0(blocksAt(kSamples, line, group->window[number] + b),
-                                       hn::Load(kSamples, group->mask[number] + 16 * b));
-      };
-      SampleVec samples = part(0);
-      if constexpr (parts >= 2) {
-        samples = hn::Or(samples, part(1));
-      }
-      if constexpr (parts == 4) {
-        samples = hn::Or(samples, hn::Or(part(2), part(3)));
-      }
-      hn::StoreU(samples, kSamples, to);
+  for (const PickGroup *const end = group + groups; group != end; ++group, to += kPlanGroup) {
+    pickGroup<parts>(line, *group, to);
+  }
+}
+
+/// Every second byte; no masks are needed where a group's windows follow one another.
+HWY_NOINLINE void pickEven(const uint8_t *line, const PickGroup *group, int32_t groups, uint8_t *to) {
+  constexpr std::ptrdiff_t kBytes = 16 * kBlocks;
+  for (const PickGroup *const end = group + groups; group != end; ++group, to += kPlanGroup) {
+    if (group->window[1][3] - group->window[0][0] != 2 * kPlanGroup - kPlanWindow) {
+      pickGroup<2>(line, *group, to);
+      continue;
+    }
+    const uint8_t *from = line + group->window[0][0];
+    for (std::ptrdiff_t i = 0; i < kPlanGroup; i += kBytes) {
+      const auto low = hn::LoadU(kSamples, from + 2 * i);
+      const auto high = hn::LoadU(kSamples, from + 2 * i + kBytes);
+      hn::StoreU(hn::ConcatEven(kSamples, high, low), kSamples, to + i);
     }
   }
 }
@@ -171,7 +201,8 @@ void pickRow(const uint8_t *line, const PickPlan &plan, int32_t firstGroup, int3
   case 1:
     return pickGroups<1>(line, first, groups, to);
   case 2:
-    return pickGroups<2>(line, first, groups, to);
+    return plan.ratio == 2 && plan.step == 1 ? pickEven(line, first, groups, to)
+                                             : pickGroups<2>(line, first, groups, to);
   default:
     return pickGroups<4>(line, first, groups, to);
   }

@@ -9,6 +9,7 @@
 namespace zqcc {
 
 /// Chroma rows of two lines, taken as they are. Lines that follow one another often share them.
+template <std::size_t mostColumns>
 class PickedChroma {
 public:
   // cppcheck-suppress uninitMemberVar ; rows are made before they are read
@@ -41,11 +42,13 @@ private:
   PickRow pick_;
   ChunkGroups groups_{};
   int32_t lines_[2] = {-1, -1};
-  SampleBuffer u_;
-  SampleBuffer v_;
+  SampleBuffer<mostColumns> u_;
+  SampleBuffer<mostColumns> v_;
 };
 
-/// How luma of output lines is made: columns() says which groups, line() makes one line.
+// How luma of output lines is made: columns() says which groups, line() makes one line.
+
+template <std::size_t mostColumns>
 class BilinearLuma {
 public:
   BilinearLuma(const PlaneView &view, const ResizePlan &plan, const ScaleStages &stages)
@@ -68,9 +71,10 @@ private:
   FillRow fill_;
   MixRows mix_;
   ChunkGroups groups_{};
-  KeptRows<1> kept_;
+  KeptRows<1, mostColumns> kept_;
 };
 
+template <std::size_t /*mostColumns*/>
 class NearestLuma {
 public:
   NearestLuma(const PlaneView &view, const ResizePlan &plan, const ScaleStages &stages)
@@ -89,9 +93,11 @@ private:
   ChunkGroups groups_{};
 };
 
-template <class Luma>
+template <template <std::size_t> class Luma, std::size_t mostColumns>
 class YuvSampler {
 public:
+  static constexpr std::size_t kColumns = mostColumns;
+
   // cppcheck-suppress uninitMemberVar ; samples are made before they are read
   YuvSampler(const Job &job, const PlaneView &view, const ScaleStages &stages)
       : lineTaps_(job.yTable, weightingOf(job.plan->kind)), taps_(lineTaps_), luma_(view, *job.plan, stages),
@@ -117,9 +123,9 @@ public:
 private:
   const LineTaps lineTaps_; ///< from the first line on
   LineTaps taps_;
-  Luma luma_;
-  PickedChroma chroma_;
-  SampleBuffer samples_;
+  Luma<mostColumns> luma_;
+  PickedChroma<mostColumns> chroma_;
+  SampleBuffer<mostColumns> samples_;
 };
 
 } // namespace zqcc

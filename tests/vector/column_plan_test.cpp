@@ -10,8 +10,6 @@
 namespace zqcc {
 namespace {
 
-constexpr int32_t kLongestLine = 4 * 1000;
-
 std::string nameOf(Scaling scaling, int32_t step) {
   return std::to_string(scaling.samples) + " to " + std::to_string(scaling.outputs) + ", step " + std::to_string(step);
 }
@@ -68,6 +66,32 @@ TEST(ColumnPlan, GivesEveryOutputItsSamplesAndWeights) {
   }
 }
 
+/// The windows of plans within reach are lanes of 128 bytes that lie inside the line.
+TEST(ColumnPlan, NumbersTheLanesOfWindowsWithinReach) {
+  for (const Scaling scaling : everyScaling()) {
+    SCOPED_TRACE(nameOf(scaling, 1));
+    const GuardedPlan guarded(tapsFor(scaling), {scaling.samples, 1});
+    const TapPlan &plan = guarded.taps();
+    if (!plan.withinReach) {
+      continue;
+    }
+    ASSERT_TRUE(plan.parts == 1 || plan.parts == 2);
+    for (int32_t g = 0; g < planGroups(scaling.outputs); ++g) {
+      const TapGroup &group = plan.groups[g];
+      const int32_t base = group.base;
+      ASSERT_GE(base, 0);
+      ASSERT_LE(base + kPlanReach, scaling.samples);
+      for (int32_t part = 0; part < plan.parts; ++part) {
+        for (int32_t lane = 0; lane < 16; ++lane) {
+          ASSERT_LT(group.lane[part][lane], 32U);
+          ASSERT_EQ(base + 4 * static_cast<int32_t>(group.lane[part][lane]),
+                    group.window[part][lane / 4] + lane % 4 * 4);
+        }
+      }
+    }
+  }
+}
+
 TEST(ColumnPlan, GivesEveryOutputItsNearestSample) {
   for (const Scaling scaling : everyScaling()) {
     for (const int32_t step : {1, 3}) {
@@ -111,6 +135,17 @@ TEST(ColumnPlan, TakesAsFewWindowsAsTheRatioLets) {
   EXPECT_EQ(pickParts({1024, 512}), 2);
   EXPECT_EQ(pickParts({2048, 512}), 4);
   EXPECT_EQ(pickParts({4096, 512}), 0);
+}
+
+TEST(ColumnPlan, HasWindowsWithinReachUpToThreeHalves) {
+  const auto withinReach = [](Scaling scaling) {
+    return GuardedPlan(tapsFor(scaling), {scaling.samples, 1}).taps().withinReach;
+  };
+  EXPECT_TRUE(withinReach({128, 1024}));
+  EXPECT_TRUE(withinReach({640, 512}));
+  EXPECT_TRUE(withinReach({768, 512}));
+  EXPECT_FALSE(withinReach({1100, 512}));
+  EXPECT_FALSE(withinReach({127, 1024}));
 }
 
 TEST(ColumnPlan, SaysWhichColumnsAreEquallyFarApart) {
