@@ -8,8 +8,9 @@
 namespace zqcc {
 namespace {
 
-/// Macropixels of a chunk, never less than stages read.
-constexpr std::size_t kMostMacropixels = kChunkColumns / 2;
+/// Columns of a chunk: nothing is kept of a line for longer than it takes to make two, so that long pieces do best.
+constexpr std::size_t kPackedColumns = kMostColumns;
+constexpr std::size_t kMostMacropixels = kPackedColumns / 2;
 
 /// Lines of macropixels that are picked for a chunk: the last two that were asked for.
 class PickedLines {
@@ -93,6 +94,8 @@ private:
 /// Rows of macropixels, for stages that read them as they lie.
 class PackedSampler {
 public:
+  static constexpr std::size_t kColumns = kPackedColumns;
+
   explicit PackedSampler(const Job &job) : lines_(job), yTable_(job.yTable), height_(job.params.outHeight) {}
   [[nodiscard]] bool canSample() const { return lines_.canPick(); }
 
@@ -122,6 +125,8 @@ private:
 /// The same taken apart into rows of luma and half chroma.
 class PartedSampler {
 public:
+  static constexpr std::size_t kColumns = kPackedColumns;
+
   explicit PartedSampler(const Job &job)
       : lines_(job), yTable_(job.yTable), height_(job.params.outHeight),
         part_((lines_.layout().isSwapped() ? SWAPPED_PACKED_ROWS : PACKED_ROWS).in(job.levels)) {}
@@ -154,9 +159,9 @@ public:
 
 private:
   struct Rows {
-    alignas(64) uint8_t y[kChunkColumns];
-    alignas(64) uint8_t u[kChunkColumns / 2];
-    alignas(64) uint8_t v[kChunkColumns / 2];
+    alignas(64) uint8_t y[kColumns];
+    alignas(64) uint8_t u[kColumns / 2];
+    alignas(64) uint8_t v[kColumns / 2];
   };
 
   PickedLines lines_;
