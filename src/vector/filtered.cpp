@@ -32,7 +32,7 @@ bool filterBy(const Job &job, const MeanPlanes &planes, const ChromaShifts &shif
 bool filteredByRows(const Job &job, int32_t columnShift, int32_t lineShift, bool isRgb) {
   const ChromaShifts shifts{columnShift, lineShift};
   const MeanPlanes planes(job.params);
-  if (job.levels == setOf(LEVEL_PORTABLE)) {
+  if (job.plan == nullptr) {
     return false;
   }
   if (job.params.antiAlias == 3) {
@@ -44,7 +44,7 @@ bool filteredByRows(const Job &job, int32_t columnShift, int32_t lineShift, bool
     return filterBy<BoxRows>(job, planes, shifts, isRgb);
   }
   // A plan is made for lines that do not end before the picture does.
-  const bool isPlanned = job.plan != nullptr && job.plan->filter.exists && job.params.inStride >= job.params.inWidth;
+  const bool isPlanned = job.plan->filter.exists && job.params.inStride >= job.params.inWidth;
   return isPlanned && planes.planes[1].limitY > 0 && filterBy<FivePointRows>(job, planes, shifts, isRgb);
 }
 

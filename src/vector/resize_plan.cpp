@@ -236,6 +236,9 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
     const FilterLines lines = filterLines(seen);
     return aligned(sizeof(ResizePlan)) + filterPlanBytes(lines.luma, lines.chroma);
   }
+  if (kind == PlanKind::Box) {
+    return aligned(sizeof(ResizePlan)); // the table says all, but small pictures have no plan
+  }
   const Parts parts = partsOf(kind, seen);
   uint64_t bytes = 0;
   bytes += parts.interpolated ? aligned(tapPlanBytes(seen.outWidth)) : 0;

@@ -1,0 +1,283 @@
+// The stages of filtered resizing, at every level that this machine has, against plain loops.
+#include "vector/filter_rows.h"
+
+#include "vector/colour_rows.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace zqcc {
+namespace {
+
+using support::Against;
+using support::GuardedPages;
+using Access = GuardedPages::Access;
+
+int between(std::mt19937 &random, int low, int high) {
+  return low + static_cast<int>(random() % static_cast<uint32_t>(high - low + 1));
+}
+
+class FilterRows : public AtEveryLevel {
+protected:
+  std::mt19937 random_{5}; // NOLINT(cert-msc51-cpp): the same cases everywhere
+};
+
+INSTANTIATE_TEST_SUITE_P(Levels, FilterRows, testing::ValuesIn(kVectorLevels),
+                         [](const auto &level) { return support::nameOf(level.param); });
+
+// --- Windows --------------------------------------------------------------------------------------------------------
+
+TEST_P(FilterRows, WindowsAreCopiedFromWhereTheyLie) {
+  constexpr int32_t kMostGroups = 5;
+  GuardedPages line(1024, Access::ReadOnly);
+  GuardedPages row(1024, Access::ReadWrite);
+  for (const Against against : {Against::End, Against::Start}) {
+    for (int32_t groups = 1; groups <= kMostGroups; ++groups) {
+      for (const bool near : {false, true}) {
+        const int32_t samples = between(random_, near ? 64 : 16, 400);
+        line.place(static_cast<std::size_t>(samples), against);
+        support::fill(line.write(), line.size(), support::Fill::Noise, static_cast<uint32_t>(samples));
+        row.place(static_cast<std::size_t>(groups) * kWindowBytes, against);
+        std::vector<int32_t> windows;
+        std::vector<NearWindows> nearest(static_cast<std::size_t>(groups));
+        for (NearWindows &each : nearest) {
+          each.first = between(random_, 0, std::max(0, samples - 64));
+          for (int block = 0; block < 4; ++block) {
+            const int from = between(random_, 0, 12);
+            windows.push_back(near ? each.first + 4 * from : between(random_, 0, samples - 16));
+            for (int i = 0; i < 4; ++i) {
+              each.from[4 * block + i] = static_cast<uint8_t>(from + i);
+            }
+          }
+        }
+        const FilterColumns columns{nullptr, windows.data(), nearest.data()};
+        const auto fault = support::catchFault(
+            [&] { (near ? NEAR_WINDOW_ROW : WINDOW_ROW).of[GetParam()](line.data(), columns, groups, row.data()); });
+        ASSERT_FALSE(fault.has_value() || row.damage().has_value());
+        for (std::size_t w = 0; w < windows.size(); ++w) {
+          ASSERT_EQ(std::memcmp(row.data() + 16 * w, line.data() + windows[w], 16), 0) << "window " << w;
+        }
+      }
+    }
+  }
+}
+
+// --- Five points ----------------------------------------------------------------------------------------------------
+
+/// What a mean is made of: the low 8 bits of every sample.
+int32_t bilinear(const uint8_t *top, const uint8_t *bottom, int32_t x, int32_t y) {
+  const int64_t upper = top[0] * int64_t{1024} + (top[1] - top[0]) * int64_t{x};
+  const int64_t lower = bottom[0] * int64_t{1024} + (bottom[1] - bottom[0]) * int64_t{x};
+  return static_cast<int32_t>((upper * 1024 + (lower - upper) * y) >> 20 & 255);
+}
+
+/// From all of the range that tables have: positions between -1 and 0 have negative weights.
+int32_t weight(std::mt19937 &random) {
+  switch (between(random, 0, 9)) {
+  case 0:
+    return 0;
+  case 1:
+    return 512;
+  case 2:
+    return 1023;
+  case 3:
+    return -1023;
+  case 4:
+    return between(random, -1023, -1);
+  default:
+    return between(random, 0, 1023);
+  }
+}
+
+TEST_P(FilterRows, MeansOfFivePointsHaveTheLowBitsOfEverySample) {
+  constexpr std::size_t kMost = 4;
+  std::vector<FilterGroup> columns(kMost);
+  GuardedPages rows(std::size_t{2} * kFilterTaps * kMost * kWindowBytes, Access::ReadOnly);
+  GuardedPages to(kMost * kFilterGroup, Access::ReadWrite);
+  for (int round = 0; round < 3000; ++round) {
+    const std::size_t groups = 1 + static_cast<std::size_t>(round) % kMost;
+    const std::size_t rowBytes = groups * kWindowBytes;
+    const Against against = round % 2 == 0 ? Against::End : Against::Start;
+    rows.place(2 * kFilterTaps * rowBytes, against);
+    const auto fill = round % 3 == 0 ? support::Fill::Extremes : support::Fill::Noise;
+    support::fill(rows.write(), rows.size(), fill, static_cast<uint32_t>(round));
+    to.place(groups * kFilterGroup, against);
+    FivePointLines lines{};
+    int32_t at[kMost * kFilterGroup][kFilterTaps];
+    int32_t next[kMost * kFilterGroup][kFilterTaps];
+    for (std::size_t t = 0; t < kFilterTaps; ++t) {
+      lines.top[t] = rows.data() + 2 * t * rowBytes;
+      lines.bottom[t] = rows.data() + (2 * t + 1) * rowBytes;
+      lines.next[t] = weight(random_);
+      for (std::size_t i = 0; i < groups * kFilterGroup; ++i) {
+        const int32_t number = between(random_, 0, 14);
+        FilterGroup &group = columns[i / kFilterGroup];
+        const std::size_t lane = i % kFilterGroup;
+        at[i][t] = static_cast<int32_t>(i / 4 * 16) + number;
+        next[i][t] = weight(random_);
+        group.mask[t][4 * lane] = static_cast<uint8_t>(number);
+        group.mask[t][4 * lane + 1] = group.mask[t][4 * lane + 3] = 0x80;
+        group.mask[t][4 * lane + 2] = static_cast<uint8_t>(number + 1);
+        group.weight[t][2 * lane] = static_cast<int16_t>(16 * (1024 - next[i][t]));
+        group.weight[t][2 * lane + 1] = static_cast<int16_t>(16 * next[i][t]);
+      }
+    }
+    const auto fault = support::catchFault(
+        [&] { FIVE_POINT_ROW.of[GetParam()](columns.data(), static_cast<int32_t>(groups), lines, to.data()); });
+    ASSERT_FALSE(fault.has_value() || to.damage().has_value());
+    for (std::size_t i = 0; i < groups * kFilterGroup; ++i) {
+      int32_t sum = 0;
+      for (std::size_t t = 0; t < kFilterTaps; ++t) {
+        sum += bilinear(lines.top[t] + at[i][t], lines.bottom[t] + at[i][t], next[i][t], lines.next[t]);
+      }
+      ASSERT_EQ(to.data()[i], sum / 5) << "output " << i << " of round " << round;
+    }
+  }
+}
+
+TEST_P(FilterRows, FifthsAreExact) {
+  // Sums 0 to 1275: samples that differ by one at most.
+  FilterGroup columns{};
+  std::vector<uint8_t> rows(kFilterTaps * kWindowBytes);
+  FivePointLines lines{};
+  for (std::size_t t = 0; t < kFilterTaps; ++t) {
+    lines.top[t] = lines.bottom[t] = rows.data() + t * kWindowBytes;
+    for (std::size_t i = 0; i < kFilterGroup; ++i) {
+      columns.mask[t][4 * i] = 0;
+      columns.mask[t][4 * i + 1] = columns.mask[t][4 * i + 3] = 0x80;
+      columns.mask[t][4 * i + 2] = 1;
+      columns.weight[t][2 * i] = 16 * 1024;
+    }
+  }
+  for (int32_t sum = 0; sum <= 1275; ++sum) {
+    for (std::size_t t = 0; t < kFilterTaps; ++t) {
+      const int32_t sample = (sum + static_cast<int32_t>(t)) / 5;
+      std::fill_n(rows.begin() + static_cast<std::ptrdiff_t>(t * kWindowBytes), kWindowBytes,
+                  static_cast<uint8_t>(sample));
+    }
+    uint8_t to[kFilterGroup];
+    FIVE_POINT_ROW.of[GetParam()](&columns, 1, lines, to);
+    for (const uint8_t mean : to) {
+      ASSERT_EQ(mean, sum / 5) << sum;
+    }
+  }
+}
+
+// --- Boxes ----------------------------------------------------------------------------------------------------------
+
+struct Adding {
+  const PerLevel<AddLines> *stage;
+  int columns;
+  bool both;
+};
+
+TEST_P(FilterRows, SumsOfLinesKeepWithinThem) {
+  std::vector<std::unique_ptr<GuardedPages>> lines;
+  for (int32_t l = 0; l < kMostBoxSamples; ++l) {
+    lines.push_back(std::make_unique<GuardedPages>(1024, Access::ReadOnly));
+  }
+  GuardedPages sums(1024, Access::ReadWrite);
+  for (const Adding &adding :
+       {Adding{&ADD_LINES, 1, false}, Adding{&ADD_PAIRS, 2, true}, Adding{&ADD_FIRST_ONES, 2, false}}) {
+    for (int32_t count = 1; count <= 200; ++count) {
+      for (int32_t lineCount = 1; lineCount <= kMostBoxSamples; ++lineCount) {
+        const Against against = (count + lineCount) % 2 == 0 ? Against::End : Against::Start;
+        const int32_t first = against == Against::End ? count % 5 : 0;
+        AddedLines added{{}, lineCount, 0};
+        for (int32_t l = 0; l < lineCount; ++l) {
+          GuardedPages &line = *lines[static_cast<std::size_t>(l)];
+          line.place(static_cast<std::size_t>(first + count * adding.columns), against);
+          support::fill(line.write(), line.size(), lineCount == 7 ? support::Fill::Extremes : support::Fill::Noise,
+                        static_cast<uint32_t>(8 * count + l));
+          added.line[l] = line.data();
+        }
+        sums.place(static_cast<std::size_t>(count) * sizeof(uint16_t), against);
+        auto *to = reinterpret_cast<uint16_t *>(sums.data());
+        const auto fault = support::catchFault([&] { adding.stage->of[GetParam()](added, first, count, to); });
+        ASSERT_FALSE(fault.has_value() || sums.damage().has_value()) << count << " of " << lineCount;
+        for (int32_t i = 0; i < count; ++i) {
+          int32_t expected = 0;
+          for (int32_t l = 0; l < lineCount; ++l) {
+            const uint8_t *at = added.line[l] + first + std::ptrdiff_t{i} * adding.columns;
+            expected += at[0] + (adding.both ? at[1] : 0);
+          }
+          ASSERT_EQ(to[i], expected) << i << " of " << count << ", " << lineCount << " lines";
+        }
+      }
+    }
+  }
+}
+
+TEST(BoxQuotient, IsExactForEverySum) {
+  for (int32_t samples = 2; samples <= kMostBoxSamples * kMostBoxSamples; ++samples) {
+    const BoxQuotient quotient = boxQuotient(samples);
+    for (uint32_t sum = 0; sum <= 255U * static_cast<uint32_t>(samples); ++sum) {
+      ASSERT_EQ((sum * quotient.factor >> 16) >> quotient.shift, sum / static_cast<uint32_t>(samples))
+          << sum << " of " << samples;
+    }
+  }
+}
+
+/// Every sum of as many samples, each a box of its own.
+TEST_P(FilterRows, EveryMeanOfABoxIsExact) {
+  for (int32_t samples = 2; samples <= kMostBoxSamples * kMostBoxSamples; ++samples) {
+    const int32_t count = 255 * samples + 1;
+    const int32_t groups = filterGroups(count);
+    const auto boxes = static_cast<std::size_t>(groups) * kFilterGroup;
+    std::vector<uint16_t> sums(2 * boxes + 8);
+    std::vector<int32_t> first(boxes);
+    for (std::size_t i = 0; i < boxes; ++i) {
+      const int32_t sum = std::min(static_cast<int32_t>(i), count - 1);
+      sums[2 * i] = static_cast<uint16_t>(sum / 3);
+      sums[2 * i + 1] = static_cast<uint16_t>(sum - sum / 3);
+      first[i] = static_cast<int32_t>(2 * i);
+    }
+    const BoxColumns columns{first.data(), {1, 1}, boxQuotient(samples)};
+    for (const auto *stage : {&BOX_ROW, &BOX_ROW_OF_TWO}) {
+      std::vector<uint8_t> means(boxes);
+      stage->of[GetParam()](sums.data(), columns, groups, means.data());
+      for (int32_t i = 0; i < count; ++i) {
+        ASSERT_EQ(means[static_cast<std::size_t>(i)], i / samples) << i << " of " << samples;
+      }
+    }
+  }
+}
+
+TEST_P(FilterRows, BoxesHaveTheSumsOfTheirPattern) {
+  for (int32_t groups = 1; groups <= 9; ++groups) {
+    for (int pattern = 1; pattern < 256; ++pattern) {
+      const int samples = 7;
+      std::vector<uint16_t> sums(600);
+      for (uint16_t &sum : sums) {
+        sum = static_cast<uint16_t>(between(random_, 0, 7 * 255));
+      }
+      std::vector<int32_t> first(static_cast<std::size_t>(groups) * kFilterGroup);
+      for (int32_t &each : first) {
+        each = between(random_, 0, 592);
+      }
+      BoxColumns columns{first.data(), {}, boxQuotient(samples * samples)};
+      for (int k = 0; k < 8; ++k) {
+        columns.pattern[k] = static_cast<int16_t>(pattern >> k & 1);
+      }
+      GuardedPages to(1024, Access::ReadWrite);
+      to.place(first.size(), Against::End);
+      const auto fault = support::catchFault([&] { BOX_ROW.of[GetParam()](sums.data(), columns, groups, to.data()); });
+      ASSERT_FALSE(fault.has_value() || to.damage().has_value());
+      for (std::size_t i = 0; i < first.size(); ++i) {
+        int32_t sum = 0;
+        for (int k = 0; k < 8; ++k) {
+          sum += columns.pattern[k] * sums[static_cast<std::size_t>(first[i] + k)];
+        }
+        ASSERT_EQ(to.data()[i], sum / (samples * samples)) << "pattern " << pattern << ", box " << i;
+      }
+    }
+  }
+}
+
+} // namespace
+} // namespace zqcc
