@@ -9,7 +9,9 @@ namespace {
 
 /// A block of a quarter turn in the first-level cache. Long rows have less to do for a pixel.
 constexpr int32_t kBlockBytes = 16384;
-constexpr int32_t kLinesAhead = 4; ///< lines whose samples are asked for before they are made
+
+/// Lines from one that is made to one whose samples are asked for: farther ahead they are gone again before their turn.
+constexpr int32_t kLinesAhead = 4;
 
 constexpr int32_t blockColumnsOf(std::ptrdiff_t pixelBytes) {
   return pixelBytes == 2 ? 128 : 64;
@@ -40,6 +42,7 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
   alignas(64) uint8_t pixels[kBlockBytes];
   const std::ptrdiff_t pixelBytes = steps.line < 0 ? -steps.line : steps.line;
   const int32_t blockColumns = blockColumnsOf(pixelBytes);
+  const SampleSteps ahead = maker.stepsTo(kLinesAhead, 0);
   int32_t lines = 0;
   for (int32_t top = rows.top; top < rows.bottom; top += lines) {
     lines = smaller(kBlockLines, rows.bottom - top);
@@ -47,15 +50,10 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
     for (int32_t left = rows.left; left < rows.right; left += columns) {
       columns = nextUnits(rows.right - left, blockColumns, kLeastPixels);
       uint8_t *to = origin + left * steps.column + top * steps.line;
+      const SampleSteps aside = maker.stepsTo(kLinesAhead - lines, columns);
       turnBlock(transpose, {pixels, blockColumns * pixelBytes}, columns, lines, {to, steps.column, steps.line},
                 [&](int32_t line, uint8_t *const row[2]) {
-                  const int32_t ahead = line + kLinesAhead;
-                  if (ahead < lines) {
-                    maker.prefetch(top + ahead, left, columns);
-                  } else {
-                    maker.prefetch(top + ahead - lines, left + columns, columns);
-                  }
-                  maker.make(top + line, left, columns, row);
+                  maker.make(top + line, left, columns, row, line + kLinesAhead < lines ? &ahead : &aside);
                 });
     }
   }
