@@ -212,7 +212,7 @@ std::string report(std::span<const Result> results) {
   std::string text;
   for (const Size &size : {kSmall, kHd, kFullHd, kTinySize}) {
     const bool present = std::any_of(cells.begin(), cells.end(), [&](const Cell &cell) {
-      return cell.size.width == size.width && cell.own.size() > 0 && cell.own.front()->pixels > 0;
+      return cell.size.width == size.width && !cell.own.empty() && cell.own.front()->pixels > 0;
     });
     if (present) {
       text += jobTable(cells, size, levels);
