@@ -18,7 +18,7 @@ constexpr int32_t nextPixels(int32_t left, int32_t most) {
 constexpr int32_t kBlockLines = 64;
 constexpr int32_t kBlockBytes = 16384;
 #ifndef AHEAD
-#define AHEAD 8
+#define AHEAD 4
 #endif
 constexpr int32_t kLinesAhead = AHEAD;
 
