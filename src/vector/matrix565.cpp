@@ -35,7 +35,6 @@ struct TwoHalves {
 /// Red and blue are held in bytes kBias below the sum of luma and term, so that they lose no more than they may with
 /// any offset from -3 to kMostOffset: at the bottom a = 7 becomes 0 at the highest offset, and at the top a = 256 stays
 /// in the range at the lowest one.
-constexpr int kMostOffset = 2;
 constexpr int16_t kBias = 7 - kMostOffset;
 
 /// What the offsets of the dither take away from the components.
@@ -62,11 +61,8 @@ struct HalfChroma {
   static constexpr bool kIsFull = false;
 
   template <class D>
-  static HWY_INLINE hn::Vec<D> lanes(D d8, int even, int odd) {
-    const hn::Repartition<uint64_t, D> d64;
-    constexpr uint64_t kEveryByte = 0x0101010101010101;
-    return hn::BitCast(d8, hn::InterleaveLower(d64, hn::Set(d64, static_cast<uint64_t>(even) * kEveryByte),
-                                               hn::Set(d64, static_cast<uint64_t>(odd) * kEveryByte)));
+  static HWY_INLINE hn::Vec<D> lanes(D d8, const uint8_t *columns, int /*parity*/) {
+    return hn::LoadDup128(d8, columns);
   }
 
   template <class D>
@@ -91,9 +87,9 @@ struct FullChroma {
   static constexpr bool kIsFull = true;
 
   template <class D>
-  static HWY_INLINE hn::Vec<D> lanes(D /*d8*/, int even, int odd) {
-    const hn::Repartition<uint16_t, D> d16;
-    return hn::BitCast(D(), hn::Set(d16, static_cast<uint16_t>(even | odd << 8)));
+  static HWY_INLINE hn::Vec<D> lanes(D d8, const uint8_t *columns, int parity) {
+    const auto zero = hn::Set(d8, columns[parity * kColumnsOfParity]);
+    return hn::InterleaveLower(d8, zero, hn::Set(d8, columns[(1 - parity) * kColumnsOfParity]));
   }
 
   template <class D>
@@ -112,11 +108,9 @@ struct FullChroma {
 
 /// The offsets of a line whose first pixel is in a column of this parity.
 template <class Chroma, class D>
-HWY_INLINE DitherLanes<D> ditherLanes(D d8, const ColourConstants &constants, int line, int column) {
-  const auto lanes = [&](int zero, const int16_t(&offsets)[2])
-                         HWY_ATTR { return Chroma::lanes(d8, zero - offsets[column], zero - offsets[1 - column]); };
-  return {lanes(kMostOffset, constants.red[line]), lanes(0, constants.green[line]),
-          lanes(kMostOffset, constants.blue[line])};
+HWY_INLINE DitherLanes<D> ditherLanes(D d8, const DitherLine &line, int column) {
+  return {Chroma::lanes(d8, line.red, column), Chroma::lanes(d8, line.green, column),
+          Chroma::lanes(d8, line.blue, column)};
 }
 
 /// Red or blue, of which the five highest bits count.
@@ -143,12 +137,13 @@ HWY_INLINE void convertGroup(D d8, const uint8_t *y, const Terms &lower, const T
 /// A row in groups, the last of which ends with the row.
 template <class Chroma, int lines, class D>
 HWY_INLINE void convertRows(D d8, const SampleRows from, uint8_t *const to[2], int32_t pixels, int32_t line,
-                            const ColourConstants &constants) {
+                            const ColourConstants &ofFrame) {
   constexpr std::ptrdiff_t kStep = hn::MaxLanes(D());
   const Words<D> d16;
-  const MatrixLanes<Words<D>> matrix(d16, constants);
-  DitherLanes<D> first = ditherLanes<Chroma>(d8, constants, line, 0);
-  const DitherLanes<D> second = ditherLanes<Chroma>(d8, constants, 1 - line, 0);
+  const ColourConstants *constants = hidden(&ofFrame);
+  const MatrixLanes<Words<D>> matrix(d16, *constants);
+  DitherLanes<D> first = ditherLanes<Chroma>(d8, constants->dither[line], 0);
+  const DitherLanes<D> second = ditherLanes<Chroma>(d8, constants->dither[1 - line], 0);
   uint8_t *const upperLine = to[0];
   uint8_t *const lowerLine = lines == 2 ? to[1] : nullptr;
   const std::ptrdiff_t last = pixels - kStep;
@@ -172,7 +167,7 @@ HWY_INLINE void convertRows(D d8, const SampleRows from, uint8_t *const to[2], i
     if (x > last) {
       x = last;
       if constexpr (Chroma::kIsFull) {
-        first = ditherLanes<Chroma>(d8, constants, line, static_cast<int>(last & 1));
+        first = ditherLanes<Chroma>(d8, constants->dither[line], static_cast<int>(last & 1));
       }
     }
   }

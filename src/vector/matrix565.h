@@ -5,8 +5,8 @@
 
 namespace zqcc {
 
-/// MatrixDither; MatrixPlain with constants that have no offsets. Offsets lie from -3 to 2 for red and blue, from -3 to
-/// 0 for green.
+/// MatrixDither; MatrixPlain with constants that have no offsets. Offsets lie from -3 to kMostOffset for red and blue,
+/// from -3 to 0 for green.
 extern const PerLevel<ColourRows> MATRIX565_HALF_PAIR;
 extern const PerLevel<ColourRows> MATRIX565_HALF;
 extern const PerLevel<ColourRows> MATRIX565_FULL;

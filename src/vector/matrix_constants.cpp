@@ -21,23 +21,51 @@ constexpr MatrixFactor matrixFactor(int32_t coefficient) {
           static_cast<int16_t>(coefficient)};
 }
 
-/// The offset of one source pixel.
+struct DitherLines {
+  DitherLine of[2];
+};
+
+using Offsets = int32_t[2][2];
+
+/// A component's bytes for a line: `zero` less the offset.
 template <Turn turn>
-constexpr int16_t offsetOf(const int32_t (&offsets)[2][2], int line, int column) {
-  const DitherPlace place = ditherPlace<turn>(line, column);
-  return static_cast<int16_t>(offsets[place.line][place.column]);
+constexpr void fillColumns(uint8_t (&bytes)[2 * kColumnsOfParity], int zero, const Offsets &offsets, int line) {
+  for (int i = 0; i < 2 * kColumnsOfParity; ++i) {
+    const DitherPlace place = ditherPlace<turn>(line, i / kColumnsOfParity);
+    bytes[i] = static_cast<uint8_t>(zero - offsets[place.line][place.column]);
+  }
+}
+
+template <Turn turn>
+constexpr DitherLines ditherLines(const Offsets &red, const Offsets &green, const Offsets &blue) {
+  DitherLines lines{};
+  for (int line = 0; line < 2; ++line) {
+    fillColumns<turn>(lines.of[line].red, kMostOffset, red, line);
+    fillColumns<turn>(lines.of[line].green, 0, green, line);
+    fillColumns<turn>(lines.of[line].blue, kMostOffset, blue, line);
+  }
+  return lines;
+}
+
+constexpr Offsets kNoOffsets{};
+constexpr DitherLines kPlainLines = ditherLines<Turn::Upright>(kNoOffsets, kNoOffsets, kNoOffsets);
+
+template <Turn turn>
+constexpr DitherLines kDitherLines = ditherLines<turn>(kDitherRed, kDitherGreen, kDitherBlue);
+
+void setDither(const DitherLines &lines, ColourConstants &constants) {
+  constants.dither[0] = lines.of[0];
+  constants.dither[1] = lines.of[1];
 }
 
 } // namespace
 
 bool makeMatrixConstants(const ColorMatrix &matrix, ColourConstants &constants) {
-  constants = {matrixFactor<kDroppedOfOne>(matrix.crToR),
-               matrixFactor<kDroppedOfGreen>(matrix.crToG),
-               matrixFactor<kDroppedOfOne>(matrix.cbToB),
-               matrixFactor<kDroppedOfGreen>(matrix.cbToG),
-               {},
-               {},
-               {}};
+  constants.crToR = matrixFactor<kDroppedOfOne>(matrix.crToR);
+  constants.crToG = matrixFactor<kDroppedOfGreen>(matrix.crToG);
+  constants.cbToB = matrixFactor<kDroppedOfOne>(matrix.cbToB);
+  constants.cbToG = matrixFactor<kDroppedOfGreen>(matrix.cbToG);
+  setDither(kPlainLines, constants);
   return magnitude(matrix.crToR) <= kMostOfOne && magnitude(matrix.cbToB) <= kMostOfOne &&
          magnitude(matrix.crToG) + magnitude(matrix.cbToG) <= kMostOfGreen;
 }
@@ -45,13 +73,7 @@ bool makeMatrixConstants(const ColorMatrix &matrix, ColourConstants &constants) 
 template <Turn turn>
 bool makeDitherConstants(const ColorMatrix &matrix, ColourConstants &constants) {
   const bool isInRange = makeMatrixConstants(matrix, constants);
-  for (int line = 0; line < 2; ++line) {
-    for (int column = 0; column < 2; ++column) {
-      constants.red[line][column] = offsetOf<turn>(kDitherRed, line, column);
-      constants.green[line][column] = offsetOf<turn>(kDitherGreen, line, column);
-      constants.blue[line][column] = offsetOf<turn>(kDitherBlue, line, column);
-    }
-  }
+  setDither(kDitherLines<turn>, constants);
   return isInRange;
 }
 

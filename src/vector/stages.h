@@ -34,16 +34,26 @@ struct MatrixFactor {
   int16_t low;
 };
 
+/// Pixels of even columns and as many of odd ones: a byte each, as they stand in a block of 128 bits.
+inline constexpr int kColumnsOfParity = 8;
+
+/// What the offsets of a dither take away from the components of a line, of which red and blue are kMostOffset more.
+struct DitherLine {
+  uint8_t red[2 * kColumnsOfParity];
+  uint8_t green[2 * kColumnsOfParity];
+  uint8_t blue[2 * kColumnsOfParity];
+};
+
+/// The highest offset of red and blue.
+inline constexpr int kMostOffset = 2;
+
 /// What a colour stage takes from the frame: made once a frame, in numbers that fit 16-bit lanes.
 struct ColourConstants {
   MatrixFactor crToR;
   MatrixFactor crToG;
   MatrixFactor cbToB;
   MatrixFactor cbToG;
-  /// Dither offsets: [line parity][column parity] of the source.
-  int16_t red[2][2];
-  int16_t green[2][2];
-  int16_t blue[2][2];
+  DitherLine dither[2]; ///< by the parity of the source line
 };
 
 /// Fills the constants of an arithmetic from the matrix in force. False if the stage cannot work with that matrix
