@@ -16,33 +16,23 @@ extern const PerLevel<FetchRows> EVEN_CHROMA_ROWS;
 /// twice, luma stays where it lies. Reads the samples of the pixels.
 extern const PerLevel<FetchRows> QUARTER_CHROMA_ROWS;
 
-/// Packed 4:2:2: luma and half chroma rows, or luma alone. Any order of U and V, either of luma and chroma first;
-/// "swapped" says that the right pixel's luma comes first. Reads the macropixels.
+/// Packed 4:2:2: luma and half chroma rows. Any order of U and V, either of luma and chroma first; "swapped" says that
+/// the right pixel's luma comes first. Reads the macropixels.
 extern const PerLevel<FetchRows> PACKED_ROWS;
-extern const PerLevel<FetchRows> PACKED_LUMA_ROW;
 extern const PerLevel<FetchRows> SWAPPED_PACKED_ROWS;
-extern const PerLevel<FetchRows> SWAPPED_PACKED_LUMA_ROW;
 
-/// How the lines of a layout become rows; nothing where they lie as rows already.
-struct FetchStages {
-  const PerLevel<FetchRows> *whole; ///< makes every row that does not lie as it is
-  const PerLevel<FetchRows>
-      *luma; ///< luma alone, for a line that shares another's chroma; null where luma lies as it is
-};
-
-/// The stages of a Shape. Planar layouts need none.
+/// The stage of a Shape; null where the lines lie as rows already, as planar ones do.
 template <class Layout>
-inline constexpr FetchStages kFetchOf{};
+inline constexpr const PerLevel<FetchRows> *kFetchOf = nullptr;
 
 template <>
-inline constexpr FetchStages kFetchOf<Shape<1, 1, 2>>{&EVEN_CHROMA_ROWS, nullptr};
+inline constexpr const PerLevel<FetchRows> *kFetchOf<Shape<1, 1, 2>> = &EVEN_CHROMA_ROWS;
 
 template <>
-inline constexpr FetchStages kFetchOf<Shape<2, 0>>{&QUARTER_CHROMA_ROWS, nullptr};
+inline constexpr const PerLevel<FetchRows> *kFetchOf<Shape<2, 0>> = &QUARTER_CHROMA_ROWS;
 
 template <int yShift, int left, int right>
-inline constexpr FetchStages kFetchOf<Shape<1, yShift, 4, 4, left, right>> =
-    left < right ? FetchStages{&PACKED_ROWS, &PACKED_LUMA_ROW}
-                 : FetchStages{&SWAPPED_PACKED_ROWS, &SWAPPED_PACKED_LUMA_ROW};
+inline constexpr const PerLevel<FetchRows> *kFetchOf<Shape<1, yShift, 4, 4, left, right>> =
+    left < right ? &PACKED_ROWS : &SWAPPED_PACKED_ROWS;
 
 } // namespace zqcc

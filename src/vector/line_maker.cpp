@@ -22,30 +22,22 @@ int32_t fetchedOf(int32_t pixels) {
   return pixels <= kFetchedPixels ? pixels : smaller(kFetchedPixels, (pixels - kWidestGroup) & -kWidestGroup);
 }
 
-/// The line `below` bytes on: among its luma stands chroma that is passed over.
-SourceLine lowered(const SourceLine &upper, std::ptrdiff_t below) {
-  return {upper.y + below, upper.u + below, upper.v + below};
-}
-
 } // namespace
 
 /// Aligned for the widest vectors, which would straddle two cache lines at every access otherwise.
 struct LineMaker::Buffers {
-  alignas(64) uint8_t y[2][kFetchedPixels];
-  uint8_t u[kFetchedPixels];
+  alignas(64) uint8_t u[kFetchedPixels];
   uint8_t v[kFetchedPixels];
 };
 
 bool LineMaker::prepare(const RowStages &stages, LevelSet usable, const ColorMatrix &matrix) {
   pair_ = bestOf(stages.pair, usable);
   single_ = bestOf(stages.single, usable);
-  whole_ = bestOf(stages.fetch.whole, usable);
-  luma_ = bestOf(stages.fetch.luma, usable);
-  lumaLies_ = view_.layout.pairStep == 2;
+  fetch_ = bestOf(stages.fetch, usable);
+  planarPairs_ = pair_ != nullptr && view_.layout.sampleStep == 1;
   pixelBytes_ = stages.pixelBytes;
   const bool colours = pair_ != nullptr || single_ != nullptr;
-  const bool fetches =
-      (stages.fetch.whole == nullptr || whole_ != nullptr) && (stages.fetch.luma == nullptr || luma_ != nullptr);
+  const bool fetches = stages.fetch == nullptr || fetch_ != nullptr;
   return colours && fetches && (stages.makeConstants == nullptr || stages.makeConstants(matrix, constants_));
 }
 
@@ -57,31 +49,20 @@ SourceLine LineMaker::sourceAt(const LinePair &lines, int line, int32_t x) const
           lines.v[line] + sample};
 }
 
-/// The rows of one line's samples: fetched, or where they lie.
+/// The rows of one line's samples: chroma fetched, or where it lies.
 SampleRows LineMaker::samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const {
-  if (whole_ == nullptr) {
+  if (fetch_ == nullptr) {
     return {{from.y, nullptr}, from.u, from.v};
   }
-  whole_(from, {buffers.y[0], buffers.u, buffers.v}, pixels);
-  return {{lumaLies_ ? from.y : buffers.y[0], nullptr}, buffers.u, buffers.v};
-}
-
-/// Luma of the line `below` bytes on, which shares the chroma of `upper`.
-const uint8_t *LineMaker::lumaBelow(const SourceLine &upper, std::ptrdiff_t below, Buffers &buffers,
-                                    int32_t pixels) const {
-  if (lumaLies_) {
-    return upper.y + below;
-  }
-  luma_(lowered(upper, below), {buffers.y[1], nullptr, nullptr}, pixels);
-  return buffers.y[1];
+  fetch_(from, {nullptr, buffers.u, buffers.v}, pixels);
+  return {{from.y, nullptr}, buffers.u, buffers.v};
 }
 
 void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2],
                             Buffers &buffers) const {
   if (pair_ != nullptr) {
-    const SourceLine upper = sourceAt(lines, 0, x);
-    SampleRows rows = samplesOf(upper, buffers, pixels);
-    rows.y[1] = lumaBelow(upper, lines.luma[1] - lines.luma[0], buffers, pixels);
+    SampleRows rows = samplesOf(sourceAt(lines, 0, x), buffers, pixels);
+    rows.y[1] = rows.y[0] + (lines.luma[1] - lines.luma[0]);
     pair_(rows, to, pixels, 0, constants_);
     return;
   }
@@ -95,7 +76,7 @@ void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const
   const LinePair lines = linePairAt(view_, y);
   Buffers buffers;
   for (int32_t done = 0; done < pixels;) {
-    const int32_t count = whole_ == nullptr ? pixels : fetchedOf(pixels - done);
+    const int32_t count = fetch_ == nullptr ? pixels : fetchedOf(pixels - done);
     const std::ptrdiff_t bytes = std::ptrdiff_t{done} * pixelBytes_;
     uint8_t *const part[2] = {to[0] + bytes, to[1] + bytes};
     makeColumns(lines, x + done, count, part, buffers);

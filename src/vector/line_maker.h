@@ -10,8 +10,8 @@ inline constexpr int32_t kMostPixelBytes = 3;
 /// Pixels that are made of one line after the other at a time.
 inline constexpr int32_t kStackedPixels = 256;
 
-/// Asks for `bytes` bytes, up to two cache lines of them. Always inlined, as all that calls it and does nothing else has
-/// to be: g++ drops calls of such functions.
+/// Asks for `bytes` bytes, up to two cache lines of them. Always inlined, as all that calls it and does nothing else
+/// has to be: g++ drops calls of such functions.
 [[gnu::always_inline]] inline void prefetchRow(const uint8_t *from, std::ptrdiff_t bytes) {
   __builtin_prefetch(from);
   __builtin_prefetch(from + bytes - 1);
@@ -27,10 +27,10 @@ public:
   /// Makes the pixels of columns [x, x + pixels) of lines y and y + 1 at to[0] and to[1]. x and y are even, all columns
   /// have chroma samples of their own.
   [[gnu::always_inline]] void make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
-    if (pair_ == nullptr || whole_ != nullptr) {
-      makeFetched(y, x, pixels, to);
-    } else {
+    if (planarPairs_) {
       makePlanar(y, x, pixels, to);
+    } else {
+      makeFetched(y, x, pixels, to);
     }
   }
 
@@ -91,8 +91,6 @@ private:
   void makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2], Buffers &buffers) const;
   [[nodiscard]] SourceLine sourceAt(const LinePair &lines, int line, int32_t x) const;
   [[nodiscard]] SampleRows samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const;
-  [[nodiscard]] const uint8_t *lumaBelow(const SourceLine &upper, std::ptrdiff_t below, Buffers &buffers,
-                                         int32_t pixels) const;
 
   void stackPacked(const LinePair &lines, int line, const Block &block, Stacked &rows) const;
   void stackChroma(const LinePair &lines, int line, const Block &block, Stacked &rows) const;
@@ -101,9 +99,8 @@ private:
   const PlaneView &view_;
   ColourRows pair_ = nullptr;
   ColourRows single_ = nullptr;
-  FetchRows whole_ = nullptr; ///< null where all samples lie as rows
-  FetchRows luma_ = nullptr;  ///< null where no line is without chroma of its own, or its luma lies as a row
-  bool lumaLies_ = true;
+  FetchRows fetch_ = nullptr; ///< null where all samples are read as they lie
+  bool planarPairs_ = false;
   int pixelBytes_ = 0;
   ColourConstants constants_{};
 };

@@ -45,72 +45,178 @@ struct DitherLanes {
   hn::Vec<D> blue;
 };
 
+/// As many chroma samples as a vector has 16-bit lanes.
+template <class D>
+struct ChromaWords {
+  hn::Vec<Words<D>> u;
+  hn::Vec<Words<D>> v;
+};
+
+template <class D>
+HWY_INLINE ChromaWords<D> chromaWords(D /*d8*/, const uint8_t *u, const uint8_t *v) {
+  const Words<D> d16;
+  const hn::Half<D> half;
+  return {hn::PromoteTo(d16, hn::LoadU(half, u)), hn::PromoteTo(d16, hn::LoadU(half, v))};
+}
+
 /// Red and blue are biased here once, and not in every pixel.
-template <class D16>
-HWY_INLINE MatrixTerms<D16> biasedTerms(D16 d16, const uint8_t *u, const uint8_t *v, const MatrixLanes<D16> &matrix) {
-  const hn::Rebind<uint8_t, D16> d8;
-  const auto uLanes = hn::PromoteTo(d16, hn::LoadU(d8, u));
-  const auto vLanes = hn::PromoteTo(d16, hn::LoadU(d8, v));
-  const auto terms = matrixTerms(d16, uLanes, vLanes, matrix);
+template <class D>
+HWY_INLINE MatrixTerms<Words<D>> biasedTerms(D /*d8*/, const ChromaWords<D> &chroma,
+                                             const MatrixLanes<Words<D>> &matrix) {
+  const Words<D> d16;
+  const auto terms = matrixTerms(d16, chroma.u, chroma.v, matrix);
   const auto bias = hn::Set(d16, kBias);
   return {hn::Sub(terms.red, bias), terms.green, hn::Sub(terms.blue, bias)};
 }
 
-/// With half chroma a group is taken apart into even and odd pixels, which have the same terms.
+/// A pair of bytes in every lane, taken apart.
+template <class D>
+HWY_INLINE TwoHalves<D> partPairs(D /*d8*/, hn::Vec<D> bytes) {
+  const hn::Repartition<uint16_t, D> d16;
+  const auto both = hn::BitCast(d16, bytes);
+  return {hn::BitCast(Words<D>(), hn::And(both, hn::Set(d16, uint16_t{0xFF}))),
+          hn::BitCast(Words<D>(), hn::ShiftRight<8>(both))};
+}
+
+/// Rows of half chroma. A group is taken apart into even and odd pixels, which have the same terms.
+template <class D>
 struct HalfChroma {
   static constexpr bool kIsFull = false;
 
-  template <class D>
-  static HWY_INLINE hn::Vec<D> lanes(D d8, const uint8_t *columns, int /*parity*/) {
-    return hn::LoadDup128(d8, columns);
+  HWY_INLINE HalfChroma(D /*d8*/, const SampleRows &from) : rows(from) {}
+
+  HWY_INLINE ChromaWords<D> chroma(std::ptrdiff_t x) const { return chromaWords(D(), rows.u + x / 2, rows.v + x / 2); }
+  HWY_INLINE TwoHalves<D> luma(int line, std::ptrdiff_t x) const {
+    return partPairs(D(), hn::LoadU(D(), rows.y[line] + x));
   }
 
-  template <class D>
-  static HWY_INLINE TwoHalves<D> luma(D d8, const uint8_t *y) {
-    const hn::Repartition<uint16_t, D> d16;
-    const auto both = hn::BitCast(d16, hn::LoadU(d8, y));
-    return {hn::BitCast(Words<D>(), hn::And(both, hn::Set(d16, uint16_t{0xFF}))),
-            hn::BitCast(Words<D>(), hn::ShiftRight<8>(both))};
-  }
+  static HWY_INLINE hn::Vec<D> lanes(const uint8_t *columns, int /*parity*/) { return hn::LoadDup128(D(), columns); }
 
-  template <class D>
-  static HWY_INLINE void store(D d8, const Rgb565Bytes<hn::Vec<D>> &bytes, uint8_t *to) {
+  static HWY_INLINE void store(const Rgb565Bytes<hn::Vec<D>> &bytes, uint8_t *to) {
+    const D d8;
     const hn::Repartition<uint16_t, D> d16;
     hn::StoreInterleaved2(hn::BitCast(d16, hn::InterleaveLower(d8, bytes.low, bytes.high)),
                           hn::BitCast(d16, hn::InterleaveUpper(d8, bytes.low, bytes.high)), d16,
                           reinterpret_cast<uint16_t *>(to));
   }
+
+private:
+  const SampleRows rows;
 };
 
-/// With full chroma the pixels keep their order: packBlocks and interleaving cancel each other.
+/// The same of macropixels as they lie, whose right pixel's luma stands `right` bytes behind the left one's. Every
+/// block of a group's lanes has the pixels of a block of each of the two vectors that the group is read as.
+template <std::ptrdiff_t right>
+struct PackedChroma {
+  template <class D>
+  class Of {
+  public:
+    static constexpr bool kIsFull = false;
+
+    HWY_INLINE Of(D /*d8*/, const SampleRows &from) {
+      const std::ptrdiff_t y = right < 0 ? right : 0;
+      const uint8_t *firstLuma = from.y[0] + y;
+      const uint8_t *first = HWY_MIN(HWY_MIN(from.u, from.v), firstLuma);
+      const std::ptrdiff_t left = from.y[0] - first;
+      macropixels[0] = first;
+      macropixels[1] = from.y[1] - left;
+      order = hn::Add(hn::LoadDup128(D(), kMacropixels),
+                      pairs(left | (left + right) << 8, (from.u - first) | (from.v - first) << 8));
+    }
+
+    HWY_INLINE ChromaWords<D> chroma(std::ptrdiff_t x) const {
+      const auto both = ordered(0, x);
+      const hn::Repartition<uint64_t, D> halves;
+      const auto parts = partPairs(D(), hn::BitCast(D(), hn::InterleaveUpper(halves, both.lower, both.upper)));
+      return {parts.lower, parts.upper};
+    }
+    HWY_INLINE TwoHalves<D> luma(int line, std::ptrdiff_t x) const {
+      const auto both = ordered(line, x);
+      const hn::Repartition<uint64_t, D> halves;
+      return partPairs(D(), hn::BitCast(D(), hn::InterleaveLower(halves, both.lower, both.upper)));
+    }
+
+    static HWY_INLINE hn::Vec<D> lanes(const uint8_t *columns, int /*parity*/) { return hn::LoadDup128(D(), columns); }
+
+    static HWY_INLINE void store(const Rgb565Bytes<hn::Vec<D>> &bytes, uint8_t *to) {
+      const D d8;
+      const hn::Repartition<uint16_t, D> d16;
+      const auto evens = hn::BitCast(d16, hn::InterleaveLower(d8, bytes.low, bytes.high));
+      const auto odds = hn::BitCast(d16, hn::InterleaveUpper(d8, bytes.low, bytes.high));
+      hn::StoreU(hn::BitCast(d8, hn::InterleaveLower(d16, evens, odds)), d8, to);
+      hn::StoreU(hn::BitCast(d8, hn::InterleaveUpper(d16, evens, odds)), d8, to + hn::MaxLanes(D()));
+    }
+
+  private:
+    using Halves = hn::Vec<hn::Repartition<uint64_t, D>>;
+    struct Two {
+      Halves lower;
+      Halves upper;
+    };
+
+    /// The macropixels of a group: in every block luma of its eight pixels, then their chroma in pairs.
+    HWY_INLINE Two ordered(int line, std::ptrdiff_t x) const {
+      const D d8;
+      const hn::Repartition<uint64_t, D> halves;
+      const uint8_t *at = macropixels[line] + 2 * x;
+      return {hn::BitCast(halves, hn::TableLookupBytes(hn::LoadU(d8, at), order)),
+              hn::BitCast(halves, hn::TableLookupBytes(hn::LoadU(d8, at + hn::MaxLanes(D())), order))};
+    }
+
+    /// The 16-bit number `luma` four times, then `chroma` four times.
+    static HWY_INLINE hn::Vec<D> pairs(std::ptrdiff_t luma, std::ptrdiff_t chroma) {
+      const hn::Repartition<uint16_t, D> d16;
+      const hn::Repartition<uint64_t, D> halves;
+      return hn::BitCast(D(),
+                         hn::InterleaveLower(halves, hn::BitCast(halves, hn::Set(d16, static_cast<uint16_t>(luma))),
+                                             hn::BitCast(halves, hn::Set(d16, static_cast<uint16_t>(chroma)))));
+    }
+    alignas(16) static constexpr uint8_t kMacropixels[16] = {0, 0, 4, 4, 8, 8, 12, 12, 0, 0, 4, 4, 8, 8, 12, 12};
+
+    const uint8_t *macropixels[2];
+    hn::Vec<D> order;
+  };
+};
+template <class D>
+using PackedInOrder = PackedChroma<2>::Of<D>;
+template <class D>
+using PackedSwapped = PackedChroma<-2>::Of<D>;
+
+/// Rows of full chroma. The pixels keep their order: packBlocks and interleaving cancel each other.
+template <class D>
 struct FullChroma {
   static constexpr bool kIsFull = true;
 
-  template <class D>
-  static HWY_INLINE hn::Vec<D> lanes(D d8, const uint8_t *columns, int parity) {
-    const auto zero = hn::Set(d8, columns[parity * kColumnsOfParity]);
-    return hn::InterleaveLower(d8, zero, hn::Set(d8, columns[(1 - parity) * kColumnsOfParity]));
-  }
+  HWY_INLINE FullChroma(D /*d8*/, const SampleRows &from) : rows(from) {}
 
-  template <class D>
-  static HWY_INLINE TwoHalves<D> luma(D /*d8*/, const uint8_t *y) {
+  HWY_INLINE ChromaWords<D> chroma(std::ptrdiff_t x) const { return chromaWords(D(), rows.u + x, rows.v + x); }
+  HWY_INLINE TwoHalves<D> luma(int /*line*/, std::ptrdiff_t x) const {
     const hn::Half<D> half;
+    const uint8_t *y = rows.y[0] + x;
     return {hn::PromoteTo(Words<D>(), hn::LoadU(half, y)),
             hn::PromoteTo(Words<D>(), hn::LoadU(half, y + hn::Lanes(half)))};
   }
 
-  template <class D>
-  static HWY_INLINE void store(D d8, const Rgb565Bytes<hn::Vec<D>> &bytes, uint8_t *to) {
+  static HWY_INLINE hn::Vec<D> lanes(const uint8_t *columns, int parity) {
+    const D d8;
+    const auto zero = hn::Set(d8, columns[parity * kColumnsOfParity]);
+    return hn::InterleaveLower(d8, zero, hn::Set(d8, columns[(1 - parity) * kColumnsOfParity]));
+  }
+
+  static HWY_INLINE void store(const Rgb565Bytes<hn::Vec<D>> &bytes, uint8_t *to) {
+    const D d8;
     hn::StoreU(hn::InterleaveLower(d8, bytes.low, bytes.high), d8, to);
     hn::StoreU(hn::InterleaveUpper(d8, bytes.low, bytes.high), d8, to + hn::Lanes(d8));
   }
+
+private:
+  const SampleRows rows;
 };
 
 /// The offsets of a line whose first pixel is in a column of this parity.
 template <class Chroma, class D>
-HWY_INLINE DitherLanes<D> ditherLanes(D d8, const DitherLine &line, int column) {
-  return {Chroma::lanes(d8, line.red, column), Chroma::lanes(d8, line.green, column),
-          Chroma::lanes(d8, line.blue, column)};
+HWY_INLINE DitherLanes<D> ditherLanes(D /*d8*/, const DitherLine &line, int column) {
+  return {Chroma::lanes(line.red, column), Chroma::lanes(line.green, column), Chroma::lanes(line.blue, column)};
 }
 
 /// Red or blue, of which the five highest bits count.
@@ -122,43 +228,39 @@ HWY_INLINE V reducedByFive(D d8, V sum, V dither) {
 
 /// A group of one line, given the terms of either half.
 template <class Chroma, class D, class Terms = MatrixTerms<Words<D>>>
-HWY_INLINE void convertGroup(D d8, const uint8_t *y, const Terms &lower, const Terms &upper,
+HWY_INLINE void convertGroup(D d8, const TwoHalves<D> &luma, const Terms &lower, const Terms &upper,
                              const DitherLanes<D> &dither, uint8_t *to) {
-  const TwoHalves<D> luma = Chroma::luma(d8, y);
   const auto red = packBlocks(hn::Add(luma.lower, lower.red), hn::Add(luma.upper, upper.red));
   const auto green = packBlocks(hn::Sub(luma.lower, lower.green), hn::Sub(luma.upper, upper.green));
   const auto blue = packBlocks(hn::Add(luma.lower, lower.blue), hn::Add(luma.upper, upper.blue));
-  Chroma::store(d8,
-                rgb565(d8, reducedByFive(d8, red, dither.red), hn::SaturatedSub(green, dither.green),
+  Chroma::store(rgb565(d8, reducedByFive(d8, red, dither.red), hn::SaturatedSub(green, dither.green),
                        reducedByFive(d8, blue, dither.blue)),
                 to);
 }
 
 /// A row in groups, the last of which ends with the row.
 template <class Chroma, int lines, class D>
-HWY_INLINE void convertRows(D d8, const SampleRows from, uint8_t *const to[2], int32_t pixels, int32_t line,
+HWY_INLINE void convertRows(D d8, const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t line,
                             const ColourConstants &ofFrame) {
   constexpr std::ptrdiff_t kStep = hn::MaxLanes(D());
-  const Words<D> d16;
-  const ColourConstants *constants = hidden(&ofFrame);
-  const MatrixLanes<Words<D>> matrix(d16, *constants);
+  const ColourConstants *constants = hidden(&ofFrame); // each width of groups reads them for itself
+  const MatrixLanes<Words<D>> matrix(Words<D>(), *constants);
+  const Chroma samples(d8, from);
   DitherLanes<D> first = ditherLanes<Chroma>(d8, constants->dither[line], 0);
   const DitherLanes<D> second = ditherLanes<Chroma>(d8, constants->dither[1 - line], 0);
   uint8_t *const upperLine = to[0];
   uint8_t *const lowerLine = lines == 2 ? to[1] : nullptr;
   const std::ptrdiff_t last = pixels - kStep;
   for (std::ptrdiff_t x = 0;;) {
-    const std::ptrdiff_t sample = Chroma::kIsFull ? x : x >> 1;
-    const auto terms = biasedTerms(d16, from.u + sample, from.v + sample, matrix);
+    const auto terms = biasedTerms(d8, samples.chroma(x), matrix);
     if constexpr (Chroma::kIsFull) {
-      const std::ptrdiff_t next = sample + kStep / 2;
-      convertGroup<Chroma>(d8, from.y[0] + x, terms, biasedTerms(d16, from.u + next, from.v + next, matrix), first,
+      convertGroup<Chroma>(d8, samples.luma(0, x), terms, biasedTerms(d8, samples.chroma(x + kStep / 2), matrix), first,
                            upperLine + 2 * x);
     } else {
-      convertGroup<Chroma>(d8, from.y[0] + x, terms, terms, first, upperLine + 2 * x);
+      convertGroup<Chroma>(d8, samples.luma(0, x), terms, terms, first, upperLine + 2 * x);
     }
     if constexpr (lines == 2) {
-      convertGroup<Chroma>(d8, from.y[1] + x, terms, terms, second, lowerLine + 2 * x);
+      convertGroup<Chroma>(d8, samples.luma(1, x), terms, terms, second, lowerLine + 2 * x);
     }
     if (x == last) {
       return;
@@ -174,14 +276,14 @@ HWY_INLINE void convertRows(D d8, const SampleRows from, uint8_t *const to[2], i
 }
 
 /// Rows shorter than a vector go in the smallest groups.
-template <class Chroma, int lines>
+template <template <class> class Chroma, int lines>
 HWY_INLINE void convertAnyRows(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t line,
                                const ColourConstants &constants) {
   constexpr auto kPixels = static_cast<int32_t>(hn::MaxLanes(Group()));
   if (kPixels > kLeastPixels && pixels < kPixels) {
-    convertRows<Chroma, lines>(LeastGroup(), from, to, pixels, line, constants);
+    convertRows<Chroma<LeastGroup>, lines>(LeastGroup(), from, to, pixels, line, constants);
   } else {
-    convertRows<Chroma, lines>(Group(), from, to, pixels, line, constants);
+    convertRows<Chroma<Group>, lines>(Group(), from, to, pixels, line, constants);
   }
 }
 
@@ -200,6 +302,16 @@ void matrix565Full(const SampleRows &from, uint8_t *const to[2], int32_t pixels,
   convertAnyRows<FullChroma, 1>(from, to, pixels, line, constants);
 }
 
+void matrix565PackedPair(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t line,
+                         const ColourConstants &constants) {
+  convertAnyRows<PackedInOrder, 2>(from, to, pixels, line, constants);
+}
+
+void matrix565SwappedPackedPair(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t line,
+                                const ColourConstants &constants) {
+  convertAnyRows<PackedSwapped, 2>(from, to, pixels, line, constants);
+}
+
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -209,5 +321,7 @@ namespace zqcc {
 constexpr PerLevel<ColourRows> MATRIX565_HALF_PAIR = ZQCC_EVERY_LEVEL(matrix565HalfPair);
 constexpr PerLevel<ColourRows> MATRIX565_HALF = ZQCC_EVERY_LEVEL(matrix565Half);
 constexpr PerLevel<ColourRows> MATRIX565_FULL = ZQCC_EVERY_LEVEL(matrix565Full);
+constexpr PerLevel<ColourRows> MATRIX565_PACKED_PAIR = ZQCC_EVERY_LEVEL(matrix565PackedPair);
+constexpr PerLevel<ColourRows> MATRIX565_SWAPPED_PACKED_PAIR = ZQCC_EVERY_LEVEL(matrix565SwappedPackedPair);
 } // namespace zqcc
 #endif

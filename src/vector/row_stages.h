@@ -3,6 +3,7 @@
 
 #include "kernels/arithmetic.h"
 #include "kernels/layouts.h"
+#include "vector/fetch.h"
 #include "vector/matrix565.h"
 #include "vector/matrix_constants.h"
 #include "vector/pack565.h"
@@ -70,14 +71,20 @@ template <>
 struct PackedColour<Packed422<false>::Layout, MatrixRgb24> : PackedColourStage<MATRIX_RGB24_PACKED> {};
 template <>
 struct PackedColour<Packed422<true>::Layout, MatrixRgb24> : PackedColourStage<MATRIX_RGB24_PACKED_SWAPPED> {};
+template <int left, int right, Turn turn>
+struct PackedColour<Shape<1, 1, 4, 4, left, right>, MatrixDither<turn>> {
+  static constexpr bool kExists = true;
+  static constexpr const PerLevel<ColourRows> *kStage =
+      left < right ? &MATRIX565_PACKED_PAIR : &MATRIX565_SWAPPED_PACKED_PAIR;
+};
 
 template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {
   const ColourStages &colour = kColourOf<Arithmetic>;
   RowStages stages{kFetchOf<Layout>, nullptr, nullptr, colour.makeConstants, kPlaceOf<pixelBytes>, turn, pixelBytes};
   if constexpr (PackedColour<Layout, Arithmetic>::kExists) {
-    stages.fetch = {};
-    stages.single = PackedColour<Layout, Arithmetic>::kStage;
+    stages.fetch = nullptr;
+    (Layout::kSharedByLines ? stages.pair : stages.single) = PackedColour<Layout, Arithmetic>::kStage;
   } else if constexpr (Layout::kSharedByColumns) {
     stages.pair = Layout::kSharedByLines ? colour.halfPair : nullptr;
     stages.single = colour.half;

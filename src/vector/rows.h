@@ -4,7 +4,6 @@
 
 #include "base/turn.h"
 #include "kernels/convert_rect.h"
-#include "vector/fetch.h"
 #include "vector/place_stages.h"
 #include "vector/stages.h"
 
@@ -20,7 +19,7 @@ struct ColourStages {
 
 /// What serves a conversion by rows. It makes the same bytes as the conversion's portable kernel.
 struct RowStages {
-  FetchStages fetch;
+  const PerLevel<FetchRows> *fetch;   ///< null where samples are read as they lie
   const PerLevel<ColourRows> *pair;   ///< null if lines do not share chroma
   const PerLevel<ColourRows> *single; ///< null if all lines come in pairs
   MakeConstants makeConstants;

@@ -22,63 +22,67 @@ bool arePairs(const PlaneView &view) {
 
 } // namespace
 
-/// Rows of several lines behind one another; chroma of both lines of a pair where it is not shared.
+/// Lines of several pairs behind one another, upper and lower ones: in rows, chroma of both where it is not shared, or
+/// as they lie among other samples.
 struct LineMaker::Stacked {
   alignas(64) uint8_t y[2][kStackedPixels];
   uint8_t u[2][kStackedPixels];
   uint8_t v[2][kStackedPixels];
-  uint8_t asTheyLie[2 * kStackedPixels];
+  uint8_t asTheyLie[2][2 * kStackedPixels];
+  SourceLine first[2]; ///< where the samples of either line are
 };
 
 bool LineMaker::canStack(const Rect &rows) const {
   const LayoutValues &layout = view_.layout;
-  const bool planar = whole_ == nullptr && layout.pairStep == 2;
-  const bool packed = whole_ != nullptr && layout.pairStep == 4;
+  const bool planar = fetch_ == nullptr && layout.sampleStep == 1;
+  const bool packed = fetch_ == nullptr && layout.pairStep == 4;
   // The last lines must have chroma lines of their own, or steps would not be the same all along.
   const bool regular = layout.yShift <= 1 && ((rows.bottom - 1) >> layout.yShift) * view_.lineStep <= view_.lastLine;
   return regular && (planar || packed || arePairs(view_));
 }
 
-/// One line of each pair, luma and chroma in macropixels.
+/// Lines of macropixels.
 void LineMaker::stackPacked(const LinePair &lines, int line, const Block &block, Stacked &rows) const {
-  const bool sharesChroma = line == 1 && pair_ != nullptr;
-  const SourceLine upper = sourceAt(lines, sharesChroma ? 0 : line, block.x);
   const LayoutValues &layout = view_.layout;
-  const uint8_t *first =
-      lowest(lowest(upper.y, upper.y + (layout.rightLuma - layout.leftLuma)), lowest(upper.u, upper.v));
-  const std::ptrdiff_t below = sharesChroma ? view_.yStride : 0;
-  uint8_t *raw = rows.asTheyLie;
-  stackLines<std::size_t{2} * kLeastPixels>(raw, first + below, 2 * view_.yStride, std::ptrdiff_t{2} * block.pixels,
+  const uint8_t *left = sourceAt(lines, line, block.x).y;
+  // From the left pixel's luma; either line's chroma, also where only one is used.
+  const std::ptrdiff_t u = view_.u - (view_.y + layout.leftLuma);
+  const std::ptrdiff_t v = view_.v - (view_.y + layout.leftLuma);
+  const std::ptrdiff_t first =
+      smaller(smaller(std::ptrdiff_t{0}, std::ptrdiff_t{layout.rightLuma} - layout.leftLuma), smaller(u, v));
+  uint8_t *raw = rows.asTheyLie[line];
+  stackLines<std::size_t{2} * kLeastPixels>(raw, left + first, 2 * view_.yStride, std::ptrdiff_t{2} * block.pixels,
                                             block.pairs);
-  const FetchRows fetch = sharesChroma ? luma_ : whole_;
-  fetch({raw + (upper.y - first), raw + (upper.u - first), raw + (upper.v - first)},
-        {rows.y[line], rows.u[line], rows.v[line]}, block.pairs * block.pixels);
+  rows.first[line] = {raw - first, raw - first + u, raw - first + v};
 }
 
 void LineMaker::stackChroma(const LinePair &lines, int line, const Block &block, Stacked &rows) const {
   const SourceLine from = sourceAt(lines, line, block.x);
   const std::ptrdiff_t step = chromaLineOffset(view_, block.y + 2) - chromaLineOffset(view_, block.y);
-  if (whole_ == nullptr) {
+  rows.first[line].u = rows.u[line];
+  rows.first[line].v = rows.v[line];
+  if (view_.layout.sampleStep == 1) {
     const int32_t samples = block.pixels >> view_.layout.xShift;
     stackLines<kLeastPixels / 2>(rows.u[line], from.u, step, samples, block.pairs);
     stackLines<kLeastPixels / 2>(rows.v[line], from.v, step, samples, block.pairs);
     return;
   }
   const uint8_t *first = lowest(from.u, from.v);
-  uint8_t *raw = rows.asTheyLie;
+  uint8_t *raw = rows.asTheyLie[line];
   stackLines<kLeastPixels>(raw, first, step, block.pixels, block.pairs);
-  whole_({from.y, raw + (from.u - first), raw + (from.v - first)}, {nullptr, rows.u[line], rows.v[line]},
+  fetch_({nullptr, raw + (from.u - first), raw + (from.v - first)}, {nullptr, rows.u[line], rows.v[line]},
          block.pairs * block.pixels);
 }
 
 void LineMaker::stack(const Block &block, Stacked &rows) const {
   const LinePair lines = linePairAt(view_, block.y);
   for (int line = 0; line < 2; ++line) {
-    if (!lumaLies_) {
+    if (view_.layout.pairStep == 4) {
       stackPacked(lines, line, block, rows);
       continue;
     }
     stackLines<kLeastPixels>(rows.y[line], lines.luma[line] + block.x, 2 * view_.yStride, block.pixels, block.pairs);
+    rows.first[line].y = rows.y[line];
     if (line == 0 || pair_ == nullptr) {
       stackChroma(lines, line, block, rows);
     }
@@ -89,13 +93,15 @@ void LineMaker::makeStacked(const Block &block, uint8_t *const to[2]) const {
   Stacked rows;
   stack(block, rows);
   const int32_t pixels = block.pairs * block.pixels;
+  const SourceLine &upper = rows.first[0];
   if (pair_ != nullptr) {
-    pair_({{rows.y[0], rows.y[1]}, rows.u[0], rows.v[0]}, to, pixels, 0, constants_);
+    pair_({{upper.y, rows.first[1].y}, upper.u, upper.v}, to, pixels, 0, constants_);
     return;
   }
   for (int line = 0; line < 2; ++line) {
+    const SourceLine &from = rows.first[line];
     uint8_t *const one[2] = {to[line], nullptr};
-    single_({{rows.y[line], nullptr}, rows.u[line], rows.v[line]}, one, pixels, line, constants_);
+    single_({{from.y, nullptr}, from.u, from.v}, one, pixels, line, constants_);
   }
 }
 

@@ -4,6 +4,7 @@
 #include "support/guarded_pages.h"
 #include "support/levels.h"
 #include "support/picture.h"
+#include "tables/packed_layout.h"
 #include "vector/stages.h"
 
 #include <gtest/gtest.h>
@@ -45,6 +46,10 @@ public:
   }
 
   [[nodiscard]] SampleRows samples() const { return {{y0_.data(), y1_.data()}, u_.data(), v_.data()}; }
+  /// The luma rows taken for macropixels of that order.
+  [[nodiscard]] SampleRows packedSamples(const PackedLayout &order) const {
+    return {{y0_.data() + order.left, y1_.data() + order.left}, y0_.data() + order.u, y0_.data() + order.v};
+  }
   [[nodiscard]] uint8_t *out(int line) const { return line == 0 ? out0_.write() : out1_.write(); }
 
   /// The pixel as it was written.
@@ -56,8 +61,12 @@ public:
 
   /// Runs a stage; no byte outside the rows is read or written.
   void run(ColourRows stage, int32_t pixels, int32_t line, const ColourConstants &constants) const {
+    run(stage, samples(), pixels, line, constants);
+  }
+  void run(ColourRows stage, const SampleRows &from, int32_t pixels, int32_t line,
+           const ColourConstants &constants) const {
     uint8_t *const to[2] = {out0_.data(), out1_.data()};
-    const auto fault = support::catchFault([&] { stage(samples(), to, pixels, line, constants); });
+    const auto fault = support::catchFault([&] { stage(from, to, pixels, line, constants); });
     EXPECT_FALSE(fault.has_value()) << "touches what lies outside its rows";
     EXPECT_FALSE(out0_.damage().has_value() || out1_.damage().has_value()) << "writes outside its rows";
   }

@@ -18,7 +18,6 @@ namespace {
 using support::Against;
 using support::GuardedPages;
 using zqcc::FetchRows;
-using zqcc::FetchStages;
 using zqcc::kFetchOf;
 using zqcc::LayoutValues;
 using zqcc::PackedLayout;
@@ -27,10 +26,10 @@ using zqcc::SourceLine;
 constexpr int kShortest = 16;
 constexpr int kLongest = 140;
 
-/// A layout of one line in one or two buffers, and the stages that make rows of it.
+/// A layout of one line in one or two buffers, and the stage that makes rows of it.
 struct Layout {
   std::string name;
-  FetchStages stages;
+  const zqcc::PerLevel<FetchRows> *stage;
   LayoutValues values;
   bool planes;        ///< u and v in buffers of their own
   std::ptrdiff_t y;   ///< where the samples of the first pixel stand in the first buffer
@@ -110,7 +109,7 @@ public:
   }
   [[nodiscard]] const SourceLine &source() const { return source_; }
 
-  [[nodiscard]] Rows expected(int pixels, bool luma, bool chroma) const {
+  [[nodiscard]] Rows expected(int pixels, bool luma) const {
     Rows rows = untouchedRows(pixels);
     const LayoutValues &values = layout_.values;
     for (int x = 0; luma && x < pixels; ++x) {
@@ -118,7 +117,7 @@ public:
       rows.y[kAround + static_cast<std::size_t>(x)] = source_.y[x / 2 * values.pairStep + right];
     }
     const int step = layout_.fullChroma ? 1 : 2;
-    for (int x = 0; chroma && x < pixels; x += step) {
+    for (int x = 0; x < pixels; x += step) {
       const std::size_t i = kAround + static_cast<std::size_t>(x / step);
       rows.u[i] = source_.u[(x >> values.xShift) * values.sampleStep];
       rows.v[i] = source_.v[(x >> values.xShift) * values.sampleStep];
@@ -133,7 +132,7 @@ private:
   SourceLine source_{};
 };
 
-void expectRows(const Layout &layout, FetchRows stage, bool chroma) {
+void expectRows(const Layout &layout, FetchRows stage) {
   Line line(layout);
   for (int pixels = kShortest; pixels <= kLongest; pixels += 2) {
     for (const Against against : {Against::End, Against::Start}) {
@@ -143,7 +142,7 @@ void expectRows(const Layout &layout, FetchRows stage, bool chroma) {
         stage(line.source(), {rows.y.data() + kAround, rows.u.data() + kAround, rows.v.data() + kAround}, pixels);
       });
       ASSERT_FALSE(fault.has_value()) << layout.name << ", " << pixels << " pixels";
-      const Rows expected = line.expected(pixels, makesLuma(layout), chroma);
+      const Rows expected = line.expected(pixels, makesLuma(layout));
       ASSERT_EQ(rows.y, expected.y) << layout.name << ", " << pixels << " pixels";
       ASSERT_EQ(rows.u, expected.u) << layout.name << ", " << pixels << " pixels";
       ASSERT_EQ(rows.v, expected.v) << layout.name << ", " << pixels << " pixels";
@@ -162,20 +161,16 @@ protected:
 
 TEST_P(FetchStage, MakesTheRowsOfEveryLayout) {
   for (const Layout &layout : everyLayout()) {
-    ASSERT_NE(layout.stages.whole, nullptr) << layout.name;
-    const FetchRows whole = layout.stages.whole->of[GetParam()];
-    ASSERT_NE(whole, nullptr) << layout.name;
-    expectRows(layout, whole, true);
-    if (layout.stages.luma != nullptr) {
-      ASSERT_NE(layout.stages.luma->of[GetParam()], nullptr) << layout.name;
-      expectRows(layout, layout.stages.luma->of[GetParam()], false);
-    }
+    ASSERT_NE(layout.stage, nullptr) << layout.name;
+    const FetchRows stage = layout.stage->of[GetParam()];
+    ASSERT_NE(stage, nullptr) << layout.name;
+    expectRows(layout, stage);
   }
 }
 
 TEST_P(FetchStage, TakesRowsAtAnyAddress) {
   for (const Layout &layout : everyLayout()) {
-    const FetchRows whole = layout.stages.whole->of[GetParam()];
+    const FetchRows stage = layout.stage->of[GetParam()];
     Line line(layout);
     for (std::size_t shift = 0; shift < 64; ++shift) {
       constexpr int kPixels = 134;
@@ -184,8 +179,8 @@ TEST_P(FetchStage, TakesRowsAtAnyAddress) {
       alignas(64) std::array<uint8_t, 256> y{};
       alignas(64) std::array<uint8_t, 256> u{};
       alignas(64) std::array<uint8_t, 256> v{};
-      whole(line.source(), {y.data() + shift, u.data() + shift, v.data() + shift}, kPixels);
-      const Rows expected = line.expected(kPixels, makesLuma(layout), true);
+      stage(line.source(), {y.data() + shift, u.data() + shift, v.data() + shift}, kPixels);
+      const Rows expected = line.expected(kPixels, makesLuma(layout));
       const auto bytes = static_cast<std::size_t>(layout.fullChroma ? kPixels : kPixels / 2);
       ASSERT_EQ(std::memcmp(u.data() + shift, expected.u.data() + kAround, bytes), 0) << layout.name << " " << shift;
       ASSERT_EQ(std::memcmp(v.data() + shift, expected.v.data() + kAround, bytes), 0) << layout.name << " " << shift;

@@ -54,11 +54,26 @@ struct Samples {
   std::array<uint8_t, 512> u;
   std::array<uint8_t, 256> everyV;
   std::array<uint8_t, 512> everyVTwice;
+  std::array<uint8_t, 1024> packed; ///< Y, U, Y, V
 
   Samples() {
     for (std::size_t v = 0; v < everyV.size(); ++v) {
       everyV[v] = static_cast<uint8_t>(v);
-      everyVTwice[2 * v] = everyVTwice[2 * v + 1] = static_cast<uint8_t>(v);
+      everyVTwice[2 * v] = everyVTwice[2 * v + 1] = packed[4 * v + 3] = static_cast<uint8_t>(v);
+    }
+  }
+
+  void setU(int32_t value) {
+    u.fill(static_cast<uint8_t>(value));
+    for (std::size_t i = 1; i < packed.size(); i += 4) {
+      packed[i] = static_cast<uint8_t>(value);
+    }
+  }
+
+  void setY(int32_t value) {
+    y.fill(static_cast<uint8_t>(value));
+    for (std::size_t i = 0; i < packed.size(); i += 2) {
+      packed[i] = static_cast<uint8_t>(value);
     }
   }
 };
@@ -67,13 +82,18 @@ uint8_t *bytesOf(Lines &lines, std::size_t line) {
   return reinterpret_cast<uint8_t *>(lines[line].data());
 }
 
-/// The same lines by the three stages of a level.
+/// The same lines by the stages of a level.
 void expectStages(Level level, const Samples &from, const ColourConstants &constants, const Lines &expected) {
   Lines pair;
   uint8_t *const both[2] = {bytesOf(pair, 0), bytesOf(pair, 1)};
   const SampleRows half{{from.y.data(), from.y.data()}, from.u.data(), from.everyV.data()};
   MATRIX565_HALF_PAIR.of[level](half, both, 512, 0, constants);
   ASSERT_EQ(pair, expected) << "pair of lines";
+  Lines packedPair;
+  uint8_t *const packedTo[2] = {bytesOf(packedPair, 0), bytesOf(packedPair, 1)};
+  const uint8_t *packed = from.packed.data();
+  MATRIX565_PACKED_PAIR.of[level]({{packed, packed}, packed + 1, packed + 3}, packedTo, 512, 0, constants);
+  ASSERT_EQ(packedPair, expected) << "packed pair of lines";
   Lines single;
   Lines full;
   for (std::size_t line = 0; line < 2; ++line) {
@@ -94,9 +114,9 @@ void expectEverySample(const ColorMatrix &matrix, const ColourConstants &constan
   const Arithmetic arithmetic(matrix);
   Samples samples;
   for (int32_t u = 0; u < 256; u += step) {
-    samples.u.fill(static_cast<uint8_t>(u));
+    samples.setU(u);
     for (int32_t y = 0; y < 256; ++y) {
-      samples.y.fill(static_cast<uint8_t>(y));
+      samples.setY(y);
       const Lines expected = expectedLines(arithmetic, y, u);
       for (const Level level : levelsOf(MATRIX565_HALF)) {
         expectStages(level, samples, constants, expected);
@@ -210,6 +230,41 @@ protected:
 
 TEST_P(Matrix565Rows, OfPairsKeepWithinTheirEnds) {
   expectRows(MATRIX565_HALF_PAIR, 2, true);
+}
+
+/// A pixel of macropixels in portable code.
+uint16_t portablePackedPixel(const SampleRows &from, const PackedLayout &order, int line, int parity, int32_t x) {
+  const std::ptrdiff_t macropixel = std::ptrdiff_t{x / 2} * 4;
+  const uint8_t u = from.u[macropixel];
+  const uint8_t v = from.v[macropixel];
+  const uint8_t *luma = from.y[line] + macropixel + (x % 2 != 0 ? order.right - order.left : 0);
+  const uint8_t y[2] = {*luma, *luma}; // for an even column and an odd one
+  const int32_t column = x % 2;
+  const SampleRows one{{y, y}, &u, &v};
+  return portablePixel(one, 0, parity, column, true);
+}
+
+TEST_P(Matrix565Rows, OfMacropixelsInEveryOrderKeepWithinTheirEnds) {
+  ColourConstants constants;
+  ASSERT_TRUE(makeDitherConstants<Turn::Upright>(*matrixEntry(0), constants));
+  for (uint32_t variant = 0; variant < kPackedVariants; ++variant) {
+    const PackedLayout order = packedLayout(variant);
+    const ColourRows stage = (order.isSwapped() ? MATRIX565_SWAPPED_PACKED_PAIR : MATRIX565_PACKED_PAIR).of[GetParam()];
+    for (int32_t pixels = kShortestRow; pixels <= kLongestRow; pixels += 2) {
+      for (const auto against : {support::Against::End, support::Against::Start}) {
+        const auto bytes = static_cast<std::size_t>(2 * pixels);
+        const GuardedRows rows(bytes, 0, bytes, against);
+        const SampleRows from = rows.packedSamples(order);
+        rows.run(stage, from, pixels, 0, constants);
+        for (int32_t i = 0; i < 2 * pixels; ++i) {
+          const int line = i / pixels;
+          const int32_t x = i % pixels;
+          ASSERT_EQ(rows.pixel(line, x), portablePackedPixel(from, order, line, line, x))
+              << "pixel " << x << " of " << pixels << ", line " << line << ", variant " << variant;
+        }
+      }
+    }
+  }
 }
 
 TEST_P(Matrix565Rows, WithHalfChromaKeepWithinTheirEnds) {
