@@ -21,7 +21,7 @@ inline constexpr ColourStages kColourOf{};
 
 template <>
 inline constexpr ColourStages kColourOf<StudioSixBit>{&STUDIO_SIX_BIT_PAIR, &STUDIO_SIX_BIT_SINGLE,
-                                                      &STUDIO_SIX_BIT_FULL, nullptr};
+                                                      &STUDIO_SIX_BIT_FULL, nullptr, &STUDIO_SIX_BIT_FULL_PAIR};
 
 template <>
 inline constexpr ColourStages kColourOf<StudioVideoRange>{&STUDIO_VIDEO_RANGE_PAIR, nullptr, nullptr, nullptr};
@@ -52,27 +52,29 @@ inline constexpr PlaceStages kPlaceOf<2>{&REVERSE_ROW16, &TRANSPOSE_BLOCK16};
 template <>
 inline constexpr PlaceStages kPlaceOf<3>{&REVERSE_ROW24, &TRANSPOSE_BLOCK24};
 
-/// What makes pixels of a packed layout as it lies, without a fetch, where there is such a stage. A null pointer would
-/// not do: whether the address of a table is null is no constant for GCC's sanitizers.
+/// What makes pixels of a layout as it lies, without a fetch, where there is such a stage. A null pointer would not do:
+/// whether the address of a table is null is no constant for GCC's sanitizers.
 template <class Layout, class Arithmetic>
-struct PackedColour {
+struct ColourAsItLies {
   static constexpr bool kExists = false;
 };
 
 template <const PerLevel<ColourRows> &stage>
-struct PackedColourStage {
+struct ColourStageAsItLies {
   static constexpr bool kExists = true;
   static constexpr const PerLevel<ColourRows> *kStage = &stage;
 };
 
 template <>
-struct PackedColour<Rgb24Bytes::Layout, PackRgb> : PackedColourStage<PACK565_RGB24> {};
+struct ColourAsItLies<Rgb24Bytes::Layout, PackRgb> : ColourStageAsItLies<PACK565_RGB24> {};
 template <>
-struct PackedColour<Packed422<false>::Layout, MatrixRgb24> : PackedColourStage<MATRIX_RGB24_PACKED> {};
+struct ColourAsItLies<Shape<1, 1, 2>, StudioSixBit> : ColourStageAsItLies<STUDIO_SIX_BIT_EVEN_PAIR> {};
 template <>
-struct PackedColour<Packed422<true>::Layout, MatrixRgb24> : PackedColourStage<MATRIX_RGB24_PACKED_SWAPPED> {};
+struct ColourAsItLies<Packed422<false>::Layout, MatrixRgb24> : ColourStageAsItLies<MATRIX_RGB24_PACKED> {};
+template <>
+struct ColourAsItLies<Packed422<true>::Layout, MatrixRgb24> : ColourStageAsItLies<MATRIX_RGB24_PACKED_SWAPPED> {};
 template <int left, int right, Turn turn>
-struct PackedColour<Shape<1, 1, 4, 4, left, right>, MatrixDither<turn>> {
+struct ColourAsItLies<Shape<1, 1, 4, 4, left, right>, MatrixDither<turn>> {
   static constexpr bool kExists = true;
   static constexpr const PerLevel<ColourRows> *kStage =
       left < right ? &MATRIX565_PACKED_PAIR : &MATRIX565_SWAPPED_PACKED_PAIR;
@@ -82,13 +84,14 @@ template <class Layout, class Arithmetic, Turn turn, int pixelBytes>
 constexpr RowStages rowStages() {
   const ColourStages &colour = kColourOf<Arithmetic>;
   RowStages stages{kFetchOf<Layout>, nullptr, nullptr, colour.makeConstants, kPlaceOf<pixelBytes>, turn, pixelBytes};
-  if constexpr (PackedColour<Layout, Arithmetic>::kExists) {
+  if constexpr (ColourAsItLies<Layout, Arithmetic>::kExists) {
     stages.fetch = nullptr;
-    (Layout::kSharedByLines ? stages.pair : stages.single) = PackedColour<Layout, Arithmetic>::kStage;
+    (Layout::kSharedByLines ? stages.pair : stages.single) = ColourAsItLies<Layout, Arithmetic>::kStage;
   } else if constexpr (Layout::kSharedByColumns) {
     stages.pair = Layout::kSharedByLines ? colour.halfPair : nullptr;
     stages.single = colour.half;
   } else {
+    stages.pair = Layout::kSharedByLines ? colour.fullPair : nullptr;
     stages.single = colour.full;
   }
   return stages;

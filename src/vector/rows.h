@@ -11,10 +11,11 @@ namespace zqcc {
 
 /// The stages that make an arithmetic's pixels; null where there is none of that kind.
 struct ColourStages {
-  const PerLevel<ColourRows> *halfPair; ///< two lines that share half chroma
-  const PerLevel<ColourRows> *half;     ///< one line with half chroma
-  const PerLevel<ColourRows> *full;     ///< one line with full chroma
-  MakeConstants makeConstants;          ///< null if the stages take nothing from the frame
+  const PerLevel<ColourRows> *halfPair;           ///< two lines that share half chroma
+  const PerLevel<ColourRows> *half;               ///< one line with half chroma
+  const PerLevel<ColourRows> *full;               ///< one line with full chroma
+  MakeConstants makeConstants;                    ///< null if the stages take nothing from the frame
+  const PerLevel<ColourRows> *fullPair = nullptr; ///< two lines that share full chroma
 };
 
 /// What serves a conversion by rows. It makes the same bytes as the conversion's portable kernel.

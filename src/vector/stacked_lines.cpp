@@ -70,6 +70,11 @@ void LineMaker::stackChroma(const LinePair &lines, int line, const Block &block,
   const uint8_t *first = lowest(from.u, from.v);
   uint8_t *raw = rows.asTheyLie[line];
   stackLines<kLeastPixels>(raw, first, step, block.pixels, block.pairs);
+  if (fetch_ == nullptr) {
+    rows.first[line].u = raw + (from.u - first);
+    rows.first[line].v = raw + (from.v - first);
+    return;
+  }
   fetch_({nullptr, raw + (from.u - first), raw + (from.v - first)}, {nullptr, rows.u[line], rows.v[line]},
          block.pairs * block.pixels);
 }

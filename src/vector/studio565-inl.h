@@ -238,6 +238,21 @@ HWY_INLINE hn::Vec<D> studioHalfSamples(D d, const uint8_t *from) {
   }
 }
 
+/// Of pairs of samples the first ones, or the second ones, as words.
+HWY_ALIGN constexpr uint8_t kOfPairs[2][16] = {{0, 128, 2, 128, 4, 128, 6, 128, 8, 128, 10, 128, 12, 128, 14, 128},
+                                               {1, 128, 3, 128, 5, 128, 7, 128, 9, 128, 11, 128, 13, 128, 15, 128}};
+template <class D>
+using StudioOrder = hn::Vec<hn::Repartition<uint8_t, D>>;
+
+template <class D>
+HWY_INLINE StudioOrder<D> studioOrder(D /*d*/, bool second) {
+  return hn::LoadDup128(hn::Repartition<uint8_t, D>(), kOfPairs[second ? 1 : 0]);
+}
+template <class D>
+HWY_INLINE hn::Vec<D> studioSamplesOf(D d, const uint8_t *from, StudioOrder<D> order) {
+  return hn::BitCast(d, hn::TableLookupBytes(studioSamples(d, from), order));
+}
+
 /// Makes the pixels of a line, whose even and odd ones have the terms given.
 template <StudioClamp clamp, class D>
 HWY_INLINE void studioPixels(D d, const StudioConstants<D> &k, const uint8_t *from, const StudioTermsOf<D> &evenTerms,

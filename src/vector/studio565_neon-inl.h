@@ -182,6 +182,19 @@ HWY_INLINE uint8x8_t studioHalfSamples(D /*d*/, const uint8_t *from) {
   return vld1_u8(from);
 }
 
+/// Of pairs of samples the first ones, or the second ones.
+template <class D>
+using StudioOrder = uint8x8_t;
+
+template <class D>
+HWY_INLINE uint8x8_t studioOrder(D /*d*/, bool second) {
+  return vcreate_u8(0x0E0C0A0806040200 + (second ? 0x0101010101010101 : 0));
+}
+template <class D>
+HWY_INLINE uint8x8_t studioSamplesOf(D /*d*/, const uint8_t *from, uint8x8_t order) {
+  return vqtbl1_u8(vld1q_u8(from), order);
+}
+
 /// Samples of full resolution, and the even and the odd ones of them.
 template <class D>
 HWY_INLINE uint8x8x2_t studioFullSamples(D /*d*/, const uint8_t *from) {
