@@ -72,8 +72,28 @@ void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, ui
   }
 }
 
-void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
+[[gnu::always_inline]] inline void LineMaker::prefetch(const LinePair &lines, int32_t x, int32_t pixels,
+                                                       const SampleSteps &next) const {
+  const LayoutValues &layout = view_.layout;
+  const std::ptrdiff_t lumaBytes = std::ptrdiff_t{pixels >> 1} * layout.pairStep;
+  const std::ptrdiff_t chromaBytes = std::ptrdiff_t{pixels >> layout.xShift} * layout.sampleStep;
+  for (int line = 0; line < 2; ++line) {
+    const SourceLine from = sourceAt(lines, line, x);
+    prefetchRow(from.y + next.luma, lumaBytes);
+    if (layout.pairStep != 2) {
+      prefetchRow(from.y + next.luma + lumaBytes / 2, 1);
+    } else if (line == 0 || layout.yShift == 0) {
+      prefetchRow(from.u + next.chroma, chromaBytes);
+      prefetchRow(from.v + next.chroma, chromaBytes);
+    }
+  }
+}
+
+void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2], const SampleSteps *next) const {
   const LinePair lines = linePairAt(view_, y);
+  if (next != nullptr) {
+    prefetch(lines, x, pixels, *next);
+  }
   Buffers buffers;
   for (int32_t done = 0; done < pixels;) {
     const int32_t count = fetch_ == nullptr ? pixels : fetchedOf(pixels - done);

@@ -17,6 +17,12 @@ inline constexpr int32_t kStackedPixels = 256;
   __builtin_prefetch(from + bytes - 1);
 }
 
+/// Bytes from one column of a line to another one of another line.
+struct SampleSteps {
+  std::ptrdiff_t luma;
+  std::ptrdiff_t chroma;
+};
+
 class LineMaker {
 public:
   explicit LineMaker(const PlaneView &view) : view_(view) {}
@@ -25,36 +31,22 @@ public:
   bool prepare(const RowStages &stages, LevelSet usable, const ColorMatrix &matrix);
 
   /// Makes the pixels of columns [x, x + pixels) of lines y and y + 1 at to[0] and to[1]. x and y are even, all columns
-  /// have chroma samples of their own.
-  [[gnu::always_inline]] void make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
+  /// have chroma samples of their own. Asks for the samples that are `next` further on, unless it is null.
+  [[gnu::always_inline]] void make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
+                                   const SampleSteps *next = nullptr) const {
     if (planarPairs_) {
-      makePlanar(y, x, pixels, to);
+      makePlanar(y, x, pixels, to, next);
     } else {
-      makeFetched(y, x, pixels, to);
+      makeFetched(y, x, pixels, to, next);
     }
   }
 
-  /// Asks for the samples of columns [x, x + pixels) of lines y and y + 1.
-  [[gnu::always_inline]] void prefetch(int32_t y, int32_t x, int32_t pixels) const {
+  /// How far on the samples are that come `lines` lines and `columns` columns later, both even.
+  [[nodiscard]] SampleSteps stepsTo(int32_t lines, int32_t columns) const {
     const LayoutValues &layout = view_.layout;
-    const uint8_t *luma = view_.y + y * view_.yStride + std::ptrdiff_t{x >> 1} * layout.pairStep;
-    const std::ptrdiff_t lumaBytes = std::ptrdiff_t{pixels >> 1} * layout.pairStep;
-    for (int line = 0; line < 2; ++line) {
-      prefetchRow(luma, lumaBytes);
-      if (layout.pairStep != 2) {
-        __builtin_prefetch(luma + lumaBytes / 2);
-      }
-      luma += view_.yStride;
-    }
-    if (layout.pairStep == 2) {
-      const std::ptrdiff_t sample = std::ptrdiff_t{x >> layout.xShift} * layout.sampleStep;
-      const std::ptrdiff_t chromaBytes = std::ptrdiff_t{pixels >> layout.xShift} * layout.sampleStep;
-      for (int line = 0; line < (layout.yShift == 0 ? 2 : 1); ++line) {
-        const std::ptrdiff_t chroma = chromaLineOffset(view_, y + line) + sample;
-        prefetchRow(view_.u + chroma, chromaBytes);
-        prefetchRow(view_.v + chroma, chromaBytes);
-      }
-    }
+    return {lines * view_.yStride + std::ptrdiff_t{columns >> 1} * layout.pairStep,
+            (lines >> layout.yShift) * view_.lineStep * view_.cStride +
+                std::ptrdiff_t{columns >> layout.xShift} * layout.sampleStep};
   }
 
   /// Columns [x, x + pixels) of `pairs` pairs of lines from line y on.
@@ -78,16 +70,26 @@ private:
   struct Buffers;
   struct Stacked;
   /// As make, for pairs of lines whose samples lie as rows. Rows of a block are short, so that what a row costs shows.
-  [[gnu::always_inline]] void makePlanar(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const {
+  [[gnu::always_inline]] void makePlanar(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
+                                         const SampleSteps *next) const {
     const int32_t sample = x >> view_.layout.xShift;
     const uint8_t *luma = view_.y + y * view_.yStride + x;
-    const std::ptrdiff_t chroma = chromaLineOffset(view_, y);
+    const std::ptrdiff_t chroma = chromaLineOffset(view_, y) + sample;
     const uint8_t *u = view_.u + chroma;
     const uint8_t *v = view_.v + chroma;
-    pair_({{luma, luma + view_.yStride}, u + sample, v + sample}, to, pixels, 0, constants_);
+    if (next != nullptr) {
+      const int32_t samples = pixels >> view_.layout.xShift;
+      prefetchRow(luma + next->luma, pixels);
+      prefetchRow(luma + view_.yStride + next->luma, pixels);
+      prefetchRow(u + next->chroma, samples);
+      prefetchRow(v + next->chroma, samples);
+    }
+    pair_({{luma, luma + view_.yStride}, u, v}, to, pixels, 0, constants_);
   }
   /// As make, for any layout.
-  [[gnu::noinline]] void makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2]) const;
+  [[gnu::noinline]] void makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
+                                     const SampleSteps *next) const;
+  void prefetch(const LinePair &lines, int32_t x, int32_t pixels, const SampleSteps &next) const;
   void makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2], Buffers &buffers) const;
   [[nodiscard]] SourceLine sourceAt(const LinePair &lines, int line, int32_t x) const;
   [[nodiscard]] SampleRows samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const;

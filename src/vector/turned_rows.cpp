@@ -17,10 +17,9 @@ constexpr int32_t nextPixels(int32_t left, int32_t most) {
 /// an output line at a time.
 constexpr int32_t kBlockLines = 64;
 constexpr int32_t kBlockBytes = 16384;
-#ifndef AHEAD
-#define AHEAD 4
-#endif
-constexpr int32_t kLinesAhead = AHEAD;
+
+/// Lines from one that is made to one whose samples are asked for: farther ahead they are gone again before their turn.
+constexpr int32_t kLinesAhead = 4;
 
 constexpr int32_t blockColumnsOf(std::ptrdiff_t pixelBytes) {
   return pixelBytes == 2 ? 128 : 64;
@@ -81,6 +80,7 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
   const std::ptrdiff_t pixelBytes = rowsGoUp ? -steps.line : steps.line;
   const int32_t blockColumns = blockColumnsOf(pixelBytes);
   const std::ptrdiff_t stride = blockColumns * pixelBytes;
+  const SampleSteps ahead = maker.stepsTo(kLinesAhead, 0);
   int32_t lines = 0;
   for (int32_t top = rows.top; top < rows.bottom; top += lines) {
     lines = smaller(kBlockLines, rows.bottom - top);
@@ -90,16 +90,11 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
       columns = nextPixels(rows.right - left, blockColumns);
       uint8_t *to = origin + left * steps.column + (top + firstLine) * steps.line;
       LinesAhead output(to, steps.column, columns, lines * pixelBytes, lines / 2);
+      const SampleSteps aside = maker.stepsTo(kLinesAhead - lines, columns);
       uint8_t *row[2] = {pixels, pixels + stride};
       for (int32_t line = 0; line < lines; line += 2) {
         output.next();
-        const int32_t ahead = line + kLinesAhead;
-        if (ahead < lines) {
-          maker.prefetch(top + ahead, left, columns);
-        } else {
-          maker.prefetch(top + ahead - lines, left + columns, columns);
-        }
-        maker.make(top + line, left, columns, row);
+        maker.make(top + line, left, columns, row, line + kLinesAhead < lines ? &ahead : &aside);
         row[0] += 2 * stride;
         row[1] += 2 * stride;
       }
