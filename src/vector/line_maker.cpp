@@ -34,7 +34,7 @@ bool LineMaker::prepare(const RowStages &stages, LevelSet usable, const ColorMat
   pair_ = bestOf(stages.pair, usable);
   single_ = bestOf(stages.single, usable);
   fetch_ = bestOf(stages.fetch, usable);
-  planarPairs_ = pair_ != nullptr && view_.layout.sampleStep == 1;
+  planarPairs_ = pair_ != nullptr && view_.layout.sampleStep == 1 && view_.layout.xShift == 1;
   pixelBytes_ = stages.pixelBytes;
   const bool colours = pair_ != nullptr || single_ != nullptr;
   const bool fetches = stages.fetch == nullptr || fetch_ != nullptr;
@@ -79,12 +79,14 @@ void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, ui
   const std::ptrdiff_t chromaBytes = std::ptrdiff_t{pixels >> layout.xShift} * layout.sampleStep;
   for (int line = 0; line < 2; ++line) {
     const SourceLine from = sourceAt(lines, line, x);
-    prefetchRow(from.y + next.luma, lumaBytes);
-    if (layout.pairStep != 2) {
-      prefetchRow(from.y + next.luma + lumaBytes / 2, 1);
-    } else if (line == 0 || layout.yShift == 0) {
-      prefetchRow(from.u + next.chroma, chromaBytes);
-      prefetchRow(from.v + next.chroma, chromaBytes);
+    if (layout.pairStep == 2) {
+      prefetchEnd<2>(from.y + next.luma, lumaBytes);
+    } else {
+      prefetchEnd<4>(from.y + next.luma, lumaBytes);
+    }
+    if (layout.pairStep == 2 && (line == 0 || layout.yShift == 0)) {
+      prefetchEnd<2>(from.u + next.chroma, chromaBytes);
+      prefetchEnd<2>(from.v + next.chroma, chromaBytes);
     }
   }
 }

@@ -10,11 +10,13 @@ inline constexpr int32_t kMostPixelBytes = 3;
 /// Pixels that are made of one line after the other at a time.
 inline constexpr int32_t kStackedPixels = 256;
 
-/// Asks for `bytes` bytes, up to two cache lines of them. Always inlined, as all that calls it and does nothing else
-/// has to be: g++ drops calls of such functions.
-[[gnu::always_inline]] inline void prefetchRow(const uint8_t *from, std::ptrdiff_t bytes) {
-  __builtin_prefetch(from);
-  __builtin_prefetch(from + bytes - 1);
+/// Asks for the last `lines` cache lines of `bytes` bytes; what is before them has been read with the bytes in front.
+/// Always inlined, as all that calls it and does nothing else has to be: g++ drops calls of such functions.
+template <int lines>
+[[gnu::always_inline]] inline void prefetchEnd(const uint8_t *from, std::ptrdiff_t bytes) {
+  for (int line = 0; line < lines; ++line) {
+    __builtin_prefetch(from + bytes - 1 - 64 * line);
+  }
 }
 
 /// Bytes from one column of a line to another one of another line.
@@ -69,20 +71,22 @@ public:
 private:
   struct Buffers;
   struct Stacked;
-  /// As make, for pairs of lines whose samples lie as rows. Rows of a block are short, so that what a row costs shows.
+  /// As make, for pairs of lines whose samples lie as rows, with half chroma. Rows of a block are short, so that what a
+  /// row costs shows.
   [[gnu::always_inline]] void makePlanar(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
                                          const SampleSteps *next) const {
-    const int32_t sample = x >> view_.layout.xShift;
+    const int32_t sample = x >> 1;
     const uint8_t *luma = view_.y + y * view_.yStride + x;
     const std::ptrdiff_t chroma = chromaLineOffset(view_, y) + sample;
     const uint8_t *u = view_.u + chroma;
     const uint8_t *v = view_.v + chroma;
     if (next != nullptr) {
-      const int32_t samples = pixels >> view_.layout.xShift;
-      prefetchRow(luma + next->luma, pixels);
-      prefetchRow(luma + view_.yStride + next->luma, pixels);
-      prefetchRow(u + next->chroma, samples);
-      prefetchRow(v + next->chroma, samples);
+      const uint8_t *nextLuma = luma + next->luma;
+      const std::ptrdiff_t lastSample = next->chroma + (pixels >> 1);
+      prefetchEnd<2>(nextLuma, pixels);
+      prefetchEnd<2>(nextLuma + view_.yStride, pixels);
+      prefetchEnd<1>(u, lastSample);
+      prefetchEnd<1>(v, lastSample);
     }
     pair_({{luma, luma + view_.yStride}, u, v}, to, pixels, 0, constants_);
   }
