@@ -72,29 +72,26 @@ void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, ui
   }
 }
 
-[[gnu::always_inline]] inline void LineMaker::prefetch(const LinePair &lines, int32_t x, int32_t pixels,
-                                                       const SampleSteps &next) const {
+[[gnu::always_inline]] inline void LineMaker::prefetch(const LinePair &lines, int32_t x,
+                                                       const SampleSteps &nextEnd) const {
   const LayoutValues &layout = view_.layout;
-  const std::ptrdiff_t lumaBytes = std::ptrdiff_t{pixels >> 1} * layout.pairStep;
-  const std::ptrdiff_t chromaBytes = std::ptrdiff_t{pixels >> layout.xShift} * layout.sampleStep;
   for (int line = 0; line < 2; ++line) {
     const SourceLine from = sourceAt(lines, line, x);
-    if (layout.pairStep == 2) {
-      prefetchEnd<2>(from.y + next.luma, lumaBytes);
-    } else {
-      prefetchEnd<4>(from.y + next.luma, lumaBytes);
-    }
-    if (layout.pairStep == 2 && (line == 0 || layout.yShift == 0)) {
-      prefetchEnd<2>(from.u + next.chroma, chromaBytes);
-      prefetchEnd<2>(from.v + next.chroma, chromaBytes);
+    prefetchEnd<2>(from.y + nextEnd.luma);
+    if (layout.pairStep != 2) {
+      prefetchEnd<2>(from.y + nextEnd.luma - 128);
+    } else if (line == 0 || layout.yShift == 0) {
+      prefetchEnd<2>(from.u + nextEnd.chroma);
+      prefetchEnd<2>(from.v + nextEnd.chroma);
     }
   }
 }
 
-void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2], const SampleSteps *next) const {
+void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
+                            const SampleSteps *nextEnd) const {
   const LinePair lines = linePairAt(view_, y);
-  if (next != nullptr) {
-    prefetch(lines, x, pixels, *next);
+  if (nextEnd != nullptr) {
+    prefetch(lines, x, *nextEnd);
   }
   Buffers buffers;
   for (int32_t done = 0; done < pixels;) {

@@ -80,7 +80,6 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
   const std::ptrdiff_t pixelBytes = rowsGoUp ? -steps.line : steps.line;
   const int32_t blockColumns = blockColumnsOf(pixelBytes);
   const std::ptrdiff_t stride = blockColumns * pixelBytes;
-  const SampleSteps ahead = maker.stepsTo(kLinesAhead, 0);
   int32_t lines = 0;
   for (int32_t top = rows.top; top < rows.bottom; top += lines) {
     lines = smaller(kBlockLines, rows.bottom - top);
@@ -90,7 +89,9 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
       columns = nextPixels(rows.right - left, blockColumns);
       uint8_t *to = origin + left * steps.column + (top + firstLine) * steps.line;
       LinesAhead output(to, steps.column, columns, lines * pixelBytes, lines / 2);
-      const SampleSteps aside = maker.stepsTo(kLinesAhead - lines, columns);
+      // To the ends of lines of this block and of the next one.
+      const SampleSteps ahead = maker.stepsTo(kLinesAhead, columns);
+      const SampleSteps aside = maker.stepsTo(kLinesAhead - lines, 2 * columns);
       uint8_t *row[2] = {pixels, pixels + stride};
       for (int32_t line = 0; line < lines; line += 2) {
         output.next();
