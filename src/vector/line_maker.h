@@ -33,8 +33,8 @@ public:
   bool prepare(const RowStages &stages, LevelSet usable, const ColorMatrix &matrix);
 
   /// Makes the pixels of columns [x, x + pixels) of lines y and y + 1 at to[0] and to[1]. x and y are even, all columns
-  /// have chroma samples of their own. Asks for samples of the line that ends `nextEnd` further
-  /// on than this one begins, and of the one below it, unless that is null.
+  /// have chroma samples of their own. Unless `nextEnd` is null, lines that end so much further on than these begin are
+  /// asked for.
   [[gnu::always_inline]] void make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
                                    const SampleSteps *nextEnd = nullptr) const {
     if (planarPairs_) {
