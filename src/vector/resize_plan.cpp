@@ -199,13 +199,13 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
 
 void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, uint8_t *memory) {
   const Parts parts = partsOf(kind, seen);
-  auto *plan = ::new (memory) ResizePlan{kind, {}, {}, {}};
+  ResizePlan plan{kind, {}, {}, {}};
   Pieces pieces(memory);
   if (parts.interpolated) {
-    plan->luma = interpolated(kind, seen, xTable, pieces);
+    plan.luma = interpolated(kind, seen, xTable, pieces);
   }
   if (parts.picked) {
-    plan->picked = picked(kind, seen, xTable, pieces);
+    plan.picked = picked(kind, seen, xTable, pieces);
   }
   if (parts.chroma > 0) {
     uint8_t *chroma = pieces.take(pickPlanBytes(parts.chroma));
@@ -215,8 +215,9 @@ void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xT
     } else {
       chromaColumns(*chromaRuleOf(kind), parts.samples, seen.outWidth, xTable, columns);
     }
-    plan->chroma = makePickPlan(chroma, parts.chroma, {parts.samples, 1});
+    plan.chroma = makePickPlan(chroma, parts.chroma, {parts.samples, 1});
   }
+  ::new (memory) ResizePlan(plan);
 }
 
 } // namespace zqcc
