@@ -35,7 +35,7 @@ private:
 
   const uint8_t *windowsOf(int32_t line, int32_t tap);
   void prefetch(int32_t line) const;
-  void fill(const uint8_t *line, int32_t tap, uint8_t *row) const;
+  void fill(const uint8_t *line, int32_t row, uint8_t *to) const;
 
   /// Groups of the plan that lie in one array.
   struct Part {
