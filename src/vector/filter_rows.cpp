@@ -164,7 +164,8 @@ HWY_INLINE VI32 tapSum(V8 top, V8 bottom, const uint8_t *mask, VI16 weight, VI32
 
 #endif
 
-void fivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLines &lines, uint8_t *to) {
+void fivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLines &from, uint8_t *to) {
+  const FivePointLines lines = from; // which no store can change
   const hn::RebindToUnsigned<DI32> du32;
   const LineFactors factors(lines.next);
   const V16 fifth = hn::Set(d16, kFifth);
@@ -173,8 +174,8 @@ void fivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLin
     for (int v = 0; v < kVectors; ++v) {
       auto sum = hn::Zero(du32);
       for (int32_t t = 0; t < kTaps; ++t) {
-        const ptrdiff_t from = at + ptrdiff_t{v} * kBytes;
-        const VI32 tap = tapSum(hn::LoadU(d8, lines.top[t] + from), hn::LoadU(d8, lines.bottom[t] + from),
+        const ptrdiff_t byte = at + ptrdiff_t{v} * kBytes;
+        const VI32 tap = tapSum(hn::LoadU(d8, lines.top[t] + byte), hn::LoadU(d8, lines.bottom[t] + byte),
                                 columns->mask[t] + v * kBytes, hn::Load(di16, columns->weight[t] + v * kWords),
                                 factors.high[t], factors.low[t]);
         sum = hn::Add(sum, hn::ShiftRight<24>(hn::BitCast(du32, tap)));

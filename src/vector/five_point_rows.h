@@ -15,7 +15,7 @@ namespace zqcc {
 class FivePointRows {
 public:
   /// Windows of a chunk of this width stay in the first-level cache, and so does its part of the plan.
-  static constexpr int32_t kColumns = 512;
+  static constexpr int32_t kColumns = 384;
 
   /// Plane 0 of a frame is luma, 1 and 2 chroma.
   FivePointRows(const Job &job, const MeanPlane &plane, int number);
