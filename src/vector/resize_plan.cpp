@@ -198,25 +198,25 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
 
 void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xTable, uint8_t *memory) {
   const Parts parts = partsOf(kind, seen);
-  auto *plan = ::new (memory) ResizePlan{kind, {}, {}, {}, {}};
+  ResizePlan plan{kind, {}, {}, {}, {}};
   Pieces pieces(memory);
   if (kind == PlanKind::FivePoint) {
     const FilterLines lines = filterLines(seen);
-    plan->filter = makeFilterPlan(xTable, lines.luma, lines.chroma,
-                                  pieces.take(static_cast<std::size_t>(filterPlanBytes(lines.luma, lines.chroma))));
-    return;
+    const auto bytes = static_cast<std::size_t>(filterPlanBytes(lines.luma, lines.chroma));
+    plan.filter = makeFilterPlan(xTable, lines.luma, lines.chroma, pieces.take(bytes));
   }
   if (parts.interpolated) {
-    plan->luma = interpolated(kind, seen, xTable, pieces);
+    plan.luma = interpolated(kind, seen, xTable, pieces);
   }
   if (parts.picked) {
-    plan->picked = picked(seen, xTable, pieces);
+    plan.picked = picked(seen, xTable, pieces);
   }
   if (parts.chroma > 0) {
     uint8_t *chroma = pieces.take(pickPlanBytes(parts.chroma));
     chromaColumns(*chromaRuleOf(kind), parts.samples, seen.outWidth, xTable, planColumns(chroma, parts.chroma));
-    plan->chroma = makePickPlan(chroma, parts.chroma, {parts.samples, 1});
+    plan.chroma = makePickPlan(chroma, parts.chroma, {parts.samples, 1});
   }
+  ::new (memory) ResizePlan(plan);
 }
 
 } // namespace zqcc

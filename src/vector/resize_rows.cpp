@@ -87,6 +87,7 @@ void resizeUpright(const PixelMaker &maker, const Lines &lines, const Chunk &chu
   uint8_t *line = chunk.to;
   for (int32_t j = 0; j < lines.height; j += 2, line += 2 * lines.steps.line) {
     const int32_t lineCount = smaller(lines.height - j, 2);
+    // cppcheck-suppress legacyUninitvar ; the array is handed out to be filled
     uint8_t *const direct[2] = {line, lineCount == 2 ? line + lines.steps.line : pixels[1]};
     uint8_t *const buffered[2] = {pixels[0], pixels[1]};
     maker.make(j, lineCount, fits ? direct : buffered);

@@ -106,8 +106,8 @@ private:
   const LineTaps lineTaps_; ///< from the first line on
   LineTaps taps_;
   MixRows mix_;
-  Components<mostColumns> components_;
   ChunkGroups groups_{};
+  Components<mostColumns> components_;
   KeptRows<3, mostColumns> kept_;
   SampleBuffer<mostColumns> samples_[3];
 };

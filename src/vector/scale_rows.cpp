@@ -73,21 +73,30 @@ HWY_NOINLINE void fillGroups(const uint8_t *line, const TapGroup *group, int32_t
   }
 }
 
+/// The samples of outputs and the ones behind them, pair by pair.
+HWY_NOINLINE void gatherPairs(const uint8_t *line, const Tap *tap, int32_t step, std::ptrdiff_t count, uint8_t *pairs) {
+  if (step == 1) {
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+      hwy::CopyBytes<2>(line + tap[i].index, pairs + 2 * i);
+    }
+  } else {
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+      const uint8_t *from = line + std::ptrdiff_t{tap[i].index} * step;
+      pairs[2 * i] = from[0];
+      pairs[2 * i + 1] = from[step];
+    }
+  }
+}
+
 /// Windows that are too narrow for the ratio, or too wide for the line: pairs of bytes are brought together first.
 HWY_NOINLINE void fillGathered(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32_t groups,
                                int32_t *row) {
-  constexpr int32_t kGroups = 8;
+  constexpr int32_t kGroups = 8; // at a time: reading what was written byte by byte just before would stall
   uint8_t pairs[kGroups][2 * kPlanGroup];
   for (int32_t first = 0; first < groups; first += kGroups) {
     const int32_t count = groups - first < kGroups ? groups - first : kGroups;
-    const Tap *tap = plan.taps + std::ptrdiff_t{firstGroup + first} * kPlanGroup;
-    for (int32_t g = 0; g < count; ++g) {
-      for (int32_t i = 0; i < kPlanGroup; ++i, ++tap) {
-        const uint8_t *from = line + std::ptrdiff_t{tap->index} * plan.step;
-        pairs[g][2 * i] = from[0];
-        pairs[g][2 * i + 1] = from[plan.step];
-      }
-    }
+    const std::ptrdiff_t output = std::ptrdiff_t{firstGroup + first} * kPlanGroup;
+    gatherPairs(line, plan.taps + output, plan.step, std::ptrdiff_t{count} * kPlanGroup, pairs[0]);
     for (int32_t g = 0; g < count; ++g) {
       fillGroup<Windows<2>>(pairs[g], plan.groups[firstGroup + first + g],
                             row + std::ptrdiff_t{first + g} * kPlanGroup);
