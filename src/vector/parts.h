@@ -36,7 +36,7 @@ private:
 class MacropixelParts {
 public:
   MacropixelParts(LevelSet levels, const PackedLayout &layout);
-  bool part(const uint8_t *from, const PartedLine &to, int32_t pixels) const;
+  bool part(const uint8_t *from, const PartedLine &line, int32_t pixels) const;
 
 private:
   PackedLayout layout_;
