@@ -149,7 +149,8 @@ struct ChromaLanes {
   }
 };
 
-/// Samples of macropixels into rows: luma, and `first` and `second` for chroma.
+/// Samples of macropixels into rows: `first` and `second` for chroma, or luma alone.
+template <bool chroma>
 struct Macropixels {
   const uint8_t *from;
   MacropixelOrder order;
@@ -166,33 +167,38 @@ struct Macropixels {
     const auto low = hn::BitCast(d64, hn::TableLookupBytes(hn::LoadU(d, at), positions));
     const auto high = hn::BitCast(d64, hn::TableLookupBytes(hn::LoadU(d, at + hn::MaxLanes(d)), positions));
     hn::StoreU(hn::BitCast(d, hn::ConcatEven(d64, high, low)), d, luma + 2 * i);
-    const hn::Repartition<uint32_t, decltype(d)> d32;
-    static constexpr ChromaLanes<hn::MaxLanes(d32)> kLanes;
-    const auto mixed = hn::BitCast(d32, hn::InterleaveUpper(d64, low, high));
-    const auto parted = hn::BitCast(d, hn::TableLookupLanes(mixed, hn::SetTableIndices(d32, kLanes.from)));
-    hn::StoreU(hn::LowerHalf(half, parted), half, first + i);
-    hn::StoreU(hn::UpperHalf(half, parted), half, second + i);
+    if constexpr (chroma) {
+      const hn::Repartition<uint32_t, decltype(d)> d32;
+      static constexpr ChromaLanes<hn::MaxLanes(d32)> kLanes;
+      const auto mixed = hn::BitCast(d32, hn::InterleaveUpper(d64, low, high));
+      const auto parted = hn::BitCast(d, hn::TableLookupLanes(mixed, hn::SetTableIndices(d32, kLanes.from)));
+      hn::StoreU(hn::LowerHalf(half, parted), half, first + i);
+      hn::StoreU(hn::UpperHalf(half, parted), half, second + i);
+    }
   }
 };
 
-HWY_NOINLINE void partMacropixels(const Macropixels &macropixels, std::ptrdiff_t count) {
+template <bool chroma>
+HWY_NOINLINE void partMacropixels(const Macropixels<chroma> &macropixels, std::ptrdiff_t count) {
   inGroups<kLeastHalf>(hn::Half<decltype(kBytes)>{}, count, macropixels);
 }
 
 /// Chroma tells where a macropixel starts: it comes first, or one byte behind the first luma.
-template <bool swapped>
+template <bool swapped, bool chroma>
 void packedRows(const SourceLine &from, const RowBuffers &to, int32_t pixels) {
   const bool uFirst = from.u < from.v;
   const uint8_t *firstLuma = from.y - (swapped ? 2 : 0);
   const uint8_t *firstChroma = uFirst ? from.u : from.v;
   const int chromaFirst = firstChroma < firstLuma ? 1 : 0;
-  partMacropixels({chromaFirst != 0 ? firstChroma : firstLuma, kOrders[swapped ? 1 : 0][chromaFirst], to.y,
-                   uFirst ? to.u : to.v, uFirst ? to.v : to.u},
-                  pixels / 2);
+  partMacropixels<chroma>({chromaFirst != 0 ? firstChroma : firstLuma, kOrders[swapped ? 1 : 0][chromaFirst], to.y,
+                           uFirst ? to.u : to.v, uFirst ? to.v : to.u},
+                          pixels / 2);
 }
 
-constexpr FetchRows packedInOrder = packedRows<false>;
-constexpr FetchRows packedSwapped = packedRows<true>;
+constexpr FetchRows packedInOrder = packedRows<false, true>;
+constexpr FetchRows lumaInOrder = packedRows<false, false>;
+constexpr FetchRows packedSwapped = packedRows<true, true>;
+constexpr FetchRows lumaSwapped = packedRows<true, false>;
 
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
@@ -204,7 +210,9 @@ namespace zqcc {
 constexpr PerLevel<FetchRows> EVEN_CHROMA_ROWS = ZQCC_EVERY_LEVEL(evenChromaRows);
 constexpr PerLevel<FetchRows> QUARTER_CHROMA_ROWS = ZQCC_EVERY_LEVEL(quarterChromaRows);
 constexpr PerLevel<FetchRows> PACKED_ROWS = ZQCC_EVERY_LEVEL(packedInOrder);
+constexpr PerLevel<FetchRows> PACKED_LUMA_ROW = ZQCC_EVERY_LEVEL(lumaInOrder);
 constexpr PerLevel<FetchRows> SWAPPED_PACKED_ROWS = ZQCC_EVERY_LEVEL(packedSwapped);
+constexpr PerLevel<FetchRows> SWAPPED_PACKED_LUMA_ROW = ZQCC_EVERY_LEVEL(lumaSwapped);
 
 } // namespace zqcc
 #endif

@@ -38,20 +38,6 @@ struct DitherLanes {
   hn::Vec<D> blue;
 };
 
-/// As many chroma samples as a vector has 16-bit lanes.
-template <class D>
-struct ChromaWords {
-  hn::Vec<Words<D>> u;
-  hn::Vec<Words<D>> v;
-};
-
-template <class D>
-HWY_INLINE ChromaWords<D> chromaWords(D /*d8*/, const uint8_t *u, const uint8_t *v) {
-  const Words<D> d16;
-  const hn::Half<D> half;
-  return {hn::PromoteTo(d16, hn::LoadU(half, u)), hn::PromoteTo(d16, hn::LoadU(half, v))};
-}
-
 /// Red and blue are biased here once, and not in every pixel.
 template <class D>
 HWY_INLINE MatrixTerms<Words<D>> biasedTerms(D /*d8*/, const ChromaWords<D> &chroma,
