@@ -15,6 +15,7 @@ constexpr std::size_t kMostMacropixels = kPackedColumns / 2;
 /// Lines of macropixels that are picked for a chunk: the last two that were asked for.
 class PickedLines {
 public:
+  // cppcheck-suppress uninitMemberVar ; what is read has been picked
   explicit PickedLines(const Job &job)
       : params_(job.params), xTable_(job.xTable), layout_(packedLayout(job.packedVariant)),
         pick_(PICK_MACROPIXELS.in(job.levels)) {}
@@ -127,6 +128,7 @@ class PartedSampler {
 public:
   static constexpr std::size_t kColumns = kPackedColumns;
 
+  // cppcheck-suppress uninitMemberVar ; what is read has been made of a line
   explicit PartedSampler(const Job &job)
       : lines_(job), yTable_(job.yTable), height_(job.params.outHeight),
         part_((lines_.layout().isSwapped() ? SWAPPED_PACKED_ROWS : PACKED_ROWS).in(job.levels)) {}
