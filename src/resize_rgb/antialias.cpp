@@ -9,8 +9,6 @@
 #include "kernels/stores.h"
 #include "resize_rgb/box_mean.h"
 
-#include <cstring>
-
 namespace zqcc {
 namespace {
 
