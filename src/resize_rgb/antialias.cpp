@@ -10,7 +10,6 @@
 #include "resize_rgb/box_mean.h"
 #include "vector/filtered.h"
 
-#include <cstring>
 #include <type_traits>
 
 namespace zqcc {
