@@ -77,11 +77,11 @@ private:
   }
 
   static_assert(kEntryWords<kFilterTaps> == kBoxWords);
-  Rows planes_[3];
   typename Rows::Room room_;
   alignas(64) uint8_t luma_[2][kRoom];
   alignas(64) uint8_t chroma_[2][2][kRoom]; ///< [line][u, v]
   alignas(64) uint8_t quarter_[kRoom];
+  Rows planes_[3];
   const int32_t *yTable_;
   ChromaShifts shifts_;
   int32_t chromaCount_ = 0;
