@@ -62,6 +62,14 @@ public:
     }
   }
 
+  /// Asks for the lines of the next two outputs, if there are so many.
+  [[gnu::always_inline]] void prefetchPair(const int32_t *lines, int32_t left) const {
+    if (left >= 2) {
+      prefetch(lines[0]);
+      prefetch(lines[1]);
+    }
+  }
+
 private:
   static constexpr int32_t kNone = -1;
 
@@ -111,10 +119,7 @@ public:
       rows[1] = rows[0];
       return;
     }
-    if (j + 3 < height_) {
-      lines_.prefetch(yTable_[j + 2]);
-      lines_.prefetch(yTable_[j + 3]);
-    }
+    lines_.prefetchPair(yTable_ + j + 2, height_ - j - 2);
   }
 
 private:
@@ -153,10 +158,7 @@ public:
       rows[1] = rows[0];
       return;
     }
-    if (j + 3 < height_) {
-      lines_.prefetch(yTable_[j + 2]);
-      lines_.prefetch(yTable_[j + 3]);
-    }
+    lines_.prefetchPair(yTable_ + j + 2, height_ - j - 2);
   }
 
 private:
