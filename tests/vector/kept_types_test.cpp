@@ -108,8 +108,7 @@ TEST_P(KeptTypes, PutRowsTogetherAsMacropixelsOfEveryOrder) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, KeptTypes,
-                         testing::Values(LEVEL_SSE4, LEVEL_AVX2, LEVEL_AVX512, LEVEL_NEON),
+INSTANTIATE_TEST_SUITE_P(Levels, KeptTypes, testing::Values(LEVEL_SSE4, LEVEL_AVX2, LEVEL_AVX512, LEVEL_NEON),
                          [](const auto &level) { return support::nameOf(level.param); });
 
 } // namespace
