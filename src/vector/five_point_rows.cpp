@@ -28,11 +28,29 @@ WindowRow windowRowOf(FilterWindows kind, LevelSet usable) {
 
 } // namespace
 
+int32_t FivePointRows::mostColumns(const Job &job, int32_t chromaShift) {
+  constexpr auto kRoom = static_cast<int32_t>(sizeof(Room));
+  constexpr int32_t kMultiple = 128;
+  const int32_t bytesOfColumn = slotsOf(job.plan->filter.kind) * (4 + (8 >> chromaShift));
+  const int32_t most = smaller(kRoom / bytesOfColumn, kColumns) & -kMultiple;
+  // Chunks of one size rather than a narrow last one.
+  const int32_t chunks = (job.params.outWidth + most - 1) / most;
+  return smaller(most, ((job.params.outWidth + chunks - 1) / chunks + kMultiple - 1) & -kMultiple);
+}
+
 // Windows are laid out before they are read.
 // cppcheck-suppress uninitMemberVar
-FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number)
+FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room)
     : plan_(job.plan->filter), plane_(plane), windowRow_(windowRowOf(plan_.kind, job.levels)),
-      stage_(FIVE_POINT_ROW.in(job.levels)), isLuma_(number == 0) {}
+      stage_(FIVE_POINT_ROW.in(job.levels)), isLuma_(number == 0), windows_(room.bytes) {
+  const int32_t slots = slotsOf(plan_.kind);
+  rowBytes_ = 4 * mostColumns(job, chromaShift);
+  if (number > 0) {
+    windows_ += slots * rowBytes_;
+    rowBytes_ >>= chromaShift;
+    windows_ += (number - 1) * slots * rowBytes_;
+  }
+}
 
 void FivePointRows::columns(int32_t first, int32_t count) {
   const int32_t start = first / kFilterGroup;
@@ -70,12 +88,13 @@ void FivePointRows::prefetch(int32_t line) const {
 const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
   const bool isShared = windowRows(plan_.kind) == 1;
   const int32_t slot = isShared ? line % kSharedRows : kTapRows * tap + line % kTapRows;
+  uint8_t *row = windows_ + slot * rowBytes_;
   if (held_[slot] != line) {
     held_[slot] = line;
-    fill(plane_.samples + line * plane_.stride, isShared ? 0 : tap, windows_[slot]);
+    fill(plane_.samples + line * plane_.stride, isShared ? 0 : tap, row);
     prefetch(line + 4);
   }
-  return windows_[slot];
+  return row;
 }
 
 void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {

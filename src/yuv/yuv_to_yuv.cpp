@@ -81,7 +81,8 @@ void unpackChroma(const uint8_t *from, uint8_t *u, uint8_t *v, int32_t columns, 
 }
 
 void unpackLine(const MacropixelParts &parts, const uint8_t *from, const PartedLine &to, int32_t width,
-                const PackedLayout &layout) {
+                const PackedLayout &packed) {
+  const PackedLayout layout = packed; // a copy, which no store can change
   const int32_t pairs = width / 2;
   if (parts.part(from, to, 2 * pairs)) {
     unpackLuma(from + pairs * kMacropixelBytes, to.y + 2 * pairs, width % 2, layout);
