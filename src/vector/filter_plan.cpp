@@ -17,34 +17,29 @@ constexpr int32_t larger(int32_t a, int32_t b) {
   return a > b ? a : b;
 }
 
-/// Tap indices of the outputs of a group, and the window that each is looked for in.
-struct GroupTaps {
-  int32_t index[kFilterGroup][kTaps];
-  int32_t window[kFilterGroup][kTaps];
-};
-
-/// Bytes of a window, and whether it serves a block or a single output.
-struct Reach {
-  int32_t bytes;
-  int32_t outputs;
-  bool allTaps;
-};
-
-constexpr Reach reachOf(FilterWindows kind) {
-  switch (kind) {
-  case FilterWindows::Near:
-  case FilterWindows::Shared:
-    return {kWindow, kBlock, true};
-  case FilterWindows::OfTaps:
-    return {kWindow, kBlock, false};
-  default:
-    return {kWindow / kBlock, 1, false};
-  }
+/// Bytes of a window.
+constexpr int32_t windowBytes(FilterWindows kind) {
+  return kind == FilterWindows::Gathered ? kWindow / kBlock : kWindow;
 }
+
+/// Outputs of a group, and taps, that share something.
+struct Part {
+  int32_t firstOutput;
+  int32_t outputs;
+  int32_t firstTap;
+  int32_t taps;
+};
+
+/// The first and the last of the places where the taps of a part stand.
+struct Extent {
+  int32_t low;
+  int32_t high;
+};
 
 class GroupMaker {
 public:
-  GroupMaker(const int32_t *table, const FilterLine &line) : table_(table), line_(line) {}
+  GroupMaker(const int32_t *table, const FilterLine &line, FilterWindows kind)
+      : table_(table), line_(line), kind_(kind) {}
 
   /// The taps of group g; false if one of them stands outside of what a line has.
   bool read(int32_t g) {
@@ -52,7 +47,7 @@ public:
       const int32_t *words = entry(g, i);
       for (int32_t t = 0; t < kTaps; ++t, words += kTapWords) {
         const auto index = static_cast<int32_t>(HeldAtEnd{line_.limit}(words).self);
-        taps_.index[i][t] = index;
+        index_[i][t] = index;
         if (index < 0 || index + 1 >= line_.samples) {
           return false;
         }
@@ -62,76 +57,25 @@ public:
   }
 
   /// Places the windows of the group that was read. False if they do not hold their taps.
-  bool place(FilterWindows kind, int32_t *windows) {
-    const Reach reach = reachOf(kind);
-    const int32_t rows = reach.allTaps ? 1 : kTaps;
-    for (int32_t row = 0; row < rows; ++row) {
-      for (int32_t first = 0; first < kFilterGroup; first += reach.outputs) {
-        const int32_t firstTap = row;
-        const int32_t endTap = reach.allTaps ? kTaps : row + 1;
-        int32_t low = line_.samples - reach.bytes;
-        int32_t high = 0;
-        for (int32_t i = first; i < first + reach.outputs; ++i) {
-          for (int32_t t = firstTap; t < endTap; ++t) {
-            low = smaller(low, taps_.index[i][t]);
-            high = larger(high, taps_.index[i][t]);
-          }
-        }
-        if (low < 0 || high + 2 > low + reach.bytes) {
-          return false;
-        }
-        *windows++ = low;
-        for (int32_t i = first; i < first + reach.outputs; ++i) {
-          for (int32_t t = firstTap; t < endTap; ++t) {
-            taps_.window[i][t] = low;
-          }
-        }
-      }
-    }
-    return true;
-  }
-
-  /// Places windows of 16 bytes in 64 that are near one another. False if they do not hold their taps.
-  bool placeNear(int32_t *windows, NearWindows &near) {
-    int32_t first = line_.samples - kWindowBytes;
-    for (const auto &taps : taps_.index) {
-      for (const int32_t index : taps) {
-        first = smaller(first, index);
-      }
-    }
-    near.first = first;
-    for (int32_t block = 0; block < kFilterGroup; block += kBlock) {
-      int32_t low = INT32_MAX;
-      int32_t high = 0;
-      for (int32_t i = block; i < block + kBlock; ++i) {
-        for (const int32_t index : taps_.index[i]) {
-          low = smaller(low, index);
-          high = larger(high, index);
-        }
-      }
-      const int32_t from = smaller((low - first) / 4, (kWindowBytes - kWindow) / 4);
-      const int32_t window = first + 4 * from;
-      if (first < 0 || high + 2 > window + kWindow) {
+  bool place(int32_t *windows, NearWindows *near) {
+    const int32_t rows = windowRows(kind_);
+    const int32_t taps = kTaps / rows;
+    for (int32_t row = 0; row < rows; ++row, windows += windowsOfGroup(kind_)) {
+      const Part whole{0, kFilterGroup, row * taps, taps};
+      if (!(isNear(kind_) ? placeNear(whole, windows, near[row]) : placeAlone(whole, windows))) {
         return false;
-      }
-      *windows++ = window;
-      for (int32_t i = block; i < block + kBlock; ++i) {
-        near.from[i] = static_cast<uint8_t>(from + i % kBlock);
-        for (int32_t &each : taps_.window[i]) {
-          each = window;
-        }
       }
     }
     return true;
   }
 
   /// Masks and weights, once the windows are placed.
-  void write(int32_t g, FilterWindows kind, FilterGroup &group) const {
+  void write(int32_t g, FilterGroup &group) const {
     for (int32_t i = 0; i < kFilterGroup; ++i) {
       const int32_t *words = entry(g, i);
-      const int32_t inBlock = kind == FilterWindows::Gathered ? i % kBlock * kBlock : 0;
+      const int32_t inBlock = kind_ == FilterWindows::Gathered ? i % kBlock * kBlock : 0;
       for (int32_t t = 0; t < kTaps; ++t, words += kTapWords) {
-        const int32_t at = taps_.index[i][t] - taps_.window[i][t] + inBlock;
+        const int32_t at = index_[i][t] - window_[i][t] + inBlock;
         const uint8_t mask[4] = {static_cast<uint8_t>(at), 0x80, static_cast<uint8_t>(at + 1), 0x80};
         const int16_t weight[2] = {static_cast<int16_t>(16 * (kWholeWeight - words[1])),
                                    static_cast<int16_t>(16 * words[1])};
@@ -147,9 +91,68 @@ private:
     return table_ + std::ptrdiff_t{smaller(g * kFilterGroup + i, line_.outputs - 1)} * kEntryWords<kFilterTaps>;
   }
 
+  [[nodiscard]] Extent extentOf(const Part &part) const {
+    Extent extent{INT32_MAX, 0};
+    for (int32_t i = part.firstOutput; i < part.firstOutput + part.outputs; ++i) {
+      for (int32_t t = part.firstTap; t < part.firstTap + part.taps; ++t) {
+        extent.low = smaller(extent.low, index_[i][t]);
+        extent.high = larger(extent.high, index_[i][t]);
+      }
+    }
+    return extent;
+  }
+
+  void setWindow(const Part &part, int32_t window) {
+    for (int32_t i = part.firstOutput; i < part.firstOutput + part.outputs; ++i) {
+      for (int32_t t = part.firstTap; t < part.firstTap + part.taps; ++t) {
+        window_[i][t] = window;
+      }
+    }
+  }
+
+  /// Windows begin with their first tap, or end with the line.
+  bool placeAlone(const Part &whole, int32_t *windows) {
+    const int32_t bytes = windowBytes(kind_);
+    Part part = whole;
+    part.outputs = kFilterGroup / windowsOfGroup(kind_);
+    for (; part.firstOutput < kFilterGroup; part.firstOutput += part.outputs) {
+      const Extent taps = extentOf(part);
+      const int32_t window = smaller(taps.low, line_.samples - bytes);
+      if (window < 0 || taps.high + 2 > window + bytes) {
+        return false;
+      }
+      setWindow(part, window);
+      *windows++ = window;
+    }
+    return true;
+  }
+
+  /// Windows in the 64 bytes that begin with the first tap, or end with the line.
+  bool placeNear(const Part &whole, int32_t *windows, NearWindows &near) {
+    near.first = smaller(extentOf(whole).low, line_.samples - kWindowBytes);
+    Part part = whole;
+    part.outputs = kBlock;
+    for (; part.firstOutput < kFilterGroup; part.firstOutput += kBlock) {
+      const Extent taps = extentOf(part);
+      const int32_t from = smaller((taps.low - near.first) / 4, (kWindowBytes - kWindow) / 4);
+      const int32_t window = near.first + 4 * from;
+      if (near.first < 0 || taps.high + 2 > window + kWindow) {
+        return false;
+      }
+      for (int32_t i = 0; i < kBlock; ++i) {
+        near.from[part.firstOutput + i] = static_cast<uint8_t>(from + i);
+      }
+      setWindow(part, window);
+      *windows++ = window;
+    }
+    return true;
+  }
+
   const int32_t *table_;
   const FilterLine &line_;
-  GroupTaps taps_{};
+  FilterWindows kind_;
+  int32_t index_[kFilterGroup][kTaps]{};
+  int32_t window_[kFilterGroup][kTaps]{};
 };
 
 /// Where the columns of a line are made.
@@ -160,49 +163,48 @@ struct Room {
 };
 
 /// Groups from the first one on. False if a window does not hold its taps.
-bool makeColumns(const int32_t *table, const FilterLine &line, int32_t first, const FilterPlan &plan, Room room) {
-  GroupMaker maker(table, line);
-  for (int32_t g = first; g < filterGroups(line.outputs); ++g, room.windows += plan.windowsPerGroup()) {
-    if (!maker.read(g)) {
+bool makeColumns(const int32_t *table, const FilterLine &line, int32_t first, FilterWindows kind, Room room) {
+  GroupMaker maker(table, line, kind);
+  for (int32_t g = first; g < filterGroups(line.outputs); ++g) {
+    if (!maker.read(g) || !maker.place(room.windows, room.near)) {
       return false;
     }
-    const bool placed = plan.kind == FilterWindows::Near ? maker.placeNear(room.windows, *room.near++)
-                                                         : maker.place(plan.kind, room.windows);
-    if (!placed) {
-      return false;
-    }
-    maker.write(g, plan.kind, *room.groups++);
+    maker.write(g, *room.groups++);
+    room.windows += windowRows(kind) * windowsOfGroup(kind);
+    room.near += windowRows(kind);
   }
   return true;
 }
 
-/// Groups at the start of both lines whose taps and windows lie inside of chroma's.
+/// Groups at the start of both lines whose windows lie inside of chroma's: no tap inside its window steps back.
 int32_t commonGroups(const FilterPlan &plan, const FilterLine &luma, const FilterLine &chroma) {
   if (luma.samples == chroma.samples && luma.limit == chroma.limit && luma.outputs == chroma.outputs) {
     return filterGroups(luma.outputs);
   }
   const int32_t end = smaller(chroma.limit, chroma.samples);
   const int32_t whole = smaller(luma.outputs, chroma.outputs) / kFilterGroup;
-  const int32_t *windows = plan.luma.windows;
   for (int32_t g = 0; g < whole; ++g) {
-    if (plan.kind == FilterWindows::Near && plan.luma.near[g].first + kWindowBytes > end) {
-      return g;
+    const FilterColumns columns = plan.from(plan.luma, g);
+    for (int32_t row = 0; row < windowRows(plan.kind); ++row) {
+      if (isNear(plan.kind) && columns.near[row].first + kWindowBytes > end) {
+        return g;
+      }
     }
-    const int32_t reach = reachOf(plan.kind).bytes;
-    for (int32_t k = 0; k < plan.windowsPerGroup(); ++k) {
-      if (*windows++ + reach > end) {
-        return g; // no tap inside its window steps back, then
+    for (int32_t k = 0; k < windowRows(plan.kind) * windowsOfGroup(plan.kind); ++k) {
+      if (columns.windows[k] + windowBytes(plan.kind) > end) {
+        return g;
       }
     }
   }
   return whole;
 }
 
-constexpr FilterWindows kKinds[] = {FilterWindows::Near, FilterWindows::Shared, FilterWindows::OfTaps,
-                                    FilterWindows::Gathered};
+constexpr FilterWindows kKinds[] = {FilterWindows::Near, FilterWindows::Shared, FilterWindows::NearOfTaps,
+                                    FilterWindows::OfTaps, FilterWindows::Gathered};
 
-uint64_t windowBytes(int32_t outputs) {
-  return static_cast<uint64_t>(filterGroups(outputs)) * (kMostWindows * sizeof(int32_t) + sizeof(NearWindows));
+uint64_t placesBytes(int32_t outputs) {
+  constexpr std::size_t kOfGroup = kMostWindows * sizeof(int32_t) + kFilterTaps * sizeof(NearWindows);
+  return static_cast<uint64_t>(filterGroups(outputs)) * kOfGroup;
 }
 
 uint64_t groupBytes(int32_t outputs) {
@@ -212,8 +214,8 @@ uint64_t groupBytes(int32_t outputs) {
 } // namespace
 
 uint64_t filterPlanBytes(const FilterLine &luma, const FilterLine &chroma) {
-  return groupBytes(luma.outputs) + groupBytes(chroma.outputs) + windowBytes(luma.outputs) +
-         windowBytes(chroma.outputs);
+  return groupBytes(luma.outputs) + groupBytes(chroma.outputs) + placesBytes(luma.outputs) +
+         placesBytes(chroma.outputs);
 }
 
 FilterPlan makeFilterPlan(const int32_t *table, const FilterLine &luma, const FilterLine &chroma, uint8_t *memory) {
@@ -226,17 +228,17 @@ FilterPlan makeFilterPlan(const int32_t *table, const FilterLine &luma, const Fi
   lumaRoom.windows = reinterpret_cast<int32_t *>(chromaRoom.groups + chromaGroups);
   chromaRoom.windows = lumaRoom.windows + std::ptrdiff_t{lumaGroups} * kMostWindows;
   lumaRoom.near = reinterpret_cast<NearWindows *>(chromaRoom.windows + std::ptrdiff_t{chromaGroups} * kMostWindows);
-  chromaRoom.near = lumaRoom.near + lumaGroups;
+  chromaRoom.near = lumaRoom.near + std::ptrdiff_t{lumaGroups} * kTaps;
   FilterPlan plan{};
   plan.luma = {lumaRoom.groups, lumaRoom.windows, lumaRoom.near};
   plan.chroma = {chromaRoom.groups, chromaRoom.windows, chromaRoom.near};
   for (const FilterWindows kind : kKinds) {
     plan.kind = kind;
-    if (!makeColumns(table, luma, 0, plan, lumaRoom)) {
+    if (!makeColumns(table, luma, 0, kind, lumaRoom)) {
       continue;
     }
     plan.common = commonGroups(plan, luma, chroma);
-    if (makeColumns(table, chroma, plan.common, plan, chromaRoom)) {
+    if (makeColumns(table, chroma, plan.common, kind, chromaRoom)) {
       plan.exists = true;
       return plan;
     }

@@ -28,24 +28,40 @@ struct alignas(64) FilterGroup {
 
 /// What the rows of windows of a source line hold.
 enum class FilterWindows : int32_t {
-  Near,     ///< as Shared, and a group's windows lie at multiples of four from the first of 64 bytes that hold them all
-  Shared,   ///< one row: 16 bytes for four outputs hold all of their taps
-  OfTaps,   ///< a row for each tap: 16 bytes for four outputs hold one tap of each
-  Gathered, ///< a row for each tap: four bytes for an output
+  Near,       ///< as Shared, and a group's windows lie near one another
+  Shared,     ///< one row: 16 bytes for four outputs hold all of their taps
+  NearOfTaps, ///< as OfTaps, and those of a group and a tap lie near one another
+  OfTaps,     ///< a row for each tap: 16 bytes for four outputs hold one tap of each
+  Gathered,   ///< a row for each tap: four bytes for an output
 };
 
+constexpr bool isNear(FilterWindows kind) {
+  return kind == FilterWindows::Near || kind == FilterWindows::NearOfTaps;
+}
+
+/// Rows of windows that a source line has.
+constexpr int32_t windowRows(FilterWindows kind) {
+  const bool isShared = kind == FilterWindows::Near || kind == FilterWindows::Shared;
+  return isShared ? 1 : static_cast<int32_t>(kFilterTaps);
+}
+
+/// Windows of a group in one row.
+constexpr int32_t windowsOfGroup(FilterWindows kind) {
+  return kind == FilterWindows::Gathered ? kFilterGroup : 4;
+}
+
+/// Windows of a group in one row that lie at multiples of four from the first of 64 bytes, which hold all of them:
+/// where in these, in fours, the 16 outputs have theirs.
 struct NearWindows {
   int32_t first;
   uint8_t from[kFilterGroup];
 };
 
-/// The columns of a plane.
+/// The columns of a plane, group by group and in these row by row.
 struct FilterColumns {
   const FilterGroup *groups;
-  /// First bytes of the windows in the line: for every group four, of every tap four, or of every tap sixteen.
-  const int32_t *windows;
-  /// Of Near windows: the first of the 64 bytes, and where in them, in fours, the 16 outputs have theirs.
-  const NearWindows *near;
+  const int32_t *windows;  ///< their first bytes in the line
+  const NearWindows *near; ///< the same where they are near one another
 };
 
 /// The columns of a frame's planes. Chroma takes the entries that luma takes, and its line ends earlier: most groups
@@ -57,10 +73,9 @@ struct FilterPlan {
   FilterColumns chroma; ///< from group `common` on
   int32_t common;       ///< chroma's groups before this are luma's
 
-  [[nodiscard]] bool isShared() const { return kind == FilterWindows::Near || kind == FilterWindows::Shared; }
-  [[nodiscard]] int32_t windowsPerGroup() const {
-    constexpr auto kTaps = static_cast<int32_t>(kFilterTaps);
-    return isShared() ? 4 : (kind == FilterWindows::OfTaps ? 4 : kFilterGroup) * kTaps;
+  [[nodiscard]] FilterColumns from(const FilterColumns &columns, int32_t group) const {
+    const std::ptrdiff_t row = std::ptrdiff_t{group} * windowRows(kind);
+    return {columns.groups + group, columns.windows + row * windowsOfGroup(kind), columns.near + row};
   }
 };
 

@@ -81,20 +81,21 @@ HWY_INLINE V8 windowsAt(const uint8_t *line, const int32_t *first) {
 #endif
 }
 
-void windowRow(const uint8_t *line, const FilterColumns &columns, int32_t groups, uint8_t *row) {
+void windowRow(const uint8_t *line, const FilterColumns &columns, int32_t rows, int32_t groups, uint8_t *to) {
   const int32_t *first = columns.windows;
-  for (const uint8_t *const end = row + ptrdiff_t{groups} * kWindowBytes; row != end; row += kBytes) {
-    hn::StoreU(windowsAt(line, first), d8, row);
-    first += kBytes / 16;
+  for (int32_t g = 0; g < groups; ++g, first += ptrdiff_t{4} * rows) {
+    for (int v = 0; v < kVectors; ++v, to += kBytes) {
+      hn::StoreU(windowsAt(line, first + v * (kBytes / 16)), d8, to);
+    }
   }
 }
 
 #if HWY_TARGET == HWY_AVX3
-void nearWindowRow(const uint8_t *line, const FilterColumns &columns, int32_t groups, uint8_t *row) {
+void nearWindowRow(const uint8_t *line, const FilterColumns &columns, int32_t rows, int32_t groups, uint8_t *to) {
   const NearWindows *near = columns.near;
-  for (const uint8_t *const end = row + ptrdiff_t{groups} * kWindowBytes; row != end; row += kWindowBytes, ++near) {
+  for (int32_t g = 0; g < groups; ++g, near += rows, to += kBytes) {
     const __m512i from = _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i *>(near->from)));
-    hn::StoreU(V8{_mm512_permutexvar_epi32(from, hn::LoadU(d8, line + near->first).raw)}, d8, row);
+    hn::StoreU(V8{_mm512_permutexvar_epi32(from, hn::LoadU(d8, line + near->first).raw)}, d8, to);
   }
 }
 #else
@@ -163,7 +164,8 @@ HWY_INLINE VI32 tapSum(V8 top, V8 bottom, const uint8_t *mask, VI16 weight, VI32
 
 #endif
 
-void fivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLines &lines, uint8_t *to) {
+void fivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLines &from, uint8_t *to) {
+  const FivePointLines lines = from; // which no store can change
   const hn::RebindToUnsigned<DI32> du32;
   const LineFactors factors(lines.next);
   const V16 fifth = hn::Set(d16, kFifth);
@@ -172,8 +174,8 @@ void fivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLin
     for (int v = 0; v < kVectors; ++v) {
       auto sum = hn::Zero(du32);
       for (int32_t t = 0; t < kTaps; ++t) {
-        const ptrdiff_t from = at + ptrdiff_t{v} * kBytes;
-        const VI32 tap = tapSum(hn::LoadU(d8, lines.top[t] + from), hn::LoadU(d8, lines.bottom[t] + from),
+        const ptrdiff_t byte = at + ptrdiff_t{v} * kBytes;
+        const VI32 tap = tapSum(hn::LoadU(d8, lines.top[t] + byte), hn::LoadU(d8, lines.bottom[t] + byte),
                                 columns->mask[t] + v * kBytes, hn::Load(di16, columns->weight[t] + v * kWords),
                                 factors.high[t], factors.low[t]);
         sum = hn::Add(sum, hn::ShiftRight<24>(hn::BitCast(du32, tap)));

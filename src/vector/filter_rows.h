@@ -16,9 +16,10 @@
 
 namespace zqcc {
 
-/// Lays the windows of `groups` groups out, four of 16 bytes each. Of Near windows the 64 bytes that hold them are
-/// read.
-using WindowRow = void (*)(const uint8_t *line, const FilterColumns &columns, int32_t groups, uint8_t *row);
+/// Lays the windows of `groups` groups out, four of 16 bytes each, of which the groups have one in `rows` rows. Of near
+/// windows the 64 bytes that hold them are read.
+using WindowRow = void (*)(const uint8_t *line, const FilterColumns &columns, int32_t rows, int32_t groups,
+                           uint8_t *to);
 extern const PerLevel<WindowRow> WINDOW_ROW;
 extern const PerLevel<WindowRow> NEAR_WINDOW_ROW;
 

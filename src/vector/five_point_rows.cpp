@@ -9,13 +9,21 @@
 namespace zqcc {
 namespace {
 
-/// Copies as many bytes as a window has from every place listed.
-template <std::size_t bytes>
-uint8_t *copyWindows(const uint8_t *line, const int32_t *first, int32_t count, uint8_t *to) {
-  for (int32_t i = 0; i < count; ++i, to += bytes) {
-    std::memcpy(to, line + first[i], bytes);
+/// Windows of four bytes, one for every output.
+void gatherRow(const uint8_t *line, const FilterColumns &columns, int32_t rows, int32_t groups, uint8_t *to) {
+  const int32_t *windows = columns.windows;
+  for (int32_t g = 0; g < groups; ++g, windows += rows * kFilterGroup) {
+    for (int32_t i = 0; i < kFilterGroup; ++i, to += 4) {
+      std::memcpy(to, line + windows[i], 4);
+    }
   }
-  return to;
+}
+
+WindowRow windowRowOf(FilterWindows kind, LevelSet usable) {
+  if (kind == FilterWindows::Gathered) {
+    return gatherRow;
+  }
+  return (isNear(kind) ? NEAR_WINDOW_ROW : WINDOW_ROW).in(usable);
 }
 
 } // namespace
@@ -23,46 +31,26 @@ uint8_t *copyWindows(const uint8_t *line, const int32_t *first, int32_t count, u
 // Windows are laid out before they are read.
 // cppcheck-suppress uninitMemberVar
 FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number)
-    : plan_(job.plan->filter), plane_(plane),
-      windowRow_((plan_.kind == FilterWindows::Near ? NEAR_WINDOW_ROW : WINDOW_ROW).in(job.levels)),
+    : plan_(job.plan->filter), plane_(plane), windowRow_(windowRowOf(plan_.kind, job.levels)),
       stage_(FIVE_POINT_ROW.in(job.levels)), isLuma_(number == 0) {}
 
 void FivePointRows::columns(int32_t first, int32_t count) {
   const int32_t start = first / kFilterGroup;
   const int32_t end = start + filterGroups(count);
   const int32_t split = isLuma_ ? end : clampTo(plan_.common, start, end);
-  const auto from = [this](const FilterColumns &columns, int32_t group) {
-    return FilterColumns{columns.groups + group, columns.windows + std::ptrdiff_t{group} * plan_.windowsPerGroup(),
-                         columns.near + group};
-  };
-  parts_[0] = {from(plan_.luma, start), split - start};
-  parts_[1] = {from(plan_.chroma, split > plan_.common ? split - plan_.common : 0), end - split};
+  parts_[0] = {plan_.from(plan_.luma, start), split - start};
+  parts_[1] = {plan_.from(plan_.chroma, split > plan_.common ? split - plan_.common : 0), end - split};
   for (int32_t &line : held_) {
     line = -1;
   }
 }
 
-void FivePointRows::fill(const uint8_t *line, int32_t tap, uint8_t *row) const {
-  const int32_t perGroup = plan_.windowsPerGroup();
+void FivePointRows::fill(const uint8_t *line, int32_t row, uint8_t *to) const {
   for (const Part &part : parts_) {
-    const int32_t *windows = part.columns.windows;
-    switch (plan_.kind) {
-    case FilterWindows::Near:
-    case FilterWindows::Shared:
-      windowRow_(line, part.columns, part.groups, row);
-      row += std::ptrdiff_t{part.groups} * kWindowBytes;
-      break;
-    case FilterWindows::OfTaps:
-      for (int32_t g = 0; g < part.groups; ++g, windows += perGroup) {
-        row = copyWindows<16>(line, windows + std::ptrdiff_t{4} * tap, 4, row);
-      }
-      break;
-    case FilterWindows::Gathered:
-      for (int32_t g = 0; g < part.groups; ++g, windows += perGroup) {
-        row = copyWindows<4>(line, windows + std::ptrdiff_t{kFilterGroup} * tap, kFilterGroup, row);
-      }
-      break;
-    }
+    const FilterColumns columns{nullptr, part.columns.windows + row * windowsOfGroup(plan_.kind),
+                                part.columns.near + row};
+    windowRow_(line, columns, windowRows(plan_.kind), part.groups, to);
+    to += std::ptrdiff_t{part.groups} * kWindowBytes;
   }
 }
 
@@ -73,17 +61,18 @@ void FivePointRows::prefetch(int32_t line) const {
   }
   const uint8_t *from = plane_.samples + line * plane_.stride;
   const Part &last = parts_[parts_[1].groups > 0 ? 1 : 0];
-  const int32_t end = last.columns.windows[std::ptrdiff_t{last.groups} * plan_.windowsPerGroup() - 1];
+  const int32_t end = plan_.from(last.columns, last.groups).windows[-1];
   for (int32_t x = parts_[parts_[0].groups > 0 ? 0 : 1].columns.windows[0]; x < end; x += 64) {
     __builtin_prefetch(from + x);
   }
 }
 
 const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
-  const int32_t slot = plan_.isShared() ? line % kSharedRows : kTapRows * tap + line % kTapRows;
+  const bool isShared = windowRows(plan_.kind) == 1;
+  const int32_t slot = isShared ? line % kSharedRows : kTapRows * tap + line % kTapRows;
   if (held_[slot] != line) {
     held_[slot] = line;
-    fill(plane_.samples + line * plane_.stride, tap, windows_[slot]);
+    fill(plane_.samples + line * plane_.stride, isShared ? 0 : tap, windows_[slot]);
     prefetch(line + 4);
   }
   return windows_[slot];

@@ -15,7 +15,7 @@ namespace zqcc {
 class FivePointRows {
 public:
   /// Windows of a chunk of this width stay in the first-level cache, and so does its part of the plan.
-  static constexpr int32_t kColumns = 512;
+  static constexpr int32_t kColumns = 384;
 
   /// Plane 0 of a frame is luma, 1 and 2 chroma.
   FivePointRows(const Job &job, const MeanPlane &plane, int number);
@@ -35,7 +35,7 @@ private:
 
   const uint8_t *windowsOf(int32_t line, int32_t tap);
   void prefetch(int32_t line) const;
-  void fill(const uint8_t *line, int32_t tap, uint8_t *row) const;
+  void fill(const uint8_t *line, int32_t row, uint8_t *to) const;
 
   /// Groups of the plan that lie in one array.
   struct Part {
