@@ -26,6 +26,7 @@ enum class PlanKind : uint32_t {
   Planes420, ///< planar 4:2:0 that stays so, every plane bilinear
   Planes420Nearest, ///< the same reduced by whole numbers, which never lie between samples
   Packed422, ///< packed 4:2:2 that stays so, luma and chroma bilinear
+  FilteredPlanes420, ///< planar 4:2:0 that stays so, every plane by five-point means
   RunLength, ///< planar types to RGB24, nearest
   Packed,    ///< packed 4:2:2, nearest: the column table itself is all that vector code reads
 };

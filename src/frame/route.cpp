@@ -61,10 +61,15 @@ bool isReducedEvenly(int32_t in, int32_t out) {
   return out > 0 && in / out > 1 && in % out == 0;
 }
 
-PlanKind planOfPlanes(const ConvertParams &p) {
-  return isReducedEvenly(p.inWidth, p.outWidth) && isReducedEvenly(p.inHeight, p.outHeight)
-             ? PlanKind::Planes420Nearest
-             : PlanKind::Planes420;
+PlanKind planOfPlanes(const ConvertParams &p, TableFormat tables) {
+  if (tables == TableFormat::Filtered) {
+    return PlanKind::FilteredPlanes420;
+  }
+  if (tables != TableFormat::Bilinear) {
+    return PlanKind::None;
+  }
+  return isReducedEvenly(p.inWidth, p.outWidth) && isReducedEvenly(p.inHeight, p.outHeight) ? PlanKind::Planes420Nearest
+                                                                                            : PlanKind::Planes420;
 }
 
 Route samePlanar420(const ConvertParams &p) {
@@ -77,7 +82,7 @@ Route samePlanar420(const ConvertParams &p) {
   Route route = served(SAME_PLANAR420[kPlanar420Columns[turn] + 3 * row], byQuality(p.antiAlias, plain));
   route.sizedByInput = isRotation(turn);
   route.fromStrideEnd = p.isResize == 1 && turn == Turn::Half;
-  route.plan = route.tables == TableFormat::Bilinear ? planOfPlanes(p) : PlanKind::None;
+  route.plan = planOfPlanes(p, route.tables);
   return route;
 }
 
@@ -87,8 +92,7 @@ Route sameRgb16(const ConvertParams &p) {
     return refused(CC_ERR_ARGUMENT);
   }
   const Turn turn = turnOf(p.rotation);
-  Route route =
-      served(SAME_RGB16[kSameFormatColumns[turn] + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
+  Route route = served(SAME_RGB16[kSameFormatColumns[turn] + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
   if (p.antiAlias == 0) {
     route.plan = isQuarterTurn(turn) ? PlanKind::Rgb16Turned : PlanKind::Rgb16;
   }

@@ -30,9 +30,10 @@ WindowRow windowRowOf(FilterWindows kind, LevelSet usable) {
 
 // Windows are laid out before they are read.
 // cppcheck-suppress uninitMemberVar
-FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number)
+FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number, const MeanKind &kind)
     : plan_(job.plan->filter), plane_(plane), windowRow_(windowRowOf(plan_.kind, job.levels)),
-      stage_(FIVE_POINT_ROW.in(job.levels)), isLuma_(number == 0) {}
+      stage_(FIVE_POINT_ROW.in(job.levels)), wholeStage_(kind.isWhole ? WHOLE_FIVE_POINT_ROW.in(job.levels) : stage_),
+      kind_(kind), isLuma_(number == 0) {}
 
 void FivePointRows::columns(int32_t first, int32_t count) {
   const int32_t start = first / kFilterGroup;
@@ -40,6 +41,7 @@ void FivePointRows::columns(int32_t first, int32_t count) {
   const int32_t split = isLuma_ ? end : clampTo(plan_.common, start, end);
   parts_[0] = {plan_.from(plan_.luma, start), split - start};
   parts_[1] = {plan_.from(plan_.chroma, split > plan_.common ? split - plan_.common : 0), end - split};
+  leading_ = clampTo(plan_.leading, start, end) - start;
   for (int32_t &line : held_) {
     line = -1;
   }
@@ -78,23 +80,38 @@ const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
   return windows_[slot];
 }
 
-void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {
-  const HeldAtEnd lineTap{plane_.limitY};
+FivePointLines FivePointRows::linesOf(const int32_t *yEntry) {
   FivePointLines lines;
-  for (std::size_t t = 0; t < kFilterTaps; ++t, yEntry += kTapWords) {
-    const SampleTap tap = lineTap(yEntry);
-    lines.top[t] = windowsOf(static_cast<int32_t>(tap.self), static_cast<int32_t>(t));
-    lines.bottom[t] = windowsOf(static_cast<int32_t>(tap.next), static_cast<int32_t>(t));
-    lines.next[t] = tap.weights.next;
+  lines.bits = kind_.bits;
+  for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
+    const SampleTap tap = kind_.isEvenAtEnd ? EvenAtEnd{plane_.limitY}(yEntry) : HeldAtEnd{plane_.limitY}(yEntry);
+    lines.top[t] = windowsOf(static_cast<int32_t>(tap.self), t);
+    lines.bottom[t] = windowsOf(static_cast<int32_t>(tap.next), t);
+    lines.next[t] = kind_.isAlike && t > 0 ? lines.next[0] : tap.weights.next;
   }
-  for (const Part &part : parts_) {
-    stage_(part.columns.groups, part.groups, lines, to);
-    const std::ptrdiff_t bytes = std::ptrdiff_t{part.groups} * kWindowBytes;
+  return lines;
+}
+
+void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {
+  FivePointLines lines = linesOf(yEntry);
+  bool isNegative = false;
+  for (const int32_t next : lines.next) {
+    isNegative = isNegative || next < 0;
+  }
+  const auto make = [&](FivePointRow stage, const FilterGroup *groups, int32_t count) {
+    stage(groups, count, lines, to);
     for (std::size_t t = 0; t < kFilterTaps; ++t) {
-      lines.top[t] += bytes;
-      lines.bottom[t] += bytes;
+      lines.top[t] += std::ptrdiff_t{count} * kWindowBytes;
+      lines.bottom[t] += std::ptrdiff_t{count} * kWindowBytes;
     }
-    to += std::ptrdiff_t{part.groups} * kFilterGroup;
+    to += std::ptrdiff_t{count} * kFilterGroup;
+  };
+  int32_t leading = leading_;
+  for (const Part &part : parts_) {
+    const int32_t whole = isNegative ? part.groups : smaller(leading, part.groups);
+    make(wholeStage_, part.columns.groups, whole);
+    make(stage_, part.columns.groups + whole, part.groups - whole);
+    leading -= smaller(leading, part.groups);
   }
 }
 

@@ -10,6 +10,14 @@
 
 namespace zqcc {
 
+/// How the means of a picture that keeps its type differ from those of a picture that is converted.
+struct MeanKind {
+  bool isWhole = false;     ///< samples that negative weights lead outside of their range count as they are
+  bool isEvenAtEnd = false; ///< of a line tap at the last line or past it: the even mean of the last two
+  bool isAlike = false;     ///< all taps of a line are weighed as the first one
+  int32_t bits = 8;         ///< of a component
+};
+
 /// Means of the columns of a chunk, a line at a time. The windows of a source line are laid out once and kept while
 /// output lines take taps of them.
 class FivePointRows {
@@ -18,7 +26,7 @@ public:
   static constexpr int32_t kColumns = 384;
 
   /// Plane 0 of a frame is luma, 1 and 2 chroma.
-  FivePointRows(const Job &job, const MeanPlane &plane, int number);
+  FivePointRows(const Job &job, const MeanPlane &plane, int number, const MeanKind &kind = {});
 
   void columns(int32_t first, int32_t count);
 
@@ -33,6 +41,7 @@ private:
   static constexpr int32_t kSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
   static constexpr int32_t kRowBytes = 4 * kColumns;
 
+  FivePointLines linesOf(const int32_t *yEntry);
   const uint8_t *windowsOf(int32_t line, int32_t tap);
   void prefetch(int32_t line) const;
   void fill(const uint8_t *line, int32_t row, uint8_t *to) const;
@@ -47,7 +56,10 @@ private:
   MeanPlane plane_;
   WindowRow windowRow_;
   FivePointRow stage_;
+  FivePointRow wholeStage_; ///< where weights are negative
+  MeanKind kind_;
   bool isLuma_;
+  int32_t leading_ = 0; ///< groups of the chunk that may have negative weights
   Part parts_[2]{};
   int32_t held_[kSlots];
   alignas(64) uint8_t windows_[kSlots][kRowBytes];

@@ -11,11 +11,17 @@ namespace zqcc {
 /// Resizes planar 4:2:0 as the job's plan says. False if nothing was done: the portable code then has the picture.
 bool resizePlanesByPlan(const Job &job);
 
+/// The same by means of five samples.
+bool filterPlanesByPlan(const Job &job);
+
 /// The same of packed 4:2:2.
 bool resizePackedByPlan(const Job &job);
 
 inline bool resizedPlanesByRows(const Job &job) {
   return job.plan != nullptr && resizePlanesByPlan(job);
+}
+inline bool filteredPlanesByRows(const Job &job) {
+  return job.plan != nullptr && filterPlanesByPlan(job);
 }
 inline bool resizedPackedByRows(const Job &job) {
   return job.plan != nullptr && resizePackedByPlan(job);
@@ -24,6 +30,9 @@ inline bool resizedPackedByRows(const Job &job) {
 #else
 
 constexpr bool resizedPlanesByRows(const Job & /*job*/) {
+  return false;
+}
+constexpr bool filteredPlanesByRows(const Job & /*job*/) {
   return false;
 }
 constexpr bool resizedPackedByRows(const Job & /*job*/) {

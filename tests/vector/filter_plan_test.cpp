@@ -34,16 +34,10 @@ struct Planned {
 
 /// First byte of the window that an output's tap is looked for in, as stages lay windows out.
 int32_t windowOf(const FilterPlan &plan, const FilterColumns &columns, int32_t group, int32_t lane, int32_t tap) {
-  const int32_t *windows = columns.windows + group * plan.windowsPerGroup();
-  switch (plan.kind) {
-  case FilterWindows::Near:
-  case FilterWindows::Shared:
-    return windows[lane / 4];
-  case FilterWindows::OfTaps:
-    return windows[4 * tap + lane / 4];
-  default:
-    return windows[16 * tap + lane] - lane % 4 * 4; // where the block would begin
-  }
+  const int32_t row = windowRows(plan.kind) == 1 ? 0 : tap;
+  const int32_t *windows = plan.from(columns, group).windows + row * windowsOfGroup(plan.kind);
+  // Where the block would begin, if every output has a window of its own.
+  return plan.kind == FilterWindows::Gathered ? windows[lane] - lane % 4 * 4 : windows[lane / 4];
 }
 
 void expectLine(const Planned &planned, const FilterLine &line, bool isLuma) {
@@ -56,7 +50,7 @@ void expectLine(const Planned &planned, const FilterLine &line, bool isLuma) {
     const int32_t at = own ? group - plan.common : group;
     for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t) {
       const int32_t *words = planned.table.data() + i * kEntryWords<kFilterTaps> + t * kTapWords;
-      const SampleTap tap = HeldAtEnd{line.limit}(words);
+      const SampleTap tap = line.isEvenAtEnd ? EvenAtEnd{line.limit}(words) : HeldAtEnd{line.limit}(words);
       const FilterGroup &each = columns.groups[at];
       const uint8_t *mask = each.mask[t] + 4 * lane;
       const int32_t window = windowOf(plan, columns, at, lane, t);
@@ -75,8 +69,9 @@ void expectLine(const Planned &planned, const FilterLine &line, bool isLuma) {
         ASSERT_EQ(mask[0] / 4, lane % 4);
         ASSERT_EQ(mask[2] / 4, lane % 4);
       }
-      if (plan.kind == FilterWindows::Near) {
-        const NearWindows &near = columns.near[at];
+      if (isNear(plan.kind)) {
+        const int32_t row = windowRows(plan.kind) == 1 ? 0 : t;
+        const NearWindows &near = plan.from(columns, at).near[row];
         ASSERT_EQ(near.first + 4 * near.from[lane], window + lane % 4 * 4);
         ASSERT_LE(near.first + kWindowBytes, line.samples);
       }
@@ -85,13 +80,14 @@ void expectLine(const Planned &planned, const FilterLine &line, bool isLuma) {
 }
 
 TEST(FilterPlan, GivesEveryOutputItsTaps) {
-  int kinds[4] = {};
+  int kinds[5] = {};
   for (const uint32_t quality : {1U, 2U}) {
     for (const int32_t outputs : {1, 2, 7, 15, 16, 17, 33, 100, 160, 257}) {
       for (const int32_t eighths : {1, 4, 6, 8, 11, 13, 16, 19, 20, 24, 28, 32, 40, 64, 128, 256}) {
         const int32_t source = std::max(2, outputs * eighths / 8);
         const FilterLine luma{outputs, source, source};
-        const std::array<FilterLine, 4> chromas{{{outputs, source, source},
+        const std::array<FilterLine, 5> chromas{{{outputs, source, source},
+                                                 {(outputs + 1) / 2, source / 2, source / 2, true},
                                                  {(outputs + 1) / 2, source / 2, source / 2},
                                                  {(outputs + 3) / 4, source / 4, source / 4},
                                                  {(outputs + 1) / 2, source / 2 * 2, kNoLimit}}};
@@ -114,8 +110,29 @@ TEST(FilterPlan, GivesEveryOutputItsTaps) {
     }
   }
   for (const int count : kinds) {
-    EXPECT_GT(count, 40);
+    EXPECT_GT(count, 20);
   }
+}
+
+TEST(FilterPlan, SaysWhichGroupsHaveNegativeWeights) {
+  int32_t most = 0;
+  for (const uint32_t quality : {1U, 2U}) {
+    for (const int32_t outputs : {1, 16, 17, 31, 33, 200, 400, 700}) {
+      for (const int32_t source : {20, 100, 321, 1900}) {
+        const Planned planned(source, outputs, quality, {outputs, source, source});
+        ASSERT_TRUE(planned.plan.exists);
+        int32_t groups = 0;
+        for (int32_t k = 0; k < outputs * static_cast<int32_t>(kFilterTaps); ++k) {
+          if (planned.table.at(static_cast<std::size_t>(k * kTapWords + 1)) < 0) {
+            groups = k / static_cast<int32_t>(kFilterTaps) / kFilterGroup + 1;
+          }
+        }
+        ASSERT_EQ(planned.plan.leading, groups) << source << " to " << outputs;
+        most = std::max(most, groups);
+      }
+    }
+  }
+  EXPECT_GT(most, 3);
 }
 
 FilterWindows kindOf(int32_t source, int32_t outputs, uint32_t quality = 2) {
@@ -130,7 +147,8 @@ TEST(FilterPlan, TakesTheNearestWindowsThatHoldTheTaps) {
   EXPECT_EQ(kindOf(1280, 1280), FilterWindows::Near);
   EXPECT_EQ(kindOf(320, 800), FilterWindows::Near);
   EXPECT_EQ(kindOf(1920, 600), FilterWindows::Shared);
-  EXPECT_EQ(kindOf(1920, 480), FilterWindows::OfTaps);
+  EXPECT_EQ(kindOf(1920, 480), FilterWindows::NearOfTaps);
+  EXPECT_EQ(kindOf(1920, 420), FilterWindows::OfTaps);
   EXPECT_EQ(kindOf(1920, 240), FilterWindows::Gathered);
   EXPECT_EQ(kindOf(1920, 60), FilterWindows::Gathered);
 }
