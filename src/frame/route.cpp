@@ -106,8 +106,11 @@ Route samePacked422(const ConvertParams &p) {
     const bool swapped = packedLayout(packedVariantOf(p.inType)).isSwapped();
     tables = swapped ? TableFormat::Bilinear : byQuality(p.antiAlias, TableFormat::Bilinear);
   }
-  const PlanKind plan = tables == TableFormat::Bilinear ? PlanKind::Packed422 : PlanKind::None;
-  return planned(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables, plan);
+  Route route = served(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables);
+  if (tables != TableFormat::Nearest) {
+    route.plan = tables == TableFormat::Filtered ? PlanKind::FilteredPacked422 : PlanKind::Packed422;
+  }
+  return route;
 }
 
 Route sameFormatRoute(const ConvertParams &p) {

@@ -1,13 +1,14 @@
 #include "vector/five_point_rows.h"
 
 #include "base/limits.h"
-#include "kernels/taps.h"
 #include "vector/resize_plan.h"
 
 #include <cstring>
 
 namespace zqcc {
 namespace {
+
+constexpr int32_t kWindow = 16; ///< bytes of a window that serves four outputs
 
 /// Windows of four bytes, one for every output.
 void gatherRow(const uint8_t *line, const FilterColumns &columns, int32_t rows, int32_t groups, uint8_t *to) {
@@ -69,12 +70,32 @@ void FivePointRows::prefetch(int32_t line) const {
   }
 }
 
+ByteRange FivePointRows::bytesTaken() const {
+  ByteRange range{INT32_MAX, 0};
+  const int32_t rows = windowRows(plan_.kind);
+  for (const Part &part : parts_) {
+    for (int32_t k = 0; k < part.groups * rows * windowsOfGroup(plan_.kind); ++k) {
+      const int32_t window = part.columns.windows[k];
+      range = {smaller(range.first, window), larger(range.end, window + kWindow)};
+    }
+    for (int32_t k = 0; isNear(plan_.kind) && k < part.groups * rows; ++k) {
+      const int32_t first = part.columns.near[k].first;
+      range = {smaller(range.first, first), larger(range.end, first + kWindowBytes)};
+    }
+  }
+  return range;
+}
+
+void FivePointRows::take(int32_t line, int32_t tap, const uint8_t *from) {
+  const int32_t slot = slotOf(line, tap);
+  held_[slot] = line;
+  fill(from, isShared() ? 0 : tap, windows_[slot]);
+}
+
 const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
-  const bool isShared = windowRows(plan_.kind) == 1;
-  const int32_t slot = isShared ? line % kSharedRows : kTapRows * tap + line % kTapRows;
+  const int32_t slot = slotOf(line, tap);
   if (held_[slot] != line) {
-    held_[slot] = line;
-    fill(plane_.samples + line * plane_.stride, isShared ? 0 : tap, windows_[slot]);
+    take(line, tap, plane_.samples + line * plane_.stride);
     prefetch(line + 4);
   }
   return windows_[slot];
@@ -84,7 +105,7 @@ FivePointLines FivePointRows::linesOf(const int32_t *yEntry) {
   FivePointLines lines;
   lines.bits = kind_.bits;
   for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
-    const SampleTap tap = kind_.isEvenAtEnd ? EvenAtEnd{plane_.limitY}(yEntry) : HeldAtEnd{plane_.limitY}(yEntry);
+    const SampleTap tap = tapOf(yEntry);
     lines.top[t] = windowsOf(static_cast<int32_t>(tap.self), t);
     lines.bottom[t] = windowsOf(static_cast<int32_t>(tap.next), t);
     lines.next[t] = kind_.isAlike && t > 0 ? lines.next[0] : tap.weights.next;

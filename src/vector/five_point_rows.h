@@ -2,6 +2,8 @@
 #pragma once
 
 #include "base/job.h"
+#include "kernels/taps.h"
+#include "vector/column_plan.h"
 #include "vector/filter_planes.h"
 #include "vector/filter_rows.h"
 
@@ -33,6 +35,28 @@ public:
   /// A row of the lines of a table entry; whole groups are written.
   void row(const int32_t *yEntry, uint8_t *to);
 
+  // Lines that do not lie as planes are made when they are needed. A row takes those of each tap.
+
+  /// What of a line the chunk takes. Not of gathered windows.
+  [[nodiscard]] ByteRange bytesTaken() const;
+
+  /// Calls make(line, tap) for what a table entry takes and nothing stands there of yet; it has to be taken then.
+  template <class Make>
+  void forEachMissing(const int32_t *yEntry, Make make) const {
+    for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
+      const SampleTap tap = tapOf(yEntry);
+      const int32_t lines[2] = {static_cast<int32_t>(tap.self), static_cast<int32_t>(tap.next)};
+      for (const int32_t line : lines) {
+        if (held_[slotOf(line, t)] != line) {
+          make(line, t);
+        }
+      }
+    }
+  }
+
+  /// Lays out the windows of a line, given where its first sample would be.
+  void take(int32_t line, int32_t tap, const uint8_t *from);
+
 private:
   /// The lines that an output line takes lie within this many: floor(p + 1.6) + 1 - floor(p - 1.6) is at most 5.
   static constexpr int32_t kSharedRows = 6;
@@ -40,6 +64,14 @@ private:
   static constexpr int32_t kTapRows = 2;
   static constexpr int32_t kSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
   static constexpr int32_t kRowBytes = 4 * kColumns;
+
+  [[nodiscard]] bool isShared() const { return windowRows(plan_.kind) == 1; }
+  [[nodiscard]] int32_t slotOf(int32_t line, int32_t tap) const {
+    return isShared() ? line % kSharedRows : kTapRows * tap + line % kTapRows;
+  }
+  [[nodiscard]] SampleTap tapOf(const int32_t *words) const {
+    return kind_.isEvenAtEnd ? EvenAtEnd{plane_.limitY}(words) : HeldAtEnd{plane_.limitY}(words);
+  }
 
   FivePointLines linesOf(const int32_t *yEntry);
   const uint8_t *windowsOf(int32_t line, int32_t tap);

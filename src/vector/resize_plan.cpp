@@ -159,18 +159,20 @@ struct FilterLines {
 
 /// Kinds that read filtered tables.
 constexpr bool isFiltered(PlanKind kind) {
-  return kind == PlanKind::FivePoint || kind == PlanKind::FilteredPlanes420;
+  return kind == PlanKind::FivePoint || kind == PlanKind::FilteredPlanes420 || kind == PlanKind::FilteredPacked422;
 }
 
-/// The lines of pictures that keep their type: all of the samples, and no more.
-FilterLines keptFilterLines(const ConvertParams &seen) {
+/// The lines of pictures that keep their type: all of the samples, and no more. Packed ones have chroma for a lone last
+/// pixel too.
+FilterLines keptFilterLines(PlanKind kind, const ConvertParams &seen) {
   const FilterLine luma{seen.outWidth, seen.inWidth, seen.inWidth};
-  return {luma, {seen.outWidth / 2, seen.inWidth / 2, seen.inWidth / 2, true}};
+  const int32_t lone = kind == PlanKind::FilteredPacked422 ? seen.outWidth % 2 : 0;
+  return {luma, {seen.outWidth / 2 + lone, seen.inWidth / 2, seen.inWidth / 2, true}};
 }
 
 FilterLines filterLines(PlanKind kind, const ConvertParams &seen) {
   if (kind != PlanKind::FivePoint) {
-    return keptFilterLines(seen);
+    return keptFilterLines(kind, seen);
   }
   const auto outputs = [&seen](int shift) { return (seen.outWidth + (1 << shift) - 1) >> shift; };
   const int32_t columns = chromaShape(seen.inType, seen.inWidth, seen.inHeight, seen.inStride).columns;

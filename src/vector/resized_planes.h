@@ -16,6 +16,7 @@ bool filterPlanesByPlan(const Job &job);
 
 /// The same of packed 4:2:2.
 bool resizePackedByPlan(const Job &job);
+bool filterPackedByPlan(const Job &job);
 
 inline bool resizedPlanesByRows(const Job &job) {
   return job.plan != nullptr && resizePlanesByPlan(job);
@@ -25,6 +26,9 @@ inline bool filteredPlanesByRows(const Job &job) {
 }
 inline bool resizedPackedByRows(const Job &job) {
   return job.plan != nullptr && resizePackedByPlan(job);
+}
+inline bool filteredPackedByRows(const Job &job) {
+  return job.plan != nullptr && filterPackedByPlan(job);
 }
 
 #else
@@ -36,6 +40,9 @@ constexpr bool filteredPlanesByRows(const Job & /*job*/) {
   return false;
 }
 constexpr bool resizedPackedByRows(const Job & /*job*/) {
+  return false;
+}
+constexpr bool filteredPackedByRows(const Job & /*job*/) {
   return false;
 }
 
