@@ -28,6 +28,7 @@ enum class PlanKind : uint32_t {
   Packed422,         ///< packed 4:2:2 that stays so, luma and chroma bilinear
   FilteredPlanes420, ///< planar 4:2:0 that stays so, every plane by five-point means
   FilteredPacked422, ///< packed 4:2:2 that stays so, luma and chroma by five-point means
+  FilteredRgb16,     ///< 16-bit pixels, by five-point means
   RunLength,         ///< planar types to RGB24, nearest
   Packed,            ///< packed 4:2:2, nearest: the column table itself is all that vector code reads
 };

@@ -95,6 +95,8 @@ Route sameRgb16(const ConvertParams &p) {
   Route route = served(SAME_RGB16[kSameFormatColumns[turn] + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
   if (p.antiAlias == 0) {
     route.plan = isQuarterTurn(turn) ? PlanKind::Rgb16Turned : PlanKind::Rgb16;
+  } else if (route.tables == TableFormat::Filtered) {
+    route.plan = PlanKind::FilteredRgb16;
   }
   return route;
 }

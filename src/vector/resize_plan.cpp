@@ -159,13 +159,17 @@ struct FilterLines {
 
 /// Kinds that read filtered tables.
 constexpr bool isFiltered(PlanKind kind) {
-  return kind == PlanKind::FivePoint || kind == PlanKind::FilteredPlanes420 || kind == PlanKind::FilteredPacked422;
+  return kind == PlanKind::FivePoint || kind == PlanKind::FilteredPlanes420 || kind == PlanKind::FilteredPacked422 ||
+         kind == PlanKind::FilteredRgb16;
 }
 
 /// The lines of pictures that keep their type: all of the samples, and no more. Packed ones have chroma for a lone last
 /// pixel too.
 FilterLines keptFilterLines(PlanKind kind, const ConvertParams &seen) {
   const FilterLine luma{seen.outWidth, seen.inWidth, seen.inWidth};
+  if (kind == PlanKind::FilteredRgb16) {
+    return {luma, luma}; // of each component
+  }
   const int32_t lone = kind == PlanKind::FilteredPacked422 ? seen.outWidth % 2 : 0;
   return {luma, {seen.outWidth / 2 + lone, seen.inWidth / 2, seen.inWidth / 2, true}};
 }

@@ -18,6 +18,9 @@ bool filterPlanesByPlan(const Job &job);
 bool resizePackedByPlan(const Job &job);
 bool filterPackedByPlan(const Job &job);
 
+/// 16-bit pixels, by means of five samples.
+bool filterWordsByPlan(const Job &job);
+
 inline bool resizedPlanesByRows(const Job &job) {
   return job.plan != nullptr && resizePlanesByPlan(job);
 }
@@ -29,6 +32,9 @@ inline bool resizedPackedByRows(const Job &job) {
 }
 inline bool filteredPackedByRows(const Job &job) {
   return job.plan != nullptr && filterPackedByPlan(job);
+}
+inline bool filteredWordsByRows(const Job &job) {
+  return job.plan != nullptr && filterWordsByPlan(job);
 }
 
 #else
@@ -43,6 +49,9 @@ constexpr bool resizedPackedByRows(const Job & /*job*/) {
   return false;
 }
 constexpr bool filteredPackedByRows(const Job & /*job*/) {
+  return false;
+}
+constexpr bool filteredWordsByRows(const Job & /*job*/) {
   return false;
 }
 
