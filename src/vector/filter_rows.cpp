@@ -239,6 +239,61 @@ void sumBits(const FilterGroup *columns, int32_t groups, const FivePointLines &l
 constexpr FivePointRow fivePointRow = sumBits<LowBits>;
 constexpr FivePointRow wholeFivePointRow = sumBits<WholeNumbers>;
 
+#if HWY_TARGET == HWY_AVX3
+
+/// Positive weights in floating point, which is rounded down: no sum is rounded past a whole sample. Bytes are given
+/// upper bytes such that the products of a line, added, are the bits of 2^-64 and 16 (p0 (1024 - x) + p1 x) units of
+/// its last place, without a conversion. That the lines are mixed loses less than a unit, and a sample's bits below the
+/// point go when it is added to a number whose last place it is.
+template <int bits>
+HWY_NOINLINE void sumFloats(const FilterGroup *columns, int32_t groups, const FivePointLines &from, uint8_t *to) {
+  const FivePointLines lines = from; // which no store can change
+  constexpr int kDown = _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC;
+  constexpr int kMantissaBits = 23;
+  constexpr int32_t kExponent = 63; // 2^-64
+  constexpr int kSampleBits = kWeightBits + 4 + 8 - bits;
+  // A sample that counts is 2^kSampleBits last places of 2^-64, and one of the number that it is added to.
+  constexpr int32_t kSum = (kExponent + kSampleBits) << kMantissaBits;
+  constexpr int32_t kAdded = kTaps << (kMantissaBits - kSampleBits); // with the taps' 2^-64
+  constexpr __mmask64 kEven = 0x5555555555555555ULL;
+  const __m512i upper = _mm512_set1_epi16(kExponent << (kMantissaBits - kWeightBits - 4));
+  __m512 next[kTaps];
+  for (int32_t t = 0; t < kTaps; ++t) {
+    next[t] = _mm512_set1_ps(static_cast<float>(lines.next[t]) / kWholeWeight);
+  }
+  for (ptrdiff_t at = 0; at < ptrdiff_t{groups} * kWindowBytes; at += kWindowBytes, ++columns) {
+    __m512 sum = _mm512_castsi512_ps(_mm512_set1_epi32(kSum));
+    for (int32_t t = 0; t < kTaps; ++t) {
+      const __m512i order = hn::Load(d8, columns->mask[t]).raw;
+      const __m512i weight = hn::Load(di16, columns->weight[t]).raw;
+      const auto mixed = [&](const uint8_t *windows) HWY_ATTR {
+        const __m512i pairs = _mm512_mask_shuffle_epi8(upper, kEven, hn::LoadU(d8, windows + at).raw, order);
+        return _mm512_castsi512_ps(_mm512_madd_epi16(pairs, weight));
+      };
+      const __m512 top = mixed(lines.top[t]);
+      const __m512 apart = _mm512_sub_ps(mixed(lines.bottom[t]), top);
+      sum = _mm512_add_round_ps(sum, _mm512_fmadd_round_ps(apart, next[t], top, kDown), kDown);
+    }
+    const VI32 whole = hn::Sub(VI32{_mm512_castps_si512(sum)}, hn::Set(di32, kSum + kAdded));
+    LowBits<bits>::store({whole}, to + at / 4);
+  }
+}
+
+void positiveFivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLines &lines, uint8_t *to) {
+  switch (lines.bits) {
+  case 5:
+    return sumFloats<5>(columns, groups, lines, to);
+  case 6:
+    return sumFloats<6>(columns, groups, lines, to);
+  default:
+    return sumFloats<8>(columns, groups, lines, to);
+  }
+}
+
+#else
+constexpr FivePointRow positiveFivePointRow = fivePointRow;
+#endif
+
 // --- Boxes ----------------------------------------------------------------------------------------------------------
 
 /// Sums of `lanes` columns of a line.
@@ -425,6 +480,7 @@ namespace zqcc {
 constexpr PerLevel<WindowRow> WINDOW_ROW = ZQCC_EVERY_LEVEL(windowRow);
 constexpr PerLevel<WindowRow> NEAR_WINDOW_ROW = ZQCC_EVERY_LEVEL(nearWindowRow);
 constexpr PerLevel<FivePointRow> FIVE_POINT_ROW = ZQCC_EVERY_LEVEL(fivePointRow);
+constexpr PerLevel<FivePointRow> POSITIVE_FIVE_POINT_ROW = ZQCC_EVERY_LEVEL(positiveFivePointRow);
 constexpr PerLevel<FivePointRow> WHOLE_FIVE_POINT_ROW = ZQCC_EVERY_LEVEL(wholeFivePointRow);
 constexpr PerLevel<AddLines> ADD_LINES = ZQCC_EVERY_LEVEL(addColumns);
 constexpr PerLevel<AddLines> ADD_PAIRS = ZQCC_EVERY_LEVEL(addPairs);

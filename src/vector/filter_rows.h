@@ -35,6 +35,8 @@ struct FivePointLines {
 /// bits of a component is without meaning.
 using FivePointRow = void (*)(const FilterGroup *columns, int32_t groups, const FivePointLines &lines, uint8_t *to);
 extern const PerLevel<FivePointRow> FIVE_POINT_ROW;
+/// The same where no weight is negative.
+extern const PerLevel<FivePointRow> POSITIVE_FIVE_POINT_ROW;
 /// The low bits of the truncated means of whole sums, which negative weights may lead below 0 or beyond the bits.
 extern const PerLevel<FivePointRow> WHOLE_FIVE_POINT_ROW;
 

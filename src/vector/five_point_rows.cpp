@@ -33,8 +33,9 @@ WindowRow windowRowOf(FilterWindows kind, LevelSet usable) {
 // cppcheck-suppress uninitMemberVar
 FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number, const MeanKind &kind)
     : plan_(job.plan->filter), plane_(plane), windowRow_(windowRowOf(plan_.kind, job.levels)),
-      stage_(FIVE_POINT_ROW.in(job.levels)), wholeStage_(kind.isWhole ? WHOLE_FIVE_POINT_ROW.in(job.levels) : stage_),
-      kind_(kind), isLuma_(number == 0) {}
+      stage_(POSITIVE_FIVE_POINT_ROW.in(job.levels)),
+      negativeStage_((kind.isWhole ? WHOLE_FIVE_POINT_ROW : FIVE_POINT_ROW).in(job.levels)), kind_(kind),
+      isLuma_(number == 0) {}
 
 void FivePointRows::columns(int32_t first, int32_t count) {
   const int32_t start = first / kFilterGroup;
@@ -130,7 +131,7 @@ void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {
   int32_t leading = leading_;
   for (const Part &part : parts_) {
     const int32_t whole = isNegative ? part.groups : smaller(leading, part.groups);
-    make(wholeStage_, part.columns.groups, whole);
+    make(negativeStage_, part.columns.groups, whole);
     make(stage_, part.columns.groups + whole, part.groups - whole);
     leading -= smaller(leading, part.groups);
   }

@@ -88,7 +88,7 @@ private:
   MeanPlane plane_;
   WindowRow windowRow_;
   FivePointRow stage_;
-  FivePointRow wholeStage_; ///< where weights are negative
+  FivePointRow negativeStage_; ///< where weights are negative
   MeanKind kind_;
   bool isLuma_;
   int32_t leading_ = 0; ///< groups of the chunk that may have negative weights
