@@ -121,6 +121,9 @@ void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {
     isNegative = isNegative || next < 0;
   }
   const auto make = [&](FivePointRow stage, const FilterGroup *groups, int32_t count) {
+    if (count == 0) {
+      return; // calls cost as much as a few groups
+    }
     stage(groups, count, lines, to);
     for (std::size_t t = 0; t < kFilterTaps; ++t) {
       lines.top[t] += std::ptrdiff_t{count} * kWindowBytes;
