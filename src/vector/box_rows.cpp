@@ -39,10 +39,10 @@ uint32_t quotientOf(uint32_t sum, const BoxQuotient &quotient) {
 
 // Sums are made before they are read.
 // cppcheck-suppress uninitMemberVar
-BoxRows::BoxRows(const Job &job, const MeanPlane &plane, int /*number*/)
+BoxRows::BoxRows(const Job &job, const MeanPlane &plane, int /*number*/, int32_t /*chromaShift*/, Room &room)
     : xTable_(job.xTable), plane_(plane), levels_(job.levels), samples_(listedBelow(xTable_, plane.limitX)),
       spacing_(samples_ > 1 ? xTable_[1] - xTable_[0] : 1), widest_(samples_ > 0 ? (samples_ - 1) * spacing_ + 1 : 0),
-      apart_(samples_ > 0 && job.params.outWidth > 1 ? xTable_[kBoxWords] - xTable_[0] + 1 : 0) {}
+      apart_(samples_ > 0 && job.params.outWidth > 1 ? xTable_[kBoxWords] - xTable_[0] + 1 : 0), row_(room.sums) {}
 
 const int32_t *BoxRows::entry(int32_t i) const {
   return xTable_ + (first_ + i) * kBoxWords;

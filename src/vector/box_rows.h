@@ -16,7 +16,16 @@ class BoxRows {
 public:
   static constexpr int32_t kColumns = 512;
 
-  BoxRows(const Job &job, const MeanPlane &plane, int number);
+  static constexpr int32_t kSums = 4096;
+
+  /// Sums of the lines of a box, of whichever plane is at it.
+  struct Room {
+    alignas(64) uint16_t sums[kSums + kFilterGroup * 2];
+  };
+
+  static int32_t mostColumns(const Job & /*job*/, int32_t /*chromaShift*/) { return kColumns; }
+
+  BoxRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room);
 
   /// Whether the boxes of a frame's columns are such that rows can be made of them.
   [[nodiscard]] bool exist() const {
@@ -29,8 +38,6 @@ public:
   void row(const int32_t *yEntry, uint8_t *to);
 
 private:
-  static constexpr int32_t kSums = 4096;
-
   /// Sums of neighbouring columns where boxes allow it: half as many of them.
   struct Sums {
     AddLines add;
@@ -59,7 +66,7 @@ private:
   bool isOfTwo_ = false;
   Sums sums_{};
   int32_t start_[kColumns]; ///< of each box: the number of its first sum in its run
-  alignas(64) uint16_t row_[kSums + kFilterGroup * 2];
+  uint16_t *row_;
 };
 
 } // namespace zqcc

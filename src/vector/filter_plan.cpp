@@ -37,22 +37,17 @@ public:
   GroupMaker(const int32_t *table, const FilterLine &line, FilterWindows kind)
       : table_(table), line_(line), kind_(kind) {}
 
-  /// The taps of group g; false if one of them stands outside of what a line has.
-  bool read(int32_t g) {
+  /// The taps of group g.
+  void read(int32_t g) {
     for (int32_t i = 0; i < kFilterGroup; ++i) {
       const int32_t *words = entry(g, i);
       for (int32_t t = 0; t < kTaps; ++t, words += kTapWords) {
-        const auto index = static_cast<int32_t>(tap(words).self);
-        index_[i][t] = index;
-        if (index < 0 || index + 1 >= line_.samples) {
-          return false;
-        }
+        index_[i][t] = static_cast<int32_t>(tap(words).self);
       }
     }
-    return true;
   }
 
-  /// Places the windows of the group that was read. False if they do not hold their taps.
+  /// Places the windows of the group that was read. False if windows inside the line do not hold its taps.
   bool place(int32_t *windows, NearWindows *near) {
     const int32_t rows = windowRows(kind_);
     const int32_t taps = kTaps / rows;
@@ -166,7 +161,8 @@ struct Room {
 bool makeColumns(const int32_t *table, const FilterLine &line, int32_t first, FilterWindows kind, Room room) {
   GroupMaker maker(table, line, kind);
   for (int32_t g = first; g < filterGroups(line.outputs); ++g) {
-    if (!maker.read(g) || !maker.place(room.windows, room.near)) {
+    maker.read(g);
+    if (!maker.place(room.windows, room.near)) {
       return false;
     }
     maker.write(g, *room.groups++);

@@ -26,8 +26,10 @@ public:
   // Rows are made before they are read.
   // cppcheck-suppress uninitMemberVar
   FilterSampler(const Job &job, const MeanPlanes &from, const ChromaShifts &shifts)
-      : yTable_(job.yTable),
-        shifts_(shifts), planes_{{job, from.planes[0], 0}, {job, from.planes[1], 1}, {job, from.planes[2], 2}} {}
+      : planes_{{job, from.planes[0], 0, shifts.columns, room_},
+                {job, from.planes[1], 1, shifts.columns, room_},
+                {job, from.planes[2], 2, shifts.columns, room_}},
+        yTable_(job.yTable), shifts_(shifts) {}
 
   void columns(int32_t first, int32_t count) {
     const int32_t rest = (1 << shifts_.columns) - 1;
@@ -75,14 +77,15 @@ private:
   }
 
   static_assert(kEntryWords<kFilterTaps> == kBoxWords);
-  const int32_t *yTable_;
-  ChromaShifts shifts_;
-  Rows planes_[3];
-  int32_t chromaCount_ = 0;
-  int32_t chromaEntry_ = -1;
+  typename Rows::Room room_;
   alignas(64) uint8_t luma_[2][kRoom];
   alignas(64) uint8_t chroma_[2][2][kRoom]; ///< [line][u, v]
   alignas(64) uint8_t quarter_[kRoom];
+  Rows planes_[3];
+  const int32_t *yTable_;
+  ChromaShifts shifts_;
+  int32_t chromaCount_ = 0;
+  int32_t chromaEntry_ = -1;
 };
 
 } // namespace zqcc

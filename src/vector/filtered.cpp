@@ -22,9 +22,16 @@ ResizeStages stagesOf(const ChromaShifts &shifts, bool isRgb) {
 template <class Rows>
 bool filterBy(const Job &job, const MeanPlanes &planes, const ChromaShifts &shifts, bool isRgb) {
   const ConvertParams &p = job.params;
-  FilterSampler<Rows> sampler(job, planes, shifts);
-  return resizeByRows(sampler, stagesOf(shifts, isRgb), job.levels,
-                      {Turn::Upright, p.outWidth, p.outHeight, {p.outBuf[0], p.outStride}}, *job.matrix);
+  using Sampler = FilterSampler<Rows>;
+  Sampler sampler(job, planes, shifts);
+  const SamplerCalls calls{
+      &sampler, Rows::mostColumns(job, shifts.columns),
+      [](void *self, int32_t first, int32_t count) { static_cast<Sampler *>(self)->columns(first, count); },
+      [](void *self, int32_t j, int32_t lineCount, SampleRows(&rows)[2]) {
+        static_cast<Sampler *>(self)->lines(j, lineCount, rows);
+      }};
+  return resizeRows(calls, stagesOf(shifts, isRgb), job.levels,
+                    {Turn::Upright, p.outWidth, p.outHeight, {p.outBuf[0], p.outStride}}, *job.matrix);
 }
 
 } // namespace
@@ -36,8 +43,9 @@ bool filteredByRows(const Job &job, int32_t columnShift, int32_t lineShift, bool
     return false;
   }
   if (job.params.antiAlias == 3) {
+    BoxRows::Room room;
     for (int i = 0; i < 2; ++i) {
-      if (!BoxRows(job, planes.planes[i], i).exist()) {
+      if (!BoxRows(job, planes.planes[i], i, columnShift, room).exist()) {
         return false;
       }
     }

@@ -29,13 +29,32 @@ WindowRow windowRowOf(FilterWindows kind, LevelSet usable) {
 
 } // namespace
 
+int32_t FivePointRows::mostColumns(const Job &job, int32_t chromaShift) {
+  constexpr auto kRoom = static_cast<int32_t>(sizeof(Room));
+  constexpr int32_t kMultiple = 128;
+  const int32_t bytesOfColumn = slotsOf(job.plan->filter.kind) * (4 + (8 >> chromaShift));
+  const int32_t most = smaller(kRoom / bytesOfColumn, kColumns) & -kMultiple;
+  // Chunks of one size rather than a narrow last one.
+  const int32_t chunks = (job.params.outWidth + most - 1) / most;
+  return smaller(most, ((job.params.outWidth + chunks - 1) / chunks + kMultiple - 1) & -kMultiple);
+}
+
 // Windows are laid out before they are read.
 // cppcheck-suppress uninitMemberVar
-FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number, const MeanKind &kind)
+FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room,
+                             const MeanKind &kind)
     : plan_(job.plan->filter), plane_(plane), windowRow_(windowRowOf(plan_.kind, job.levels)),
       stage_(POSITIVE_FIVE_POINT_ROW.in(job.levels)),
       negativeStage_((kind.isWhole ? WHOLE_FIVE_POINT_ROW : FIVE_POINT_ROW).in(job.levels)), kind_(kind),
-      isLuma_(number == 0) {}
+      isLuma_(number == 0), windows_(room.bytes) {
+  const int32_t slots = slotsOf(plan_.kind);
+  rowBytes_ = 4 * mostColumns(job, chromaShift);
+  if (number > 0) {
+    windows_ += slots * rowBytes_;
+    rowBytes_ >>= chromaShift;
+    windows_ += (number - 1) * slots * rowBytes_;
+  }
+}
 
 void FivePointRows::columns(int32_t first, int32_t count) {
   const int32_t start = first / kFilterGroup;
@@ -90,7 +109,7 @@ ByteRange FivePointRows::bytesTaken() const {
 void FivePointRows::take(int32_t line, int32_t tap, const uint8_t *from) {
   const int32_t slot = slotOf(line, tap);
   held_[slot] = line;
-  fill(from, isShared() ? 0 : tap, windows_[slot]);
+  fill(from, isShared() ? 0 : tap, windows_ + slot * rowBytes_);
 }
 
 const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
@@ -99,7 +118,7 @@ const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
     take(line, tap, plane_.samples + line * plane_.stride);
     prefetch(line + 4);
   }
-  return windows_[slot];
+  return windows_ + slot * rowBytes_;
 }
 
 FivePointLines FivePointRows::linesOf(const int32_t *yEntry) {

@@ -24,11 +24,21 @@ struct MeanKind {
 /// output lines take taps of them.
 class FivePointRows {
 public:
-  /// Windows of a chunk of this width stay in the first-level cache, and so does its part of the plan.
-  static constexpr int32_t kColumns = 384;
+  /// Whole lines of pictures of the usual sizes go at a time where there is room for their windows: parts of lines come
+  /// slower from memory than the first-level cache gains.
+  static constexpr int32_t kColumns = 1024;
+
+  /// The windows of all planes.
+  struct Room {
+    alignas(64) uint8_t bytes[48 * 1024];
+  };
+
+  /// Luma's columns of a chunk whose windows have room.
+  static int32_t mostColumns(const Job &job, int32_t chromaShift);
 
   /// Plane 0 of a frame is luma, 1 and 2 chroma.
-  FivePointRows(const Job &job, const MeanPlane &plane, int number, const MeanKind &kind = {});
+  FivePointRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room,
+                const MeanKind &kind = {});
 
   void columns(int32_t first, int32_t count);
 
@@ -62,8 +72,10 @@ private:
   static constexpr int32_t kSharedRows = 6;
   /// A tap of its own takes two lines that are neighbours.
   static constexpr int32_t kTapRows = 2;
-  static constexpr int32_t kSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
-  static constexpr int32_t kRowBytes = 4 * kColumns;
+  static constexpr int32_t kMostSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
+
+  /// Rows of windows that are kept.
+  static int32_t slotsOf(FilterWindows kind) { return windowRows(kind) == 1 ? kSharedRows : kMostSlots; }
 
   [[nodiscard]] bool isShared() const { return windowRows(plan_.kind) == 1; }
   [[nodiscard]] int32_t slotOf(int32_t line, int32_t tap) const {
@@ -93,8 +105,9 @@ private:
   bool isLuma_;
   int32_t leading_ = 0; ///< groups of the chunk that may have negative weights
   Part parts_[2]{};
-  int32_t held_[kSlots];
-  alignas(64) uint8_t windows_[kSlots][kRowBytes];
+  int32_t held_[kMostSlots]; ///< the line whose windows a slot has
+  uint8_t *windows_;         ///< of the first slot
+  int32_t rowBytes_;
 };
 
 } // namespace zqcc

@@ -15,9 +15,9 @@ MeanPlane planeOf(const PartedLines &from) {
 // Samples are made before they are read.
 // cppcheck-suppress uninitMemberVar
 PartedMeans::PartedMeans(const Job &job, const PartedLines &from, const MeanKind (&kinds)[3])
-    : from_(from), means_{{job, planeOf(from), 0, kinds[0]},
-                          {job, planeOf(from), from.shift, kinds[1]},
-                          {job, planeOf(from), from.shift, kinds[2]}} {}
+    : from_(from), means_{{job, planeOf(from), 0, from.shift, room_, kinds[0]},
+                          {job, planeOf(from), 1, from.shift, room_, kinds[1]},
+                          {job, planeOf(from), 2, from.shift, room_, kinds[2]}} {}
 
 void PartedMeans::columns(int32_t first, int32_t count) {
   const int32_t least = kLeastPixels >> from_.shift;

@@ -25,6 +25,9 @@ class PartedMeans {
 public:
   static constexpr int32_t kColumns = FivePointRows::kColumns;
 
+  /// Columns of a chunk whose windows have room.
+  static int32_t mostColumns(const Job &job, int32_t shift) { return FivePointRows::mostColumns(job, shift); }
+
   /// Lines have kLeastPixels or more.
   PartedMeans(const Job &job, const PartedLines &from, const MeanKind (&kinds)[3]);
 
@@ -46,6 +49,7 @@ private:
   int32_t first_ = 0; ///< units that the chunk reads
   int32_t count_ = 0;
   int32_t parted_ = -1; ///< the line whose samples stand there
+  FivePointRows::Room room_;
   FivePointRows means_[3];
   alignas(64) uint8_t samples_[3][kSamples];
 };

@@ -22,6 +22,8 @@ constexpr int32_t kLeastMacropixels = kLeastPixels / 2;
 /// Rows of a chunk of the output, and how they become macropixels.
 class MacropixelLines {
 public:
+  static constexpr int32_t kColumns = larger(kChunkColumns, PartedMeans::kColumns);
+
   // cppcheck-suppress uninitMemberVar ; samples are made before they are read
   explicit MacropixelLines(const Job &job)
       : p_(job.params), bytes_(packedLayout(job.packedVariant)), store_(STORE_MACROPIXELS.in(job.levels)) {}
@@ -39,15 +41,15 @@ public:
       store_(rows, order, to, macropixels);
       return;
     }
-    uint8_t line[2 * kChunkColumns + kMacropixelBytes];
+    uint8_t line[2 * kColumns + kMacropixelBytes];
     store_(rows, order, line, larger(macropixels, kLeastMacropixels));
     const bool cut = count % 2 != 0 && p_.outStride < (p_.outWidth + 1) * 2;
     std::memcpy(to, line, static_cast<std::size_t>(macropixels * kMacropixelBytes - (cut ? 2 : 0)));
   }
 
-  alignas(64) uint8_t y[kChunkColumns];
-  alignas(64) uint8_t u[kChunkColumns / 2];
-  alignas(64) uint8_t v[kChunkColumns / 2];
+  alignas(64) uint8_t y[kColumns];
+  alignas(64) uint8_t u[kColumns / 2];
+  alignas(64) uint8_t v[kColumns / 2];
 
 private:
   const ConvertParams &p_;
@@ -131,11 +133,12 @@ private:
 /// The same by five-point means.
 class PackedFilter {
 public:
-  explicit PackedFilter(const Job &job) : p_(job.params), means_(job, linesOf(job), kKinds), made_(job) {}
+  explicit PackedFilter(const Job &job)
+      : p_(job.params), columns_(PartedMeans::mostColumns(job, 1)), means_(job, linesOf(job), kKinds), made_(job) {}
 
   void resize(const int32_t *yTable) {
-    for (int32_t first = 0; first < p_.outWidth; first += PartedMeans::kColumns) {
-      const int32_t count = smaller(p_.outWidth - first, PartedMeans::kColumns);
+    for (int32_t first = 0; first < p_.outWidth; first += columns_) {
+      const int32_t count = smaller(p_.outWidth - first, columns_);
       means_.columns(first, count);
       uint8_t *to = p_.outBuf[0] + std::ptrdiff_t{first} * 2;
       for (int32_t j = 0; j < p_.outHeight; ++j, to += p_.outStride) {
@@ -148,7 +151,7 @@ public:
 private:
   static constexpr MeanKind kWhole{true, false, false, 8};
   static constexpr MeanKind kKinds[3] = {kWhole, kWhole, kWhole};
-  static_assert(PartedMeans::kColumns <= kChunkColumns);
+  static_assert(PartedMeans::kColumns <= MacropixelLines::kColumns);
 
   static PartedLines linesOf(const Job &job) {
     const ConvertParams &p = job.params;
@@ -157,6 +160,7 @@ private:
   }
 
   const ConvertParams &p_;
+  int32_t columns_; ///< of a chunk
   PartedMeans means_;
   MacropixelLines made_;
 };

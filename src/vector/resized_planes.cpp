@@ -39,6 +39,8 @@ public:
   InterpolatedLines(const Plane &plane, const TapPlan &plan, const ScaleStages &stages)
       : plane_(plane), plan_(plan), stages_(stages), tapAt_{plane.lines} {}
 
+  static int32_t mostColumns() { return kColumns; }
+
   void columns(int32_t first, int32_t count) {
     groups_ = groupsOf(first, count);
     kept_.forget();
@@ -71,6 +73,8 @@ public:
   NearestLines(const Plane &plane, const PickPlan &plan, const ScaleStages &stages)
       : plane_(plane), plan_(plan), pick_(stages.pick) {}
 
+  static int32_t mostColumns() { return kColumns; }
+
   void columns(int32_t first, int32_t count) { groups_ = groupsOf(first, count); }
 
   void make(const int32_t *entry, uint8_t *to) const {
@@ -90,13 +94,22 @@ public:
   static constexpr int32_t kGroup = kFilterGroup;
   static constexpr std::ptrdiff_t kWords = kEntryWords<kFilterTaps>;
 
+  // cppcheck-suppress uninitMemberVar ; windows are laid out before they are read
   FilteredLines(const Job &job, const Plane &plane, int number)
-      : rows_(job, {plane.from, plane.fromStride, 0, plane.lines, 0}, number, {true, number > 0}) {}
+      : mostColumns_(FivePointRows::mostColumns(job, 1) >> (number > 0 ? 1 : 0)),
+        rows_(job, {plane.from, plane.fromStride, 0, plane.lines, 0}, number, 1, room_, {true, number > 0}) {}
+
+  FilteredLines(const FilteredLines &) = delete; // rows know where their room is
+  FilteredLines &operator=(const FilteredLines &) = delete;
+
+  [[nodiscard]] int32_t mostColumns() const { return mostColumns_; }
 
   void columns(int32_t first, int32_t count) { rows_.columns(first, count); }
   void make(const int32_t *entry, uint8_t *to) { rows_.row(entry, to); }
 
 private:
+  int32_t mostColumns_;
+  FivePointRows::Room room_;
   FivePointRows rows_;
 };
 
@@ -104,8 +117,8 @@ private:
 template <class Lines>
 void resizePlane(const Plane &plane, const int32_t *yTable, Lines lines) {
   SampleBuffer<Lines::kColumns> samples;
-  for (int32_t first = 0; first < plane.width; first += Lines::kColumns) {
-    const int32_t count = smaller(plane.width - first, Lines::kColumns);
+  for (int32_t first = 0; first < plane.width; first += lines.mostColumns()) {
+    const int32_t count = smaller(plane.width - first, lines.mostColumns());
     const bool fits = count % Lines::kGroup == 0;
     lines.columns(first, count);
     uint8_t *to = plane.to + first;

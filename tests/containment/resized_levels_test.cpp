@@ -72,7 +72,10 @@ Sizes sizesOf(int width, Draw &draw) {
   const auto units = [&ratio](int side) { return std::max(2 / ratio.in, (side + ratio.out - 1) / ratio.out); };
   const int columns = std::max(1, units(width));
   const int lines = std::max(1, units(outHeight));
-  return {columns * ratio.in, lines * ratio.in, columns * ratio.out, lines * ratio.out};
+  // Reductions by powers of two drop what is left over; positions are no whole numbers then.
+  const int over = ratio.out == 1 ? ratio.in - 1 : 0;
+  return {columns * ratio.in + draw.between(0, over), lines * ratio.in + draw.between(0, over), columns * ratio.out,
+          lines * ratio.out};
 }
 
 /// One of the widths up to a few groups of a plan, or of those around a chunk or of several chunks.

@@ -112,7 +112,11 @@ TEST_P(ForcedLevel, CallsEveryStageThatItHas) {
     }
   }
   for (const Mode &mode : levels::servedConversions()) {
-    for (const containment::Sizes &sizes : {levels::kWholeBlocks, levels::kCutBlocks}) {
+    std::vector<containment::Sizes> all{levels::kWholeBlocks, levels::kCutBlocks};
+    if (mode.isResize == 1) {
+      all.insert(all.end(), {levels::kQuarter, levels::kEighth});
+    }
+    for (const containment::Sizes &sizes : all) {
       for (const Calls &call : levels::servedBy(mode, sizes).calls) {
         if (call.level == GetParam()) {
           uncalled.erase(call.stage);

@@ -28,6 +28,10 @@ std::vector<containment::Mode> servedConversions();
 inline constexpr containment::Sizes kWholeBlocks{128, 64, 128, 64};
 inline constexpr containment::Sizes kCutBlocks{142, 78, 142, 78};
 
+/// Reductions that have stages of their own.
+inline constexpr containment::Sizes kQuarter{512, 128, 128, 32};
+inline constexpr containment::Sizes kEighth{1024, 128, 128, 16};
+
 /// What serves a conversion with the levels that may run now.
 Served servedBy(const containment::Mode &mode, const containment::Sizes &sizes = kWholeBlocks);
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <random>
@@ -22,10 +23,11 @@ int between(std::mt19937 &random, int low, int high) {
   return low + static_cast<int>(random() % static_cast<uint32_t>(high - low + 1));
 }
 
-/// A stage, and whether it makes the means of whole samples.
+/// A stage, whether it makes the means of whole samples, and whether it takes negative weights.
 struct Means {
   const PerLevel<FivePointRow> *stage;
   bool isWhole;
+  bool takesNegative;
 };
 
 class FilterRows : public AtEveryLevel {
@@ -43,33 +45,36 @@ INSTANTIATE_TEST_SUITE_P(Levels, FilterRows, testing::ValuesIn(kVectorLevels),
 TEST_P(FilterRows, WindowsAreCopiedFromWhereTheyLie) {
   constexpr int32_t kMostGroups = 5;
   GuardedPages line(1024, Access::ReadOnly);
-  GuardedPages row(1024, Access::ReadWrite);
-  for (const Against against : {Against::End, Against::Start}) {
-    for (int32_t groups = 1; groups <= kMostGroups; ++groups) {
-      for (const bool near : {false, true}) {
-        const int32_t samples = between(random_, near ? 64 : 16, 400);
-        line.place(static_cast<std::size_t>(samples), against);
-        support::fill(line.write(), line.size(), support::Fill::Noise, static_cast<uint32_t>(samples));
-        row.place(static_cast<std::size_t>(groups) * kWindowBytes, against);
-        std::vector<int32_t> windows;
-        std::vector<NearWindows> nearest(static_cast<std::size_t>(groups));
-        for (NearWindows &each : nearest) {
-          each.first = between(random_, 0, std::max(0, samples - 64));
-          for (int block = 0; block < 4; ++block) {
-            const int from = between(random_, 0, 12);
-            windows.push_back(near ? each.first + 4 * from : between(random_, 0, samples - 16));
-            for (int i = 0; i < 4; ++i) {
-              each.from[4 * block + i] = static_cast<uint8_t>(from + i);
-            }
-          }
+  GuardedPages to(1024, Access::ReadWrite);
+  for (int round = 0; round < 200; ++round) {
+    const Against against = round % 2 == 0 ? Against::End : Against::Start;
+    const bool near = round % 4 < 2;
+    const int32_t rows = round % 8 < 4 ? 1 : 5;
+    const int32_t groups = 1 + round % kMostGroups;
+    const int32_t samples = between(random_, near ? 64 : 16, 400);
+    line.place(static_cast<std::size_t>(samples), against);
+    support::fill(line.write(), line.size(), support::Fill::Noise, static_cast<uint32_t>(samples));
+    to.place(static_cast<std::size_t>(groups) * kWindowBytes, against);
+    std::vector<int32_t> windows;
+    std::vector<NearWindows> nearest(static_cast<std::size_t>(groups * rows));
+    for (NearWindows &each : nearest) {
+      each.first = between(random_, 0, std::max(0, samples - 64));
+      for (int block = 0; block < 4; ++block) {
+        const int from = between(random_, 0, 12);
+        windows.push_back(near ? each.first + 4 * from : between(random_, 0, samples - 16));
+        for (int i = 0; i < 4; ++i) {
+          each.from[4 * block + i] = static_cast<uint8_t>(from + i);
         }
-        const FilterColumns columns{nullptr, windows.data(), nearest.data()};
-        const auto fault = support::catchFault(
-            [&] { (near ? NEAR_WINDOW_ROW : WINDOW_ROW).of[GetParam()](line.data(), columns, 1, groups, row.data()); });
-        ASSERT_FALSE(fault.has_value() || row.damage().has_value());
-        for (std::size_t w = 0; w < windows.size(); ++w) {
-          ASSERT_EQ(std::memcmp(row.data() + 16 * w, line.data() + windows[w], 16), 0) << "window " << w;
-        }
+      }
+    }
+    const WindowRow stage = (near ? NEAR_WINDOW_ROW : WINDOW_ROW).of[GetParam()];
+    for (int32_t row = 0; row < rows; ++row) {
+      const FilterColumns columns{nullptr, windows.data() + std::ptrdiff_t{4} * row, nearest.data() + row};
+      const auto fault = support::catchFault([&] { stage(line.data(), columns, rows, groups, to.data()); });
+      ASSERT_FALSE(fault.has_value() || to.damage().has_value());
+      for (int32_t w = 0; w < 4 * groups; ++w) {
+        const int32_t at = windows[static_cast<std::size_t>((w / 4 * rows + row) * 4 + w % 4)];
+        ASSERT_EQ(std::memcmp(to.data() + std::ptrdiff_t{16} * w, line.data() + at, 16), 0) << "window " << w;
       }
     }
   }
@@ -128,13 +133,13 @@ void FilterRows::expectMeans(const Means &means, int32_t bits) {
     for (std::size_t t = 0; t < kFilterTaps; ++t) {
       lines.top[t] = rows.data() + 2 * t * rowBytes;
       lines.bottom[t] = rows.data() + (2 * t + 1) * rowBytes;
-      lines.next[t] = weight(random_);
+      lines.next[t] = means.takesNegative ? weight(random_) : std::abs(weight(random_));
       for (std::size_t i = 0; i < groups * kFilterGroup; ++i) {
         const int32_t number = between(random_, 0, 14);
         FilterGroup &group = columns[i / kFilterGroup];
         const std::size_t lane = i % kFilterGroup;
         at[i][t] = static_cast<int32_t>(i / 4 * 16) + number;
-        next[i][t] = weight(random_);
+        next[i][t] = means.takesNegative ? weight(random_) : std::abs(weight(random_));
         group.mask[t][4 * lane] = static_cast<uint8_t>(number);
         group.mask[t][4 * lane + 1] = group.mask[t][4 * lane + 3] = 0x80;
         group.mask[t][4 * lane + 2] = static_cast<uint8_t>(number + 1);
@@ -160,13 +165,14 @@ void FilterRows::expectMeans(const Means &means, int32_t bits) {
 
 TEST_P(FilterRows, MeansOfFivePointsHaveTheLowBitsOfEverySample) {
   for (const int32_t bits : {5, 6, 8}) {
-    expectMeans({&FIVE_POINT_ROW, false}, bits);
+    expectMeans({&FIVE_POINT_ROW, false, true}, bits);
+    expectMeans({&POSITIVE_FIVE_POINT_ROW, false, false}, bits);
   }
 }
 
 TEST_P(FilterRows, WholeMeansOfFivePointsAreTruncatedAtLast) {
   for (const int32_t bits : {5, 6, 8}) {
-    expectMeans({&WHOLE_FIVE_POINT_ROW, true}, bits);
+    expectMeans({&WHOLE_FIVE_POINT_ROW, true, true}, bits);
   }
 }
 
@@ -191,9 +197,11 @@ TEST_P(FilterRows, FifthsAreExact) {
                   static_cast<uint8_t>(sample));
     }
     uint8_t to[kFilterGroup];
-    FIVE_POINT_ROW.of[GetParam()](&columns, 1, lines, to);
-    for (const uint8_t mean : to) {
-      ASSERT_EQ(mean, sum / 5) << sum;
+    for (const auto *stage : {&FIVE_POINT_ROW, &POSITIVE_FIVE_POINT_ROW, &WHOLE_FIVE_POINT_ROW}) {
+      stage->of[GetParam()](&columns, 1, lines, to);
+      for (const uint8_t mean : to) {
+        ASSERT_EQ(mean, sum / 5) << sum;
+      }
     }
   }
 }

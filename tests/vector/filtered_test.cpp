@@ -13,11 +13,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace zqcc {
 namespace {
+
+using support::GuardedPages;
 
 /// A planar type, how its chroma belongs to pixels, and the routine that has it.
 struct Type {
@@ -52,10 +55,14 @@ public:
     params_.outWidth = sizes[2];
     params_.outHeight = sizes[3];
     params_.outStride = 2 * sizes[2];
+    const int64_t luma = int64_t{params_.inStride} * (sizes[1] - 1) + sizes[0];
+    const int64_t chroma = chromaPlaneBytes(type, sizes[0], sizes[1], params_.inStride);
     for (std::size_t i = 0; i < 3; ++i) {
-      planes_.at(i).resize(static_cast<std::size_t>(params_.inStride) * static_cast<std::size_t>(sizes[1]));
-      support::fill(planes_.at(i).data(), planes_.at(i).size(), support::Fill::Noise, static_cast<uint32_t>(i + 3));
-      params_.inBuf[i] = planes_.at(i).data();
+      const auto bytes = static_cast<std::size_t>(i == 0 ? luma : chroma);
+      planes_.at(i) = std::make_unique<GuardedPages>(bytes, GuardedPages::Access::ReadOnly);
+      planes_.at(i)->place(bytes, support::Against::End);
+      support::fill(planes_.at(i)->write(), bytes, support::Fill::Noise, static_cast<uint32_t>(i + 3));
+      params_.inBuf[i] = planes_.at(i)->data();
     }
     const bool isBox = quality == 3;
     const TableFormat format = isBox ? TableFormat::Box : TableFormat::Filtered;
@@ -80,7 +87,7 @@ public:
 
   void setStride(int32_t stride) { params_.inStride = stride; }
 
-  /// The picture, from 0xA5 everywhere. `convert` is given the job.
+  /// The picture, from 0xA5 everywhere. `convert` is given the job and must read what is in the planes only.
   template <class Convert>
   std::vector<uint8_t> picture(Level level, Convert convert) {
     std::vector<uint8_t> out(static_cast<std::size_t>(params_.outStride) * static_cast<std::size_t>(params_.outHeight),
@@ -88,8 +95,17 @@ public:
     params_.outBuf[0] = out.data();
     const ColorMatrix matrix{};
     const bool isPortable = level == LEVEL_PORTABLE;
-    convert(Job{params_, x_.data(), y_.data(), &matrix, false, 0, params_.inStride, support::upTo(level), false,
-                isPortable ? nullptr : plan});
+    const Job job{params_,
+                  x_.data(),
+                  y_.data(),
+                  &matrix,
+                  false,
+                  0,
+                  params_.inStride,
+                  support::upTo(level),
+                  false,
+                  isPortable ? nullptr : plan};
+    EXPECT_FALSE(support::catchFault([&] { convert(job); }).has_value()) << "reads behind a plane";
     return out;
   }
 
@@ -97,7 +113,7 @@ public:
 
 private:
   ConvertParams params_{};
-  std::array<std::vector<uint8_t>, 3> planes_;
+  std::array<std::unique_ptr<GuardedPages>, 3> planes_; ///< with unmapped pages behind them
   std::vector<int32_t> x_;
   std::vector<int32_t> y_;
   std::vector<FilterGroup> plan_; ///< for the alignment
@@ -124,7 +140,9 @@ INSTANTIATE_TEST_SUITE_P(Levels, Filtered, testing::ValuesIn(kVectorLevels),
                          [](const auto &level) { return support::nameOf(level.param); });
 
 TEST_P(Filtered, TakesEveryLayoutAtEveryRatio) {
-  constexpr std::array<std::array<int32_t, 4>, 14> kSizes{{{1920, 108, 800, 48},
+  constexpr std::array<std::array<int32_t, 4>, 16> kSizes{{{256, 160, 32, 20},
+                                                           {576, 72, 64, 8},
+                                                           {1920, 108, 800, 48},
                                                            {1920, 60, 1152, 36},
                                                            {1280, 60, 768, 36},
                                                            {1920, 60, 320, 10},

@@ -33,6 +33,19 @@ TEST(ResizePlan, DoublesByThePlaceOfTheOutput) {
   EXPECT_EQ(zqcc::weightingOf(PlanKind::General)(words.data(), 1).next, 300);
 }
 
+/// Far to the right of very wide pictures the table's weights have left the phases.
+TEST(ResizePlan, FixedPhasesGoByThePlaceInTheGroup) {
+  const std::array<int32_t, 3> words{7, 300, 724};
+  const zqcc::Weighting quarters = zqcc::weightingOf(PlanKind::ThreeQuarters);
+  const zqcc::Weighting halves = zqcc::weightingOf(PlanKind::ThreeHalves);
+  constexpr std::array<int32_t, 4> kQuarters{0, 341, 682, 0};
+  constexpr std::array<int32_t, 4> kHalves{0, 682, 341, 0};
+  for (std::size_t i = 0; i < kQuarters.size(); ++i) {
+    EXPECT_EQ(quarters(words.data(), static_cast<int32_t>(i)).next, kQuarters.at(i)) << i;
+    EXPECT_EQ(halves(words.data(), static_cast<int32_t>(i)).next, kHalves.at(i)) << i;
+  }
+}
+
 TEST(ResizePlan, LeavesSmallPicturesAlone) {
   EXPECT_GT(bytesFor(PlanKind::General, 16, 32), 0U);
   EXPECT_EQ(bytesFor(PlanKind::General, 15, 1000), 0U) << "narrow";
