@@ -17,17 +17,20 @@ enum class PlanKind : uint32_t {
   Yuv440,
   Yuv411,
   QuarterHeight,
-  PlanarRgb,        ///< three planes, each bilinear
-  Rgb24,            ///< the same of B, G, R bytes
-  FivePoint,        ///< planar types, five-point means
-  Box,              ///< planar types, box means
-  Rgb16,            ///< 16-bit pixels that stay so, bilinear
-  Rgb16Turned,      ///< the same in quarter turns: pairs of lines are weighed alike
-  Planes420,        ///< planar 4:2:0 that stays so, every plane bilinear
-  Planes420Nearest, ///< the same reduced by whole numbers, which never lie between samples
-  Packed422,        ///< packed 4:2:2 that stays so, luma and chroma bilinear
-  RunLength,        ///< planar types to RGB24, nearest
-  Packed,           ///< packed 4:2:2, nearest: the column table itself is all that vector code reads
+  PlanarRgb,         ///< three planes, each bilinear
+  Rgb24,             ///< the same of B, G, R bytes
+  FivePoint,         ///< planar types, five-point means
+  Box,               ///< planar types, box means
+  Rgb16,             ///< 16-bit pixels that stay so, bilinear
+  Rgb16Turned,       ///< the same in quarter turns: pairs of lines are weighed alike
+  Planes420,         ///< planar 4:2:0 that stays so, every plane bilinear
+  Planes420Nearest,  ///< the same reduced by whole numbers, which never lie between samples
+  Packed422,         ///< packed 4:2:2 that stays so, luma and chroma bilinear
+  FilteredPlanes420, ///< as Planes420, by five-point means
+  FilteredPacked422, ///< as Packed422, by five-point means
+  FilteredRgb16,     ///< as Rgb16, by five-point means
+  RunLength,         ///< planar types to RGB24, nearest
+  Packed,            ///< packed 4:2:2, nearest: the column table itself is all that vector code reads
 };
 
 } // namespace zqcc

@@ -61,7 +61,13 @@ bool isReducedEvenly(int32_t in, int32_t out) {
   return out > 0 && in / out > 1 && in % out == 0;
 }
 
-PlanKind planOfPlanes(const ConvertParams &p) {
+PlanKind planOfPlanes(const ConvertParams &p, TableFormat tables) {
+  if (tables == TableFormat::Filtered) {
+    return PlanKind::FilteredPlanes420;
+  }
+  if (tables != TableFormat::Bilinear) {
+    return PlanKind::None;
+  }
   return isReducedEvenly(p.inWidth, p.outWidth) && isReducedEvenly(p.inHeight, p.outHeight) ? PlanKind::Planes420Nearest
                                                                                             : PlanKind::Planes420;
 }
@@ -76,7 +82,7 @@ Route samePlanar420(const ConvertParams &p) {
   Route route = served(SAME_PLANAR420[kPlanar420Columns[turn] + 3 * row], byQuality(p.antiAlias, plain));
   route.sizedByInput = isRotation(turn);
   route.fromStrideEnd = p.isResize == 1 && turn == Turn::Half;
-  route.plan = route.tables == TableFormat::Bilinear ? planOfPlanes(p) : PlanKind::None;
+  route.plan = planOfPlanes(p, route.tables);
   return route;
 }
 
@@ -89,6 +95,8 @@ Route sameRgb16(const ConvertParams &p) {
   Route route = served(SAME_RGB16[kSameFormatColumns[turn] + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
   if (p.antiAlias == 0) {
     route.plan = isQuarterTurn(turn) ? PlanKind::Rgb16Turned : PlanKind::Rgb16;
+  } else if (route.tables == TableFormat::Filtered) {
+    route.plan = PlanKind::FilteredRgb16;
   }
   return route;
 }
@@ -100,8 +108,11 @@ Route samePacked422(const ConvertParams &p) {
     const bool swapped = packedLayout(packedVariantOf(p.inType)).isSwapped();
     tables = swapped ? TableFormat::Bilinear : byQuality(p.antiAlias, TableFormat::Bilinear);
   }
-  const PlanKind plan = tables == TableFormat::Bilinear ? PlanKind::Packed422 : PlanKind::None;
-  return planned(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables, plan);
+  Route route = served(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables);
+  if (tables != TableFormat::Nearest) {
+    route.plan = tables == TableFormat::Filtered ? PlanKind::FilteredPacked422 : PlanKind::Packed422;
+  }
+  return route;
 }
 
 Route sameFormatRoute(const ConvertParams &p) {

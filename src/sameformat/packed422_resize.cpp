@@ -118,6 +118,9 @@ void resizePacked422Swapped(const Job &job) {
 }
 
 void resizePacked422AntiAlias(const Job &job) {
+  if (filteredPackedByRows(job)) {
+    return;
+  }
   constexpr std::ptrdiff_t kEntry = kEntryWords<kFilterTaps>;
   constexpr std::ptrdiff_t kPixelBytes = kMacropixelBytes / 2;
   const ConvertParams &p = job.params;

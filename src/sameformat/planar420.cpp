@@ -102,6 +102,9 @@ void resizeYuv420Planar(const Job &job) {
 }
 
 void resizeYuv420PlanarAntiAlias(const Job &job) {
+  if (filteredPlanesByRows(job)) {
+    return;
+  }
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
     if (isChroma(i)) {

@@ -8,6 +8,7 @@
 #include "sameformat/rgb16_sums.h"
 #include "sameformat/transpose.h"
 #include "vector/resized.h"
+#include "vector/resized_planes.h"
 
 namespace zqcc {
 
@@ -206,6 +207,9 @@ void resizeRotateRgb16(const Job &job) {
 }
 
 void resizeRgb16AntiAlias(const Job &job) {
+  if (filteredWordsByRows(job)) {
+    return;
+  }
   const ConvertParams &p = job.params;
   // This routine counts its pitches in whole pixels.
   const std::ptrdiff_t srcPitch = (p.inStride >> 1) * kPixelBytes;

@@ -13,10 +13,6 @@ constexpr int32_t kBlock = 4;   ///< outputs of a block
 constexpr int32_t kWindow = 16; ///< bytes of a block
 constexpr int32_t kMostWindows = kTaps * kFilterGroup;
 
-constexpr int32_t larger(int32_t a, int32_t b) {
-  return a > b ? a : b;
-}
-
 /// Bytes of a window.
 constexpr int32_t windowBytes(FilterWindows kind) {
   return kind == FilterWindows::Gathered ? kWindow / kBlock : kWindow;
@@ -46,7 +42,7 @@ public:
     for (int32_t i = 0; i < kFilterGroup; ++i) {
       const int32_t *words = entry(g, i);
       for (int32_t t = 0; t < kTaps; ++t, words += kTapWords) {
-        index_[i][t] = static_cast<int32_t>(HeldAtEnd{line_.limit}(words).self);
+        index_[i][t] = static_cast<int32_t>(tap(words).self);
       }
     }
   }
@@ -72,8 +68,8 @@ public:
       for (int32_t t = 0; t < kTaps; ++t, words += kTapWords) {
         const int32_t at = index_[i][t] - window_[i][t] + inBlock;
         const uint8_t mask[4] = {static_cast<uint8_t>(at), 0x80, static_cast<uint8_t>(at + 1), 0x80};
-        const int16_t weight[2] = {static_cast<int16_t>(16 * (kWholeWeight - words[1])),
-                                   static_cast<int16_t>(16 * words[1])};
+        const int32_t next = tap(words).weights.next;
+        const int16_t weight[2] = {static_cast<int16_t>(16 * (kWholeWeight - next)), static_cast<int16_t>(16 * next)};
         std::memcpy(group.mask[t] + std::ptrdiff_t{4} * i, mask, sizeof mask);
         std::memcpy(group.weight[t] + std::ptrdiff_t{2} * i, weight, sizeof weight);
       }
@@ -84,6 +80,10 @@ private:
   /// The words of output i of group g; behind the last output those of the last.
   [[nodiscard]] const int32_t *entry(int32_t g, int32_t i) const {
     return table_ + std::ptrdiff_t{smaller(g * kFilterGroup + i, line_.outputs - 1)} * kEntryWords<kFilterTaps>;
+  }
+
+  [[nodiscard]] SampleTap tap(const int32_t *words) const {
+    return line_.isEvenAtEnd ? EvenAtEnd{line_.limit}(words) : HeldAtEnd{line_.limit}(words);
   }
 
   [[nodiscard]] Extent extentOf(const Part &part) const {
@@ -195,6 +195,17 @@ int32_t commonGroups(const FilterPlan &plan, const FilterLine &luma, const Filte
   return whole;
 }
 
+/// Taps reach back by less than two samples: outputs from the second sample on have none before the first one.
+int32_t leadingGroups(const int32_t *table, int32_t outputs) {
+  int32_t end = 0;
+  for (int32_t i = 0; i < outputs && table[0] < 2; ++i) {
+    for (int32_t t = 0; t < kTaps; ++t, table += kTapWords) {
+      end = table[1] < 0 ? i + 1 : end;
+    }
+  }
+  return filterGroups(end);
+}
+
 constexpr FilterWindows kKinds[] = {FilterWindows::Near, FilterWindows::Shared, FilterWindows::NearOfTaps,
                                     FilterWindows::OfTaps, FilterWindows::Gathered};
 
@@ -226,6 +237,7 @@ FilterPlan makeFilterPlan(const int32_t *table, const FilterLine &luma, const Fi
   lumaRoom.near = reinterpret_cast<NearWindows *>(chromaRoom.windows + std::ptrdiff_t{chromaGroups} * kMostWindows);
   chromaRoom.near = lumaRoom.near + std::ptrdiff_t{lumaGroups} * kTaps;
   FilterPlan plan{};
+  plan.leading = leadingGroups(table, luma.outputs);
   plan.luma = {lumaRoom.groups, lumaRoom.windows, lumaRoom.near};
   plan.chroma = {chromaRoom.groups, chromaRoom.windows, chromaRoom.near};
   for (const FilterWindows kind : kKinds) {

@@ -72,6 +72,7 @@ struct FilterPlan {
   FilterColumns luma;
   FilterColumns chroma; ///< from group `common` on
   int32_t common;       ///< chroma's groups before this are luma's
+  int32_t leading;      ///< only groups before this have negative weights
 
   [[nodiscard]] FilterColumns from(const FilterColumns &columns, int32_t group) const {
     const std::ptrdiff_t row = std::ptrdiff_t{group} * windowRows(kind);
@@ -79,12 +80,13 @@ struct FilterPlan {
   }
 };
 
-/// The lines of a plane: bytes of it that every line has, and where taps step back at its end, see HeldAtEnd in
-/// kernels/taps.h.
+/// The lines of a plane: bytes of it that every line has, and where taps step back at its end, see HeldAtEnd and
+/// EvenAtEnd in kernels/taps.h.
 struct FilterLine {
   int32_t outputs;
   int32_t samples;
   int32_t limit;
+  bool isEvenAtEnd = false;
 };
 
 /// Bytes that a plan takes at most.

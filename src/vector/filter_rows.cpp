@@ -43,11 +43,9 @@ HWY_INLINE VI16 packedWords(VI32 a, VI32 b) {
   return hn::ReorderDemote2To(di16, a, b);
 }
 
-/// Stores the quotients of 16 sums below 2^16 as bytes.
-HWY_INLINE void storeQuotients(const VI32 (&sums)[kVectors], V16 factor, int shift, uint8_t *to) {
-  const auto quotient = [&](VI16 words) HWY_ATTR {
-    return hn::BitCast(di16, hn::ShiftRightSame(hn::MulHigh(hn::BitCast(d16, words), factor), shift));
-  };
+/// Stores a byte for each of 16 sums that fit words: what `quotient` makes of these, which fits a byte.
+template <class Quotient>
+HWY_INLINE void storeBytes(const VI32 (&sums)[kVectors], const Quotient &quotient, uint8_t *to) {
 #if HWY_TARGET == HWY_AVX3
   _mm_storeu_si128(reinterpret_cast<__m128i *>(to), _mm512_cvtepi32_epi8(quotient(hn::BitCast(di16, sums[0])).raw));
 #elif HWY_TARGET == HWY_AVX2
@@ -61,6 +59,14 @@ HWY_INLINE void storeQuotients(const VI32 (&sums)[kVectors], V16 factor, int shi
   const VI16 high = quotient(packedWords(sums[2], sums[3]));
   hn::StoreU(packBlocks(low, high), d8, to);
 #endif
+}
+
+/// Stores the quotients of 16 sums below 2^16 as bytes.
+HWY_INLINE void storeQuotients(const VI32 (&sums)[kVectors], V16 factor, int shift, uint8_t *to) {
+  const auto quotient = [&](VI16 words) HWY_ATTR {
+    return hn::BitCast(di16, hn::ShiftRightSame(hn::MulHigh(hn::BitCast(d16, words), factor), shift));
+  };
+  storeBytes(sums, quotient, to);
 }
 
 // --- Five points ----------------------------------------------------------------------------------------------------
@@ -164,27 +170,129 @@ HWY_INLINE VI32 tapSum(V8 top, V8 bottom, const uint8_t *mask, VI16 weight, VI32
 
 #endif
 
-void fivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLines &from, uint8_t *to) {
+/// Samples that are the low bits of theirs.
+template <int bits>
+struct LowBits {
+  HWY_INLINE static VI16 weight(VI16 times16) { return times16; }
+  HWY_INLINE static VI32 sample(VI32 sum) {
+    const hn::RebindToUnsigned<DI32> du32;
+    return hn::BitCast(di32, hn::ShiftRight<32 - bits>(hn::BitCast(du32, sum)));
+  }
+  HWY_INLINE static void store(const VI32 (&sums)[kVectors], uint8_t *to) {
+    VI32 atTop[kVectors];
+    for (int v = 0; v < kVectors; ++v) {
+      atTop[v] = hn::ShiftLeft<8 - bits>(sums[v]);
+    }
+    storeQuotients(atTop, hn::Set(d16, kFifth), 0, to);
+  }
+};
+
+/// Samples that are whole numbers: without the factor of 16 their sums do not run over.
+template <int bits>
+struct WholeNumbers {
+  HWY_INLINE static VI16 weight(VI16 times16) { return hn::ShiftRight<4>(times16); }
+  HWY_INLINE static VI32 sample(VI32 sum) { return hn::ShiftRight<2 * kWeightBits + 8 - bits>(sum); }
+  HWY_INLINE static void store(const VI32 (&sums)[kVectors], uint8_t *to) {
+    const VI16 factor = hn::Set(di16, static_cast<int16_t>(kFifth));
+    const VI16 byte = hn::Set(di16, 0xFF);
+    const auto quotient = [&](VI16 words) HWY_ATTR { // negative ones are truncated upwards
+      const VI16 fifth = hn::Sub(hn::MulHigh(words, factor), hn::ShiftRight<15>(words));
+      return hn::And(hn::ShiftLeft<8 - bits>(fifth), byte);
+    };
+    storeBytes(sums, quotient, to);
+  }
+};
+
+template <class Samples>
+HWY_NOINLINE void sumTaps(const FilterGroup *columns, int32_t groups, const FivePointLines &from, uint8_t *to) {
   const FivePointLines lines = from; // which no store can change
-  const hn::RebindToUnsigned<DI32> du32;
   const LineFactors factors(lines.next);
-  const V16 fifth = hn::Set(d16, kFifth);
   for (ptrdiff_t at = 0; at < ptrdiff_t{groups} * kWindowBytes; at += kWindowBytes, ++columns) {
     VI32 sums[kVectors];
     for (int v = 0; v < kVectors; ++v) {
-      auto sum = hn::Zero(du32);
+      VI32 sum = hn::Zero(di32);
       for (int32_t t = 0; t < kTaps; ++t) {
         const ptrdiff_t byte = at + ptrdiff_t{v} * kBytes;
-        const VI32 tap = tapSum(hn::LoadU(d8, lines.top[t] + byte), hn::LoadU(d8, lines.bottom[t] + byte),
-                                columns->mask[t] + v * kBytes, hn::Load(di16, columns->weight[t] + v * kWords),
-                                factors.high[t], factors.low[t]);
-        sum = hn::Add(sum, hn::ShiftRight<24>(hn::BitCast(du32, tap)));
+        const VI32 tap = tapSum(
+            hn::LoadU(d8, lines.top[t] + byte), hn::LoadU(d8, lines.bottom[t] + byte), columns->mask[t] + v * kBytes,
+            Samples::weight(hn::Load(di16, columns->weight[t] + v * kWords)), factors.high[t], factors.low[t]);
+        sum = hn::Add(sum, Samples::sample(tap));
       }
-      sums[v] = hn::BitCast(di32, sum);
+      sums[v] = sum;
     }
-    storeQuotients(sums, fifth, 0, to + at / 4);
+    Samples::store(sums, to + at / 4);
   }
 }
+
+template <template <int> class Samples>
+void sumBits(const FilterGroup *columns, int32_t groups, const FivePointLines &lines, uint8_t *to) {
+  switch (lines.bits) {
+  case 5:
+    return sumTaps<Samples<5>>(columns, groups, lines, to);
+  case 6:
+    return sumTaps<Samples<6>>(columns, groups, lines, to);
+  default:
+    return sumTaps<Samples<8>>(columns, groups, lines, to);
+  }
+}
+
+constexpr FivePointRow fivePointRow = sumBits<LowBits>;
+constexpr FivePointRow wholeFivePointRow = sumBits<WholeNumbers>;
+
+#if HWY_TARGET == HWY_AVX3
+
+/// Positive weights in floating point, which is rounded down: no sum is rounded past a whole sample. Bytes are given
+/// upper bytes such that the products of a line, added, are the bits of 2^-64 and 16 (p0 (1024 - x) + p1 x) units of
+/// its last place, without a conversion. That the lines are mixed loses less than a unit, and a sample's bits below the
+/// point go when it is added to a number whose last place it is.
+template <int bits>
+HWY_NOINLINE void sumFloats(const FilterGroup *columns, int32_t groups, const FivePointLines &from, uint8_t *to) {
+  const FivePointLines lines = from; // which no store can change
+  constexpr int kDown = _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC;
+  constexpr int kMantissaBits = 23;
+  constexpr int32_t kExponent = 63; // 2^-64
+  constexpr int kSampleBits = kWeightBits + 4 + 8 - bits;
+  // A sample that counts is 2^kSampleBits last places of 2^-64, and one of the number that it is added to.
+  constexpr int32_t kSum = (kExponent + kSampleBits) << kMantissaBits;
+  constexpr int32_t kAdded = kTaps << (kMantissaBits - kSampleBits); // with the taps' 2^-64
+  constexpr __mmask64 kEven = 0x5555555555555555ULL;
+  const __m512i upper = _mm512_set1_epi16(kExponent << (kMantissaBits - kWeightBits - 4));
+  __m512 next[kTaps];
+  for (int32_t t = 0; t < kTaps; ++t) {
+    next[t] = _mm512_set1_ps(static_cast<float>(lines.next[t]) / kWholeWeight);
+  }
+  for (ptrdiff_t at = 0; at < ptrdiff_t{groups} * kWindowBytes; at += kWindowBytes, ++columns) {
+    __m512 sum = _mm512_castsi512_ps(_mm512_set1_epi32(kSum));
+    for (int32_t t = 0; t < kTaps; ++t) {
+      const __m512i order = hn::Load(d8, columns->mask[t]).raw;
+      const __m512i weight = hn::Load(di16, columns->weight[t]).raw;
+      const auto mixed = [&](const uint8_t *windows) HWY_ATTR {
+        const __m512i pairs = _mm512_mask_shuffle_epi8(upper, kEven, hn::LoadU(d8, windows + at).raw, order);
+        return _mm512_castsi512_ps(_mm512_madd_epi16(pairs, weight));
+      };
+      const __m512 top = mixed(lines.top[t]);
+      const __m512 apart = _mm512_sub_ps(mixed(lines.bottom[t]), top);
+      sum = _mm512_add_round_ps(sum, _mm512_fmadd_round_ps(apart, next[t], top, kDown), kDown);
+    }
+    const VI32 whole = hn::Sub(VI32{_mm512_castps_si512(sum)}, hn::Set(di32, kSum + kAdded));
+    LowBits<bits>::store({whole}, to + at / 4);
+  }
+}
+
+void positiveFivePointRow(const FilterGroup *columns, int32_t groups, const FivePointLines &lines, uint8_t *to) {
+  switch (lines.bits) {
+  case 5:
+    return sumFloats<5>(columns, groups, lines, to);
+  case 6:
+    return sumFloats<6>(columns, groups, lines, to);
+  default:
+    return sumFloats<8>(columns, groups, lines, to);
+  }
+}
+
+#else
+constexpr FivePointRow positiveFivePointRow = fivePointRow;
+#endif
 
 // --- Boxes ----------------------------------------------------------------------------------------------------------
 
@@ -372,6 +480,8 @@ namespace zqcc {
 constexpr PerLevel<WindowRow> WINDOW_ROW = ZQCC_EVERY_LEVEL(windowRow);
 constexpr PerLevel<WindowRow> NEAR_WINDOW_ROW = ZQCC_EVERY_LEVEL(nearWindowRow);
 constexpr PerLevel<FivePointRow> FIVE_POINT_ROW = ZQCC_EVERY_LEVEL(fivePointRow);
+constexpr PerLevel<FivePointRow> POSITIVE_FIVE_POINT_ROW = ZQCC_EVERY_LEVEL(positiveFivePointRow);
+constexpr PerLevel<FivePointRow> WHOLE_FIVE_POINT_ROW = ZQCC_EVERY_LEVEL(wholeFivePointRow);
 constexpr PerLevel<AddLines> ADD_LINES = ZQCC_EVERY_LEVEL(addColumns);
 constexpr PerLevel<AddLines> ADD_PAIRS = ZQCC_EVERY_LEVEL(addPairs);
 constexpr PerLevel<AddLines> ADD_FIRST_ONES = ZQCC_EVERY_LEVEL(addFirstOnes);

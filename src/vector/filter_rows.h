@@ -28,11 +28,17 @@ struct FivePointLines {
   const uint8_t *top[kFilterTaps];
   const uint8_t *bottom[kFilterTaps];
   int32_t next[kFilterTaps];
+  int32_t bits = 8; ///< of samples that are bytes, or of components of 16-bit pixels, which stand at the top of bytes
 };
 
-/// Means of five samples, each the low 8 bits of the bilinear sum: `groups` groups of 16 outputs.
+/// Means of five samples, each the low bits of the bilinear sum: `groups` groups of 16 outputs. What stands below the
+/// bits of a component is without meaning.
 using FivePointRow = void (*)(const FilterGroup *columns, int32_t groups, const FivePointLines &lines, uint8_t *to);
 extern const PerLevel<FivePointRow> FIVE_POINT_ROW;
+/// The same where no weight is negative.
+extern const PerLevel<FivePointRow> POSITIVE_FIVE_POINT_ROW;
+/// The low bits of the truncated means of whole sums, which negative weights may lead below 0 or beyond the bits.
+extern const PerLevel<FivePointRow> WHOLE_FIVE_POINT_ROW;
 
 /// Samples in each direction of a box at most.
 inline constexpr int32_t kMostBoxSamples = 7;

@@ -1,13 +1,14 @@
 #include "vector/five_point_rows.h"
 
 #include "base/limits.h"
-#include "kernels/taps.h"
 #include "vector/resize_plan.h"
 
 #include <cstring>
 
 namespace zqcc {
 namespace {
+
+constexpr int32_t kWindow = 16; ///< bytes of a window that serves four outputs
 
 /// Windows of four bytes, one for every output.
 void gatherRow(const uint8_t *line, const FilterColumns &columns, int32_t rows, int32_t groups, uint8_t *to) {
@@ -40,9 +41,12 @@ int32_t FivePointRows::mostColumns(const Job &job, int32_t chromaShift) {
 
 // Windows are laid out before they are read.
 // cppcheck-suppress uninitMemberVar
-FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room)
+FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room,
+                             const MeanKind &kind)
     : plan_(job.plan->filter), plane_(plane), windowRow_(windowRowOf(plan_.kind, job.levels)),
-      stage_(FIVE_POINT_ROW.in(job.levels)), isLuma_(number == 0), windows_(room.bytes) {
+      stage_(POSITIVE_FIVE_POINT_ROW.in(job.levels)),
+      negativeStage_((kind.isWhole ? WHOLE_FIVE_POINT_ROW : FIVE_POINT_ROW).in(job.levels)), kind_(kind),
+      isLuma_(number == 0), windows_(room.bytes) {
   const int32_t slots = slotsOf(plan_.kind);
   rowBytes_ = 4 * mostColumns(job, chromaShift);
   if (number > 0) {
@@ -58,6 +62,7 @@ void FivePointRows::columns(int32_t first, int32_t count) {
   const int32_t split = isLuma_ ? end : clampTo(plan_.common, start, end);
   parts_[0] = {plan_.from(plan_.luma, start), split - start};
   parts_[1] = {plan_.from(plan_.chroma, split > plan_.common ? split - plan_.common : 0), end - split};
+  leading_ = clampTo(plan_.leading, start, end) - start;
   for (int32_t &line : held_) {
     line = -1;
   }
@@ -85,35 +90,72 @@ void FivePointRows::prefetch(int32_t line) const {
   }
 }
 
+ByteRange FivePointRows::bytesTaken() const {
+  ByteRange range{INT32_MAX, 0};
+  const int32_t rows = windowRows(plan_.kind);
+  for (const Part &part : parts_) {
+    for (int32_t k = 0; k < part.groups * rows * windowsOfGroup(plan_.kind); ++k) {
+      const int32_t window = part.columns.windows[k];
+      range = {smaller(range.first, window), larger(range.end, window + kWindow)};
+    }
+    for (int32_t k = 0; isNear(plan_.kind) && k < part.groups * rows; ++k) {
+      const int32_t first = part.columns.near[k].first;
+      range = {smaller(range.first, first), larger(range.end, first + kWindowBytes)};
+    }
+  }
+  return range;
+}
+
+void FivePointRows::take(int32_t line, int32_t tap, const uint8_t *from) {
+  const int32_t slot = slotOf(line, tap);
+  held_[slot] = line;
+  fill(from, isShared() ? 0 : tap, windows_ + slot * rowBytes_);
+}
+
 const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
-  const bool isShared = windowRows(plan_.kind) == 1;
-  const int32_t slot = isShared ? line % kSharedRows : kTapRows * tap + line % kTapRows;
-  uint8_t *row = windows_ + slot * rowBytes_;
+  const int32_t slot = slotOf(line, tap);
   if (held_[slot] != line) {
-    held_[slot] = line;
-    fill(plane_.samples + line * plane_.stride, isShared ? 0 : tap, row);
+    take(line, tap, plane_.samples + line * plane_.stride);
     prefetch(line + 4);
   }
-  return row;
+  return windows_ + slot * rowBytes_;
+}
+
+FivePointLines FivePointRows::linesOf(const int32_t *yEntry) {
+  FivePointLines lines;
+  lines.bits = kind_.bits;
+  for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
+    const SampleTap tap = tapOf(yEntry);
+    lines.top[t] = windowsOf(static_cast<int32_t>(tap.self), t);
+    lines.bottom[t] = windowsOf(static_cast<int32_t>(tap.next), t);
+    lines.next[t] = kind_.isAlike && t > 0 ? lines.next[0] : tap.weights.next;
+  }
+  return lines;
 }
 
 void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {
-  const HeldAtEnd lineTap{plane_.limitY};
-  FivePointLines lines;
-  for (std::size_t t = 0; t < kFilterTaps; ++t, yEntry += kTapWords) {
-    const SampleTap tap = lineTap(yEntry);
-    lines.top[t] = windowsOf(static_cast<int32_t>(tap.self), static_cast<int32_t>(t));
-    lines.bottom[t] = windowsOf(static_cast<int32_t>(tap.next), static_cast<int32_t>(t));
-    lines.next[t] = tap.weights.next;
+  FivePointLines lines = linesOf(yEntry);
+  bool isNegative = false;
+  for (const int32_t next : lines.next) {
+    isNegative = isNegative || next < 0;
   }
-  for (const Part &part : parts_) {
-    stage_(part.columns.groups, part.groups, lines, to);
-    const std::ptrdiff_t bytes = std::ptrdiff_t{part.groups} * kWindowBytes;
-    for (std::size_t t = 0; t < kFilterTaps; ++t) {
-      lines.top[t] += bytes;
-      lines.bottom[t] += bytes;
+  const auto make = [&](FivePointRow stage, const FilterGroup *groups, int32_t count) {
+    if (count == 0) {
+      return; // calls cost as much as a few groups
     }
-    to += std::ptrdiff_t{part.groups} * kFilterGroup;
+    stage(groups, count, lines, to);
+    for (std::size_t t = 0; t < kFilterTaps; ++t) {
+      lines.top[t] += std::ptrdiff_t{count} * kWindowBytes;
+      lines.bottom[t] += std::ptrdiff_t{count} * kWindowBytes;
+    }
+    to += std::ptrdiff_t{count} * kFilterGroup;
+  };
+  int32_t leading = leading_;
+  for (const Part &part : parts_) {
+    const int32_t whole = isNegative ? part.groups : smaller(leading, part.groups);
+    make(negativeStage_, part.columns.groups, whole);
+    make(stage_, part.columns.groups + whole, part.groups - whole);
+    leading -= smaller(leading, part.groups);
   }
 }
 

@@ -3,12 +3,22 @@
 
 #include "base/job.h"
 #include "kernels/mean_planes.h"
+#include "kernels/taps.h"
+#include "vector/column_plan.h"
 #include "vector/filter_rows.h"
 
 #include <cstddef>
 #include <cstdint>
 
 namespace zqcc {
+
+/// How the means of a picture that keeps its type differ from those of a picture that is converted.
+struct MeanKind {
+  bool isWhole = false;     ///< samples that negative weights lead outside of their range count as they are
+  bool isEvenAtEnd = false; ///< of a line tap at the last line or past it: the even mean of the last two
+  bool isAlike = false;     ///< all taps of a line are weighed as the first one
+  int32_t bits = 8;         ///< of a component
+};
 
 /// Means of the columns of a chunk, a line at a time. The windows of a source line are laid out once and kept while
 /// output lines take taps of them.
@@ -27,12 +37,35 @@ public:
   static int32_t mostColumns(const Job &job, int32_t chromaShift);
 
   /// Plane 0 of a frame is luma, 1 and 2 chroma.
-  FivePointRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room);
+  FivePointRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room,
+                const MeanKind &kind = {});
 
   void columns(int32_t first, int32_t count);
 
   /// A row of the lines of a table entry; whole groups are written.
   void row(const int32_t *yEntry, uint8_t *to);
+
+  // Lines that do not lie as planes are made when they are needed. A row takes those of each tap.
+
+  /// What of a line the chunk takes. Not of gathered windows.
+  [[nodiscard]] ByteRange bytesTaken() const;
+
+  /// Calls make(line, tap) for what a table entry takes and nothing stands there of yet; it has to be taken then.
+  template <class Make>
+  void forEachMissing(const int32_t *yEntry, Make make) const {
+    for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
+      const SampleTap tap = tapOf(yEntry);
+      const int32_t lines[2] = {static_cast<int32_t>(tap.self), static_cast<int32_t>(tap.next)};
+      for (const int32_t line : lines) {
+        if (held_[slotOf(line, t)] != line) {
+          make(line, t);
+        }
+      }
+    }
+  }
+
+  /// Lays out the windows of a line, given where its first sample would be.
+  void take(int32_t line, int32_t tap, const uint8_t *from);
 
 private:
   /// The lines that an output line takes lie within this many: floor(p + 1.6) + 1 - floor(p - 1.6) is at most 5.
@@ -44,6 +77,15 @@ private:
   /// Rows of windows that are kept.
   static int32_t slotsOf(FilterWindows kind) { return windowRows(kind) == 1 ? kSharedRows : kMostSlots; }
 
+  [[nodiscard]] bool isShared() const { return windowRows(plan_.kind) == 1; }
+  [[nodiscard]] int32_t slotOf(int32_t line, int32_t tap) const {
+    return isShared() ? line % kSharedRows : kTapRows * tap + line % kTapRows;
+  }
+  [[nodiscard]] SampleTap tapOf(const int32_t *words) const {
+    return kind_.isEvenAtEnd ? EvenAtEnd{plane_.limitY}(words) : HeldAtEnd{plane_.limitY}(words);
+  }
+
+  FivePointLines linesOf(const int32_t *yEntry);
   const uint8_t *windowsOf(int32_t line, int32_t tap);
   void prefetch(int32_t line) const;
   void fill(const uint8_t *line, int32_t row, uint8_t *to) const;
@@ -58,7 +100,10 @@ private:
   MeanPlane plane_;
   WindowRow windowRow_;
   FivePointRow stage_;
+  FivePointRow negativeStage_; ///< where weights are negative
+  MeanKind kind_;
   bool isLuma_;
+  int32_t leading_ = 0; ///< groups of the chunk that may have negative weights
   Part parts_[2]{};
   int32_t held_[kMostSlots]; ///< the line whose windows a slot has
   uint8_t *windows_;         ///< of the first slot

@@ -163,7 +163,27 @@ struct FilterLines {
   FilterLine chroma;
 };
 
-FilterLines filterLines(const ConvertParams &seen) {
+/// Kinds that read filtered tables.
+constexpr bool isFiltered(PlanKind kind) {
+  return kind == PlanKind::FivePoint || kind == PlanKind::FilteredPlanes420 || kind == PlanKind::FilteredPacked422 ||
+         kind == PlanKind::FilteredRgb16;
+}
+
+/// The lines of pictures that keep their type: all of the samples, and no more. Packed ones have chroma for a lone last
+/// pixel too.
+FilterLines keptFilterLines(PlanKind kind, const ConvertParams &seen) {
+  const FilterLine luma{seen.outWidth, seen.inWidth, seen.inWidth};
+  if (kind == PlanKind::FilteredRgb16) {
+    return {luma, luma}; // of each component
+  }
+  const int32_t lone = kind == PlanKind::FilteredPacked422 ? seen.outWidth % 2 : 0;
+  return {luma, {seen.outWidth / 2 + lone, seen.inWidth / 2, seen.inWidth / 2, true}};
+}
+
+FilterLines filterLines(PlanKind kind, const ConvertParams &seen) {
+  if (kind != PlanKind::FivePoint) {
+    return keptFilterLines(kind, seen);
+  }
   const auto outputs = [&seen](int shift) { return (seen.outWidth + (1 << shift) - 1) >> shift; };
   const int32_t columns = chromaShape(seen.inType, seen.inWidth, seen.inHeight, seen.inStride).columns;
   const FilterLine luma{seen.outWidth, seen.inWidth, seen.inWidth};
@@ -238,8 +258,8 @@ uint64_t resizePlanBytes(PlanKind kind, const ConvertParams &seen) {
     const uint64_t bytes = keptPlanBytes(kind, seen);
     return bytes == 0 ? 0 : bytes + aligned(sizeof(ResizePlan));
   }
-  if (kind == PlanKind::FivePoint) {
-    const FilterLines lines = filterLines(seen);
+  if (isFiltered(kind)) {
+    const FilterLines lines = filterLines(kind, seen);
     return aligned(sizeof(ResizePlan)) + filterPlanBytes(lines.luma, lines.chroma);
   }
   if (kind == PlanKind::Box) {
@@ -258,8 +278,8 @@ void buildResizePlan(PlanKind kind, const ConvertParams &seen, const int32_t *xT
   Pieces pieces(memory);
   if (keepsType(kind)) {
     plan.kept = makeKeptPlan(kind, seen, xTable, pieces.take(0));
-  } else if (kind == PlanKind::FivePoint) {
-    const FilterLines lines = filterLines(seen);
+  } else if (isFiltered(kind)) {
+    const FilterLines lines = filterLines(kind, seen);
     plan.filter = makeFilterPlan(xTable, lines.luma, lines.chroma, pieces.take(0));
   } else {
     makeParts(kind, seen, xTable, pieces, plan);

@@ -54,8 +54,10 @@ bool resizeRows(const SamplerCalls &calls, const ResizeStages &stages, LevelSet 
 
 /// The columns that a sampler has room for.
 template <class Sampler>
-constexpr int32_t columnsOf() {
-  if constexpr (requires { Sampler::kColumns; }) {
+constexpr int32_t columnsOf(const Sampler &sampler) {
+  if constexpr (requires { sampler.mostColumns(); }) {
+    return sampler.mostColumns();
+  } else if constexpr (requires { Sampler::kColumns; }) {
     static_assert(Sampler::kColumns % 128 == 0 && Sampler::kColumns <= kMostColumns);
     return static_cast<int32_t>(Sampler::kColumns);
   } else {
@@ -75,11 +77,13 @@ constexpr int32_t columnsOf() {
 ///         rows can be read, whatever they hold. Single lines that are given the same rows are equal.
 ///     static constexpr std::size_t kColumns;
 ///         The columns that it has room for, if these are not kChunkColumns.
+///     int32_t mostColumns() const;
+///         The same of samplers whose room depends on the frame.
 template <class Sampler>
 bool resizeByRows(Sampler &sampler, const ResizeStages &stages, LevelSet usable, const ResizeTarget &to,
                   const ColorMatrix &matrix) {
   const SamplerCalls calls{
-      &sampler, columnsOf<Sampler>(),
+      &sampler, columnsOf(sampler),
       [](void *self, int32_t first, int32_t count) { static_cast<Sampler *>(self)->columns(first, count); },
       [](void *self, int32_t j, int32_t lineCount, SampleRows(&rows)[2]) {
         static_cast<Sampler *>(self)->lines(j, lineCount, rows);

@@ -4,6 +4,7 @@
 #include "vector/bilinear_rows.h"
 #include "vector/fetch.h"
 #include "vector/packed_store.h"
+#include "vector/parted_means.h"
 #include "vector/resized_planes.h"
 
 #include <cstring>
@@ -18,6 +19,48 @@ constexpr int32_t kSourcePixels = (5 * kChunkColumns + 4 * kPlanWindow + 63) / 6
 /// Fewest macropixels that stages make or part.
 constexpr int32_t kLeastMacropixels = kLeastPixels / 2;
 
+/// Rows of a chunk of the output, and how they become macropixels.
+class MacropixelLines {
+public:
+  static constexpr int32_t kColumns = larger(kChunkColumns, PartedMeans::kColumns);
+
+  // cppcheck-suppress uninitMemberVar ; samples are made before they are read
+  explicit MacropixelLines(const Job &job)
+      : p_(job.params), bytes_(packedLayout(job.packedVariant)), store_(STORE_MACROPIXELS.in(job.levels)) {}
+
+  /// Nothing is sampled for the place beside a lone last pixel: its luma is 0, as far as the line has room for it.
+  void store(int32_t count, uint8_t *to) {
+    if (count % 2 != 0) {
+      y[count] = 0;
+    }
+    const bool uFirst = bytes_.u < bytes_.v;
+    const MacropixelRows rows{y, uFirst ? u : v, uFirst ? v : u};
+    const MacropixelBytes order{bytes_.firstLuma() != 0, bytes_.isSwapped()};
+    const int32_t macropixels = (count + 1) / 2;
+    if (count % 2 == 0 && macropixels >= kLeastMacropixels) {
+      store_(rows, order, to, macropixels);
+      return;
+    }
+    uint8_t line[2 * kColumns + kMacropixelBytes];
+    store_(rows, order, line, larger(macropixels, kLeastMacropixels));
+    const bool cut = count % 2 != 0 && p_.outStride < (p_.outWidth + 1) * 2;
+    std::memcpy(to, line, static_cast<std::size_t>(macropixels * kMacropixelBytes - (cut ? 2 : 0)));
+  }
+
+  alignas(64) uint8_t y[kColumns];
+  alignas(64) uint8_t u[kColumns / 2];
+  alignas(64) uint8_t v[kColumns / 2];
+
+private:
+  const ConvertParams &p_;
+  PackedLayout bytes_;
+  StoreMacropixels store_;
+};
+
+FetchRows partingOf(const Job &job) {
+  return (packedLayout(job.packedVariant).isSwapped() ? SWAPPED_PACKED_ROWS : PACKED_ROWS).in(job.levels);
+}
+
 struct Samples {
   alignas(64) uint8_t y[kSourcePixels];
   alignas(64) uint8_t u[kSourcePixels / 2];
@@ -31,9 +74,7 @@ public:
   // cppcheck-suppress uninitMemberVar ; samples are made before they are read
   explicit PackedResizer(const Job &job)
       : p_(job.params), plan_(job.plan->kept), bytes_(packedLayout(job.packedVariant)),
-        stages_(scaleStagesOf(job.levels)),
-        part_((bytes_.isSwapped() ? SWAPPED_PACKED_ROWS : PACKED_ROWS).in(job.levels)),
-        store_(STORE_MACROPIXELS.in(job.levels)) {}
+        stages_(scaleStagesOf(job.levels)), part_(partingOf(job)), made_(job) {}
 
   void resize(const int32_t *yTable) {
     for (int32_t first = 0; first < p_.outWidth; first += kChunkColumns) {
@@ -43,7 +84,7 @@ public:
       for (int32_t j = 0; j < p_.outHeight; ++j, to += p_.outStride) {
         const SampleTap tap = AsBuilt{}(yTable + j * kTapWords);
         makeRows({static_cast<int32_t>(tap.self), tap.weights.next});
-        storeLine(count, to);
+        made_.store(count, to);
       }
     }
   }
@@ -75,60 +116,79 @@ private:
     stages_.mix(rows.top[2], rows.bottom[2], y.next, chroma_.count, made_.v);
   }
 
-  /// Nothing is sampled for the place beside a lone last pixel: its luma is 0, as far as the line has room for it.
-  void storeLine(int32_t count, uint8_t *to) {
-    if (count % 2 != 0) {
-      made_.y[count] = 0;
-    }
-    const bool uFirst = bytes_.u < bytes_.v;
-    const MacropixelRows rows{made_.y, uFirst ? made_.u : made_.v, uFirst ? made_.v : made_.u};
-    const MacropixelBytes order{bytes_.firstLuma() != 0, bytes_.isSwapped()};
-    const int32_t macropixels = (count + 1) / 2;
-    if (count % 2 == 0 && macropixels >= kLeastMacropixels) {
-      store_(rows, order, to, macropixels);
-      return;
-    }
-    uint8_t line[2 * kChunkColumns + kMacropixelBytes];
-    store_(rows, order, line, larger(macropixels, kLeastMacropixels));
-    const bool cut = count % 2 != 0 && p_.outStride < (p_.outWidth + 1) * 2;
-    std::memcpy(to, line, static_cast<std::size_t>(macropixels * kMacropixelBytes - (cut ? 2 : 0)));
-  }
-
   const ConvertParams &p_;
   const KeptPlan &plan_;
   PackedLayout bytes_;
   ScaleStages stages_;
   FetchRows part_;
-  StoreMacropixels store_;
   ChunkGroups luma_{};
   ChunkGroups chroma_{};
   int32_t first_ = 0; ///< macropixels of the source that the chunk reads
   int32_t count_ = 0;
   KeptRows<3, kChunkColumns> kept_;
   Samples source_;
-  struct {
-    alignas(64) uint8_t y[kChunkColumns];
-    alignas(64) uint8_t u[kChunkColumns / 2];
-    alignas(64) uint8_t v[kChunkColumns / 2];
-  } made_;
+  MacropixelLines made_;
 };
 
-/// Whole macropixels of the source, as many as a stage parts, whose samples lie in windows; and lines that do not
-/// overlap, or the order of the stores would show.
+/// The same by five-point means.
+class PackedFilter {
+public:
+  explicit PackedFilter(const Job &job)
+      : p_(job.params), columns_(PartedMeans::mostColumns(job, 1)), means_(job, linesOf(job), kKinds), made_(job) {}
+
+  void resize(const int32_t *yTable) {
+    for (int32_t first = 0; first < p_.outWidth; first += columns_) {
+      const int32_t count = smaller(p_.outWidth - first, columns_);
+      means_.columns(first, count);
+      uint8_t *to = p_.outBuf[0] + std::ptrdiff_t{first} * 2;
+      for (int32_t j = 0; j < p_.outHeight; ++j, to += p_.outStride) {
+        means_.rows(yTable + j * kEntryWords<kFilterTaps>, {made_.y, made_.u, made_.v});
+        made_.store(count, to);
+      }
+    }
+  }
+
+private:
+  static constexpr MeanKind kWhole{true, false, false, 8};
+  static constexpr MeanKind kKinds[3] = {kWhole, kWhole, kWhole};
+  static_assert(PartedMeans::kColumns <= MacropixelLines::kColumns);
+
+  static PartedLines linesOf(const Job &job) {
+    const ConvertParams &p = job.params;
+    const PackedLayout bytes = packedLayout(job.packedVariant);
+    return {p.inBuf[0], p.inStride, p.inWidth / 2, p.inHeight, 1, partingOf(job), {bytes.left, bytes.u, bytes.v}};
+  }
+
+  const ConvertParams &p_;
+  int32_t columns_; ///< of a chunk
+  PartedMeans means_;
+  MacropixelLines made_;
+};
+
+/// Whole macropixels of the source, as many as a stage parts; and lines that do not overlap, or the order of the stores
+/// would show.
 bool isServed(const Job &job) {
   const ConvertParams &p = job.params;
   return STORE_MACROPIXELS.in(job.levels) != nullptr && p.inWidth % 2 == 0 && p.inWidth >= kLeastPixels &&
-         job.plan->kept.luma.parts != 0 && job.plan->kept.chroma.parts != 0 &&
          p.outStride >= std::ptrdiff_t{p.outWidth} * 2;
 }
 
 } // namespace
 
 bool resizePackedByPlan(const Job &job) {
-  if (!isServed(job)) {
+  const KeptPlan &plan = job.plan->kept;
+  if (!isServed(job) || plan.luma.parts == 0 || plan.chroma.parts == 0) { // samples must lie in windows
     return false;
   }
   PackedResizer(job).resize(job.yTable);
+  return true;
+}
+
+bool filterPackedByPlan(const Job &job) {
+  if (!isServed(job) || !PartedMeans::serve(job.plan->filter)) {
+    return false;
+  }
+  PackedFilter(job).resize(job.yTable);
   return true;
 }
 

@@ -3,14 +3,14 @@
 #include "base/limits.h"
 #include "kernels/taps.h"
 #include "vector/bilinear_rows.h"
+#include "vector/five_point_rows.h"
 
 #include <cstring>
 
 namespace zqcc {
 namespace {
 
-/// Columns made at a time.
-constexpr int32_t kColumns = kMostColumns;
+constexpr int kPlanes = 3;
 
 struct Plane {
   const uint8_t *from;
@@ -28,14 +28,21 @@ Plane planeOf(const ConvertParams &p, int index) {
           p.outStride >> half, p.outWidth >> half, p.outHeight >> half};
 }
 
-/// Makes one line of a chunk at `to`, of the source lines that an entry of the line table says: whole groups.
+// What makes one line of a chunk at `to`, of the source lines that an entry of the line table says: whole groups.
+
 class InterpolatedLines {
 public:
+  static constexpr int32_t kColumns = kMostColumns;
+  static constexpr int32_t kGroup = kPlanGroup;
+  static constexpr std::ptrdiff_t kWords = kTapWords;
+
   InterpolatedLines(const Plane &plane, const TapPlan &plan, const ScaleStages &stages)
       : plane_(plane), plan_(plan), stages_(stages), tapAt_{plane.lines} {}
 
-  void columns(const ChunkGroups &groups) {
-    groups_ = groups;
+  static int32_t mostColumns() { return kColumns; }
+
+  void columns(int32_t first, int32_t count) {
+    groups_ = groupsOf(first, count);
     kept_.forget();
   }
 
@@ -59,10 +66,16 @@ private:
 /// The same of a plan whose lines do not lie between samples either.
 class NearestLines {
 public:
+  static constexpr int32_t kColumns = kMostColumns;
+  static constexpr int32_t kGroup = kPlanGroup;
+  static constexpr std::ptrdiff_t kWords = kTapWords;
+
   NearestLines(const Plane &plane, const PickPlan &plan, const ScaleStages &stages)
       : plane_(plane), plan_(plan), pick_(stages.pick) {}
 
-  void columns(const ChunkGroups &groups) { groups_ = groups; }
+  static int32_t mostColumns() { return kColumns; }
+
+  void columns(int32_t first, int32_t count) { groups_ = groupsOf(first, count); }
 
   void make(const int32_t *entry, uint8_t *to) const {
     pick_(plane_.from + entry[0] * plane_.fromStride, plan_, groups_.first, groups_.count, to);
@@ -75,17 +88,42 @@ private:
   ChunkGroups groups_{};
 };
 
+class FilteredLines {
+public:
+  static constexpr int32_t kColumns = FivePointRows::kColumns;
+  static constexpr int32_t kGroup = kFilterGroup;
+  static constexpr std::ptrdiff_t kWords = kEntryWords<kFilterTaps>;
+
+  // cppcheck-suppress uninitMemberVar ; windows are laid out before they are read
+  FilteredLines(const Job &job, const Plane &plane, int number)
+      : mostColumns_(FivePointRows::mostColumns(job, 1) >> (number > 0 ? 1 : 0)),
+        rows_(job, {plane.from, plane.fromStride, 0, plane.lines, 0}, number, 1, room_, {true, number > 0}) {}
+
+  FilteredLines(const FilteredLines &) = delete; // rows know where their room is
+  FilteredLines &operator=(const FilteredLines &) = delete;
+
+  [[nodiscard]] int32_t mostColumns() const { return mostColumns_; }
+
+  void columns(int32_t first, int32_t count) { rows_.columns(first, count); }
+  void make(const int32_t *entry, uint8_t *to) { rows_.row(entry, to); }
+
+private:
+  int32_t mostColumns_;
+  FivePointRows::Room room_;
+  FivePointRows rows_;
+};
+
 /// Lines whose chunk is no whole number of groups are made in a buffer.
 template <class Lines>
 void resizePlane(const Plane &plane, const int32_t *yTable, Lines lines) {
-  SampleBuffer<kColumns> samples;
-  for (int32_t first = 0; first < plane.width; first += kColumns) {
-    const int32_t count = smaller(plane.width - first, kColumns);
-    const bool fits = count % kPlanGroup == 0;
-    lines.columns(groupsOf(first, count));
+  SampleBuffer<Lines::kColumns> samples;
+  for (int32_t first = 0; first < plane.width; first += lines.mostColumns()) {
+    const int32_t count = smaller(plane.width - first, lines.mostColumns());
+    const bool fits = count % Lines::kGroup == 0;
+    lines.columns(first, count);
     uint8_t *to = plane.to + first;
     for (int32_t j = 0; j < plane.height; ++j, to += plane.toStride) {
-      lines.make(yTable + j * kTapWords, fits ? to : samples.line[0]);
+      lines.make(yTable + j * Lines::kWords, fits ? to : samples.line[0]);
       if (!fits) {
         std::memcpy(to, samples.line[0], static_cast<std::size_t>(count));
       }
@@ -101,7 +139,6 @@ bool isServed(const Plane &plane) {
 } // namespace
 
 bool resizePlanesByPlan(const Job &job) {
-  constexpr int kPlanes = 3;
   const ConvertParams &p = job.params;
   const ScaleStages stages = scaleStagesOf(job.levels);
   if (stages.mix == nullptr || !isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
@@ -115,6 +152,18 @@ bool resizePlanesByPlan(const Job &job) {
     } else {
       resizePlane(plane, job.yTable, InterpolatedLines(plane, i == 0 ? plan.luma : plan.chroma, stages));
     }
+  }
+  return true;
+}
+
+bool filterPlanesByPlan(const Job &job) {
+  const ConvertParams &p = job.params;
+  if (!job.plan->filter.exists || !isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
+    return false;
+  }
+  for (int i = 0; i < kPlanes; ++i) {
+    const Plane plane = planeOf(p, i);
+    resizePlane(plane, job.yTable, FilteredLines(job, plane, i));
   }
   return true;
 }

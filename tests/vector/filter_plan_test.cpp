@@ -57,7 +57,7 @@ void expectLine(const Planned &planned, const FilterLine &line, bool isLuma) {
     const int32_t at = own ? group - plan.common : group;
     for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t) {
       const int32_t *words = planned.table.data() + i * kEntryWords<kFilterTaps> + t * kTapWords;
-      const SampleTap tap = HeldAtEnd{line.limit}(words);
+      const SampleTap tap = line.isEvenAtEnd ? EvenAtEnd{line.limit}(words) : HeldAtEnd{line.limit}(words);
       const FilterGroup &each = columns.groups[at];
       const uint8_t *mask = each.mask[t] + 4 * lane;
       const int32_t window = windowOf(plan, columns, at, lane, t);
@@ -92,7 +92,8 @@ TEST(FilterPlan, GivesEveryOutputItsTaps) {
       for (const int32_t eighths : {1, 4, 6, 8, 11, 13, 16, 19, 20, 24, 25, 28, 32, 33, 35, 40, 64, 128, 256}) {
         const int32_t source = std::max(2, outputs * eighths / 8);
         const FilterLine luma{outputs, source, source};
-        const std::array<FilterLine, 4> chromas{{{outputs, source, source},
+        const std::array<FilterLine, 5> chromas{{{outputs, source, source},
+                                                 {(outputs + 1) / 2, source / 2, source / 2, true},
                                                  {(outputs + 1) / 2, source / 2, source / 2},
                                                  {(outputs + 3) / 4, source / 4, source / 4},
                                                  {(outputs + 1) / 2, source / 2 * 2, kNoLimit}}};
@@ -117,6 +118,27 @@ TEST(FilterPlan, GivesEveryOutputItsTaps) {
   for (const int count : kinds) {
     EXPECT_GT(count, 10);
   }
+}
+
+TEST(FilterPlan, SaysWhichGroupsHaveNegativeWeights) {
+  int32_t most = 0;
+  for (const uint32_t quality : {1U, 2U}) {
+    for (const int32_t outputs : {1, 16, 17, 31, 33, 200, 400, 700}) {
+      for (const int32_t source : {20, 100, 321, 1900}) {
+        const Planned planned(source, outputs, quality, {outputs, source, source});
+        ASSERT_TRUE(planned.plan.exists);
+        int32_t groups = 0;
+        for (int32_t k = 0; k < outputs * static_cast<int32_t>(kFilterTaps); ++k) {
+          if (planned.table.at(static_cast<std::size_t>(k * kTapWords + 1)) < 0) {
+            groups = k / static_cast<int32_t>(kFilterTaps) / kFilterGroup + 1;
+          }
+        }
+        ASSERT_EQ(planned.plan.leading, groups) << source << " to " << outputs;
+        most = std::max(most, groups);
+      }
+    }
+  }
+  EXPECT_GT(most, 3);
 }
 
 FilterWindows kindOf(int32_t source, int32_t outputs, uint32_t quality = 2) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <random>
@@ -22,8 +23,17 @@ int between(std::mt19937 &random, int low, int high) {
   return low + static_cast<int>(random() % static_cast<uint32_t>(high - low + 1));
 }
 
+/// A stage, whether it makes the means of whole samples, and whether it takes negative weights.
+struct Means {
+  const PerLevel<FivePointRow> *stage;
+  bool isWhole;
+  bool takesNegative;
+};
+
 class FilterRows : public AtEveryLevel {
 protected:
+  void expectMeans(const Means &means, int32_t bits);
+
   std::mt19937 random_{5}; // NOLINT(cert-msc51-cpp): the same cases everywhere
 };
 
@@ -72,11 +82,13 @@ TEST_P(FilterRows, WindowsAreCopiedFromWhereTheyLie) {
 
 // --- Five points ----------------------------------------------------------------------------------------------------
 
-/// What a mean is made of: the low 8 bits of every sample.
-int32_t bilinear(const uint8_t *top, const uint8_t *bottom, int32_t x, int32_t y) {
-  const int64_t upper = top[0] * int64_t{1024} + (top[1] - top[0]) * int64_t{x};
-  const int64_t lower = bottom[0] * int64_t{1024} + (bottom[1] - bottom[0]) * int64_t{x};
-  return static_cast<int32_t>((upper * 1024 + (lower - upper) * y) >> 20 & 255);
+/// A sample of the upper bits of bytes.
+int32_t bilinear(const uint8_t *top, const uint8_t *bottom, int32_t x, int32_t y, int32_t bits) {
+  const auto component = [bits](uint8_t byte) { return int64_t{byte} >> (8 - bits); };
+  const auto mixed = [x](int64_t left, int64_t right) { return left * 1024 + (right - left) * x; };
+  const int64_t upper = mixed(component(top[0]), component(top[1]));
+  const int64_t lower = mixed(component(bottom[0]), component(bottom[1]));
+  return static_cast<int32_t>((upper * 1024 + (lower - upper) * y) >> 20);
 }
 
 /// From all of the range that tables have: positions between -1 and 0 have negative weights.
@@ -97,32 +109,37 @@ int32_t weight(std::mt19937 &random) {
   }
 }
 
-TEST_P(FilterRows, MeansOfFivePointsHaveTheLowBitsOfEverySample) {
+void FilterRows::expectMeans(const Means &means, int32_t bits) {
   constexpr std::size_t kMost = 4;
   std::vector<FilterGroup> columns(kMost);
   GuardedPages rows(std::size_t{2} * kFilterTaps * kMost * kWindowBytes, Access::ReadOnly);
   GuardedPages to(kMost * kFilterGroup, Access::ReadWrite);
-  for (int round = 0; round < 3000; ++round) {
+  for (int round = 0; round < 1000; ++round) {
     const std::size_t groups = 1 + static_cast<std::size_t>(round) % kMost;
     const std::size_t rowBytes = groups * kWindowBytes;
     const Against against = round % 2 == 0 ? Against::End : Against::Start;
     rows.place(2 * kFilterTaps * rowBytes, against);
     const auto fill = round % 3 == 0 ? support::Fill::Extremes : support::Fill::Noise;
     support::fill(rows.write(), rows.size(), fill, static_cast<uint32_t>(round));
+    const auto component = static_cast<uint8_t>(0xFF00 >> bits);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      rows.write()[i] &= component;
+    }
     to.place(groups * kFilterGroup, against);
     FivePointLines lines{};
+    lines.bits = bits;
     int32_t at[kMost * kFilterGroup][kFilterTaps];
     int32_t next[kMost * kFilterGroup][kFilterTaps];
     for (std::size_t t = 0; t < kFilterTaps; ++t) {
       lines.top[t] = rows.data() + 2 * t * rowBytes;
       lines.bottom[t] = rows.data() + (2 * t + 1) * rowBytes;
-      lines.next[t] = weight(random_);
+      lines.next[t] = means.takesNegative ? weight(random_) : std::abs(weight(random_));
       for (std::size_t i = 0; i < groups * kFilterGroup; ++i) {
         const int32_t number = between(random_, 0, 14);
         FilterGroup &group = columns[i / kFilterGroup];
         const std::size_t lane = i % kFilterGroup;
         at[i][t] = static_cast<int32_t>(i / 4 * 16) + number;
-        next[i][t] = weight(random_);
+        next[i][t] = means.takesNegative ? weight(random_) : std::abs(weight(random_));
         group.mask[t][4 * lane] = static_cast<uint8_t>(number);
         group.mask[t][4 * lane + 1] = group.mask[t][4 * lane + 3] = 0x80;
         group.mask[t][4 * lane + 2] = static_cast<uint8_t>(number + 1);
@@ -131,15 +148,31 @@ TEST_P(FilterRows, MeansOfFivePointsHaveTheLowBitsOfEverySample) {
       }
     }
     const auto fault = support::catchFault(
-        [&] { FIVE_POINT_ROW.of[GetParam()](columns.data(), static_cast<int32_t>(groups), lines, to.data()); });
+        [&] { means.stage->of[GetParam()](columns.data(), static_cast<int32_t>(groups), lines, to.data()); });
     ASSERT_FALSE(fault.has_value() || to.damage().has_value());
     for (std::size_t i = 0; i < groups * kFilterGroup; ++i) {
       int32_t sum = 0;
       for (std::size_t t = 0; t < kFilterTaps; ++t) {
-        sum += bilinear(lines.top[t] + at[i][t], lines.bottom[t] + at[i][t], next[i][t], lines.next[t]);
+        const int32_t sample =
+            bilinear(lines.top[t] + at[i][t], lines.bottom[t] + at[i][t], next[i][t], lines.next[t], bits);
+        sum += means.isWhole ? sample : sample & ((1 << bits) - 1);
       }
-      ASSERT_EQ(to.data()[i], sum / 5) << "output " << i << " of round " << round;
+      const int32_t mean = sum / 5 & ((1 << bits) - 1);
+      ASSERT_EQ(to.data()[i] >> (8 - bits), mean) << bits << " bits, output " << i << " of round " << round;
     }
+  }
+}
+
+TEST_P(FilterRows, MeansOfFivePointsHaveTheLowBitsOfEverySample) {
+  for (const int32_t bits : {5, 6, 8}) {
+    expectMeans({&FIVE_POINT_ROW, false, true}, bits);
+    expectMeans({&POSITIVE_FIVE_POINT_ROW, false, false}, bits);
+  }
+}
+
+TEST_P(FilterRows, WholeMeansOfFivePointsAreTruncatedAtLast) {
+  for (const int32_t bits : {5, 6, 8}) {
+    expectMeans({&WHOLE_FIVE_POINT_ROW, true, true}, bits);
   }
 }
 
@@ -164,9 +197,11 @@ TEST_P(FilterRows, FifthsAreExact) {
                   static_cast<uint8_t>(sample));
     }
     uint8_t to[kFilterGroup];
-    FIVE_POINT_ROW.of[GetParam()](&columns, 1, lines, to);
-    for (const uint8_t mean : to) {
-      ASSERT_EQ(mean, sum / 5) << sum;
+    for (const auto *stage : {&FIVE_POINT_ROW, &POSITIVE_FIVE_POINT_ROW, &WHOLE_FIVE_POINT_ROW}) {
+      stage->of[GetParam()](&columns, 1, lines, to);
+      for (const uint8_t mean : to) {
+        ASSERT_EQ(mean, sum / 5) << sum;
+      }
     }
   }
 }

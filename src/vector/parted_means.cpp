@@ -1,0 +1,59 @@
+#include "vector/parted_means.h"
+
+#include "base/limits.h"
+#include "vector/stages.h"
+
+namespace zqcc {
+namespace {
+
+MeanPlane planeOf(const PartedLines &from) {
+  return {nullptr, 0, 0, from.lines, 0};
+}
+
+} // namespace
+
+// Samples are made before they are read.
+// cppcheck-suppress uninitMemberVar
+PartedMeans::PartedMeans(const Job &job, const PartedLines &from, const MeanKind (&kinds)[3])
+    : from_(from), means_{{job, planeOf(from), 0, from.shift, room_, kinds[0]},
+                          {job, planeOf(from), 1, from.shift, room_, kinds[1]},
+                          {job, planeOf(from), 2, from.shift, room_, kinds[2]}} {}
+
+void PartedMeans::columns(int32_t first, int32_t count) {
+  const int32_t least = kLeastPixels >> from_.shift;
+  const int32_t chromaCount = (count + from_.shift) >> from_.shift;
+  means_[0].columns(first, count);
+  means_[1].columns(first >> from_.shift, chromaCount);
+  means_[2].columns(first >> from_.shift, chromaCount);
+  const ByteRange luma = means_[0].bytesTaken();
+  const ByteRange chroma = means_[1].bytesTaken();
+  first_ = smaller(smaller(luma.first >> from_.shift, chroma.first), from_.units - least);
+  count_ = larger(larger((luma.end + from_.shift) >> from_.shift, chroma.end) - first_, least);
+  parted_ = -1;
+}
+
+void PartedMeans::part(int32_t line) {
+  if (line == parted_) {
+    return;
+  }
+  parted_ = line;
+  const std::ptrdiff_t unitBytes = std::ptrdiff_t{2} << from_.shift;
+  const uint8_t *bytes = from_.bytes + line * from_.stride + first_ * unitBytes;
+  from_.part({bytes + from_.at[0], bytes + from_.at[1], bytes + from_.at[2]}, {samples_[0], samples_[1], samples_[2]},
+             count_ << from_.shift);
+}
+
+void PartedMeans::rows(const int32_t *yEntry, uint8_t *const (&to)[3]) {
+  // All components take the same lines.
+  means_[0].forEachMissing(yEntry, [this](int32_t line, int32_t tap) {
+    part(line);
+    means_[0].take(line, tap, samples_[0] - (std::ptrdiff_t{first_} << from_.shift));
+    means_[1].take(line, tap, samples_[1] - first_);
+    means_[2].take(line, tap, samples_[2] - first_);
+  });
+  for (int c = 0; c < 3; ++c) {
+    means_[c].row(yEntry, to[c]);
+  }
+}
+
+} // namespace zqcc
