@@ -26,8 +26,9 @@ std::vector<Mode> modesThatResize() {
   for (const Mode &mode : containment::allModes()) {
     const bool turns = mode.rotation >= ROTATION_NONE && mode.rotation <= ROTATION_FLIP_V;
     const bool toRgb = support::isRgb16(mode.outType) || mode.outType == COLOR_RGB24;
-    const bool resizes = mode.isResize == 1 && mode.quality != 2 && mode.inType != mode.outType;
-    if (turns && toRgb && resizes && containment::cellOf(containment::recordOf(mode, {24, 24, 23, 29})) >= 0) {
+    const bool resizes = mode.isResize == 1 && mode.quality != 2;
+    if (turns && resizes && (toRgb || mode.inType == mode.outType) &&
+        containment::cellOf(containment::recordOf(mode, {24, 24, 23, 29})) >= 0) {
       modes.push_back(mode);
     }
   }
