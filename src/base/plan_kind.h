@@ -21,14 +21,14 @@ enum class PlanKind : uint32_t {
   Rgb24,             ///< the same of B, G, R bytes
   FivePoint,         ///< planar types, five-point means
   Box,               ///< planar types, box means
-  Rgb16,             ///< the same of 16-bit pixels
-  Rgb16Turned,       ///< pairs of lines are weighed alike
+  Rgb16,             ///< 16-bit pixels that stay so, bilinear
+  Rgb16Turned,       ///< the same in quarter turns: pairs of lines are weighed alike
   Planes420,         ///< planar 4:2:0 that stays so, every plane bilinear
   Planes420Nearest,  ///< the same reduced by whole numbers, which never lie between samples
   Packed422,         ///< packed 4:2:2 that stays so, luma and chroma bilinear
   FilteredPlanes420, ///< planar 4:2:0 that stays so, every plane by five-point means
   FilteredPacked422, ///< packed 4:2:2 that stays so, luma and chroma by five-point means
-  FilteredRgb16,     ///< 16-bit pixels, by five-point means
+  FilteredRgb16,     ///< 16-bit pixels that stay so, by five-point means
   RunLength,         ///< planar types to RGB24, nearest
   Packed,            ///< packed 4:2:2, nearest: the column table itself is all that vector code reads
 };

@@ -16,7 +16,7 @@ struct WholeSample {
 
 /// Sums wrap: what of them counts is exact modulo 2^32.
 template <class Sample, bool isFirst>
-void sumTap(const LineTap &line, const ColumnTap *columns, int32_t count, int32_t *sums) {
+void sumTap(const TapLines &line, const TapPlace *columns, int32_t count, int32_t *sums) {
   const uint8_t *top = line.top;
   const uint8_t *topNext = line.topNext;
   const uint8_t *bottom = line.bottom;

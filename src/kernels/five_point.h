@@ -20,7 +20,7 @@
 
 namespace zqcc {
 
-/// Output columns that are made at a time: even eighths, so that chunks of chroma begin where chunks of luma do.
+/// Output columns that are made at a time, a multiple of eight: chunks of chroma begin where those of luma do.
 inline constexpr int32_t kMeanChunk = 64;
 
 /// Calls visit(first, count) with every chunk of `width` columns, each of which goes down the whole picture. The last
@@ -33,14 +33,14 @@ void forEachMeanChunk(int32_t width, Visit visit) {
   }
 }
 
-/// A tap of a column: how far into a line its sample stands, in bytes, and the neighbour's weight.
-struct ColumnTap {
+/// A tap at a column: how far into a line its sample stands, in bytes, and the neighbour's weight.
+struct TapPlace {
   uint32_t at;
   int32_t next;
 };
 
-/// A tap of a line: where both lines start, and where they do for the right neighbours.
-struct LineTap {
+/// The lines of a tap: where both start, and where they do for the right neighbours.
+struct TapLines {
   const uint8_t *top;
   const uint8_t *topNext;
   const uint8_t *bottom;
@@ -52,7 +52,7 @@ struct LineTap {
 using FiveSums = int32_t[kMeanChunk];
 
 /// Makes `count` sums, a multiple of kColumnsAtOnce, from a tap's samples.
-using SumSamples = void (*)(const LineTap &line, const ColumnTap *columns, int32_t count, int32_t *sums);
+using SumSamples = void (*)(const TapLines &line, const TapPlace *columns, int32_t count, int32_t *sums);
 inline constexpr int32_t kColumnsAtOnce = 4;
 
 /// What is summed: the first tap's samples, and those of the others.
@@ -75,8 +75,8 @@ class FivePointColumns {
 public:
   /// Of `count` outputs whose table entries follow one another, each tap read through `tapOf`. Neighbouring samples are
   /// `step` bytes apart.
-  // cppcheck-suppress uninitMemberVar ; as many taps as are read
   template <class TapOf>
+  // cppcheck-suppress uninitMemberVar ; as many taps as are read
   FivePointColumns(const int32_t *entries, int32_t count, TapOf tapOf, std::ptrdiff_t step)
       : count_((count + kColumnsAtOnce - 1) / kColumnsAtOnce * kColumnsAtOnce) {
     for (int32_t i = 0; i < count_; ++i) {
@@ -106,7 +106,7 @@ public:
   }
 
 private:
-  ColumnTap taps_[kFilterTaps][kMeanChunk];
+  TapPlace taps_[kFilterTaps][kMeanChunk];
   std::ptrdiff_t neighbour_ = 0;
   int32_t count_;
 };

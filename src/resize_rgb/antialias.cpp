@@ -1,30 +1,19 @@
 #include "resize_rgb/antialias.h"
 
 #include "base/limits.h"
-#include "base/picture_shape.h"
 #include "base/table_format.h"
 #include "kernels/arithmetic.h"
 #include "kernels/five_point.h"
+#include "kernels/mean_planes.h"
 #include "kernels/scratch.h"
 #include "kernels/stores.h"
 #include "resize_rgb/box_mean.h"
 #include "vector/filtered.h"
 
-#include <cstring>
 #include <type_traits>
 
 namespace zqcc {
 namespace {
-
-/// A plane and how much of it the filters may read. The column limit can lie behind the samples of a line: what stands
-/// there (padding, or the next line) is then part of the mean. Table entries end at the picture's width, and where the
-/// limit lies behind a plane's last sample the width does not, so that nothing behind a plane is read.
-struct FilterPlane {
-  const uint8_t *samples;
-  std::ptrdiff_t stride;
-  int32_t limitX;
-  int32_t limitY;
-};
 
 // A mean is built for a chunk of output columns and the column limit of the planes that it serves; line() makes a line
 // of its samples.
@@ -38,7 +27,7 @@ public:
   FivePointMean(const int32_t *x, int32_t count, int32_t limitX)
       : columns_(x, count, HeldAtEnd{limitX > 0 ? limitX : 1}, 1), count_(count) {}
 
-  void line(const FilterPlane &plane, const int32_t *y, uint8_t *samples) const {
+  void line(const MeanPlane &plane, const int32_t *y, uint8_t *samples) const {
     FiveSums sums;
     columns_.sumLine(plane.samples, plane.stride, y, HeldAtEnd{plane.limitY}, LOW_BYTES, sums);
     for (int32_t i = 0; i < count_; ++i) {
@@ -84,7 +73,7 @@ public:
     }
   }
 
-  void line(const FilterPlane &plane, const int32_t *y, uint8_t *samples) const {
+  void line(const MeanPlane &plane, const int32_t *y, uint8_t *samples) const {
     const int32_t lines = listedBelow(y, plane.limitY);
     const BoxLines box{plane.samples + (lines > 0 ? y[0] : 0) * plane.stride, spacingOf(y) * plane.stride, spacing_,
                        lines};
@@ -104,31 +93,6 @@ private:
   int32_t runCount_ = 0;
   Run runs_[kMostOfBox + 1];
   int32_t at_[kMeanChunk];
-};
-
-/// Planes of a frame. Luma's columns end at the stride, not at the width, and so do those of planes as large as luma's.
-/// Subsampled chroma's end at its samples, or at the pitch if that is less; but 4:2:2 is read at the pitch of two lines
-/// and its columns end there.
-struct FilterPlanes {
-  FilterPlane planes[3];
-
-  explicit FilterPlanes(const Job &job) {
-    const ConvertParams &p = job.params;
-    planes[0] = {p.inBuf[0], p.inStride, p.inStride, p.inHeight};
-    const ChromaShape shape = chromaShape(p.inType, p.inWidth, p.inHeight, p.inStride);
-    const bool isFullSize = shape.columns == p.inWidth && shape.lines == p.inHeight;
-    FilterPlane chroma{nullptr, shape.pitch, isFullSize ? p.inStride : smaller(shape.columns, shape.pitch),
-                       shape.lines};
-    if (isPlanar422(p.inType)) {
-      chroma.stride = std::ptrdiff_t{shape.pitch} * 2;
-      chroma.limitX = shape.pitch * 2;
-      chroma.limitY = p.inHeight / 2;
-    }
-    for (int i = 1; i < 3; ++i) {
-      planes[i] = chroma;
-      planes[i].samples = p.inBuf[i];
-    }
-  }
 };
 
 using MeanRow = uint8_t[kMeanChunk];
@@ -170,7 +134,7 @@ struct Sharing {
 template <class Mean>
 void filterFrame(const Job &job, const Sharing &sharing) {
   const ConvertParams &p = job.params;
-  const FilterPlanes from(job);
+  const MeanPlanes from(p);
   forEachMeanChunk(p.outWidth, [&](int32_t first, int32_t count) {
     MeanRow rows[3];
     const int32_t chromaCount = ((count - 1) >> sharing.columnShift) + 1;

@@ -29,7 +29,8 @@ uint32_t sumOf(const uint8_t *from, std::ptrdiff_t step) {
 
 /// Every sample is added once. Boxes of one line never overlap, so there is nothing to share.
 template <int32_t columns>
-void meansOf(const BoxLines box, const int32_t *at, int32_t count, uint8_t *means) {
+void meansOf(const BoxLines &lines, const int32_t *at, int32_t count, uint8_t *means) {
+  const BoxLines box = lines; // no store of a mean changes this one
   const uint32_t reciprocal = reciprocalOf(box.lines * columns);
   for (const int32_t *const end = at + count; at != end; ++at) {
     const uint8_t *from = box.first + *at;

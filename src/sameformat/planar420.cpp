@@ -36,7 +36,7 @@ Plane planeOf(const ConvertParams &p, int index) {
 }
 
 template <class ColumnTap, class LineTap>
-void resamplePlane(const Plane &plane, const Job &job, ColumnTap columnTap, LineTap lineTap) {
+void resamplePlane(const Plane &plane, const Job &job, const ColumnTap &columnTap, const LineTap &lineTap) {
   const auto byteOf = [](std::ptrdiff_t column) { return column; };
   for (int32_t j = 0; j < plane.height; ++j) {
     const SourceLines lines = linePair(plane.src, plane.srcPitch, lineTap(job.yTable + j * kTapWords));

@@ -162,7 +162,7 @@ private:
   const int32_t *entries_;
   int32_t count_;
   int32_t leading_ = 0; ///< columns up to the last one of a negative weight, which the sums have no room for
-  ColumnTap taps_[kFilterTaps][kMeanChunk];
+  TapPlace taps_[kFilterTaps][kMeanChunk];
 };
 
 template <Turn turn>

@@ -26,7 +26,7 @@ uint32_t pixelAt(const uint8_t *p) {
 /// Mixing is linear, so whole pixels can be mixed: what they give is blue's sum, green's and red's at their places, and
 /// green's, the widest, needs no mixing of its own. Red's runs over the word's end, as it does in the difference.
 template <bool halfwords>
-void addPixels(const SourceLines &line, const ColumnTap *columns, int32_t count, Rgb16Sum *sums) {
+void addPixels(const SourceLines &line, const TapPlace *columns, int32_t count, Rgb16Sum *sums) {
   constexpr int kShift = 2 * kWeightBits;
   const uint8_t *top = line.self;
   const uint8_t *bottom = line.next;
@@ -60,9 +60,13 @@ constexpr uint32_t fifthOf(uint32_t sum) {
 
 } // namespace
 
-AddPixels addPixelsOf(const uint8_t *pixels, std::ptrdiff_t pitch) {
-  const auto odd = (reinterpret_cast<std::uintptr_t>(pixels) | static_cast<std::uintptr_t>(pitch)) & 1U;
-  return kWordsAnywhere || odd == 0 ? addPixels<true> : addPixels<false>;
+AddPixels addPixelsOf([[maybe_unused]] const uint8_t *pixels, [[maybe_unused]] std::ptrdiff_t pitch) {
+  if constexpr (kWordsAnywhere) {
+    return addPixels<true>;
+  } else {
+    const auto place = reinterpret_cast<std::uintptr_t>(pixels) | static_cast<std::uintptr_t>(pitch);
+    return place % sizeof(uint16_t) == 0 ? addPixels<true> : addPixels<false>;
+  }
 }
 
 void storeFifths(const Rgb16Sum *sums, int32_t count, uint8_t *out) {

@@ -17,7 +17,7 @@ struct Rgb16Sum {
 };
 
 /// Adds the samples of one tap of a line at `count` columns.
-using AddPixels = void (*)(const SourceLines &line, const ColumnTap *columns, int32_t count, Rgb16Sum *sums);
+using AddPixels = void (*)(const SourceLines &line, const TapPlace *columns, int32_t count, Rgb16Sum *sums);
 /// The function for pixels at these addresses.
 AddPixels addPixelsOf(const uint8_t *pixels, std::ptrdiff_t pitch);
 

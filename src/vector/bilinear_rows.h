@@ -24,10 +24,12 @@ struct ScaleStages {
   PickRow pick;
   FetchRows fetchRgb24;
   FetchRows fetchRgb565;
+  FillWordRows fillWords;
 };
 
 inline ScaleStages scaleStagesOf(LevelSet usable) {
-  return {FILL_ROW.in(usable), MIX_ROWS.in(usable), PICK_ROW.in(usable), RGB24_ROWS.in(usable), RGB565_ROWS.in(usable)};
+  return {FILL_ROW.in(usable),   MIX_ROWS.in(usable),    PICK_ROW.in(usable),
+          RGB24_ROWS.in(usable), RGB565_ROWS.in(usable), FILL_WORD_ROWS.in(usable)};
 }
 
 /// The taps of output lines, pair by pair.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/job.h"
-#include "vector/filter_planes.h"
+#include "kernels/mean_planes.h"
 #include "vector/filter_rows.h"
 
 #include <cstddef>

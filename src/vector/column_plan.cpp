@@ -31,9 +31,10 @@ struct ByteSpan {
 struct SpanOfTap {
   const Tap *taps;
   int32_t step;
+  int32_t bytes; ///< of a sample
   ByteSpan operator()(int32_t output) const {
     const int32_t first = taps[output].index * step;
-    return {first, first + step};
+    return {first, first + step + bytes - 1};
   }
 };
 
@@ -77,7 +78,7 @@ int32_t smaller(int32_t a, int32_t b) {
 
 /// Bytes of a line.
 int32_t bytesOf(PlanLine line) {
-  return (line.samples - 1) * line.step + 1;
+  return (line.samples - 1) * line.step + line.bytes;
 }
 
 /// Where the windows of a group begin. `first` is its first output.
@@ -132,24 +133,24 @@ void placeGathered(int32_t parts, int32_t (&window)[4][kBlocks]) {
 }
 
 /// A tap's entry: byte numbers of the sample and of the next one, and the weights.
-void enter(TapGroup &group, int32_t i, int32_t self, int32_t next, int32_t weight) {
+void enter(TapGroup &group, int32_t i, int32_t self, int32_t next, int32_t weight, int32_t bytes = 1) {
   const int32_t k = i / 4 % 4;
   const int32_t at = i / kBlock * kBlock + i % 4 * 4;
   uint8_t *mask = group.mask[k] + at;
   mask[0] = static_cast<uint8_t>(self);
-  mask[1] = kNoByte;
+  mask[1] = bytes == 1 ? kNoByte : static_cast<uint8_t>(self + 1);
   mask[2] = static_cast<uint8_t>(next);
-  mask[3] = kNoByte;
+  mask[3] = bytes == 1 ? kNoByte : static_cast<uint8_t>(next + 1);
   int16_t *weights = group.weight[k] + at / 2;
   weights[0] = static_cast<int16_t>(kWholeWeight - weight);
   weights[1] = static_cast<int16_t>(weight);
 }
 
-void fillGroup(TapGroup &group, const Tap *taps, int32_t parts, int32_t step) {
+void fillGroup(TapGroup &group, const Tap *taps, int32_t parts, const PlanLine &line) {
   const int32_t neighbours = kBlock / parts;
   for (int32_t i = 0; i < kPlanGroup; ++i) {
-    const int32_t self = taps[i].index * step - group.window[i % kBlock / neighbours][i / kBlock];
-    enter(group, i, self, self + step, taps[i].next);
+    const int32_t self = taps[i].index * line.step - group.window[i % kBlock / neighbours][i / kBlock];
+    enter(group, i, self, self + line.step, taps[i].next, line.bytes);
   }
 }
 
@@ -219,8 +220,8 @@ TapPlan makeTapPlan(void *memory, int32_t outputs, PlanLine line) {
   auto *const groups = static_cast<TapGroup *>(memory);
   Tap *const taps = planTaps(memory, outputs);
   completeTaps(taps, outputs, line.samples);
-  const int32_t step = line.samples > 1 ? line.step : 0; // a single sample is its own neighbour
-  const SpanOfTap spanOf{taps, step};
+  line.step = line.samples > 1 ? line.step : 0; // a single sample is its own neighbour
+  const SpanOfTap spanOf{taps, line.step, line.bytes};
   const int32_t parts = partsFor(spanOf, wholeOutputs(outputs), bytesOf(line));
   bool withinReach = parts != 0;
   for (int32_t g = 0; g < planGroups(outputs) && withinReach; ++g) {
@@ -237,9 +238,9 @@ TapPlan makeTapPlan(void *memory, int32_t outputs, PlanLine line) {
     } else {
       placeWindows(spanOf, first, parts, bytesOf(line), groups[g].window);
     }
-    fillGroup(groups[g], taps + first, parts, step);
+    fillGroup(groups[g], taps + first, parts, line);
   }
-  return {groups, parts, taps, step, withinReach};
+  return {groups, parts, taps, line.step, withinReach};
 }
 
 std::size_t pickPlanBytes(int32_t outputs) {
@@ -271,7 +272,7 @@ ByteRange bytesRead(const TapPlan &plan, int32_t firstGroup, int32_t groups) {
   if (plan.withinReach) {
     return {group->base, group[groups - 1].base + kPlanReach};
   }
-  return bytesReadBy(plan, SpanOfTap{plan.taps, plan.step}, firstGroup, groups);
+  return bytesReadBy(plan, SpanOfTap{plan.taps, plan.step, 1}, firstGroup, groups);
 }
 
 ByteRange bytesRead(const PickPlan &plan, int32_t firstGroup, int32_t groups) {

@@ -66,6 +66,7 @@ struct PickPlan {
 struct PlanLine {
   int32_t samples;
   int32_t step;
+  int32_t bytes = 1; ///< of a sample: 2 for words, which lie side by side and are not gathered
 };
 
 // A plan is made in memory of its caller's, which begins at a multiple of 64 bytes. The caller writes what every output

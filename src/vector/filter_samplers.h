@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/table_format.h"
-#include "vector/filter_planes.h"
+#include "kernels/mean_planes.h"
 #include "vector/resize_rows.h"
 
 #include <cstddef>

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "base/job.h"
+#include "kernels/mean_planes.h"
 #include "kernels/taps.h"
 #include "vector/column_plan.h"
-#include "vector/filter_planes.h"
 #include "vector/filter_rows.h"
 
 #include <cstddef>

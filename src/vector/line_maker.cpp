@@ -34,7 +34,7 @@ bool LineMaker::prepare(const RowStages &stages, LevelSet usable, const ColorMat
   pair_ = bestOf(stages.pair, usable);
   single_ = bestOf(stages.single, usable);
   fetch_ = bestOf(stages.fetch, usable);
-  planarPairs_ = pair_ != nullptr && view_.layout.sampleStep == 1;
+  planarPairs_ = pair_ != nullptr && view_.layout.sampleStep == 1 && view_.layout.xShift == 1;
   pixelBytes_ = stages.pixelBytes;
   const bool colours = pair_ != nullptr || single_ != nullptr;
   const bool fetches = stages.fetch == nullptr || fetch_ != nullptr;
@@ -72,27 +72,26 @@ void LineMaker::makeColumns(const LinePair &lines, int32_t x, int32_t pixels, ui
   }
 }
 
-[[gnu::always_inline]] inline void LineMaker::prefetch(const LinePair &lines, int32_t x, int32_t pixels,
-                                                       const SampleSteps &next) const {
+[[gnu::always_inline]] inline void LineMaker::prefetch(const LinePair &lines, int32_t x,
+                                                       const SampleSteps &nextEnd) const {
   const LayoutValues &layout = view_.layout;
-  const std::ptrdiff_t lumaBytes = std::ptrdiff_t{pixels >> 1} * layout.pairStep;
-  const std::ptrdiff_t chromaBytes = std::ptrdiff_t{pixels >> layout.xShift} * layout.sampleStep;
   for (int line = 0; line < 2; ++line) {
     const SourceLine from = sourceAt(lines, line, x);
-    prefetchRow(from.y + next.luma, lumaBytes);
+    prefetchEnd<2>(from.y + nextEnd.luma);
     if (layout.pairStep != 2) {
-      prefetchRow(from.y + next.luma + lumaBytes / 2, 1);
+      prefetchEnd<2>(from.y + nextEnd.luma - 128);
     } else if (line == 0 || layout.yShift == 0) {
-      prefetchRow(from.u + next.chroma, chromaBytes);
-      prefetchRow(from.v + next.chroma, chromaBytes);
+      prefetchEnd<2>(from.u + nextEnd.chroma);
+      prefetchEnd<2>(from.v + nextEnd.chroma);
     }
   }
 }
 
-void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2], const SampleSteps *next) const {
+void LineMaker::makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
+                            const SampleSteps *nextEnd) const {
   const LinePair lines = linePairAt(view_, y);
-  if (next != nullptr) {
-    prefetch(lines, x, pixels, *next);
+  if (nextEnd != nullptr) {
+    prefetch(lines, x, *nextEnd);
   }
   Buffers buffers;
   for (int32_t done = 0; done < pixels;) {

@@ -10,11 +10,13 @@ inline constexpr int32_t kMostPixelBytes = 3;
 /// Pixels that are made of one line after the other at a time.
 inline constexpr int32_t kStackedPixels = 256;
 
-/// Asks for `bytes` bytes, up to two cache lines of them. Always inlined, as all that calls it and does nothing else
-/// has to be: g++ drops calls of such functions.
-[[gnu::always_inline]] inline void prefetchRow(const uint8_t *from, std::ptrdiff_t bytes) {
-  __builtin_prefetch(from);
-  __builtin_prefetch(from + bytes - 1);
+/// Asks for the last `lines` cache lines of what ends at `end`; what is before them has been read with the bytes in
+/// front. Always inlined, as all that calls it and does nothing else has to be: g++ drops calls of such functions.
+template <int lines>
+[[gnu::always_inline]] inline void prefetchEnd(const uint8_t *end) {
+  for (int line = 0; line < lines; ++line) {
+    __builtin_prefetch(end - 1 - 64 * line);
+  }
 }
 
 /// Bytes from one column of a line to another one of another line.
@@ -31,13 +33,14 @@ public:
   bool prepare(const RowStages &stages, LevelSet usable, const ColorMatrix &matrix);
 
   /// Makes the pixels of columns [x, x + pixels) of lines y and y + 1 at to[0] and to[1]. x and y are even, all columns
-  /// have chroma samples of their own. Asks for the samples that are `next` further on, unless it is null.
+  /// have chroma samples of their own. Unless `nextEnd` is null, lines that end so much further on than these begin are
+  /// asked for.
   [[gnu::always_inline]] void make(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
-                                   const SampleSteps *next = nullptr) const {
+                                   const SampleSteps *nextEnd = nullptr) const {
     if (planarPairs_) {
-      makePlanar(y, x, pixels, to, next);
+      makePlanar(y, x, pixels, to, nextEnd);
     } else {
-      makeFetched(y, x, pixels, to, next);
+      makeFetched(y, x, pixels, to, nextEnd);
     }
   }
 
@@ -69,27 +72,28 @@ public:
 private:
   struct Buffers;
   struct Stacked;
-  /// As make, for pairs of lines whose samples lie as rows. Rows of a block are short, so that what a row costs shows.
+  /// As make, for pairs of lines whose samples lie as rows, with half chroma. Rows of a block are short, so that what a
+  /// row costs shows.
   [[gnu::always_inline]] void makePlanar(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
-                                         const SampleSteps *next) const {
-    const int32_t sample = x >> view_.layout.xShift;
+                                         const SampleSteps *nextEnd) const {
+    const int32_t sample = x >> 1;
     const uint8_t *luma = view_.y + y * view_.yStride + x;
     const std::ptrdiff_t chroma = chromaLineOffset(view_, y) + sample;
     const uint8_t *u = view_.u + chroma;
     const uint8_t *v = view_.v + chroma;
-    if (next != nullptr) {
-      const int32_t samples = pixels >> view_.layout.xShift;
-      prefetchRow(luma + next->luma, pixels);
-      prefetchRow(luma + view_.yStride + next->luma, pixels);
-      prefetchRow(u + next->chroma, samples);
-      prefetchRow(v + next->chroma, samples);
+    if (nextEnd != nullptr) {
+      const uint8_t *end = luma + nextEnd->luma;
+      prefetchEnd<2>(end);
+      prefetchEnd<2>(end + view_.yStride);
+      prefetchEnd<1>(u + nextEnd->chroma);
+      prefetchEnd<1>(v + nextEnd->chroma);
     }
     pair_({{luma, luma + view_.yStride}, u, v}, to, pixels, 0, constants_);
   }
   /// As make, for any layout.
   [[gnu::noinline]] void makeFetched(int32_t y, int32_t x, int32_t pixels, uint8_t *const to[2],
-                                     const SampleSteps *next) const;
-  void prefetch(const LinePair &lines, int32_t x, int32_t pixels, const SampleSteps &next) const;
+                                     const SampleSteps *nextEnd) const;
+  void prefetch(const LinePair &lines, int32_t x, const SampleSteps &nextEnd) const;
   void makeColumns(const LinePair &lines, int32_t x, int32_t pixels, uint8_t *const to[2], Buffers &buffers) const;
   [[nodiscard]] SourceLine sourceAt(const LinePair &lines, int line, int32_t x) const;
   [[nodiscard]] SampleRows samplesOf(const SourceLine &from, Buffers &buffers, int32_t pixels) const;

@@ -15,6 +15,7 @@ constexpr std::size_t kMostMacropixels = kPackedColumns / 2;
 /// Lines of macropixels that are picked for a chunk: the last two that were asked for.
 class PickedLines {
 public:
+  // cppcheck-suppress uninitMemberVar ; what is read has been picked
   explicit PickedLines(const Job &job)
       : params_(job.params), xTable_(job.xTable), layout_(packedLayout(job.packedVariant)),
         pick_(PICK_MACROPIXELS.in(job.levels)) {}
@@ -58,6 +59,14 @@ public:
     const uint8_t *end = from + index_[(count_ - 1) / 2] * kMacropixelBytes;
     for (from += index_[0] * kMacropixelBytes; from < end; from += 64) {
       __builtin_prefetch(from);
+    }
+  }
+
+  /// Asks for the lines of the next two outputs, if there are so many.
+  [[gnu::always_inline]] void prefetchPair(const int32_t *lines, int32_t left) const {
+    if (left >= 2) {
+      prefetch(lines[0]);
+      prefetch(lines[1]);
     }
   }
 
@@ -110,10 +119,7 @@ public:
       rows[1] = rows[0];
       return;
     }
-    if (j + 3 < height_) {
-      lines_.prefetch(yTable_[j + 2]);
-      lines_.prefetch(yTable_[j + 3]);
-    }
+    lines_.prefetchPair(yTable_ + j + 2, height_ - j - 2);
   }
 
 private:
@@ -127,6 +133,7 @@ class PartedSampler {
 public:
   static constexpr std::size_t kColumns = kPackedColumns;
 
+  // cppcheck-suppress uninitMemberVar ; what is read has been made of a line
   explicit PartedSampler(const Job &job)
       : lines_(job), yTable_(job.yTable), height_(job.params.outHeight),
         part_((lines_.layout().isSwapped() ? SWAPPED_PACKED_ROWS : PACKED_ROWS).in(job.levels)) {}
@@ -151,10 +158,7 @@ public:
       rows[1] = rows[0];
       return;
     }
-    if (j + 3 < height_) {
-      lines_.prefetch(yTable_[j + 2]);
-      lines_.prefetch(yTable_[j + 3]);
-    }
+    lines_.prefetchPair(yTable_ + j + 2, height_ - j - 2);
   }
 
 private:

@@ -103,6 +103,12 @@ TapPlan interpolated(PlanKind kind, const ConvertParams &seen, const int32_t *xT
   uint8_t *memory = pieces.take(tapPlanBytes(seen.outWidth));
   Tap *taps = planTaps(memory, seen.outWidth);
   forEachTap(xTable, seen.outWidth, weightingOf(kind), [&](int32_t i, const Tap &tap) { taps[i] = tap; });
+  if (kind == PlanKind::Rgb16 || kind == PlanKind::Rgb16Turned) {
+    const TapPlan words = makeTapPlan(memory, seen.outWidth, {seen.inWidth, 2, 2});
+    if (words.parts != 0) {
+      return words;
+    }
+  }
   const TapPlan plan = makeTapPlan(memory, seen.outWidth, {seen.inWidth, 1});
   // Rows of a component are fetched from bytes of RGB24 unless so much of a line would go unused.
   return kind == PlanKind::Rgb24 && plan.parts == 0 ? makeTapPlan(memory, seen.outWidth, {seen.inWidth, 3}) : plan;

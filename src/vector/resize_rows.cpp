@@ -35,6 +35,7 @@ public:
   bool prepare(const ResizeStages &stages, LevelSet usable, const ColorMatrix &matrix) {
     pair_ = stages.pair != nullptr ? stages.pair->in(usable) : nullptr;
     single_ = stages.single != nullptr ? stages.single->in(usable) : nullptr;
+    pixelBytes_ = static_cast<std::size_t>(stages.pixelBytes);
     return (pair_ != nullptr || single_ != nullptr) &&
            (stages.makeConstants == nullptr || stages.makeConstants(matrix, constants_));
   }
@@ -54,16 +55,30 @@ public:
       pair_(rows[0], to, made(), 0, constants_);
       return;
     }
-    for (int32_t line = 0; line < lineCount; ++line) {
-      uint8_t *const one[2] = {to[line], nullptr};
-      single_(rows[line], one, made(), line, constants_);
+    makeSingle(rows[0], to[0], 0);
+    if (lineCount == 1) {
+      return;
+    }
+    if (areSame(rows[0], rows[1])) {
+      std::memcpy(to[1], to[0], static_cast<std::size_t>(made()) * pixelBytes_);
+    } else {
+      makeSingle(rows[1], to[1], 1);
     }
   }
 
 private:
+  void makeSingle(const SampleRows &rows, uint8_t *to, int32_t line) const {
+    uint8_t *const one[2] = {to, nullptr};
+    single_(rows, one, made(), line, constants_);
+  }
+
+  /// Lines of the same rows have the same pixels: no arithmetic dithers when it resizes.
+  static bool areSame(const SampleRows &a, const SampleRows &b) { return a.y[0] == b.y[0] && a.u == b.u && a.v == b.v; }
+
   const SamplerCalls &calls_;
   ColourRows pair_ = nullptr;
   ColourRows single_ = nullptr;
+  std::size_t pixelBytes_ = 0;
   int32_t count_ = 0;
   ColourConstants constants_{};
 };

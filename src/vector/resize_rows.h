@@ -74,7 +74,7 @@ constexpr int32_t columnsOf(const Sampler &sampler) {
 ///         pairs of lines, rows[0] has y[0], y[1], u and v; for single lines, rows[0] and rows[1] have y[0], u and v
 ///         each. Rows can be read for max(16, count rounded up to an even number) samples, half chroma for half as
 ///         many; what stands behind the chunk's samples does not matter. If lineCount is 1 there is no line j + 1: its
-///         rows can be read, whatever they hold.
+///         rows can be read, whatever they hold. Single lines that are given the same rows are equal.
 ///     static constexpr std::size_t kColumns;
 ///         The columns that it has room for, if these are not kChunkColumns.
 ///     int32_t mostColumns() const;

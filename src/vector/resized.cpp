@@ -53,6 +53,10 @@ bool resizeRgb16(const Job &job, const PlaneView &view, const ResizeTarget &to) 
   if (job.plan->luma.parts == 0) {
     return false;
   }
+  if (job.plan->luma.step == 2) {
+    return isQuarterTurn(to.turn) ? resizeBy<RgbSampler<WordComponents, 512>>(job, view, to)
+                                  : resizeBy<RgbSampler<WordComponents, 1024>>(job, view, to);
+  }
   return isQuarterTurn(to.turn) ? resizeBy<RgbSampler<Rgb565Components, 384>>(job, view, to)
                                 : resizeBy<RgbSampler<Rgb565Components, 512>>(job, view, to);
 }

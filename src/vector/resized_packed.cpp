@@ -167,15 +167,17 @@ private:
 
 /// Whole macropixels of the source, as many as a stage parts; and lines that do not overlap, or the order of the stores
 /// would show.
-bool isServed(const ConvertParams &p) {
-  return p.inWidth % 2 == 0 && p.inWidth >= kLeastPixels && p.outStride >= std::ptrdiff_t{p.outWidth} * 2;
+bool isServed(const Job &job) {
+  const ConvertParams &p = job.params;
+  return STORE_MACROPIXELS.in(job.levels) != nullptr && p.inWidth % 2 == 0 && p.inWidth >= kLeastPixels &&
+         p.outStride >= std::ptrdiff_t{p.outWidth} * 2;
 }
 
 } // namespace
 
 bool resizePackedByPlan(const Job &job) {
   const KeptPlan &plan = job.plan->kept;
-  if (!isServed(job.params) || plan.luma.parts == 0 || plan.chroma.parts == 0) { // samples must lie in windows
+  if (!isServed(job) || plan.luma.parts == 0 || plan.chroma.parts == 0) { // samples must lie in windows
     return false;
   }
   PackedResizer(job).resize(job.yTable);
@@ -183,7 +185,7 @@ bool resizePackedByPlan(const Job &job) {
 }
 
 bool filterPackedByPlan(const Job &job) {
-  if (!isServed(job.params) || !PartedMeans::serve(job.plan->filter)) {
+  if (!isServed(job) || !PartedMeans::serve(job.plan->filter)) {
     return false;
   }
   PackedFilter(job).resize(job.yTable);

@@ -140,10 +140,10 @@ bool isServed(const Plane &plane) {
 
 bool resizePlanesByPlan(const Job &job) {
   const ConvertParams &p = job.params;
-  if (!isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
+  const ScaleStages stages = scaleStagesOf(job.levels);
+  if (stages.mix == nullptr || !isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
     return false;
   }
-  const ScaleStages stages = scaleStagesOf(job.levels);
   const KeptPlan &plan = job.plan->kept;
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(p, i);

@@ -30,48 +30,57 @@ HWY_INLINE void forEachGroup(int32_t pixels, const Group &group) {
   }
 }
 
-/// The terms of pixels of even and of odd columns.
-template <class Terms>
-struct TermsOfColumns {
-  Terms even;
-  Terms odd;
-};
-
-/// As many pixels of a line as D has lanes.
+/// As many pixels of a line as D has lanes, with the terms of even and of odd columns.
 template <class D, class Lanes, class V>
-HWY_INLINE void makePixels(D d, const Lanes &lanes, const TermsOfColumns<typename Lanes::Terms> &terms, V even, V odd,
-                           uint8_t *to) {
+HWY_INLINE void makePixels(D d, const Lanes &lanes, const typename Lanes::Terms &evenTerms,
+                           const typename Lanes::Terms &oddTerms, V even, V odd, uint8_t *to) {
   storePixels(
-      d, lanes.pixels(even, terms.even), lanes.pixels(odd, terms.odd),
+      d, lanes.pixels(even, evenTerms), lanes.pixels(odd, oddTerms),
       [&lanes](hn::Vec<D> components) HWY_ATTR { return lanes.limited(components); }, to);
 }
 
-/// Chroma samples that serve two columns each.
-struct HalfChroma {
-  template <class D, class Lanes>
-  HWY_INLINE static TermsOfColumns<typename Lanes::Terms> terms(D /*d*/, const Lanes &lanes, const SampleRows &rows,
-                                                                std::ptrdiff_t x) {
-    const hn::Rebind<uint8_t, Words<D>> samples;
-    const Words<D> d16;
-    const auto both = lanes.terms(hn::PromoteTo(d16, hn::LoadU(samples, rows.u + x / 2)),
-                                  hn::PromoteTo(d16, hn::LoadU(samples, rows.v + x / 2)));
-    return {both, both};
+// Chroma of as many pixels as D has lanes. The terms of even and of odd columns are named one by one: compilers keep
+// them in registers as long as nobody copies a whole record of them.
+
+/// Samples that serve two columns each.
+template <class D, class Lanes>
+class HalfChroma {
+public:
+  HWY_INLINE HalfChroma(const Lanes &lanes, const SampleRows &rows, std::ptrdiff_t x)
+      : both(lanes.terms(load(rows.u + x / 2), load(rows.v + x / 2))) {}
+
+  HWY_INLINE const typename Lanes::Terms &even() const { return both; }
+  HWY_INLINE const typename Lanes::Terms &odd() const { return both; }
+
+private:
+  HWY_INLINE static hn::Vec<Words<D>> load(const uint8_t *samples) {
+    return hn::PromoteTo(Words<D>(), hn::LoadU(hn::Rebind<uint8_t, Words<D>>(), samples));
   }
+
+  typename Lanes::Terms both;
 };
 
-/// A chroma sample for every column.
-struct FullChroma {
-  template <class D, class Lanes>
-  HWY_INLINE static TermsOfColumns<typename Lanes::Terms> terms(D d, const Lanes &lanes, const SampleRows &rows,
-                                                                std::ptrdiff_t x) {
-    const EvenAndOdd<Words<D>, 1> u(hn::LoadU(d, rows.u + x));
-    const EvenAndOdd<Words<D>, 1> v(hn::LoadU(d, rows.v + x));
-    return {lanes.terms(u.even, v.even), lanes.terms(u.odd, v.odd)};
-  }
+/// A sample for every column.
+template <class D, class Lanes>
+class FullChroma {
+public:
+  HWY_INLINE FullChroma(const Lanes &lanes, const SampleRows &rows, std::ptrdiff_t x)
+      : FullChroma(lanes, Samples(hn::LoadU(D(), rows.u + x)), Samples(hn::LoadU(D(), rows.v + x))) {}
+
+  HWY_INLINE const typename Lanes::Terms &even() const { return evenTerms; }
+  HWY_INLINE const typename Lanes::Terms &odd() const { return oddTerms; }
+
+private:
+  using Samples = EvenAndOdd<Words<D>, 1>;
+  HWY_INLINE FullChroma(const Lanes &lanes, const Samples &u, const Samples &v)
+      : evenTerms(lanes.terms(u.even, v.even)), oddTerms(lanes.terms(u.odd, v.odd)) {}
+
+  typename Lanes::Terms evenTerms;
+  typename Lanes::Terms oddTerms;
 };
 
 /// Lines of at least as many pixels as D has lanes, all with the same chroma.
-template <int lines, class Chroma, template <class> class Arithmetic>
+template <int lines, template <class, class> class Chroma, template <class> class Arithmetic>
 struct FromRows {
   template <class D>
   HWY_INLINE static void make(D d, const SampleRows &from, uint8_t *const to[2], int32_t pixels,
@@ -80,10 +89,10 @@ struct FromRows {
     const SampleRows rows = from; // stores of bytes may alias what is reached through a reference
     uint8_t *const out[2] = {to[0], lines == 2 ? to[1] : nullptr};
     forEachGroup<hn::MaxLanes(D())>(pixels, [&](std::ptrdiff_t x) HWY_ATTR {
-      const auto terms = Chroma::terms(d, lanes, rows, x);
+      const Chroma<D, Arithmetic<D>> chroma(lanes, rows, x);
       for (int line = 0; line < lines; ++line) {
         const EvenAndOdd<Words<D>, Arithmetic<D>::kLumaScale> luma(hn::LoadU(d, rows.y[line] + x));
-        makePixels(d, lanes, terms, luma.even, luma.odd, out[line] + 3 * x);
+        makePixels(d, lanes, chroma.even(), chroma.odd(), luma.even, luma.odd, out[line] + 3 * x);
       }
     });
   }
@@ -103,7 +112,7 @@ struct FromMacropixels {
     forEachGroup<hn::MaxLanes(D())>(pixels, [&](std::ptrdiff_t x) HWY_ATTR {
       const auto samples = macropixels.load(x);
       const auto terms = lanes.terms(samples.u, samples.v);
-      makePixels(d, lanes, {terms, terms}, samples.even, samples.odd, out + 3 * x);
+      makePixels(d, lanes, terms, terms, samples.even, samples.odd, out + 3 * x);
     });
   }
 };
@@ -124,7 +133,7 @@ void studioQ12Pair(const SampleRows &from, uint8_t *const to[2], int32_t pixels,
   makeRows<FromRows<2, HalfChroma, StudioQ12Lanes>>(from, to, pixels, constants);
 }
 
-template <int lines, class Chroma>
+template <int lines, template <class, class> class Chroma>
 void matrixRgb24(const SampleRows &from, uint8_t *const to[2], int32_t pixels, int32_t /*line*/,
                  const ColourConstants &constants) {
   makeRows<FromRows<lines, Chroma, MatrixRgb24Lanes>>(from, to, pixels, constants);

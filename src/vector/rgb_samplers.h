@@ -70,6 +70,28 @@ private:
   alignas(64) uint8_t samples_[3][(kSamples + 63) / 64 * 64];
 };
 
+/// 16-bit pixels that windows serve are interpolated as they lie.
+template <std::size_t mostColumns>
+class WordComponents {
+public:
+  WordComponents(const PlaneView &view, const TapPlan &plan, const ScaleStages &stages)
+      : plan_(plan), fill_(stages.fillWords), stride_(view.yStride), words_(view.v) {}
+
+  void columns(const ChunkGroups &groups) { groups_ = groups; }
+
+  void fill(int32_t line, int32_t (&row)[3][mostColumns]) const {
+    int32_t *const rows[3] = {row[0], row[1], row[2]};
+    fill_(words_ + line * stride_, plan_, groups_.first, groups_.count, rows);
+  }
+
+private:
+  const TapPlan &plan_;
+  FillWordRows fill_;
+  std::ptrdiff_t stride_;
+  const uint8_t *words_;
+  ChunkGroups groups_{};
+};
+
 template <std::size_t mostColumns>
 using Rgb24Components = FetchedComponents<3, mostColumns>;
 template <std::size_t mostColumns>

@@ -73,6 +73,44 @@ HWY_NOINLINE void fillGroups(const uint8_t *line, const TapGroup *group, int32_t
   }
 }
 
+/// Interpolates the components of a group of words, which are taken apart once they stand in pairs.
+template <class WindowsOf>
+HWY_INLINE void fillWordGroup(const uint8_t *line, const TapGroup &group, int32_t *const (&rows)[3],
+                              std::ptrdiff_t first) {
+  constexpr hn::ScalableTag<int16_t> kWords;
+  constexpr hn::ScalableTag<uint16_t> kPixels;
+  constexpr int32_t parts = WindowsOf::parts;
+  const WindowsOf source(line, group);
+  const auto fiveBits = hn::Set(kPixels, uint16_t{0xF8});
+  const auto sixBits = hn::Set(kPixels, uint16_t{0xFC});
+  for (int32_t b = 0; b < 4; b += kBlocks) {
+    SampleVec windows = source.of(0, b);
+    for (int32_t k = 0; k < 4; ++k) {
+      if (k != 0 && k * parts % 4 == 0) {
+        windows = source.of(k * parts / 4, b);
+      }
+      const auto pixels =
+          hn::BitCast(kPixels, hn::TableLookupBytes(windows, hn::Load(kSamples, group.mask[k] + 16 * b)));
+      const auto weights = hn::Load(kWords, group.weight[k] + 8 * b);
+      const std::ptrdiff_t at = first + 16 * b + k * (kSet / 4);
+      const auto store = [&](auto component, int32_t *row) HWY_ATTR {
+        hn::StoreU(interpolated(hn::BitCast(kWords, component), weights), kNumbers, row + at);
+      };
+      store(hn::And(hn::ShiftRight<8>(pixels), fiveBits), rows[0]);
+      store(hn::And(hn::ShiftRight<3>(pixels), sixBits), rows[1]);
+      store(hn::And(hn::ShiftLeft<3>(pixels), fiveBits), rows[2]);
+    }
+  }
+}
+
+template <class WindowsOf>
+HWY_NOINLINE void fillWordGroups(const uint8_t *line, const TapGroup *group, int32_t groups, int32_t *const to[3]) {
+  int32_t *const rows[3] = {to[0], to[1], to[2]};
+  for (int32_t g = 0; g < groups; ++g) {
+    fillWordGroup<WindowsOf>(line, group[g], rows, std::ptrdiff_t{g} * kPlanGroup);
+  }
+}
+
 /// The samples of outputs and the ones behind them, pair by pair.
 HWY_NOINLINE void gatherPairs(const uint8_t *line, const Tap *tap, int32_t step, std::ptrdiff_t count, uint8_t *pairs) {
   if (step == 1) {
@@ -121,6 +159,25 @@ void fillRow(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32
     return fillGroups<Windows<2>>(line, first, groups, row);
   default:
     return fillGroups<Windows<4>>(line, first, groups, row);
+  }
+}
+
+void fillWordRows(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32_t groups,
+                  int32_t *const rows[3]) {
+  const TapGroup *first = plan.groups + firstGroup;
+#if HWY_TARGET == HWY_AVX3
+  if (plan.withinReach) {
+    return plan.parts == 1 ? fillWordGroups<WindowsWithinReach<1>>(line, first, groups, rows)
+                           : fillWordGroups<WindowsWithinReach<2>>(line, first, groups, rows);
+  }
+#endif
+  switch (plan.parts) {
+  case 1:
+    return fillWordGroups<Windows<1>>(line, first, groups, rows);
+  case 2:
+    return fillWordGroups<Windows<2>>(line, first, groups, rows);
+  default:
+    return fillWordGroups<Windows<4>>(line, first, groups, rows);
   }
 }
 
@@ -216,6 +273,7 @@ HWY_AFTER_NAMESPACE();
 namespace zqcc {
 
 constexpr PerLevel<FillRow> FILL_ROW = ZQCC_EVERY_LEVEL(fillRow);
+constexpr PerLevel<FillWordRows> FILL_WORD_ROWS = ZQCC_EVERY_LEVEL(fillWordRows);
 constexpr PerLevel<MixRows> MIX_ROWS = ZQCC_EVERY_LEVEL(mixRows);
 constexpr PerLevel<PickRow> PICK_ROW = ZQCC_EVERY_LEVEL(pickRow);
 

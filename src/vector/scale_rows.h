@@ -24,6 +24,12 @@ namespace zqcc {
 using FillRow = void (*)(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32_t groups, int32_t *row);
 extern const PerLevel<FillRow> FILL_ROW;
 
+/// The same of 16-bit pixels, whose components go to a row each: red, green, blue, in bytes of which they are the top
+/// bits. Truncated means of such bytes have those of the components at their top. The plan is one of words, with parts.
+using FillWordRows = void (*)(const uint8_t *line, const TapPlan &plan, int32_t firstGroup, int32_t groups,
+                              int32_t *const rows[3]);
+extern const PerLevel<FillWordRows> FILL_WORD_ROWS;
+
 /// Mixes two filled rows: (top * 1024 + (bottom - top) * next) >> 20 with 0 <= next < 1024. Writes groups * 64 samples
 /// to `to` in their order. With next 0 `bottom` is not read.
 using MixRows = void (*)(const int32_t *top, const int32_t *bottom, int32_t next, int32_t groups, uint8_t *to);

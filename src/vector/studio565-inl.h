@@ -33,6 +33,7 @@
 #define ZQCC_VECTOR_STUDIO565_INL_H
 #endif
 
+#include "vector/pack565-inl.h"
 #include "vector/words-inl.h"
 
 namespace zqcc::HWY_NAMESPACE {
@@ -263,15 +264,11 @@ HWY_INLINE void studioPixels(D d, const StudioConstants<D> &k, const uint8_t *fr
   const auto even = studioWords(d, k, sumPairs(y, k.even55), evenTerms);
   const auto odd = studioWords(d, k, sumPairs(y, k.odd55), oddTerms);
   const auto red = studioRedBlueBytes<clamp>(di, even.red, odd.red);
-  const auto green = hn::BitCast(d, studioBytes<clamp>(di, even.green, odd.green));
-  const auto blue = hn::BitCast(d, studioRedBlueBytes<clamp>(di, even.blue, odd.blue));
-  // Bytes are shifted as words: what comes from the byte beside is not selected.
-  const auto greenHigh = hn::BitCast(bytes, hn::ShiftRight<5>(green));
-  const auto greenLow = hn::BitCast(bytes, hn::ShiftLeft<3>(green));
-  const auto high = selectBits(hn::Set(bytes, 0xF8), red, greenHigh);
-  const auto low = selectBits(hn::Set(bytes, 0xE0), greenLow, hn::BitCast(bytes, hn::ShiftRight<3>(blue)));
-  const auto evens = hn::BitCast(d, hn::InterleaveLower(bytes, low, high));
-  const auto odds = hn::BitCast(d, hn::InterleaveUpper(bytes, low, high));
+  const auto green = studioBytes<clamp>(di, even.green, odd.green);
+  const auto blue = studioRedBlueBytes<clamp>(di, even.blue, odd.blue);
+  const auto packed = rgb565(bytes, red, green, blue);
+  const auto evens = hn::BitCast(d, hn::InterleaveLower(bytes, packed.low, packed.high));
+  const auto odds = hn::BitCast(d, hn::InterleaveUpper(bytes, packed.low, packed.high));
   auto *words = reinterpret_cast<uint16_t *>(to);
   hn::StoreU(hn::InterleaveLower(d, evens, odds), d, words);
   hn::StoreU(hn::InterleaveUpper(d, evens, odds), d, words + hn::MaxLanes(d));

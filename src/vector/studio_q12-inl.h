@@ -10,6 +10,7 @@
 
 #include "vector/components-inl.h"
 #include "vector/stages.h"
+#include "vector/words-inl.h"
 
 #include <cstdint>
 
@@ -17,11 +18,10 @@ HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
-/// A constant that is made once: its value is hidden from the compiler, which would rather make it anew in every turn
-/// of a loop that is short of registers than read it from memory.
-HWY_INLINE int16_t once(int32_t value) {
-  __asm__("" : "+r"(value));
-  return static_cast<int16_t>(value);
+/// A number in every lane that stays there.
+template <class D16>
+HWY_INLINE hn::Vec<D16> constantLanes(D16 d16, int32_t number) {
+  return hn::Set(d16, static_cast<int16_t>(hidden(number)));
 }
 
 /// The low 16 bits.
@@ -66,7 +66,7 @@ template <class D16>
 class SplitProduct {
 public:
   HWY_INLINE explicit SplitProduct(int32_t factor)
-      : half(hn::Set(D16(), once(factor / 2))), negative(hn::Set(D16(), once(low16(-factor)))) {}
+      : half(constantLanes(D16(), factor / 2)), negative(constantLanes(D16(), low16(-factor))) {}
 
   /// (F value + 32768) >> 16.
   HWY_INLINE hn::Vec<D16> high(hn::Vec<D16> value) const { return hn::MulFixedPoint15(value, half); }
@@ -148,7 +148,7 @@ private:
     return lessOneWhere(hn::Lt(yLow, negativeLow), hn::Add(yHigh, tHigh));
   }
   HWY_INLINE static V constant(int32_t value) {
-    return hn::Set(D16(), once(value));
+    return constantLanes(D16(), value);
   }
 
   V lumaHigh = constant(Studio24::kLuma / 4);

@@ -113,7 +113,8 @@ HWY_INLINE void transposeColumns(D d, const uint8_t *from, std::ptrdiff_t stride
 /// For blocks of at least kSide columns and a vector's lanes of rows. kSide output lines are written as far as whole
 /// vectors of rows go before the next ones are begun; then comes the vector that overlaps.
 template <class Prepare, class D>
-HWY_INLINE void transposeVectors(D d, const PixelBlock from, uint8_t *to, std::ptrdiff_t toStride) {
+HWY_INLINE void transposeVectors(D d, const PixelBlock &block, uint8_t *to, std::ptrdiff_t toStride) {
+  const PixelBlock from = block; // a copy, which no store can change
   constexpr std::ptrdiff_t kBytes = sizeof(hn::TFromD<D>);
   const auto lanes = static_cast<int32_t>(hn::Lanes(d));
   const int32_t last = from.columns - kSide<D>;

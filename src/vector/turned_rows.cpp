@@ -42,7 +42,6 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
   alignas(64) uint8_t pixels[kBlockBytes];
   const std::ptrdiff_t pixelBytes = steps.line < 0 ? -steps.line : steps.line;
   const int32_t blockColumns = blockColumnsOf(pixelBytes);
-  const SampleSteps ahead = maker.stepsTo(kLinesAhead, 0);
   int32_t lines = 0;
   for (int32_t top = rows.top; top < rows.bottom; top += lines) {
     lines = smaller(kBlockLines, rows.bottom - top);
@@ -50,7 +49,9 @@ void convertQuarterTurned(const LineMaker &maker, TransposeBlock transpose, cons
     for (int32_t left = rows.left; left < rows.right; left += columns) {
       columns = nextUnits(rows.right - left, blockColumns, kLeastPixels);
       uint8_t *to = origin + left * steps.column + top * steps.line;
-      const SampleSteps aside = maker.stepsTo(kLinesAhead - lines, columns);
+      // To the ends of lines of this block and of the next one.
+      const SampleSteps ahead = maker.stepsTo(kLinesAhead, columns);
+      const SampleSteps aside = maker.stepsTo(kLinesAhead - lines, 2 * columns);
       turnBlock(transpose, {pixels, blockColumns * pixelBytes}, columns, lines, {to, steps.column, steps.line},
                 [&](int32_t line, uint8_t *const row[2]) {
                   maker.make(top + line, left, columns, row, line + kLinesAhead < lines ? &ahead : &aside);

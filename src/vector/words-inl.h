@@ -15,12 +15,13 @@ HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
-/// Hides from the compiler which numbers stand there. It would make them anew from immediate operands at every use, and
-/// shifts and sums of the products with them, instead of keeping them in registers or beside them on the stack.
+/// Hides from the compiler which number that is, or which numbers stand at that address. It would make them anew from
+/// immediate operands at every use, and shifts and sums of the products with them, instead of keeping them in registers
+/// or beside them on the stack.
 template <class T>
-HWY_INLINE T *hidden(T *numbers) {
-  __asm__("" : "+r"(numbers));
-  return numbers;
+HWY_INLINE T hidden(T value) {
+  __asm__("" : "+r"(value));
+  return value;
 }
 
 /// Every bit of `yes` where the mask has a one, else that of `no`. IfVecThenElse does that for whole lanes, and bit by

@@ -12,16 +12,25 @@
 namespace zqcc {
 namespace {
 
+ChromaLimits chromaLimits(const ConvertParams &p) {
+  const PictureSize planes = planesSize(p);
+  return halfPitchLimits(p.inType, planes.width, planes.height, p.inStride);
+}
+
+/// The input's chroma line that makes line `k` of the output.
+int32_t sourceLine(int32_t k, const ChromaLimits &limits) {
+  return smaller(2 * k, limits.line);
+}
+
 void copyChroma(const ConvertParams &p, int plane) {
   const int32_t columns = p.outWidth / 2;
-  const PictureSize planes = planesSize(p);
-  const ChromaLimits limits = halfPitchLimits(p.inType, planes.width, planes.height, p.inStride);
+  const ChromaLimits limits = chromaLimits(p);
   const auto whole = static_cast<std::size_t>(smaller(columns, limits.column + 1));
   const auto missing = static_cast<std::size_t>(columns) - whole;
   const std::ptrdiff_t inPitch = p.inStride >> 1;
   const std::ptrdiff_t outPitch = p.outStride >> 1;
   for (int32_t k = 0; k < p.outHeight / 2; ++k) {
-    const uint8_t *from = p.inBuf[plane] + smaller(2 * k, limits.line) * inPitch;
+    const uint8_t *from = p.inBuf[plane] + sourceLine(k, limits) * inPitch;
     uint8_t *to = p.outBuf[plane] + k * outPitch;
     std::memcpy(to, from, whole);
     std::memset(to + whole, from[limits.column], missing);
@@ -29,8 +38,8 @@ void copyChroma(const ConvertParams &p, int plane) {
 }
 
 /// `count` pairs of samples into two lines.
-void splitPairs(LevelSet levels, const uint8_t *pairs, uint8_t *first, uint8_t *second, int32_t count) {
-  if (partedPairs(levels, pairs, first, second, count)) {
+void splitPairs(const PairParts &parts, const uint8_t *pairs, uint8_t *first, uint8_t *second, int32_t count) {
+  if (parts.part(pairs, first, second, count)) {
     return;
   }
   for (int32_t i = 0; i < count; ++i) {
@@ -39,16 +48,16 @@ void splitPairs(LevelSet levels, const uint8_t *pairs, uint8_t *first, uint8_t *
   }
 }
 
-/// copyChroma for both planes of pairs that have not been split.
+/// copyChroma for both planes of pairs that have not been split. No sample is missing: the picture's input holds them.
 void copyPairs(const Job &job) {
   const ConvertParams &p = job.params;
-  const PictureSize planes = planesSize(p);
-  const ChromaLimits limits = halfPitchLimits(p.inType, planes.width, planes.height, p.inStride);
+  const ChromaLimits limits = chromaLimits(p);
   const int32_t first = p.inType == COLOR_YUV420_PACK ? 1 : 2;
+  const PairParts parts(job.levels);
   for (int32_t k = 0; k < p.outHeight / 2; ++k) {
     const std::ptrdiff_t line = std::ptrdiff_t{k} * (p.outStride >> 1);
-    splitPairs(job.levels, p.inBuf[1] + std::ptrdiff_t{smaller(2 * k, limits.line)} * p.inStride,
-               p.outBuf[first] + line, p.outBuf[3 - first] + line, p.outWidth / 2);
+    splitPairs(parts, p.inBuf[1] + std::ptrdiff_t{sourceLine(k, limits)} * p.inStride, p.outBuf[first] + line,
+               p.outBuf[3 - first] + line, p.outWidth / 2);
   }
 }
 
@@ -71,9 +80,11 @@ void unpackChroma(const uint8_t *from, uint8_t *u, uint8_t *v, int32_t columns, 
   }
 }
 
-void unpackLine(LevelSet levels, const uint8_t *from, const PartedLine &to, int32_t width, const PackedLayout &layout) {
+void unpackLine(const MacropixelParts &parts, const uint8_t *from, const PartedLine &to, int32_t width,
+                const PackedLayout &packed) {
+  const PackedLayout layout = packed; // a copy, which no store can change
   const int32_t pairs = width / 2;
-  if (partedMacropixels(levels, layout, from, to, 2 * pairs)) {
+  if (parts.part(from, to, 2 * pairs)) {
     unpackLuma(from + pairs * kMacropixelBytes, to.y + 2 * pairs, width % 2, layout);
     return;
   }
@@ -91,8 +102,9 @@ void deinterleaveChroma(LevelSet levels, const ConvertParams &params, uint8_t *f
   }
   const int32_t pairs = params.inWidth == 1 ? 1 : params.inWidth / 2;
   const std::ptrdiff_t pitch = params.inStride >> 1;
+  const PairParts parts(levels);
   for (int32_t k = 0; k < params.inHeight / 2; ++k) {
-    splitPairs(levels, params.inBuf[1] + std::ptrdiff_t{k} * params.inStride, first + k * pitch, second + k * pitch,
+    splitPairs(parts, params.inBuf[1] + std::ptrdiff_t{k} * params.inStride, first + k * pitch, second + k * pitch,
                pairs);
   }
 }
@@ -114,6 +126,7 @@ void copyPlanarToYuv420Planar(const Job &job) {
 void convertPacked422ToYuv420Planar(const Job &job) {
   const ConvertParams &p = job.params;
   const PackedLayout layout = packedLayout(job.packedVariant);
+  const MacropixelParts parts(job.levels, layout);
   const std::ptrdiff_t outPitch = p.outStride >> 1;
   for (int32_t j = 0; j < p.outHeight; ++j) {
     PartedLine to{p.outBuf[0] + std::ptrdiff_t{j} * p.outStride, nullptr, nullptr};
@@ -121,7 +134,7 @@ void convertPacked422ToYuv420Planar(const Job &job) {
       to.u = p.outBuf[1] + j / 2 * outPitch;
       to.v = p.outBuf[2] + j / 2 * outPitch;
     }
-    unpackLine(job.levels, p.inBuf[0] + std::ptrdiff_t{j} * p.inStride, to, p.outWidth, layout);
+    unpackLine(parts, p.inBuf[0] + std::ptrdiff_t{j} * p.inStride, to, p.outWidth, layout);
   }
 }
 

@@ -14,7 +14,8 @@ objdump=$1 library=$2 system=${3:-}
       "|extractps|round[sp][sd]|dpp[sd]|mpsadbw|phminposuw|movntdqa|lddqu|mov(d|sh|sl)dup|hadd|hsub|addsub|popcnt|crc32" \
       "|lzcnt|pclmul|aes)"
     beyond_all = "^((andn|bextr|blsi|blsr|blsmsk|bzhi|mulx|pdep|pext|rorx|sarx|shlx|shrx|lzcnt)$" \
-      "|v?aes|v?pclmul|v?gf2p8|vfn?m(add|sub)|vcvtph|vcvtps2ph)"
+      "|v?aes|v?pclmul|v?gf2p8|vcvtph|vcvtps2ph)"
+    fused = "^vfn?m(add|sub)" # of 512 bits they belong to AVX-512F, narrower ones may be those of FMA
     beyond_avx512 = "^(vpermi2b|vpermt2b|vpermb|vpmultishiftqb|vp(compress|expand)[bw]|vpsh[lr]d|vpopcnt|vpdp|vplzcnt" \
       "|vpconflict|vp2intersect|v.*ph$)"
     wide_aligned = "^vmov(aps|apd|dqa|dqa32|dqa64)$"
@@ -35,6 +36,7 @@ objdump=$1 library=$2 system=${3:-}
     ++instructions[level]
     wrong = ""
     if (mnemonic ~ beyond_all || mnemonic ~ beyond_avx512) wrong = "no level has this"
+    if (mnemonic ~ fused && !(level == "avx512" && text ~ /%zmm/)) wrong = "no level has this"
     if (level == "portable" && mnemonic ~ after_sse2) wrong = "not on every processor"
     if (level ~ /^(portable|sse4)$/ && (mnemonic ~ /^v[a-z]/ || text ~ /%[yz]mm/)) wrong = "AVX"
     if (level == "avx2" && (text ~ /%zmm|%[xy]mm(1[6-9]|2[0-9]|3[01])|%k[0-7]/)) wrong = "AVX-512"

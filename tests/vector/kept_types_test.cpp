@@ -5,12 +5,14 @@
 #include "support/picture.h"
 #include "vector/packed_store.h"
 #include "vector/scale_rows.h"
+#include "vector/scaled_rows.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace zqcc {
 namespace {
@@ -54,6 +56,50 @@ TEST_P(KeptTypes, PartWordsIntoTheTopsOfBytes) {
         ASSERT_EQ(rows[1].write()[i], word / 32 % 64 * 4) << "green of pixel " << i << " of " << pixels;
         ASSERT_EQ(rows[2].write()[i], word % 32 * 8) << "blue of pixel " << i << " of " << pixels;
       }
+    }
+  }
+}
+
+/// Components of a word, red first, at the top of bytes.
+std::array<int32_t, 3> componentsOf(const uint8_t *word) {
+  const int32_t pixel = word[0] + 256 * word[1];
+  return {pixel / 2048 * 8, pixel / 32 % 64 * 4, pixel % 32 * 8};
+}
+
+/// One line of words made into outputs; what is mixed without a second line is the row itself, cut to samples.
+void expectInterpolatedWords(Level level, Scaling scaling, Against against) {
+  const auto taps = tapsFor(scaling);
+  const GuardedPlan plan(taps, {scaling.samples, 2, 2});
+  if (plan.taps().parts == 0) {
+    return; // not served
+  }
+  GuardedPages line(std::size_t{1} << 16, Access::ReadOnly);
+  line.place(2 * static_cast<std::size_t>(scaling.samples), against);
+  support::fill(line.write(), line.size(), support::Fill::Noise, static_cast<uint32_t>(scaling.samples));
+  const int32_t groups = planGroups(scaling.outputs);
+  const auto room = static_cast<std::size_t>(groups) * kPlanGroup;
+  std::vector<int32_t> rows[3] = {std::vector<int32_t>(room), std::vector<int32_t>(room), std::vector<int32_t>(room)};
+  int32_t *const to[3] = {rows[0].data(), rows[1].data(), rows[2].data()};
+  const auto fault = support::catchFault([&] { FILL_WORD_ROWS.of[level](line.data(), plan.taps(), 0, groups, to); });
+  ASSERT_FALSE(fault.has_value()) << scaling.samples << " words to " << scaling.outputs;
+  for (std::size_t c = 0; c < 3; ++c) {
+    std::vector<uint8_t> samples(room);
+    MIX_ROWS.of[level](rows[c].data(), rows[c].data(), 0, groups, samples.data());
+    for (std::size_t i = 0; i < taps.size(); ++i) {
+      const int32_t last = scaling.samples - 1;
+      const int32_t self = componentsOf(line.write() + 2 * taps[i].index)[c];
+      const int32_t next = componentsOf(line.write() + 2 * std::min(taps[i].index + 1, last))[c];
+      ASSERT_EQ(samples[i], (self * (1024 - taps[i].next) + next * taps[i].next) >> 10)
+          << "component " << c << " of output " << i << ", " << scaling.samples << " words to " << scaling.outputs;
+    }
+  }
+}
+
+TEST_P(KeptTypes, InterpolateTheComponentsOfWords) {
+  for (const Scaling scaling : everyScaling()) {
+    for (const Against against : {Against::End, Against::Start}) {
+      expectInterpolatedWords(GetParam(), scaling, against);
+      ASSERT_FALSE(HasFatalFailure());
     }
   }
 }
@@ -108,8 +154,7 @@ TEST_P(KeptTypes, PutRowsTogetherAsMacropixelsOfEveryOrder) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, KeptTypes,
-                         testing::Values(LEVEL_SSE4, LEVEL_AVX2, LEVEL_AVX512, LEVEL_NEON),
+INSTANTIATE_TEST_SUITE_P(Levels, KeptTypes, testing::Values(LEVEL_SSE4, LEVEL_AVX2, LEVEL_AVX512, LEVEL_NEON),
                          [](const auto &level) { return support::nameOf(level.param); });
 
 } // namespace

@@ -10,8 +10,11 @@
 
 namespace zqcc {
 
-/// A plane and how much of it the means may take: columns and lines below the limits. Every line has bytes for as many
-/// columns, or for as many as the picture is wide if that is less.
+/// A plane and how much of it the means may take: columns and lines below the limits. The column limit can lie behind
+/// the samples of a line: what stands there (padding, or the next line) is then part of the mean. Table entries end at
+/// the picture's width, and where the limit lies behind a plane's last sample the width does not, so that nothing
+/// behind a plane is read. Every line has bytes for as many columns, or for as many as the picture is wide if that is
+/// less.
 struct MeanPlane {
   const uint8_t *samples;
   std::ptrdiff_t stride;

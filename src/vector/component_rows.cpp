@@ -1,7 +1,7 @@
 #include "vector/targets.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "vector/rgb24_rows.cpp"
+#define HWY_TARGET_INCLUDE "vector/component_rows.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -63,31 +63,57 @@ HWY_INLINE Channels<hn::Vec<D>> channelsOf(D d, const uint8_t *bytes) {
 
 #endif
 
-template <class D>
-HWY_INLINE void partPixels(D d, const uint8_t *bytes, const RowBuffers &to, std::ptrdiff_t i) {
-  const auto all = channelsOf(d, bytes + 3 * i);
-  hn::StoreU(all.red, d, to.y + i);
-  hn::StoreU(all.green, d, to.u + i);
-  hn::StoreU(all.blue, d, to.v + i);
-}
+struct BgrBytes {
+  template <class D>
+  static HWY_INLINE void part(D d, const uint8_t *bytes, const RowBuffers &to, std::ptrdiff_t i) {
+    const auto all = channelsOf(d, bytes + 3 * i);
+    hn::StoreU(all.red, d, to.y + i);
+    hn::StoreU(all.green, d, to.u + i);
+    hn::StoreU(all.blue, d, to.v + i);
+  }
+};
+
+/// As many pixels as a vector has bytes. Bytes are shifted as 16-bit lanes; the masks drop what comes over from the
+/// neighbour.
+struct Words {
+  template <class D>
+  static HWY_INLINE void part(D d, const uint8_t *pixels, const RowBuffers &to, std::ptrdiff_t i) {
+    const hn::Repartition<uint16_t, D> d16;
+    const auto first = hn::LoadU(d, pixels + 2 * i);
+    const auto second = hn::LoadU(d, pixels + 2 * i + static_cast<std::ptrdiff_t>(hn::MaxLanes(d)));
+    const auto low = hn::ConcatEven(d, second, first);
+    const auto high = hn::ConcatOdd(d, second, first);
+    const auto blue = hn::BitCast(d, hn::ShiftLeft<3>(hn::BitCast(d16, low)));
+    const auto greenBelow = hn::BitCast(d, hn::ShiftRight<3>(hn::BitCast(d16, low)));
+    const auto greenAbove = hn::BitCast(d, hn::ShiftLeft<5>(hn::BitCast(d16, high)));
+    const auto masked = [d](auto v, uint8_t mask) HWY_ATTR { return hn::And(v, hn::Set(d, mask)); };
+    hn::StoreU(masked(high, 0xF8), d, to.y + i);
+    hn::StoreU(hn::Or(masked(greenAbove, 0xE0), masked(greenBelow, 0x1C)), d, to.u + i);
+    hn::StoreU(masked(blue, 0xF8), d, to.v + i);
+  }
+};
 
 /// The last group overlaps the one before it.
-template <class D>
-HWY_INLINE void partRow(D d, const uint8_t *bytes, const RowBuffers to, std::ptrdiff_t pixels) {
+template <class Pixels, class D>
+HWY_INLINE void partRow(D d, const uint8_t *from, const RowBuffers to, std::ptrdiff_t pixels) {
   const std::ptrdiff_t last = pixels - static_cast<std::ptrdiff_t>(hn::MaxLanes(d));
   for (std::ptrdiff_t i = 0; i < last; i += static_cast<std::ptrdiff_t>(hn::MaxLanes(d))) {
-    partPixels(d, bytes, to, i);
+    Pixels::part(d, from, to, i);
   }
-  partPixels(d, bytes, to, last);
+  Pixels::part(d, from, to, last);
 }
 
-void rgb24Rows(const SourceLine &from, const RowBuffers &to, int32_t pixels) {
+template <class Pixels>
+void componentRows(const SourceLine &from, const RowBuffers &to, int32_t pixels) {
   if (pixels < static_cast<int32_t>(hn::MaxLanes(Bytes()))) {
-    partRow(LeastBytes(), from.v, to, pixels);
+    partRow<Pixels>(LeastBytes(), from.v, to, pixels);
   } else {
-    partRow(Bytes(), from.v, to, pixels);
+    partRow<Pixels>(Bytes(), from.v, to, pixels);
   }
 }
+
+constexpr FetchRows rgb24Rows = componentRows<BgrBytes>;
+constexpr FetchRows rgb565Rows = componentRows<Words>;
 
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
@@ -96,5 +122,6 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace zqcc {
 constexpr PerLevel<FetchRows> RGB24_ROWS = ZQCC_EVERY_LEVEL(rgb24Rows);
+constexpr PerLevel<FetchRows> RGB565_ROWS = ZQCC_EVERY_LEVEL(rgb565Rows);
 } // namespace zqcc
 #endif
