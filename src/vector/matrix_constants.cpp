@@ -53,11 +53,6 @@ constexpr DitherLines kPlainLines = ditherLines<Turn::Upright>(kNoOffsets, kNoOf
 template <Turn turn>
 constexpr DitherLines kDitherLines = ditherLines<turn>(kDitherRed, kDitherGreen, kDitherBlue);
 
-void setDither(const DitherLines &lines, ColourConstants &constants) {
-  constants.dither[0] = lines.of[0];
-  constants.dither[1] = lines.of[1];
-}
-
 } // namespace
 
 bool makeMatrixConstants(const ColorMatrix &matrix, ColourConstants &constants) {
@@ -65,7 +60,7 @@ bool makeMatrixConstants(const ColorMatrix &matrix, ColourConstants &constants) 
   constants.crToG = matrixFactor<kDroppedOfGreen>(matrix.crToG);
   constants.cbToB = matrixFactor<kDroppedOfOne>(matrix.cbToB);
   constants.cbToG = matrixFactor<kDroppedOfGreen>(matrix.cbToG);
-  setDither(kPlainLines, constants);
+  constants.dither = kPlainLines.of;
   return magnitude(matrix.crToR) <= kMostOfOne && magnitude(matrix.cbToB) <= kMostOfOne &&
          magnitude(matrix.crToG) + magnitude(matrix.cbToG) <= kMostOfGreen;
 }
@@ -73,7 +68,7 @@ bool makeMatrixConstants(const ColorMatrix &matrix, ColourConstants &constants) 
 template <Turn turn>
 bool makeDitherConstants(const ColorMatrix &matrix, ColourConstants &constants) {
   const bool isInRange = makeMatrixConstants(matrix, constants);
-  setDither(kDitherLines<turn>, constants);
+  constants.dither = kDitherLines<turn>.of;
   return isInRange;
 }
 

@@ -48,13 +48,14 @@ struct DitherLine {
 /// The highest offset of red and blue.
 inline constexpr int kMostOffset = 2;
 
-/// What a colour stage takes from the frame: made once a frame, in numbers that fit 16-bit lanes.
+/// What a colour stage takes from the frame: made once a frame, in numbers that fit 16-bit lanes. Small, as frames of
+/// few pixels show what this costs.
 struct ColourConstants {
   MatrixFactor crToR;
   MatrixFactor crToG;
   MatrixFactor cbToB;
   MatrixFactor cbToG;
-  DitherLine dither[2]; ///< by the parity of the source line
+  const DitherLine *dither; ///< of two lines, by the parity of the source line
 };
 
 /// Fills the constants of an arithmetic from the matrix in force. False if the stage cannot work with that matrix
