@@ -158,7 +158,8 @@ bool resizePlanesByPlan(const Job &job) {
 
 bool filterPlanesByPlan(const Job &job) {
   const ConvertParams &p = job.params;
-  if (!job.plan->filter.exists || !isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
+  const bool hasStage = FIVE_POINT_ROW.in(job.levels) != nullptr;
+  if (!hasStage || !job.plan->filter.exists || !isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
     return false;
   }
   for (int i = 0; i < kPlanes; ++i) {
