@@ -1,5 +1,4 @@
 #include "vector/parted_means.h"
-#include "vector/resize_plan.h"
 #include "vector/resize_rows.h"
 #include "vector/resized_planes.h"
 #include "vector/row_stages.h"
@@ -47,7 +46,7 @@ private:
 
 bool filterWordsByPlan(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.inWidth < kLeastPixels || !PartedMeans::serve(job.plan->filter)) {
+  if (p.inWidth < kLeastPixels || !PartedMeans::serve(job)) {
     return false;
   }
   // Pitches count in whole pixels.

@@ -31,8 +31,8 @@ public:
   /// Lines have kLeastPixels or more.
   PartedMeans(const Job &job, const PartedLines &from, const MeanKind (&kinds)[3]);
 
-  /// False where samples would have to be gathered one by one.
-  static bool serve(const FilterPlan &plan) { return plan.exists && plan.kind != FilterWindows::Gathered; }
+  /// False where samples would have to be gathered one by one, too.
+  static bool serve(const Job &job);
 
   void columns(int32_t first, int32_t count);
 

@@ -158,7 +158,7 @@ bool resizePlanesByPlan(const Job &job) {
 
 bool filterPlanesByPlan(const Job &job) {
   const ConvertParams &p = job.params;
-  if (!job.plan->filter.exists || !isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
+  if (!FivePointRows::serve(job) || !isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
     return false;
   }
   for (int i = 0; i < kPlanes; ++i) {
