@@ -45,13 +45,13 @@ private:
 
   void part(int32_t line);
 
+  FivePointRows::Room room_;
+  alignas(64) uint8_t samples_[3][kSamples];
   PartedLines from_;
+  FivePointRows means_[3];
   int32_t first_ = 0; ///< units that the chunk reads
   int32_t count_ = 0;
   int32_t parted_ = -1; ///< the line whose samples stand there
-  FivePointRows::Room room_;
-  FivePointRows means_[3];
-  alignas(64) uint8_t samples_[3][kSamples];
 };
 
 } // namespace zqcc
