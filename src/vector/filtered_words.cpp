@@ -1,5 +1,4 @@
 #include "vector/parted_means.h"
-#include "vector/resize_plan.h"
 #include "vector/resize_rows.h"
 #include "vector/resized_planes.h"
 #include "vector/row_stages.h"
@@ -15,7 +14,7 @@ public:
 
   // cppcheck-suppress uninitMemberVar ; samples are made before they are read
   WordFilter(const Job &job, const PartedLines &from)
-      : yTable_(job.yTable), mostColumns_(PartedMeans::mostColumns(job, from.shift)), means_(job, from, kKinds) {}
+      : means_(job, from, kKinds), yTable_(job.yTable), mostColumns_(PartedMeans::mostColumns(job, from.shift)) {}
 
   [[nodiscard]] int32_t mostColumns() const { return mostColumns_; }
 
@@ -36,18 +35,18 @@ private:
   static constexpr MeanKind kSix{true, false, true, 6};
   static constexpr MeanKind kKinds[3] = {kFive, kSix, kFive};
 
-  const int32_t *yTable_;
-  int32_t mostColumns_;
   PartedMeans means_;
   alignas(64) uint8_t rows_[2][3][kColumns];
   uint8_t *const samples_[2][3] = {{rows_[0][0], rows_[0][1], rows_[0][2]}, {rows_[1][0], rows_[1][1], rows_[1][2]}};
+  const int32_t *yTable_;
+  int32_t mostColumns_;
 };
 
 } // namespace
 
 bool filterWordsByPlan(const Job &job) {
   const ConvertParams &p = job.params;
-  if (p.inWidth < kLeastPixels || !PartedMeans::serve(job.plan->filter)) {
+  if (p.inWidth < kLeastPixels || !PartedMeans::serve(job)) {
     return false;
   }
   // Pitches count in whole pixels.

@@ -29,6 +29,10 @@ WindowRow windowRowOf(FilterWindows kind, LevelSet usable) {
 
 } // namespace
 
+bool FivePointRows::serve(const Job &job) {
+  return job.plan->filter.exists && POSITIVE_FIVE_POINT_ROW.in(job.levels) != nullptr;
+}
+
 int32_t FivePointRows::mostColumns(const Job &job, int32_t chromaShift) {
   constexpr auto kRoom = static_cast<int32_t>(sizeof(Room));
   constexpr int32_t kMultiple = 128;

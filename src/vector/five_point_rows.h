@@ -33,6 +33,9 @@ public:
     alignas(64) uint8_t bytes[48 * 1024];
   };
 
+  /// Whether the frame has a plan, and a usable level the stages.
+  static bool serve(const Job &job);
+
   /// Luma's columns of a chunk whose windows have room.
   static int32_t mostColumns(const Job &job, int32_t chromaShift);
 

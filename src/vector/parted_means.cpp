@@ -1,6 +1,7 @@
 #include "vector/parted_means.h"
 
 #include "base/limits.h"
+#include "vector/resize_plan.h"
 #include "vector/stages.h"
 
 namespace zqcc {
@@ -11,6 +12,10 @@ MeanPlane planeOf(const PartedLines &from) {
 }
 
 } // namespace
+
+bool PartedMeans::serve(const Job &job) {
+  return FivePointRows::serve(job) && job.plan->filter.kind != FilterWindows::Gathered;
+}
 
 // Samples are made before they are read.
 // cppcheck-suppress uninitMemberVar

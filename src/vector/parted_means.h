@@ -31,8 +31,8 @@ public:
   /// Lines have kLeastPixels or more.
   PartedMeans(const Job &job, const PartedLines &from, const MeanKind (&kinds)[3]);
 
-  /// False where samples would have to be gathered one by one.
-  static bool serve(const FilterPlan &plan) { return plan.exists && plan.kind != FilterWindows::Gathered; }
+  /// False where samples would have to be gathered one by one, too.
+  static bool serve(const Job &job);
 
   void columns(int32_t first, int32_t count);
 
@@ -45,13 +45,13 @@ private:
 
   void part(int32_t line);
 
+  FivePointRows::Room room_;
+  alignas(64) uint8_t samples_[3][kSamples];
   PartedLines from_;
+  FivePointRows means_[3];
   int32_t first_ = 0; ///< units that the chunk reads
   int32_t count_ = 0;
   int32_t parted_ = -1; ///< the line whose samples stand there
-  FivePointRows::Room room_;
-  FivePointRows means_[3];
-  alignas(64) uint8_t samples_[3][kSamples];
 };
 
 } // namespace zqcc

@@ -57,6 +57,7 @@ template <class Sampler>
 constexpr int32_t columnsOf(const Sampler &sampler) {
   if constexpr (requires { sampler.mostColumns(); }) {
     return sampler.mostColumns();
+    // cppcheck-suppress identicalConditionAfterEarlyExit ; another requirement
   } else if constexpr (requires { Sampler::kColumns; }) {
     static_assert(Sampler::kColumns % 128 == 0 && Sampler::kColumns <= kMostColumns);
     return static_cast<int32_t>(Sampler::kColumns);

@@ -185,7 +185,7 @@ bool resizePackedByPlan(const Job &job) {
 }
 
 bool filterPackedByPlan(const Job &job) {
-  if (!isServed(job) || !PartedMeans::serve(job.plan->filter)) {
+  if (!isServed(job) || !PartedMeans::serve(job)) {
     return false;
   }
   PackedFilter(job).resize(job.yTable);

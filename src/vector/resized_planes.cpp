@@ -96,8 +96,8 @@ public:
 
   // cppcheck-suppress uninitMemberVar ; windows are laid out before they are read
   FilteredLines(const Job &job, const Plane &plane, int number)
-      : mostColumns_(FivePointRows::mostColumns(job, 1) >> (number > 0 ? 1 : 0)),
-        rows_(job, {plane.from, plane.fromStride, 0, plane.lines, 0}, number, 1, room_, {true, number > 0}) {}
+      : rows_(job, {plane.from, plane.fromStride, 0, plane.lines, 0}, number, 1, room_, {true, number > 0}),
+        mostColumns_(FivePointRows::mostColumns(job, 1) >> (number > 0 ? 1 : 0)) {}
 
   FilteredLines(const FilteredLines &) = delete; // rows know where their room is
   FilteredLines &operator=(const FilteredLines &) = delete;
@@ -108,9 +108,9 @@ public:
   void make(const int32_t *entry, uint8_t *to) { rows_.row(entry, to); }
 
 private:
-  int32_t mostColumns_;
   FivePointRows::Room room_;
   FivePointRows rows_;
+  int32_t mostColumns_;
 };
 
 /// Lines whose chunk is no whole number of groups are made in a buffer.
@@ -158,8 +158,7 @@ bool resizePlanesByPlan(const Job &job) {
 
 bool filterPlanesByPlan(const Job &job) {
   const ConvertParams &p = job.params;
-  const bool hasStage = FIVE_POINT_ROW.in(job.levels) != nullptr;
-  if (!hasStage || !job.plan->filter.exists || !isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
+  if (!FivePointRows::serve(job) || !isServed(planeOf(p, 0)) || !isServed(planeOf(p, 1))) {
     return false;
   }
   for (int i = 0; i < kPlanes; ++i) {

@@ -47,6 +47,7 @@ TEST(SameFormatFiltered, WideRatios) {
   uint32_t seed = 1;
   for (const int type : kTypes) {
     for (const auto &s : {std::array<int, 4>{2112, 8, 66, 5},
+                          {100, 90, 66, 21},
                           {8, 700, 5, 2},
                           {1500, 300, 2, 2},
                           {4, 4, 130, 3},
