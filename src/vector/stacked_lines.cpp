@@ -59,12 +59,17 @@ void LineMaker::stackPacked(const LinePair &lines, int line, const Block &block,
 void LineMaker::stackChroma(const LinePair &lines, int line, const Block &block, Stacked &rows) const {
   const SourceLine from = sourceAt(lines, line, block.x);
   const std::ptrdiff_t step = chromaLineOffset(view_, block.y + 2) - chromaLineOffset(view_, block.y);
+  const int32_t bytes = (block.pixels >> view_.layout.xShift) * view_.layout.sampleStep;
+  if (fetch_ == nullptr && step == bytes) { // one behind the other as they lie
+    rows.first[line].u = from.u;
+    rows.first[line].v = from.v;
+    return;
+  }
   rows.first[line].u = rows.u[line];
   rows.first[line].v = rows.v[line];
   if (view_.layout.sampleStep == 1) {
-    const int32_t samples = block.pixels >> view_.layout.xShift;
-    stackLines<kLeastPixels / 2>(rows.u[line], from.u, step, samples, block.pairs);
-    stackLines<kLeastPixels / 2>(rows.v[line], from.v, step, samples, block.pairs);
+    stackLines<kLeastPixels / 2>(rows.u[line], from.u, step, bytes, block.pairs);
+    stackLines<kLeastPixels / 2>(rows.v[line], from.v, step, bytes, block.pairs);
     return;
   }
   const uint8_t *first = lowest(from.u, from.v);
