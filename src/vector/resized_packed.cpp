@@ -117,8 +117,9 @@ private:
 /// overlap, or the order of the stores would show.
 bool isServed(const Job &job) {
   const ConvertParams &p = job.params;
-  return STORE_MACROPIXELS.in(job.levels) != nullptr && p.inWidth % 2 == 0 && p.inWidth >= kLeastPixels && job.plan->kept.luma.parts != 0 &&
-         job.plan->kept.chroma.parts != 0 && p.outStride >= std::ptrdiff_t{p.outWidth} * 2;
+  return STORE_MACROPIXELS.in(job.levels) != nullptr && p.inWidth % 2 == 0 && p.inWidth >= kLeastPixels &&
+         job.plan->kept.luma.parts != 0 && job.plan->kept.chroma.parts != 0 &&
+         p.outStride >= std::ptrdiff_t{p.outWidth} * 2;
 }
 
 } // namespace

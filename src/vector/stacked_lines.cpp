@@ -29,7 +29,7 @@ struct LineMaker::Stacked {
   uint8_t u[2][kStackedPixels];
   uint8_t v[2][kStackedPixels];
   uint8_t asTheyLie[2][2 * kStackedPixels];
-  SourceLine first[2]; ///< where the samples of either line are
+  SampleRows first[2]; ///< of either line; of both in the first one where they are made together
 };
 
 bool LineMaker::canStack(const Rect &rows) const {
@@ -53,7 +53,7 @@ void LineMaker::stackPacked(const LinePair &lines, int line, const Block &block,
   uint8_t *raw = rows.asTheyLie[line];
   stackLines<std::size_t{2} * kLeastPixels>(raw, left + first, 2 * view_.yStride, std::ptrdiff_t{2} * block.pixels,
                                             block.pairs);
-  rows.first[line] = {raw - first, raw - first + u, raw - first + v};
+  rows.first[line] = {{raw - first, nullptr}, raw - first + u, raw - first + v};
 }
 
 void LineMaker::stackChroma(const LinePair &lines, int line, const Block &block, Stacked &rows) const {
@@ -92,7 +92,7 @@ void LineMaker::stack(const Block &block, Stacked &rows) const {
       continue;
     }
     stackLines<kLeastPixels>(rows.y[line], lines.luma[line] + block.x, 2 * view_.yStride, block.pixels, block.pairs);
-    rows.first[line].y = rows.y[line];
+    rows.first[line].y[0] = rows.y[line];
     if (line == 0 || pair_ == nullptr) {
       stackChroma(lines, line, block, rows);
     }
@@ -103,15 +103,14 @@ void LineMaker::makeStacked(const Block &block, uint8_t *const to[2]) const {
   Stacked rows;
   stack(block, rows);
   const int32_t pixels = block.pairs * block.pixels;
-  const SourceLine &upper = rows.first[0];
   if (pair_ != nullptr) {
-    pair_({{upper.y, rows.first[1].y}, upper.u, upper.v}, to, pixels, 0, constants_);
+    rows.first[0].y[1] = rows.first[1].y[0];
+    pair_(rows.first[0], to, pixels, 0, constants_);
     return;
   }
   for (int line = 0; line < 2; ++line) {
-    const SourceLine &from = rows.first[line];
     uint8_t *const one[2] = {to[line], nullptr};
-    single_({{from.y, nullptr}, from.u, from.v}, one, pixels, line, constants_);
+    single_(rows.first[line], one, pixels, line, constants_);
   }
 }
 

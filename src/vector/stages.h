@@ -20,8 +20,8 @@ struct ColorMatrix;
 inline constexpr int32_t kLeastPixels = 16;
 
 /// The samples of one line of pixels, or of two lines that share their chroma. With half chroma, sample i of u and v
-/// belongs to pixels 2i and 2i + 1; with full chroma to pixel i. Of RGB, y is red, u is green and v is blue. Stages that
-/// read a layout as it lies say what the pointers are of the first pixel.
+/// belongs to pixels 2i and 2i + 1; with full chroma to pixel i. Of RGB, y is red, u is green and v is blue. Stages
+/// that read a layout as it lies say what the pointers are of the first pixel.
 struct SampleRows {
   const uint8_t *y[2];
   const uint8_t *u;
