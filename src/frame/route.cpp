@@ -9,6 +9,10 @@
 namespace zqcc {
 namespace {
 
+// Every frame asks for its route. Functions below have one named result or none, so that it is made where the caller
+// wants it: a copy would read in wide words what has just been written field by field, and wait for it, which costs
+// a small picture as much as a quarter of its pixels.
+
 /// A quarter or half turn.
 bool isRotation(Turn turn) {
   return isQuarterTurn(turn) || turn == Turn::Half;
@@ -72,11 +76,7 @@ PlanKind planOfPlanes(const ConvertParams &p, TableFormat tables) {
                                                                                             : PlanKind::Planes420;
 }
 
-Route samePlanar420(const ConvertParams &p) {
-  const uint32_t row = rowOf(p);
-  if (row == kNoRow) {
-    return refused(CC_ERR_ARGUMENT);
-  }
+Route samePlanar420(const ConvertParams &p, uint32_t row) {
   const Turn turn = turnOf(p.rotation);
   const TableFormat plain = isRotation(turn) ? TableFormat::Nearest : TableFormat::Bilinear;
   Route route = served(SAME_PLANAR420[kPlanar420Columns[turn] + 3 * row], byQuality(p.antiAlias, plain));
@@ -86,11 +86,7 @@ Route samePlanar420(const ConvertParams &p) {
   return route;
 }
 
-Route sameRgb16(const ConvertParams &p) {
-  const uint32_t row = rowOf(p);
-  if (row == kNoRow) {
-    return refused(CC_ERR_ARGUMENT);
-  }
+Route sameRgb16(const ConvertParams &p, uint32_t row) {
   const Turn turn = turnOf(p.rotation);
   Route route = served(SAME_RGB16[kSameFormatColumns[turn] + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
   if (p.antiAlias == 0) {
@@ -115,24 +111,33 @@ Route samePacked422(const ConvertParams &p) {
   return route;
 }
 
-Route sameFormatRoute(const ConvertParams &p) {
-  if (p.antiAlias > 2) {
-    return refused(CC_ERR_ARGUMENT);
-  }
+Route sameSemiPlanar(const ConvertParams &p) {
   const Turn turn = turnOf(p.rotation);
-  Route route;
-  if (isPlanar420(p.inType)) {
-    route = samePlanar420(p);
-  } else if (isRgb16(p.inType)) {
-    route = sameRgb16(p);
-  } else if (isSemiPlanar(p.inType)) {
-    route = served(SAME_SEMI_PLANAR[kSameFormatColumns[turn] + 2 * p.isResize], TableFormat::Nearest);
-    route.ownPairs = !isQuarterTurn(turn);
-  } else if (isPacked422(p.inType)) {
-    route = samePacked422(p);
-  } else {
+  Route route = served(SAME_SEMI_PLANAR[kSameFormatColumns[turn] + 2 * p.isResize], TableFormat::Nearest);
+  route.ownPairs = !isQuarterTurn(turn);
+  return route;
+}
+
+Route routeOfKeptType(const ConvertParams &p) {
+  if (isSemiPlanar(p.inType)) {
+    return sameSemiPlanar(p);
+  }
+  if (isPacked422(p.inType)) {
+    return samePacked422(p);
+  }
+  if (!isPlanar420(p.inType) && !isRgb16(p.inType)) {
     return refused(CC_ERR_IN_TYPE);
   }
+  const uint32_t row = rowOf(p);
+  if (row == kNoRow) {
+    return refused(CC_ERR_ARGUMENT);
+  }
+  return isPlanar420(p.inType) ? samePlanar420(p, row) : sameRgb16(p, row);
+}
+
+Route sameFormatRoute(const ConvertParams &p) {
+  const Turn turn = turnOf(p.rotation);
+  Route route = p.antiAlias > 2 ? refused(CC_ERR_ARGUMENT) : routeOfKeptType(p);
   route.fromLastInputLine = turn == Turn::Right && (isSemiPlanar(p.inType) || isPacked422(p.inType));
   route.copies = p.isResize == 0 && !isQuarterTurn(turn) && !(isPlanar420(p.inType) && turn == Turn::Half);
   return route;
@@ -177,15 +182,16 @@ struct PlannedEntry {
   PlanKind plan;
 };
 
-/// Types with members for every turn: the turned ones read grouped tables whatever the quality.
-Route turnedOrFiltered(const ConvertParams &p, const PlannedEntry &plain, uint32_t filtered) {
-  const Turn turn = turnOf(p.rotation);
-  if (!isRotation(turn) && p.antiAlias != 0) {
-    return filteredTo565(filtered, p.antiAlias);
-  }
+Route turnedTo565(const PlannedEntry &plain, Turn turn) {
   Route route = planned(RESIZE_TO_RGB565[plain.entry], TableFormat::Grouped, plain.plan);
   route.fromStrideEnd = turn == Turn::Half;
   return route;
+}
+
+/// Types with members for every turn: the turned ones read grouped tables whatever the quality.
+Route turnedOrFiltered(const ConvertParams &p, const PlannedEntry &plain, uint32_t filtered) {
+  const Turn turn = turnOf(p.rotation);
+  return !isRotation(turn) && p.antiAlias != 0 ? filteredTo565(filtered, p.antiAlias) : turnedTo565(plain, turn);
 }
 
 /// Types whose filtered member follows the plain one; neither is turned.
@@ -269,11 +275,15 @@ Route semiPlanarRoute(const ConvertParams &p) {
   return route;
 }
 
+Route packedToRgb16(const ConvertParams &p) {
+  Route route = planned(PACKED422_TO_RGB16[p.isResize], TableFormat::Nearest, PlanKind::Packed);
+  route.fromStrideEnd = p.isResize == 0 && turnOf(p.rotation) == Turn::Half;
+  return route;
+}
+
 Route packedRoute(const ConvertParams &p) {
   if (isRgb16(p.outType)) {
-    Route route = planned(PACKED422_TO_RGB16[p.isResize], TableFormat::Nearest, PlanKind::Packed);
-    route.fromStrideEnd = p.isResize == 0 && turnOf(p.rotation) == Turn::Half;
-    return route;
+    return packedToRgb16(p);
   }
   if (p.outType == COLOR_RGB24) {
     return planned(PACKED422_TO_RGB24[p.isResize], TableFormat::Nearest, PlanKind::Packed);
@@ -349,10 +359,10 @@ ConvertParams turnedDescription(const ConvertParams &params) {
 }
 
 Route routeOf(const ConvertParams &params) {
-  if (params.isResize > 1 || params.rotation > 7 || params.antiAlias > 3) {
-    return refused(CC_ERR_ARGUMENT);
-  }
-  Route route = params.inType == params.outType ? sameFormatRoute(params) : conversionRoute(params);
+  const bool modesAreKnown = params.isResize <= 1 && params.rotation <= 7 && params.antiAlias <= 3;
+  Route route = !modesAreKnown                    ? refused(CC_ERR_ARGUMENT)
+                : params.inType == params.outType ? sameFormatRoute(params)
+                                                  : conversionRoute(params);
   if (params.isResize == 0) {
     route.tables = TableFormat::None;
     route.plan = PlanKind::None;

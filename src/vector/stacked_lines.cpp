@@ -29,7 +29,7 @@ struct LineMaker::Stacked {
   uint8_t u[2][kStackedPixels];
   uint8_t v[2][kStackedPixels];
   uint8_t asTheyLie[2][2 * kStackedPixels];
-  SourceLine first[2]; ///< where the samples of either line are
+  SampleRows first[2]; ///< of either line; of both in the first one where they are made together
 };
 
 bool LineMaker::canStack(const Rect &rows) const {
@@ -53,18 +53,23 @@ void LineMaker::stackPacked(const LinePair &lines, int line, const Block &block,
   uint8_t *raw = rows.asTheyLie[line];
   stackLines<std::size_t{2} * kLeastPixels>(raw, left + first, 2 * view_.yStride, std::ptrdiff_t{2} * block.pixels,
                                             block.pairs);
-  rows.first[line] = {raw - first, raw - first + u, raw - first + v};
+  rows.first[line] = {{raw - first, nullptr}, raw - first + u, raw - first + v};
 }
 
 void LineMaker::stackChroma(const LinePair &lines, int line, const Block &block, Stacked &rows) const {
   const SourceLine from = sourceAt(lines, line, block.x);
   const std::ptrdiff_t step = chromaLineOffset(view_, block.y + 2) - chromaLineOffset(view_, block.y);
+  const int32_t bytes = (block.pixels >> view_.layout.xShift) * view_.layout.sampleStep;
+  if (fetch_ == nullptr && step == bytes) { // one behind the other as they lie
+    rows.first[line].u = from.u;
+    rows.first[line].v = from.v;
+    return;
+  }
   rows.first[line].u = rows.u[line];
   rows.first[line].v = rows.v[line];
   if (view_.layout.sampleStep == 1) {
-    const int32_t samples = block.pixels >> view_.layout.xShift;
-    stackLines<kLeastPixels / 2>(rows.u[line], from.u, step, samples, block.pairs);
-    stackLines<kLeastPixels / 2>(rows.v[line], from.v, step, samples, block.pairs);
+    stackLines<kLeastPixels / 2>(rows.u[line], from.u, step, bytes, block.pairs);
+    stackLines<kLeastPixels / 2>(rows.v[line], from.v, step, bytes, block.pairs);
     return;
   }
   const uint8_t *first = lowest(from.u, from.v);
@@ -87,7 +92,7 @@ void LineMaker::stack(const Block &block, Stacked &rows) const {
       continue;
     }
     stackLines<kLeastPixels>(rows.y[line], lines.luma[line] + block.x, 2 * view_.yStride, block.pixels, block.pairs);
-    rows.first[line].y = rows.y[line];
+    rows.first[line].y[0] = rows.y[line];
     if (line == 0 || pair_ == nullptr) {
       stackChroma(lines, line, block, rows);
     }
@@ -98,15 +103,14 @@ void LineMaker::makeStacked(const Block &block, uint8_t *const to[2]) const {
   Stacked rows;
   stack(block, rows);
   const int32_t pixels = block.pairs * block.pixels;
-  const SourceLine &upper = rows.first[0];
   if (pair_ != nullptr) {
-    pair_({{upper.y, rows.first[1].y}, upper.u, upper.v}, to, pixels, 0, constants_);
+    rows.first[0].y[1] = rows.first[1].y[0];
+    pair_(rows.first[0], to, pixels, 0, constants_);
     return;
   }
   for (int line = 0; line < 2; ++line) {
-    const SourceLine &from = rows.first[line];
     uint8_t *const one[2] = {to[line], nullptr};
-    single_({{from.y, nullptr}, from.u, from.v}, one, pixels, line, constants_);
+    single_(rows.first[line], one, pixels, line, constants_);
   }
 }
 
