@@ -25,6 +25,7 @@ enum class PlanKind : uint32_t {
   Rgb16Turned, ///< pairs of lines are weighed alike
   Planes420, ///< planar 4:2:0 that stays so, every plane bilinear
   Planes420Nearest, ///< the same reduced by whole numbers, which never lie between samples
+  Planes420Turned,  ///< the same turned, whatever the ratio: the nearest sample of every plane
   Packed422, ///< packed 4:2:2 that stays so, luma and chroma bilinear
   RunLength, ///< planar types to RGB24, nearest
   Packed,    ///< packed 4:2:2, nearest: the column table itself is all that vector code reads

@@ -62,9 +62,8 @@ bool isReducedEvenly(int32_t in, int32_t out) {
 }
 
 PlanKind planOfPlanes(const ConvertParams &p) {
-  return isReducedEvenly(p.inWidth, p.outWidth) && isReducedEvenly(p.inHeight, p.outHeight)
-             ? PlanKind::Planes420Nearest
-             : PlanKind::Planes420;
+  return isReducedEvenly(p.inWidth, p.outWidth) && isReducedEvenly(p.inHeight, p.outHeight) ? PlanKind::Planes420Nearest
+                                                                                            : PlanKind::Planes420;
 }
 
 Route samePlanar420(const ConvertParams &p) {
@@ -77,7 +76,9 @@ Route samePlanar420(const ConvertParams &p) {
   Route route = served(SAME_PLANAR420[kPlanar420Columns[turn] + 3 * row], byQuality(p.antiAlias, plain));
   route.sizedByInput = isRotation(turn);
   route.fromStrideEnd = p.isResize == 1 && turn == Turn::Half;
-  route.plan = route.tables == TableFormat::Bilinear ? planOfPlanes(p) : PlanKind::None;
+  if (p.antiAlias == 0) {
+    route.plan = isRotation(turn) ? PlanKind::Planes420Turned : planOfPlanes(p);
+  }
   return route;
 }
 
@@ -87,8 +88,7 @@ Route sameRgb16(const ConvertParams &p) {
     return refused(CC_ERR_ARGUMENT);
   }
   const Turn turn = turnOf(p.rotation);
-  Route route =
-      served(SAME_RGB16[kSameFormatColumns[turn] + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
+  Route route = served(SAME_RGB16[kSameFormatColumns[turn] + 2 * row], byQuality(p.antiAlias, TableFormat::Grouped));
   if (p.antiAlias == 0) {
     route.plan = isQuarterTurn(turn) ? PlanKind::Rgb16Turned : PlanKind::Rgb16;
   }

@@ -1,5 +1,6 @@
 #include "vector/kept_plan.h"
 
+#include "base/limits.h"
 #include "base/table_format.h"
 #include "kernels/taps.h"
 
@@ -38,12 +39,22 @@ TapPlan interpolated(const Line &line, const int32_t *xTable, uint8_t *memory) {
   return makeTapPlan(memory, line.outputs, {line.samples, 1});
 }
 
-PickPlan picked(const Line &line, const int32_t *xTable, uint8_t *memory) {
+/// Columns behind the last one take that one: chroma has the first half of what is luma's.
+PickPlan picked(const Line &line, const int32_t *xTable, std::ptrdiff_t words, uint8_t *memory) {
   int32_t *columns = planColumns(memory, line.outputs);
   for (int32_t i = 0; i < line.outputs; ++i) {
-    columns[i] = xTable[i * kTapWords];
+    columns[i] = smaller(xTable[i * words], line.samples - 1);
   }
   return makePickPlan(memory, line.outputs, {line.samples, 1});
+}
+
+constexpr bool isPicked(PlanKind kind) {
+  return kind == PlanKind::Planes420Nearest || kind == PlanKind::Planes420Turned;
+}
+
+/// Words of the column table for a position.
+constexpr std::ptrdiff_t wordsOf(PlanKind kind) {
+  return kind == PlanKind::Planes420Turned ? 1 : kTapWords;
 }
 
 /// A sample and its neighbour are needed, and outputs for every plane.
@@ -59,7 +70,7 @@ uint64_t keptPlanBytes(PlanKind kind, const ConvertParams &seen) {
   if (!isPlanned(chroma)) {
     return 0;
   }
-  const auto bytesOf = kind == PlanKind::Planes420Nearest ? pickPlanBytes : tapPlanBytes;
+  const auto bytesOf = isPicked(kind) ? pickPlanBytes : tapPlanBytes;
   return uint64_t{aligned(bytesOf(luma.outputs))} + aligned(bytesOf(chroma.outputs));
 }
 
@@ -67,9 +78,9 @@ KeptPlan makeKeptPlan(PlanKind kind, const ConvertParams &seen, const int32_t *x
   const Line luma = lumaOf(seen);
   const Line chroma = chromaOf(kind, seen);
   KeptPlan plan{};
-  if (kind == PlanKind::Planes420Nearest) {
-    plan.pickedLuma = picked(luma, xTable, memory);
-    plan.pickedChroma = picked(chroma, xTable, memory + aligned(pickPlanBytes(luma.outputs)));
+  if (isPicked(kind)) {
+    plan.pickedLuma = picked(luma, xTable, wordsOf(kind), memory);
+    plan.pickedChroma = picked(chroma, xTable, wordsOf(kind), memory + aligned(pickPlanBytes(luma.outputs)));
   } else {
     plan.luma = interpolated(luma, xTable, memory);
     plan.chroma = interpolated(chroma, xTable, memory + aligned(tapPlanBytes(luma.outputs)));
