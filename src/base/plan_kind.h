@@ -17,18 +17,20 @@ enum class PlanKind : uint32_t {
   Yuv440,
   Yuv411,
   QuarterHeight,
-  PlanarRgb, ///< three planes, each bilinear
-  Rgb24,     ///< the same of B, G, R bytes
-  FivePoint, ///< planar types, five-point means
-  Box,       ///< planar types, box means
-  Rgb16,       ///< the same of 16-bit pixels
-  Rgb16Turned, ///< pairs of lines are weighed alike
-  Planes420, ///< planar 4:2:0 that stays so, every plane bilinear
+  PlanarRgb,        ///< three planes, each bilinear
+  Rgb24,            ///< the same of B, G, R bytes
+  FivePoint,        ///< planar types, five-point means
+  Box,              ///< planar types, box means
+  Rgb16,            ///< the same of 16-bit pixels
+  Rgb16Turned,      ///< pairs of lines are weighed alike
+  Planes420,        ///< planar 4:2:0 that stays so, every plane bilinear
   Planes420Nearest, ///< the same reduced by whole numbers, which never lie between samples
   Planes420Turned,  ///< the same turned, whatever the ratio: the nearest sample of every plane
-  Packed422, ///< packed 4:2:2 that stays so, luma and chroma bilinear
-  RunLength, ///< planar types to RGB24, nearest
-  Packed,    ///< packed 4:2:2, nearest: the column table itself is all that vector code reads
+  SemiPlanar,       ///< semi-planar that stays so, nearest: chroma follows luma's even columns
+  SemiPlanarTurned, ///< the same by quarter turns, where chroma has columns of its own
+  Packed422,        ///< packed 4:2:2 that stays so, luma and chroma bilinear
+  RunLength,        ///< planar types to RGB24, nearest
+  Packed,           ///< packed 4:2:2, nearest: the column table itself is all that vector code reads
 };
 
 } // namespace zqcc

@@ -117,7 +117,8 @@ Route sameFormatRoute(const ConvertParams &p) {
   } else if (isRgb16(p.inType)) {
     route = sameRgb16(p);
   } else if (isSemiPlanar(p.inType)) {
-    route = served(SAME_SEMI_PLANAR[kSameFormatColumns[turn] + 2 * p.isResize], TableFormat::Nearest);
+    route = planned(SAME_SEMI_PLANAR[kSameFormatColumns[turn] + 2 * p.isResize], TableFormat::Nearest,
+                    isQuarterTurn(turn) ? PlanKind::SemiPlanarTurned : PlanKind::SemiPlanar);
     route.ownPairs = !isQuarterTurn(turn);
   } else if (isPacked422(p.inType)) {
     route = samePacked422(p);

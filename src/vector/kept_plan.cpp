@@ -23,10 +23,15 @@ Line lumaOf(const ConvertParams &seen) {
   return {seen.outWidth, seen.inWidth};
 }
 
-/// Packed lines have a sample for a lone last pixel too.
+constexpr bool hasPairs(PlanKind kind) {
+  return kind == PlanKind::SemiPlanar || kind == PlanKind::SemiPlanarTurned;
+}
+
+/// Packed and upright semi-planar lines have a sample for a lone last pixel too. Both bytes of a pair are samples.
 Line chromaOf(PlanKind kind, const ConvertParams &seen) {
-  const int32_t lone = kind == PlanKind::Packed422 ? seen.outWidth % 2 : 0;
-  return {seen.outWidth / 2 + lone, seen.inWidth / 2};
+  const int32_t lone = kind == PlanKind::Packed422 || kind == PlanKind::SemiPlanar ? seen.outWidth % 2 : 0;
+  const int32_t each = hasPairs(kind) ? 2 : 1;
+  return {(seen.outWidth / 2 + lone) * each, seen.inWidth / 2 * each};
 }
 
 TapPlan interpolated(const Line &line, const int32_t *xTable, uint8_t *memory) {
@@ -48,13 +53,24 @@ PickPlan picked(const Line &line, const int32_t *xTable, std::ptrdiff_t words, u
   return makePickPlan(memory, line.outputs, {line.samples, 1});
 }
 
+/// The pair of an even luma column, or that of the pair's own number.
+PickPlan pickedPairs(PlanKind kind, const Line &line, const int32_t *xTable, uint8_t *memory) {
+  int32_t *columns = planColumns(memory, line.outputs);
+  for (int32_t i = 0; i < line.outputs; i += 2) {
+    const int32_t pair = kind == PlanKind::SemiPlanar ? xTable[i] / 2 : xTable[i / 2];
+    columns[i] = smaller(2 * pair, line.samples - 2);
+    columns[i + 1] = columns[i] + 1;
+  }
+  return makePickPlan(memory, line.outputs, {line.samples, 1});
+}
+
 constexpr bool isPicked(PlanKind kind) {
-  return kind == PlanKind::Planes420Nearest || kind == PlanKind::Planes420Turned;
+  return kind == PlanKind::Planes420Nearest || kind == PlanKind::Planes420Turned || hasPairs(kind);
 }
 
 /// Words of the column table for a position.
 constexpr std::ptrdiff_t wordsOf(PlanKind kind) {
-  return kind == PlanKind::Planes420Turned ? 1 : kTapWords;
+  return kind == PlanKind::Planes420Nearest ? kTapWords : 1;
 }
 
 /// A sample and its neighbour are needed, and outputs for every plane.
@@ -80,7 +96,9 @@ KeptPlan makeKeptPlan(PlanKind kind, const ConvertParams &seen, const int32_t *x
   KeptPlan plan{};
   if (isPicked(kind)) {
     plan.pickedLuma = picked(luma, xTable, wordsOf(kind), memory);
-    plan.pickedChroma = picked(chroma, xTable, wordsOf(kind), memory + aligned(pickPlanBytes(luma.outputs)));
+    uint8_t *behind = memory + aligned(pickPlanBytes(luma.outputs));
+    plan.pickedChroma =
+        hasPairs(kind) ? pickedPairs(kind, chroma, xTable, behind) : picked(chroma, xTable, wordsOf(kind), behind);
   } else {
     plan.luma = interpolated(luma, xTable, memory);
     plan.chroma = interpolated(chroma, xTable, memory + aligned(tapPlanBytes(luma.outputs)));

@@ -16,7 +16,7 @@ struct KeptPlan {
   TapPlan luma;
   TapPlan chroma;
   PickPlan pickedLuma;
-  PickPlan pickedChroma;
+  PickPlan pickedChroma; ///< of pairs, both bytes
 };
 
 constexpr bool keepsType(PlanKind kind) {
@@ -24,6 +24,8 @@ constexpr bool keepsType(PlanKind kind) {
   case PlanKind::Planes420:
   case PlanKind::Planes420Nearest:
   case PlanKind::Planes420Turned:
+  case PlanKind::SemiPlanar:
+  case PlanKind::SemiPlanarTurned:
   case PlanKind::Packed422:
     return true;
   default:

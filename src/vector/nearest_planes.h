@@ -26,7 +26,8 @@ struct PickedLines {
 };
 
 /// `width` counts along the source's lines, `height` across them: a quarter turn is height wide and width high. Both
-/// count units, samples or pairs of them. A half turn lies at the right end of the output lines.
+/// count units: samples, or pairs of them where a quarter turn is one of pairs. A half turn lies at the right end of
+/// the output lines.
 struct PickedPlane {
   PickedLines lines;
   uint8_t *to;
