@@ -102,7 +102,8 @@ Route samePacked422(const ConvertParams &p) {
     const bool swapped = packedLayout(packedVariantOf(p.inType)).isSwapped();
     tables = swapped ? TableFormat::Bilinear : byQuality(p.antiAlias, TableFormat::Bilinear);
   }
-  const PlanKind plan = tables == TableFormat::Bilinear ? PlanKind::Packed422 : PlanKind::None;
+  PlanKind plan = tables == TableFormat::Bilinear ? PlanKind::Packed422 : PlanKind::None;
+  plan = tables == TableFormat::Nearest ? PlanKind::Packed : plan;
   return planned(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables, plan);
 }
 

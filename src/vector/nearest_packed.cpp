@@ -18,8 +18,7 @@ bool isInside(const PickedMacropixels &picture) {
 
 bool pickedMacropixelsTurned(LevelSet levels, const PackedLayout &layout, const PickedMacropixels &picture) {
   const PickMacropixels pick = PICK_MACROPIXELS.in(levels);
-  const TransposeBlock transpose =
-      (layout.firstLuma() == 0 ? TRANSPOSE_LUMA_FIRST : TRANSPOSE_CHROMA_FIRST).in(levels);
+  const TransposeBlock transpose = (layout.firstLuma() == 0 ? TRANSPOSE_LUMA_FIRST : TRANSPOSE_CHROMA_FIRST).in(levels);
   const PickedTurn turn{{transpose, kPixelBytes}, picture.to, picture.toStep, picture.columns, picture.lines};
   if (pick == nullptr || !isTurnedByBlocks(turn) || !isInside(picture)) {
     return false;
