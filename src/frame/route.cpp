@@ -69,8 +69,8 @@ PlanKind planOfPlanes(const ConvertParams &p, TableFormat tables) {
   if (tables == TableFormat::Filtered) {
     return PlanKind::FilteredPlanes420;
   }
-  if (tables != TableFormat::Bilinear) {
-    return PlanKind::None;
+  if (tables == TableFormat::Nearest) {
+    return PlanKind::Planes420Turned;
   }
   return isReducedEvenly(p.inWidth, p.outWidth) && isReducedEvenly(p.inHeight, p.outHeight) ? PlanKind::Planes420Nearest
                                                                                             : PlanKind::Planes420;
@@ -97,6 +97,13 @@ Route sameRgb16(const ConvertParams &p, uint32_t row) {
   return route;
 }
 
+PlanKind planOfPacked(TableFormat tables) {
+  if (tables == TableFormat::Nearest) {
+    return PlanKind::Packed;
+  }
+  return tables == TableFormat::Filtered ? PlanKind::FilteredPacked422 : PlanKind::Packed422;
+}
+
 Route samePacked422(const ConvertParams &p) {
   const Turn turn = turnOf(p.rotation);
   TableFormat tables = TableFormat::Nearest;
@@ -105,15 +112,14 @@ Route samePacked422(const ConvertParams &p) {
     tables = swapped ? TableFormat::Bilinear : byQuality(p.antiAlias, TableFormat::Bilinear);
   }
   Route route = served(SAME_PACKED422[kSameFormatColumns[turn] + 2 * p.isResize], tables);
-  if (tables != TableFormat::Nearest) {
-    route.plan = tables == TableFormat::Filtered ? PlanKind::FilteredPacked422 : PlanKind::Packed422;
-  }
+  route.plan = planOfPacked(tables);
   return route;
 }
 
 Route sameSemiPlanar(const ConvertParams &p) {
   const Turn turn = turnOf(p.rotation);
   Route route = served(SAME_SEMI_PLANAR[kSameFormatColumns[turn] + 2 * p.isResize], TableFormat::Nearest);
+  route.plan = isQuarterTurn(turn) ? PlanKind::SemiPlanarTurned : PlanKind::SemiPlanar;
   route.ownPairs = !isQuarterTurn(turn);
   return route;
 }

@@ -4,6 +4,7 @@
 #include "base/turn.h"
 #include "kernels/copy_lines.h"
 #include "sameformat/packed_line.h"
+#include "vector/nearest_packed.h"
 #include "vector/turns.h"
 
 namespace zqcc {
@@ -112,6 +113,31 @@ Turned turnPairs(const Job &job, const Source &source, const TurnTarget &target)
   return {columns / 2, lines};
 }
 
+/// The same of lines and columns that tables pick.
+template <class Source>
+Turned turnPickedPairs(const Job &job, const Source &source, const TurnTarget &target) {
+  const ConvertParams &p = job.params;
+  const int32_t lines = p.outHeight & ~1;
+  const int32_t columns = target.columns & ~1;
+  const int32_t whole = isCut(p.inWidth, job.inRoom) ? p.inWidth / 2 : macropixelsOf(p.inWidth);
+  const PickedMacropixels pairs{source.src,   source.pitch,  whole,       source.xTable, source.yFirst,
+                                source.yStep, target.origin, target.step, columns,       lines};
+  const bool linesOverlap = p.outStride / (kMacropixelBytes / 2) < p.outHeight;
+  if (linesOverlap || !pickedMacropixelsTurned(job.levels, packedLayout(job.packedVariant), pairs)) {
+    return {0, 0};
+  }
+  return {columns / 2, lines};
+}
+
+/// What vector code has left: lines below, and a column beside what it has turned.
+template <class Source>
+void turnRest(const Source &source, const TurnTarget &target, const Turned &turned, const ConvertParams &p) {
+  turnMacropixels(source, target, 0, turned.lines, p.outHeight, !isCut(p.outHeight, p.outStride));
+  if (turned.lines > 0) {
+    turnMacropixels(source, target, turned.macropixels, 0, turned.lines, true);
+  }
+}
+
 TurnTarget turnTarget(const ConvertParams &p, uint32_t mask) {
   const std::ptrdiff_t pitch = p.outStride;
   if (turnOf(p.rotation) == Turn::Left) {
@@ -149,10 +175,7 @@ void rotatePacked422(const Job &job) {
     const PlainSource<decltype(reader)> source{reader, first, left ? pitch : -pitch, left ? p.outHeight : p.inHeight};
     const TurnTarget target = turnTarget(p, mask);
     const Turned turned = turnPairs(job, source, target);
-    turnMacropixels(source, target, 0, turned.lines, p.outHeight, !isCut(p.outHeight, p.outStride));
-    if (turned.lines > 0) {
-      turnMacropixels(source, target, turned.macropixels, 0, turned.lines, true);
-    }
+    turnRest(source, target, turned, p);
   });
 }
 
@@ -162,8 +185,9 @@ void resizeRotatePacked422(const Job &job) {
   const int32_t *const yFirst = left ? job.yTable : job.yTable + (p.outHeight - 1);
   withReader(job, p.inWidth, [&](auto reader) {
     const PickedSource<decltype(reader)> source{reader, p.inBuf[0], p.inStride, job.xTable, yFirst, left ? 1 : -1};
-    turnMacropixels(source, turnTarget(p, chromaMask(packedLayout(job.packedVariant))), 0, 0, p.outHeight,
-                    !isCut(p.outHeight, p.outStride));
+    const TurnTarget target = turnTarget(p, chromaMask(packedLayout(job.packedVariant)));
+    const Turned turned = turnPickedPairs(job, source, target);
+    turnRest(source, target, turned, p);
   });
 }
 

@@ -5,6 +5,7 @@
 #include "sameformat/five_point_lines.h"
 #include "sameformat/nearest.h"
 #include "sameformat/plane_rotation.h"
+#include "vector/nearest_planes.h"
 #include "vector/resized_planes.h"
 
 namespace zqcc {
@@ -60,6 +61,12 @@ void filterPlane(const Plane &plane, const Job &job, TapOf columnTap, TapOf line
 
 NearestSource nearestSource(const Plane &plane, const Job &job) {
   return {plane.src, plane.srcPitch, plane.srcWidth - 1, plane.srcHeight - 1, job.xTable, job.yTable};
+}
+
+bool pickedByRows(const Job &job, int index, const Plane &plane) {
+  const PickedLines lines{plane.src, plane.srcPitch, plane.srcHeight - 1, job.yTable};
+  return pickedByRows(job, turnOf(job.params.rotation), isChroma(index) ? PlaneUnit::Chroma : PlaneUnit::Luma,
+                      {lines, plane.dst, plane.dstPitch, plane.width, plane.height});
 }
 
 } // namespace
@@ -118,15 +125,19 @@ void resizeYuv420PlanarAntiAlias(const Job &job) {
 void resizeRotateYuv420Planar(const Job &job) {
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
-    resizeRotatePlane(turnOf(job.params.rotation), nearestSource(plane, job), plane.dst, plane.width, plane.height,
-                      plane.dstPitch);
+    if (!pickedByRows(job, i, plane)) {
+      resizeRotatePlane(turnOf(job.params.rotation), nearestSource(plane, job), plane.dst, plane.width, plane.height,
+                        plane.dstPitch);
+    }
   }
 }
 
 void resizeRotate180Yuv420Planar(const Job &job) {
   for (int i = 0; i < kPlanes; ++i) {
     const Plane plane = planeOf(job.params, i);
-    resizeRotate180Plane(nearestSource(plane, job), plane.dst, plane.width, plane.height, plane.dstPitch);
+    if (!pickedByRows(job, i, plane)) {
+      resizeRotate180Plane(nearestSource(plane, job), plane.dst, plane.width, plane.height, plane.dstPitch);
+    }
   }
 }
 

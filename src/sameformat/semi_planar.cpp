@@ -5,6 +5,7 @@
 #include "sameformat/chroma_pairs.h"
 #include "sameformat/nearest.h"
 #include "sameformat/transpose.h"
+#include "vector/nearest_planes.h"
 
 #include <cstring>
 
@@ -34,6 +35,10 @@ constexpr auto rotateChromaPairs = turnLines<uint16_t>; ///< widths count pairs
 
 void resizeLuma(const Job &job) {
   const ConvertParams &p = job.params;
+  const PickedLines lines{p.inBuf[0], p.inStride, p.inHeight - 1, job.yTable};
+  if (pickedByRows(job, Turn::Upright, PlaneUnit::Luma, {lines, p.outBuf[0], p.outStride, p.outWidth, p.outHeight})) {
+    return;
+  }
   const std::ptrdiff_t srcPitch = p.inStride;
   const std::ptrdiff_t dstPitch = p.outStride;
   for (int32_t j = 0; j < p.outHeight; ++j) {
@@ -62,6 +67,11 @@ void resizePairs(const uint8_t *line, const PairLine &input, const int32_t *xTab
   }
 }
 
+/// Every column has a pair of its own: no plan knows of a lone column's, which depends on the frame's stride.
+bool hasWholePairs(const ConvertParams &p) {
+  return p.inWidth % 2 == 0;
+}
+
 /// Chroma line l follows the luma of line 2l. The lone last line of an odd input has no chroma of its own and takes the
 /// last there is.
 void resizeChroma(const Job &job) {
@@ -72,6 +82,11 @@ void resizeChroma(const Job &job) {
   const int32_t lines = p.outHeight / 2;
   const PairLine input = pairLine(p.inWidth, p.inStride);
   const int32_t bytes = pairLineBytes(p.outWidth, p.outStride);
+  const PickedLines picked{p.inBuf[1], p.inStride, lastLine, job.yTable, 1};
+  if (hasWholePairs(p) &&
+      pickedByRows(job, Turn::Upright, PlaneUnit::Chroma, {picked, p.outBuf[1], p.outStride, bytes, lines})) {
+    return;
+  }
   for (int32_t l = 0; l < lines; ++l) {
     const uint8_t *line = p.inBuf[1] + smaller(job.yTable[std::ptrdiff_t{l} * 2] >> 1, lastLine) * srcPitch;
     resizePairs(line, input, job.xTable, p.outBuf[1] + l * dstPitch, bytes);
@@ -105,12 +120,19 @@ void resizeYuv420SemiPlanar(const Job &job) {
 void resizeRotateYuv420SemiPlanar(const Job &job) {
   const ConvertParams &p = job.params;
   const Turn turn = turnOf(p.rotation);
-  const NearestSource luma{p.inBuf[0], p.inStride, p.inWidth - 1, p.inHeight - 1, job.xTable, job.yTable};
-  const PairLine pairs = pairLine(p.inWidth, p.inStride);
-  const NearestSource chroma{p.inBuf[1], p.inStride, pairs.lastFirst, p.inHeight / 2 - 1,
-                             job.xTable, job.yTable, pairs.lastSecond};
-  resizeRotatePlane(turn, luma, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
-  resizeRotateChromaPairs(turn, chroma, p.outBuf[1], p.outWidth / 2, p.outHeight / 2, p.outStride);
+  const PickedLines luma{p.inBuf[0], p.inStride, p.inHeight - 1, job.yTable};
+  if (!pickedByRows(job, turn, PlaneUnit::Luma, {luma, p.outBuf[0], p.outStride, p.outWidth, p.outHeight})) {
+    const NearestSource source{p.inBuf[0], p.inStride, p.inWidth - 1, p.inHeight - 1, job.xTable, job.yTable};
+    resizeRotatePlane(turn, source, p.outBuf[0], p.outWidth, p.outHeight, p.outStride);
+  }
+  const PickedLines chroma{p.inBuf[1], p.inStride, p.inHeight / 2 - 1, job.yTable};
+  if (!hasWholePairs(p) || !pickedByRows(job, turn, PlaneUnit::ChromaPair,
+                                         {chroma, p.outBuf[1], p.outStride, p.outWidth / 2, p.outHeight / 2})) {
+    const PairLine pairs = pairLine(p.inWidth, p.inStride);
+    const NearestSource source{p.inBuf[1], p.inStride, pairs.lastFirst, p.inHeight / 2 - 1,
+                               job.xTable, job.yTable, pairs.lastSecond};
+    resizeRotateChromaPairs(turn, source, p.outBuf[1], p.outWidth / 2, p.outHeight / 2, p.outStride);
+  }
 }
 
 } // namespace zqcc

@@ -1,5 +1,6 @@
 #include "vector/kept_plan.h"
 
+#include "base/limits.h"
 #include "base/table_format.h"
 #include "kernels/taps.h"
 
@@ -22,10 +23,15 @@ Line lumaOf(const ConvertParams &seen) {
   return {seen.outWidth, seen.inWidth};
 }
 
-/// Packed lines have a sample for a lone last pixel too.
+constexpr bool hasPairs(PlanKind kind) {
+  return kind == PlanKind::SemiPlanar || kind == PlanKind::SemiPlanarTurned;
+}
+
+/// Packed and upright semi-planar lines have a sample for a lone last pixel too. Both bytes of a pair are samples.
 Line chromaOf(PlanKind kind, const ConvertParams &seen) {
-  const int32_t lone = kind == PlanKind::Packed422 ? seen.outWidth % 2 : 0;
-  return {seen.outWidth / 2 + lone, seen.inWidth / 2};
+  const int32_t lone = kind == PlanKind::Packed422 || kind == PlanKind::SemiPlanar ? seen.outWidth % 2 : 0;
+  const int32_t each = hasPairs(kind) ? 2 : 1;
+  return {(seen.outWidth / 2 + lone) * each, seen.inWidth / 2 * each};
 }
 
 TapPlan interpolated(const Line &line, const int32_t *xTable, uint8_t *memory) {
@@ -38,12 +44,33 @@ TapPlan interpolated(const Line &line, const int32_t *xTable, uint8_t *memory) {
   return makeTapPlan(memory, line.outputs, {line.samples, 1});
 }
 
-PickPlan picked(const Line &line, const int32_t *xTable, uint8_t *memory) {
+/// Columns behind the last one take that one: chroma has the first half of what is luma's.
+PickPlan picked(const Line &line, const int32_t *xTable, std::ptrdiff_t words, uint8_t *memory) {
   int32_t *columns = planColumns(memory, line.outputs);
   for (int32_t i = 0; i < line.outputs; ++i) {
-    columns[i] = xTable[i * kTapWords];
+    columns[i] = smaller(xTable[i * words], line.samples - 1);
   }
   return makePickPlan(memory, line.outputs, {line.samples, 1});
+}
+
+/// The pair of an even luma column, or that of the pair's own number.
+PickPlan pickedPairs(PlanKind kind, const Line &line, const int32_t *xTable, uint8_t *memory) {
+  int32_t *columns = planColumns(memory, line.outputs);
+  for (int32_t i = 0; i < line.outputs; i += 2) {
+    const int32_t pair = kind == PlanKind::SemiPlanar ? xTable[i] / 2 : xTable[i / 2];
+    columns[i] = smaller(2 * pair, line.samples - 2);
+    columns[i + 1] = columns[i] + 1;
+  }
+  return makePickPlan(memory, line.outputs, {line.samples, 1});
+}
+
+constexpr bool isPicked(PlanKind kind) {
+  return kind == PlanKind::Planes420Nearest || kind == PlanKind::Planes420Turned || hasPairs(kind);
+}
+
+/// Words of the column table for a position.
+constexpr std::ptrdiff_t wordsOf(PlanKind kind) {
+  return kind == PlanKind::Planes420Nearest ? kTapWords : 1;
 }
 
 /// A sample and its neighbour are needed, and outputs for every plane.
@@ -59,7 +86,7 @@ uint64_t keptPlanBytes(PlanKind kind, const ConvertParams &seen) {
   if (!isPlanned(chroma)) {
     return 0;
   }
-  const auto bytesOf = kind == PlanKind::Planes420Nearest ? pickPlanBytes : tapPlanBytes;
+  const auto bytesOf = isPicked(kind) ? pickPlanBytes : tapPlanBytes;
   return uint64_t{aligned(bytesOf(luma.outputs))} + aligned(bytesOf(chroma.outputs));
 }
 
@@ -67,9 +94,11 @@ KeptPlan makeKeptPlan(PlanKind kind, const ConvertParams &seen, const int32_t *x
   const Line luma = lumaOf(seen);
   const Line chroma = chromaOf(kind, seen);
   KeptPlan plan{};
-  if (kind == PlanKind::Planes420Nearest) {
-    plan.pickedLuma = picked(luma, xTable, memory);
-    plan.pickedChroma = picked(chroma, xTable, memory + aligned(pickPlanBytes(luma.outputs)));
+  if (isPicked(kind)) {
+    plan.pickedLuma = picked(luma, xTable, wordsOf(kind), memory);
+    uint8_t *behind = memory + aligned(pickPlanBytes(luma.outputs));
+    plan.pickedChroma =
+        hasPairs(kind) ? pickedPairs(kind, chroma, xTable, behind) : picked(chroma, xTable, wordsOf(kind), behind);
   } else {
     plan.luma = interpolated(luma, xTable, memory);
     plan.chroma = interpolated(chroma, xTable, memory + aligned(tapPlanBytes(luma.outputs)));

@@ -16,11 +16,21 @@ struct KeptPlan {
   TapPlan luma;
   TapPlan chroma;
   PickPlan pickedLuma;
-  PickPlan pickedChroma;
+  PickPlan pickedChroma; ///< of pairs, both bytes
 };
 
 constexpr bool keepsType(PlanKind kind) {
-  return kind == PlanKind::Planes420 || kind == PlanKind::Planes420Nearest || kind == PlanKind::Packed422;
+  switch (kind) {
+  case PlanKind::Planes420:
+  case PlanKind::Planes420Nearest:
+  case PlanKind::Planes420Turned:
+  case PlanKind::SemiPlanar:
+  case PlanKind::SemiPlanarTurned:
+  case PlanKind::Packed422:
+    return true;
+  default:
+    return false;
+  }
 }
 
 /// Bytes of memory that a plan of one of these kinds is made in; 0 if there is none.
