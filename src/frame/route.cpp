@@ -119,7 +119,7 @@ Route sameFormatRoute(const ConvertParams &p) {
     route = sameRgb16(p);
   } else if (isSemiPlanar(p.inType)) {
     route = planned(SAME_SEMI_PLANAR[kSameFormatColumns[turn] + 2 * p.isResize], TableFormat::Nearest,
-                    isQuarterTurn(turn) ? PlanKind::SemiPlanarTurned : PlanKind::SemiPlanar);
+                    PlanKind::SemiPlanar);
     route.ownPairs = !isQuarterTurn(turn);
   } else if (isPacked422(p.inType)) {
     route = samePacked422(p);
