@@ -99,15 +99,19 @@ void turnMacropixels(const Source &source, const TurnTarget &target, int32_t fir
   }
 }
 
+/// Turned lines run into one another, by their lone last pixels at least: the order of the stores shows.
+bool linesOverlap(const ConvertParams &p) {
+  return p.outStride / (kMacropixelBytes / 2) < p.outHeight;
+}
+
 /// Turns pairs of lines and pairs of columns by vector code. The lines are those that the input has.
 template <class Source>
 Turned turnPairs(const Job &job, const Source &source, const TurnTarget &target) {
   const ConvertParams &p = job.params;
   const int32_t lines = smaller(source.lines, p.outHeight) & ~1;
   const int32_t columns = target.columns & ~1;
-  const bool linesOverlap = p.outStride / (kMacropixelBytes / 2) < p.outHeight;
   const LineExchange pairs{source.first, source.step, target.origin, target.step, columns, lines};
-  if (linesOverlap || !turnedByBlocks(job.levels, packedLayout(job.packedVariant), pairs)) {
+  if (linesOverlap(p) || !turnedByBlocks(job.levels, packedLayout(job.packedVariant), pairs)) {
     return {0, 0};
   }
   return {columns / 2, lines};
@@ -122,8 +126,7 @@ Turned turnPickedPairs(const Job &job, const Source &source, const TurnTarget &t
   const int32_t whole = isCut(p.inWidth, job.inRoom) ? p.inWidth / 2 : macropixelsOf(p.inWidth);
   const PickedMacropixels pairs{source.src,   source.pitch,  whole,       source.xTable, source.yFirst,
                                 source.yStep, target.origin, target.step, columns,       lines};
-  const bool linesOverlap = p.outStride / (kMacropixelBytes / 2) < p.outHeight;
-  if (linesOverlap || !pickedMacropixelsTurned(job.levels, packedLayout(job.packedVariant), pairs)) {
+  if (linesOverlap(p) || !pickedMacropixelsTurned(job.levels, packedLayout(job.packedVariant), pairs)) {
     return {0, 0};
   }
   return {columns / 2, lines};
