@@ -26,8 +26,7 @@ enum class PlanKind : uint32_t {
   Planes420,         ///< planar 4:2:0 that stays so, every plane bilinear
   Planes420Nearest,  ///< the same reduced by whole numbers, which never lie between samples
   Planes420Turned,   ///< planar 4:2:0 resized and turned: the nearest sample of every plane, whatever the ratio
-  SemiPlanar,        ///< semi-planar that stays so, nearest: chroma follows luma's even columns
-  SemiPlanarTurned,  ///< the same by quarter turns, where chroma has columns of its own
+  SemiPlanar,        ///< semi-planar that stays so, nearest, upright and turned
   Packed422,         ///< packed 4:2:2 that stays so, luma and chroma bilinear
   FilteredPlanes420, ///< as Planes420, by five-point means
   FilteredPacked422, ///< as Packed422, by five-point means

@@ -119,7 +119,7 @@ Route samePacked422(const ConvertParams &p) {
 Route sameSemiPlanar(const ConvertParams &p) {
   const Turn turn = turnOf(p.rotation);
   Route route = served(SAME_SEMI_PLANAR[kSameFormatColumns[turn] + 2 * p.isResize], TableFormat::Nearest);
-  route.plan = isQuarterTurn(turn) ? PlanKind::SemiPlanarTurned : PlanKind::SemiPlanar;
+  route.plan = PlanKind::SemiPlanar;
   route.ownPairs = !isQuarterTurn(turn);
   return route;
 }

@@ -24,10 +24,11 @@ Line lumaOf(const ConvertParams &seen) {
 }
 
 constexpr bool hasPairs(PlanKind kind) {
-  return kind == PlanKind::SemiPlanar || kind == PlanKind::SemiPlanarTurned;
+  return kind == PlanKind::SemiPlanar;
 }
 
-/// Packed and upright semi-planar lines have a sample for a lone last pixel too. Both bytes of a pair are samples.
+/// Packed lines, and upright semi-planar ones, have a sample for a lone last pixel too. Both bytes of a pair are
+/// samples.
 Line chromaOf(PlanKind kind, const ConvertParams &seen) {
   const int32_t lone = kind == PlanKind::Packed422 || kind == PlanKind::SemiPlanar ? seen.outWidth % 2 : 0;
   const int32_t each = hasPairs(kind) ? 2 : 1;
@@ -53,12 +54,11 @@ PickPlan picked(const Line &line, const int32_t *xTable, std::ptrdiff_t words, u
   return makePickPlan(memory, line.outputs, {line.samples, 1});
 }
 
-/// The pair of an even luma column, or that of the pair's own number.
-PickPlan pickedPairs(PlanKind kind, const Line &line, const int32_t *xTable, uint8_t *memory) {
+/// Pair k is that of luma column 2k. Half of its entry is entry k, which turned pairs go by.
+PickPlan pickedPairs(const Line &line, const int32_t *xTable, uint8_t *memory) {
   int32_t *columns = planColumns(memory, line.outputs);
   for (int32_t i = 0; i < line.outputs; i += 2) {
-    const int32_t pair = kind == PlanKind::SemiPlanar ? xTable[i] / 2 : xTable[i / 2];
-    columns[i] = smaller(2 * pair, line.samples - 2);
+    columns[i] = smaller(xTable[i] / 2 * 2, line.samples - 2);
     columns[i + 1] = columns[i] + 1;
   }
   return makePickPlan(memory, line.outputs, {line.samples, 1});
@@ -98,7 +98,7 @@ KeptPlan makeKeptPlan(PlanKind kind, const ConvertParams &seen, const int32_t *x
     plan.pickedLuma = picked(luma, xTable, wordsOf(kind), memory);
     uint8_t *behind = memory + aligned(pickPlanBytes(luma.outputs));
     plan.pickedChroma =
-        hasPairs(kind) ? pickedPairs(kind, chroma, xTable, behind) : picked(chroma, xTable, wordsOf(kind), behind);
+        hasPairs(kind) ? pickedPairs(chroma, xTable, behind) : picked(chroma, xTable, wordsOf(kind), behind);
   } else {
     plan.luma = interpolated(luma, xTable, memory);
     plan.chroma = interpolated(chroma, xTable, memory + aligned(tapPlanBytes(luma.outputs)));

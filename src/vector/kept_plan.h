@@ -25,7 +25,6 @@ constexpr bool keepsType(PlanKind kind) {
   case PlanKind::Planes420Nearest:
   case PlanKind::Planes420Turned:
   case PlanKind::SemiPlanar:
-  case PlanKind::SemiPlanarTurned:
   case PlanKind::Packed422:
     return true;
   default:

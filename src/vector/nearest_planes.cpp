@@ -12,7 +12,7 @@ namespace zqcc {
 namespace {
 
 /// Samples of a half turn that are picked before they are reversed.
-constexpr int32_t kReversed = 2048;
+constexpr int32_t kReversed = 512;
 
 /// Output lines that overlap show the order of the stores, which is that of the portable code.
 bool overlap(const PickedPlane &plane, int32_t bytes) {

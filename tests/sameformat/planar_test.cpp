@@ -232,6 +232,18 @@ TEST(SameFormatPlanar, ResizedHalfTurnMirrorsAboutTheStride) {
   expectBoth(outcome, 2, {kUntouched, 31, 30});
 }
 
+/// Vector code reverses lines piece by piece.
+TEST(SameFormatPlanar, ResizedHalfTurnOfWideLines) {
+  for (int32_t width = 500; width <= 1120; width += width < 532 || width > 1020 ? 1 : 61) {
+    ConvertParams p = sameFormatParams(COLOR_YUV420_PLANAR, 700, 6, width, 8, 700, 1130);
+    p.isResize = 1;
+    p.rotation = ROTATION_180;
+    const Outcome outcome = convertBoth(p, {counted(4200), counted(1050), counted(1050)}, {9040, 2260, 2260});
+    ASSERT_EQ(outcome.code, CC_OK) << width;
+    ASSERT_EQ(outcome.library, outcome.reference) << width;
+  }
+}
+
 TEST(SameFormatPlanar, BothPlaneOrdersBehaveAlike) {
   for (const uint32_t resize : {0U, 1U}) {
     ConvertParams p = sameFormatParams(COLOR_YUV420_PLANAR, 6, 6, 6, 6, 6, 6);
