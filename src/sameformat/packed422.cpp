@@ -99,8 +99,8 @@ void turnMacropixels(const Source &source, const TurnTarget &target, int32_t fir
   }
 }
 
-/// Turned lines run into one another, by their lone last pixels at least: the order of the stores shows.
-bool linesOverlap(const ConvertParams &p) {
+/// Where output lines overlap, the order of the stores shows; it is that of the portable code.
+bool turnedLinesOverlap(const ConvertParams &p) {
   return p.outStride / (kMacropixelBytes / 2) < p.outHeight;
 }
 
@@ -111,7 +111,7 @@ Turned turnPairs(const Job &job, const Source &source, const TurnTarget &target)
   const int32_t lines = smaller(source.lines, p.outHeight) & ~1;
   const int32_t columns = target.columns & ~1;
   const LineExchange pairs{source.first, source.step, target.origin, target.step, columns, lines};
-  if (linesOverlap(p) || !turnedByBlocks(job.levels, packedLayout(job.packedVariant), pairs)) {
+  if (turnedLinesOverlap(p) || !turnedByBlocks(job.levels, packedLayout(job.packedVariant), pairs)) {
     return {0, 0};
   }
   return {columns / 2, lines};
@@ -126,7 +126,7 @@ Turned turnPickedPairs(const Job &job, const Source &source, const TurnTarget &t
   const int32_t whole = isCut(p.inWidth, job.inRoom) ? p.inWidth / 2 : macropixelsOf(p.inWidth);
   const PickedMacropixels pairs{source.src,   source.pitch,  whole,       source.xTable, source.yFirst,
                                 source.yStep, target.origin, target.step, columns,       lines};
-  if (linesOverlap(p) || !pickedMacropixelsTurned(job.levels, packedLayout(job.packedVariant), pairs)) {
+  if (turnedLinesOverlap(p) || !pickedMacropixelsTurned(job.levels, packedLayout(job.packedVariant), pairs)) {
     return {0, 0};
   }
   return {columns / 2, lines};
