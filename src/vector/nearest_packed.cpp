@@ -7,7 +7,8 @@
 namespace zqcc {
 namespace {
 
-constexpr int32_t kPixelBytes = kMacropixelBytes / 2;
+constexpr auto kUnit = static_cast<int32_t>(kMacropixelBytes);
+constexpr int32_t kPixelBytes = kUnit / 2;
 
 /// Numbers never fall: the last one is the highest.
 bool isInside(const PickedMacropixels &picture) {
@@ -26,7 +27,7 @@ bool pickedMacropixelsTurned(LevelSet levels, const PackedLayout &layout, const 
   turnPickedLines(
       turn, [&](int32_t line) { return picture.first + picture.yFirst[line * picture.yStep] * picture.stride; },
       [&](const uint8_t *line, int32_t byte, int32_t bytes, uint8_t *row) {
-        pick(line, picture.xTable + byte / kMacropixelBytes, bytes / kMacropixelBytes, picture.readable, row);
+        pick(line, picture.xTable + byte / kUnit, bytes / kUnit, picture.readable, row);
       });
   return true;
 }
