@@ -16,7 +16,7 @@ inline constexpr int32_t kPlanGroup = 64;
 inline constexpr int32_t kPlanWindow = 16;
 
 constexpr int32_t planGroups(int32_t outputs) {
-  return (outputs + kPlanGroup - 1) / kPlanGroup;
+  return outputs / kPlanGroup + (outputs % kPlanGroup != 0 ? 1 : 0);
 }
 
 /// Bytes that two of the widest vectors read one behind the other.

@@ -16,7 +16,7 @@ inline constexpr int32_t kFilterGroup = 16;
 inline constexpr int32_t kWindowBytes = 4 * kFilterGroup;
 
 constexpr int32_t filterGroups(int32_t outputs) {
-  return (outputs + kFilterGroup - 1) / kFilterGroup;
+  return outputs / kFilterGroup + (outputs % kFilterGroup != 0 ? 1 : 0);
 }
 
 /// Sixteen outputs, four to a block of 128 bits, in their order. A tap is two neighbouring bytes of a row of windows.
