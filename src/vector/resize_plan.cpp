@@ -184,7 +184,9 @@ FilterLines filterLines(PlanKind kind, const ConvertParams &seen) {
   if (kind != PlanKind::FivePoint) {
     return keptFilterLines(kind, seen);
   }
-  const auto outputs = [&seen](int shift) { return (seen.outWidth >> shift) + (seen.outWidth % (1 << shift) != 0); };
+  const auto outputs = [&seen](int shift) {
+    return (seen.outWidth >> shift) + (seen.outWidth % (1 << shift) != 0 ? 1 : 0);
+  };
   const int32_t columns = chromaShape(seen.inType, seen.inWidth, seen.inHeight, seen.inStride).columns;
   const FilterLine luma{seen.outWidth, seen.inWidth, seen.inWidth};
   if (isPlanar422(seen.inType)) {
