@@ -62,6 +62,7 @@ void turnPickedLines(const PickedTurn &turn, LineOf lineOf, Pick pick) {
           }
         }
       };
+      // cppcheck-suppress legacyUninitvar ; the rows are handed out to be filled
       turnBlock(turn.units.transpose, {rows, kPickedRow}, some / unit, lines,
                 {to + std::ptrdiff_t{first} * unit, turn.toStep, unit}, make);
     }
