@@ -12,9 +12,12 @@
 namespace zqcc {
 namespace {
 
+/// Columns of a bilinear chunk: wide ones measure better, see resized.cpp.
+constexpr int32_t kPackedChunk = 1024;
+
 /// Source pixels of a chunk at most: taps are less than five columns apart, windows reach beyond the last ones, and the
 /// ranges of luma and chroma may begin and end at different places.
-constexpr int32_t kSourcePixels = (5 * kChunkColumns + 4 * kPlanWindow + 63) / 64 * 64;
+constexpr int32_t kSourcePixels = (5 * kPackedChunk + 4 * kPlanWindow + 63) / 64 * 64;
 
 /// Fewest macropixels that stages make or part.
 constexpr int32_t kLeastMacropixels = kLeastPixels / 2;
@@ -22,7 +25,7 @@ constexpr int32_t kLeastMacropixels = kLeastPixels / 2;
 /// Rows of a chunk of the output, and how they become macropixels.
 class MacropixelLines {
 public:
-  static constexpr int32_t kColumns = larger(kChunkColumns, PartedMeans::kColumns);
+  static constexpr int32_t kColumns = larger(kPackedChunk, PartedMeans::kColumns);
 
   // cppcheck-suppress uninitMemberVar ; samples are made before they are read
   explicit MacropixelLines(const Job &job)
@@ -77,8 +80,8 @@ public:
         stages_(scaleStagesOf(job.levels)), part_(partingOf(job)), made_(job) {}
 
   void resize(const int32_t *yTable) {
-    for (int32_t first = 0; first < p_.outWidth; first += kChunkColumns) {
-      const int32_t count = smaller(p_.outWidth - first, kChunkColumns);
+    for (int32_t first = 0; first < p_.outWidth; first += kPackedChunk) {
+      const int32_t count = smaller(p_.outWidth - first, kPackedChunk);
       beginChunk(first, count);
       uint8_t *to = p_.outBuf[0] + std::ptrdiff_t{first} * 2;
       for (int32_t j = 0; j < p_.outHeight; ++j, to += p_.outStride) {
@@ -101,7 +104,7 @@ private:
     kept_.forget();
   }
 
-  void fill(int32_t line, int32_t (&row)[3][kChunkColumns]) {
+  void fill(int32_t line, int32_t (&row)[3][kPackedChunk]) {
     const uint8_t *from = p_.inBuf[0] + std::ptrdiff_t{line} * p_.inStride + first_ * kMacropixelBytes;
     part_({from + bytes_.left, from + bytes_.u, from + bytes_.v}, {source_.y, source_.u, source_.v}, 2 * count_);
     stages_.fill(source_.y - 2 * first_, plan_.luma, luma_.first, luma_.count, row[0]);
@@ -125,7 +128,7 @@ private:
   ChunkGroups chroma_{};
   int32_t first_ = 0; ///< macropixels of the source that the chunk reads
   int32_t count_ = 0;
-  KeptRows<3, kChunkColumns> kept_;
+  KeptRows<3, kPackedChunk> kept_;
   Samples source_;
   MacropixelLines made_;
 };
