@@ -19,6 +19,24 @@ function(zqcc_highway_version variable directory)
   set(${variable} ${version} PARENT_SCOPE)
 endfunction()
 
+# Headers alone serve every processor, so that those of the machine that compiles do for the one it compiles for. They may
+# have gone since they were found.
+if(ZQCC_HIGHWAY_HEADERS AND NOT EXISTS ${ZQCC_HIGHWAY_HEADERS}/hwy/foreach_target.h)
+  unset(ZQCC_HIGHWAY_HEADERS CACHE)
+endif()
+find_path(ZQCC_HIGHWAY_HEADERS hwy/foreach_target.h PATHS /usr/local/include /usr/include NO_CMAKE_FIND_ROOT_PATH
+  DOC "The directory that holds hwy/foreach_target.h")
+mark_as_advanced(ZQCC_HIGHWAY_HEADERS)
+set(missing "")
+if(NOT ZQCC_HIGHWAY_HEADERS)
+  set(missing "Highway's headers were not found (Debian: libhwy-dev)")
+else()
+  zqcc_highway_version(highway_version ${ZQCC_HIGHWAY_HEADERS})
+  if(highway_version VERSION_LESS ZQCC_OLDEST_HIGHWAY)
+    set(missing "Highway's headers in ${ZQCC_HIGHWAY_HEADERS} are older than ${ZQCC_OLDEST_HIGHWAY}")
+  endif()
+endif()
+
 set(ZQCC_VECTOR_BUILT OFF)
 if(ZQCC_VECTOR)
   include(CheckCXXSourceCompiles)
@@ -27,23 +45,6 @@ if(ZQCC_VECTOR)
     #error no level of vector code for this processor
     #endif
     int main() {}" ZQCC_PROCESSOR_HAS_LEVELS)
-  # Headers alone serve every processor, so that those of the machine that compiles do for the one it compiles for. They
-  # may have gone since they were found.
-  if(ZQCC_HIGHWAY_HEADERS AND NOT EXISTS ${ZQCC_HIGHWAY_HEADERS}/hwy/foreach_target.h)
-    unset(ZQCC_HIGHWAY_HEADERS CACHE)
-  endif()
-  find_path(ZQCC_HIGHWAY_HEADERS hwy/foreach_target.h PATHS /usr/local/include /usr/include NO_CMAKE_FIND_ROOT_PATH
-    DOC "The directory that holds hwy/foreach_target.h")
-  mark_as_advanced(ZQCC_HIGHWAY_HEADERS)
-  set(missing "")
-  if(NOT ZQCC_HIGHWAY_HEADERS)
-    set(missing "Highway's headers were not found (Debian: libhwy-dev)")
-  else()
-    zqcc_highway_version(highway_version ${ZQCC_HIGHWAY_HEADERS})
-    if(highway_version VERSION_LESS ZQCC_OLDEST_HIGHWAY)
-      set(missing "Highway's headers in ${ZQCC_HIGHWAY_HEADERS} are older than ${ZQCC_OLDEST_HIGHWAY}")
-    endif()
-  endif()
   if(NOT ZQCC_PROCESSOR_HAS_LEVELS)
     message(STATUS "Vector code is left out: there is none for this processor")
   elseif(NOT missing)
@@ -55,9 +56,21 @@ if(ZQCC_VECTOR)
   endif()
 endif()
 
+# zqPicture is vectors throughout; Highway emulates them where the processor has none.
+set(ZQCC_PICTURE AUTO CACHE STRING "Build zqPicture: ON, OFF, or AUTO for where Highway's headers are found")
+set_property(CACHE ZQCC_PICTURE PROPERTY STRINGS AUTO ON OFF)
+set(ZQP_BUILT OFF)
+if(ZQCC_PICTURE AND NOT missing)
+  set(ZQP_BUILT ON)
+elseif(ZQCC_PICTURE STREQUAL "AUTO")
+  message(STATUS "zqPicture is left out: ${missing}")
+elseif(ZQCC_PICTURE)
+  message(FATAL_ERROR "zqPicture is wanted (ZQCC_PICTURE), but ${missing}")
+endif()
+
 add_library(zqcc_vector INTERFACE)
 target_compile_definitions(zqcc_vector INTERFACE ZQCC_VECTOR=$<BOOL:${ZQCC_VECTOR_BUILT}>)
-if(ZQCC_VECTOR_BUILT)
+if(ZQCC_VECTOR_BUILT OR ZQP_BUILT)
   # Only Highway's own headers are made visible, through a link: when compiling for another processor, the directory
   # around them is full of the compiling machine's.
   set(highway ${PROJECT_BINARY_DIR}/highway)
