@@ -30,10 +30,7 @@ endforeach()
 
 add_library(zqPicture $<TARGET_OBJECTS:zqp_objects> $<TARGET_OBJECTS:zqp_portable>)
 add_library(zqColorConversion::zqPicture ALIAS zqPicture)
-set_target_properties(zqPicture PROPERTIES
-  VERSION ${PROJECT_VERSION} SOVERSION ${ZQCC_ABI_VERSION} LINKER_LANGUAGE C)
-target_include_directories(zqPicture INTERFACE
-  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+zqcc_export(zqPicture zqPicture)
 
 add_library(zqp_static STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:zqp_objects> $<TARGET_OBJECTS:zqp_portable>)
 target_include_directories(zqp_static INTERFACE ${PROJECT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR})
