@@ -22,10 +22,12 @@ void measureSpans(ZqpConverter &converter) {
   const int32_t step = isTurned && !isWhole ? chunkStep(converter) : converter.chunkColumns; // bands begin anywhere
   converter.spans[0] = 0;
   converter.spans[1] = 0;
+  converter.fetched = 0;
   for (int32_t first = 0; first < converter.columns; first += step) {
     const Region region = regionOf(converter, chunkOf(converter, first, converter.chunkColumns));
     converter.spans[0] = larger(converter.spans[0], region.luma.count);
     converter.spans[1] = larger(converter.spans[1], region.chroma.count);
+    converter.fetched = larger(converter.fetched, fetchedSpan(converter, region).count);
   }
 }
 
@@ -78,6 +80,7 @@ void chooseChunks(ZqpConverter &converter) {
   converter.chunkColumns = chunkStep(converter);
   converter.spans[0] = kSegment;
   converter.spans[1] = kSegment;
+  converter.fetched = kSegment;
 }
 
 } // namespace zqp

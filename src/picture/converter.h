@@ -62,24 +62,25 @@ struct Origin {
 
 struct ZqpConverter {
   zqp::Description description;
-  zqp::GridPlan luma;        ///< of luma, or R, G, B and alpha, on the output's luma grid
-  zqp::GridPlan pixelChroma; ///< of chroma, on the same
-  zqp::GridPlan chroma;      ///< of chroma, or R, G and B, on the output's grid of chroma
-  bool isChromaLuma;         ///< the grid of chroma is that of luma, and so is what it is made of
-  bool isChromaPixelChroma;  ///< the same, of chroma
-  zqp::Origin lumaOrigin;
-  zqp::Origin chromaOrigin;
-  zqp::LumaRecipe lumaRecipe;
-  zqp::ChromaRecipe chromaRecipe;
-  bool makesPixels; ///< colours are put straight into the output
-  bool makesPlanes; ///< rows that are made lie in the output at once
-  bool keepsAlpha;
-  zqp::Colouring colouring;
-  zqp::Pass passes[2];
-  int32_t passCount;
-  zqp::Shifts chromaShifts; ///< of the output before the turn
-  int32_t columns;          ///< of the luma grid, padding included
-  int32_t chunkColumns;     ///< made at once, a multiple of what groups need unless it is all
-  int32_t spans[2];         ///< the most samples that a chunk needs, of luma and of chroma
-  bool isWide;              ///< a chunk needs more samples than fit
+  zqp::GridPlan luma;               ///< of luma, or R, G, B and alpha, on the output's luma grid
+  zqp::GridPlan pixelChroma;        ///< of chroma, on the same
+  zqp::GridPlan chroma;             ///< of chroma, or R, G and B, on the output's grid of chroma
+  bool isChromaLuma = false;        ///< the grid of chroma is that of luma, and so is what it is made of
+  bool isChromaPixelChroma = false; ///< the same, of chroma
+  zqp::Origin lumaOrigin = {};
+  zqp::Origin chromaOrigin = {};
+  zqp::LumaRecipe lumaRecipe = {};
+  zqp::ChromaRecipe chromaRecipe = {};
+  bool makesPixels = false; ///< colours are put straight into the output
+  bool makesPlanes = false; ///< rows that are made lie in the output at once
+  bool keepsAlpha = false;
+  zqp::Colouring colouring = {};
+  zqp::Pass passes[2] = {};
+  int32_t passCount = 0;
+  zqp::Shifts chromaShifts = {}; ///< of the output before the turn
+  int32_t columns = 0;           ///< of the luma grid, padding included
+  int32_t chunkColumns = 0;      ///< made at once, a multiple of what groups need unless it is all
+  int32_t spans[2] = {};         ///< the most samples that a chunk needs, of luma and of chroma
+  int32_t fetched = 0;           ///< the most that a chunk takes apart: pairs of chroma, groups, or pixels
+  bool isWide = false;           ///< a chunk needs more samples than fit
 };

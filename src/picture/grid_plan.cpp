@@ -108,6 +108,16 @@ void plan(GridPlan &grid, Arena &arena) {
   }
 }
 
+Span united(const Span &a, const Span &b) {
+  if (a.count == 0 || b.count == 0) {
+    return a.count == 0 ? b : a;
+  }
+  const int32_t first = a.first < b.first ? a.first : b.first;
+  const int32_t endOfA = a.first + a.count;
+  const int32_t endOfB = b.first + b.count;
+  return {first, (endOfA > endOfB ? endOfA : endOfB) - first};
+}
+
 Span spanOf(const GridPlan &grid, const Part &part) {
   const int32_t last = part.first + part.count - 1;
   if (!grid.isUsed || grid.way == Way::Middle || part.count == 0) {

@@ -12,6 +12,9 @@ struct Span {
   int32_t count;
 };
 
+/// From the first sample of either to the last.
+Span united(const Span &a, const Span &b);
+
 /// Columns of an output grid.
 struct Part {
   int32_t first;

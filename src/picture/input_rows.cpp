@@ -33,6 +33,20 @@ constexpr int32_t kNoLine = -1;
 
 } // namespace
 
+Span fetchedSpan(const ZqpConverter &converter, const Region &region) {
+  const Family family = converter.description.in->family;
+  const Span luma = {converter.lumaOrigin.column + region.luma.first, region.luma.count};
+  const Span chroma = {converter.chromaOrigin.column + region.chroma.first, region.chroma.count};
+  if (family == Family::SemiPlanar) {
+    return chroma;
+  }
+  if (family != Family::Packed422) {
+    return luma;
+  }
+  const int32_t first = luma.first >> 1;
+  return united({first, luma.count == 0 ? 0 : ((luma.first + luma.count + 1) >> 1) - first}, chroma);
+}
+
 InputRows::InputRows(const ZqpConverter &converter, const Planes &planes, const FetchStages &fetch)
     : converter_(converter), format_(*converter.description.in), planes_(planes), fetch_(fetch) {}
 
@@ -41,42 +55,21 @@ void InputRows::layOut(Arena &arena) {
   if (areStraight || (liesInRows(format_, false) && liesInRows(format_, true))) {
     return;
   }
-  const bool isPacked = format_.family == Family::Packed422;
-  int32_t samples = converter_.spans[format_.family == Family::SemiPlanar ? 1 : 0];
-  if (isPacked) {
-    const int32_t ofChroma = 2 * converter_.spans[1];
-    samples = (samples > ofChroma ? samples : ofChroma) + 8; // whole groups at both ends, sited anyhow
-  }
+  const auto count = static_cast<std::size_t>(converter_.fetched);
   for (Fetched &line : lines_) {
     for (int32_t r = 0; r < rowsOf(format_); ++r) {
-      line.row[r] = arena.take<uint8_t>(static_cast<std::size_t>(samples));
+      const bool isLumaOfGroups = format_.family == Family::Packed422 && r == 0;
+      line.row[r] = arena.take<uint8_t>(isLumaOfGroups ? 2 * count : count);
     }
   }
 }
 
 void InputRows::aim(const Region &region) {
-  region_ = region;
+  const Span fetched = fetchedSpan(converter_, region);
+  first_ = fetched.first;
+  count_ = fetched.count;
   for (Fetched &line : lines_) {
     line.line = kNoLine;
-  }
-  const int32_t luma = converter_.lumaOrigin.column + region.luma.first;
-  const int32_t chroma = converter_.chromaOrigin.column + region.chroma.first;
-  if (format_.family == Family::SemiPlanar) {
-    first_ = chroma;
-    count_ = region.chroma.count;
-  } else if (format_.family == Family::Packed422) {
-    int32_t end = (luma + region.luma.count + 1) >> 1;
-    first_ = luma >> 1;
-    if (region.luma.count == 0 || (region.chroma.count != 0 && chroma < first_)) {
-      first_ = chroma;
-    }
-    if (region.luma.count == 0 || (region.chroma.count != 0 && chroma + region.chroma.count > end)) {
-      end = chroma + region.chroma.count;
-    }
-    count_ = end - first_;
-  } else {
-    first_ = luma;
-    count_ = region.luma.count;
   }
 }
 

@@ -12,6 +12,9 @@ struct Region {
   Span chroma;
 };
 
+/// What of it is taken apart, in samples of the plane that holds it: pairs of chroma, groups, or pixels.
+Span fetchedSpan(const ZqpConverter &converter, const Region &region);
+
 class InputRows {
 public:
   InputRows(const ZqpConverter &converter, const Planes &planes, const FetchStages &fetch);
@@ -41,8 +44,7 @@ private:
   const Format &format_;
   const Planes &planes_;
   const FetchStages &fetch_;
-  Region region_ = {};
-  int32_t first_ = 0; ///< of what is fetched: samples of semi-planar chroma, groups, pixels
+  int32_t first_ = 0; ///< of what is fetched
   int32_t count_ = 0;
   Fetched lines_[kLines] = {};
 };

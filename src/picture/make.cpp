@@ -172,27 +172,9 @@ ZqpConverter converterOf(const Description &description) {
   const Shifts shifts = isTransposed ? Shifts{out.chroma.y, out.chroma.x} : out.chroma;
   const bool isOfRgb = description.in->isRgb();
   const Shifts none = {0, 0};
-  ZqpConverter converter{description,
-                         gridOf(description, none, false),
-                         gridOf(description, none, !isOfRgb),
-                         gridOf(description, shifts, !isOfRgb),
-                         false,
-                         false,
-                         {},
-                         {},
-                         {},
-                         {},
-                         false,
-                         false,
-                         false,
-                         {},
-                         {},
-                         0,
-                         shifts,
-                         0,
-                         0,
-                         {},
-                         false};
+  ZqpConverter converter{description, gridOf(description, none, false), gridOf(description, none, !isOfRgb),
+                         gridOf(description, shifts, !isOfRgb)};
+  converter.chromaShifts = shifts;
   const ZqpRect &crop = description.crop;
   converter.lumaOrigin = {crop.x, crop.y};
   converter.chromaOrigin = {crop.x >> description.in->chroma.x, crop.y >> description.in->chroma.y};
@@ -202,7 +184,6 @@ ZqpConverter converterOf(const Description &description) {
   converter.keepsAlpha = description.in->hasAlpha() && out.hasAlpha();
   converter.makesPlanes = !isTransposed && !description.turn.mirrorsColumns;
   converter.makesPixels = converter.makesPlanes && out.isRgb() && !isOfRgb;
-  converter.chromaRecipe = ChromaRecipe::None;
   choosePasses(converter);
   chooseColouring(converter);
   if (isOfRgb) {

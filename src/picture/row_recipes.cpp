@@ -5,17 +5,6 @@
 namespace zqp {
 namespace {
 
-/// The columns of a grid, from the first sample that any of the parts needs.
-Span united(const Span &a, const Span &b) {
-  if (a.count == 0 || b.count == 0) {
-    return a.count == 0 ? b : a;
-  }
-  const int32_t first = a.first < b.first ? a.first : b.first;
-  const int32_t endOfA = a.first + a.count;
-  const int32_t endOfB = b.first + b.count;
-  return {first, (endOfA > endOfB ? endOfA : endOfB) - first};
-}
-
 void setOpaque(const uint8_t *rows[4]) {
   rows[3] = nullptr;
 }
