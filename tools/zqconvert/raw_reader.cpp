@@ -67,12 +67,14 @@ RawLayout parseRawLayout(std::string_view text, Library library) {
 }
 
 std::string describeRawLayouts(Library library) {
+  // In the columns of the table that stands above.
+  const bool classic = library == Library::Classic;
   std::string text;
   for (const FurtherName &known : furtherNames(library)) {
-    std::string line = std::string("    ") + known.name;
-    line.resize(28, ' ');
-    line += "raw input only";
-    line.resize(55, ' ');
+    std::string line = std::string(classic ? "    " : "") + known.name;
+    line.resize(classic ? 28 : 26, ' ');
+    line += classic ? "raw input only" : "input only";
+    line.resize(classic ? 55 : 39, ' ');
     text += line + known.layout + "\n";
   }
   return text;
