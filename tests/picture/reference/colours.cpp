@@ -51,8 +51,8 @@ Numbers numbersOf(const Format &format, const ZqpColours &colours) {
     n.kb = static_cast<double>(colours.kb);
   }
   n.kg = 1 - n.kr - n.kb;
-  const bool isLimited = colours.range == ZQP_RANGE_USUAL ? format.kind != Kind::Rgb
-                                                          : colours.range == ZQP_RANGE_LIMITED;
+  const bool isLimited =
+      colours.range == ZQP_RANGE_USUAL ? format.kind != Kind::Rgb : colours.range == ZQP_RANGE_LIMITED;
   if (isLimited) {
     n.black = 16;
     n.white = 235;
@@ -112,8 +112,8 @@ int Colours::rgbOfYuv(int component, const int words[3], int x, int y) const {
     colour = f(v, 2 * (1 - from_.kr) * g);
     break;
   case 1:
-    colour = sat(f(u, -2 * from_.kb * (1 - from_.kb) / from_.kg * g) +
-                 f(v, -2 * from_.kr * (1 - from_.kr) / from_.kg * g));
+    colour =
+        sat(f(u, -2 * from_.kb * (1 - from_.kb) / from_.kg * g) + f(v, -2 * from_.kr * (1 - from_.kr) / from_.kg * g));
     break;
   default:
     colour = f(u, 2 * (1 - from_.kb) * g);
