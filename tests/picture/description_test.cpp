@@ -205,22 +205,19 @@ TEST(Description, RefusesKrAndKbThatCannotBe) {
   }
 }
 
-TEST(Description, DoesNotLookAtWhatDoesNotMatter) {
-  // Kr and Kb of a matrix that has its own; matrix and siting of RGB; siting of grey; dither of what is not RGB565.
-  EXPECT_EQ(errorWithColours(&ZqpConversion::inColours, &ZqpColours::kr, std::nanf("")), ZQP_OK);
-  ZqpConversion c = picture::usual(ZQP_RGB24, ZQP_BGRA, 3, 3);
-  c.inColours = {99, ZQP_RANGE_FULL, 99, 0, 0};
-  c.outColours = c.inColours;
-  c.dither = 99;
-  EXPECT_EQ(errorOf(c), ZQP_OK);
-  c.outFormat = ZQP_GREY;
-  c.outColours = {ZQP_BT709, ZQP_RANGE_FULL, 99, 0, 0};
-  EXPECT_EQ(errorOf(c), ZQP_OK);
-  c.outColours.matrix = 99;
-  EXPECT_EQ(errorOf(c), ZQP_ERR_COLOURS);
-  c.outColours.matrix = ZQP_BT709;
-  c.outColours.range = 99;
-  EXPECT_EQ(errorOf(c), ZQP_ERR_COLOURS);
+TEST(Description, DoesNotLookAtKrAndKbOfAMatrixThatHasItsOwn) {
+  for (const auto side : {&ZqpConversion::inColours, &ZqpConversion::outColours}) {
+    EXPECT_EQ(errorWithColours(side, &ZqpColours::kr, std::nanf("")), ZQP_OK);
+    EXPECT_EQ(errorWithColours(side, &ZqpColours::kb, -1.F), ZQP_OK);
+  }
+}
+
+TEST(Description, LooksAtMatrixAndRangeOfGrey) {
+  for (const auto colour : {&ZqpColours::matrix, &ZqpColours::range}) {
+    ZqpConversion c = picture::usual(ZQP_BGRA, ZQP_GREY, 3, 3);
+    c.outColours.*colour = 99;
+    EXPECT_EQ(errorOf(c), ZQP_ERR_COLOURS);
+  }
 }
 
 } // namespace

@@ -34,7 +34,8 @@ const uint8_t *lineOf(const ZqpPicture &picture, int plane, int lines, int y) {
   return p.stride < 0 ? data + (lines - 1 - y) * -p.stride : data + y * p.stride;
 }
 
-/// The planes of a part lie in those of the picture, and hold what they need.
+/// The planes of a part lie in those of the picture, and hold what they need. Where there is one line, its stride says
+/// nothing.
 void expectPart(const ZqpPicture &whole, const ZqpPicture &part, int x, int y) {
   const Format &format = reference::formatOf(whole.format);
   for (int plane = 0; plane < planesOf(format); ++plane) {
@@ -44,7 +45,9 @@ void expectPart(const ZqpPicture &whole, const ZqpPicture &part, int x, int y) {
     const int wholeLines = planeLinesOf(format, plane, whole.height);
     const ZqpPlane &is = part.planes[plane];
     const ZqpPlane &of = whole.planes[plane];
-    EXPECT_EQ(is.stride, of.stride);
+    if (lines > 1) {
+      EXPECT_EQ(is.stride, of.stride);
+    }
     EXPECT_EQ(lineOf(part, plane, lines, 0), lineOf(whole, plane, wholeLines, linesAbove) + bytesBefore);
     EXPECT_EQ(lineOf(part, plane, lines, lines - 1),
               lineOf(whole, plane, wholeLines, linesAbove + lines - 1) + bytesBefore);
