@@ -21,7 +21,7 @@ using Band = std::pair<int, int>; ///< first line, number of lines
 /// Bands of any heights, some empty, in any order.
 std::vector<Band> anyBands(Random &random, int height) {
   std::vector<Band> bands;
-  const int most = between(random, 0, 2) == 0 ? 1 : std::max(1, height / 2);
+  const int most = between(random, 0, 2) == 0 ? 1 + height / 200 : std::max(1, height / 2);
   for (int line = 0; line < height;) {
     const int lines = std::min(between(random, 0, most), height - line);
     bands.emplace_back(line, lines);
