@@ -221,7 +221,7 @@ void pairs(const uint8_t *from, int32_t count, uint8_t *first, uint8_t *second) 
 }
 
 void packed(const uint8_t *from, const PackedOrder &order, int32_t pixels, uint8_t *y, uint8_t *u, uint8_t *v) {
-  const Packed rows{from, order, y, u, v};
+  const auto rows = Packed{from, order, y, u, v};
   eachUnit<PackedGroups>(rows, pixels / 2);
   if (pixels % 2 != 0) {
     rows.left(pixels / 2);

@@ -30,34 +30,61 @@ HWY_INLINE void interleaveFour(D d, hn::Vec<D> a, hn::Vec<D> b, hn::Vec<D> c, hn
   to[3] = hn::InterleaveUpper(d, highAc, highBe);
 }
 
-/// 16 columns of `groups` times as many lines as a vector has bytes.
+/// 16 columns of as many lines as a vector has bytes: every block has lines of its own.
 template <class D>
-HWY_INLINE void transposeColumns(D d, const uint8_t *from, ptrdiff_t stride, uint8_t *to, ptrdiff_t toStride,
-                                 int32_t groups) {
-  for (; groups > 0; --groups) {
-    const uint8_t *at[kBlocks<D>];
+struct Tall {
+  static constexpr int32_t kColumns = 16;
+  static constexpr int32_t kLines = kBytes<D>;
+  const uint8_t *at[kBlocks<D>];
+  ptrdiff_t stride;
+
+  HWY_INLINE Tall(const uint8_t *from, ptrdiff_t distance) : stride(distance) {
     for (const uint8_t *&block : at) {
       block = from;
       vec::moveOn(from, 16 * stride);
     }
-    hn::Vec<D> half[16];
-    for (int i = 0; i < 4; ++i) {
-      interleaveFour(d, vec::loadRow(d, at, 0), vec::loadRow(d, at, 4 * stride), vec::loadRow(d, at, 8 * stride),
-                     vec::loadRow(d, at, 12 * stride), half + 4 * i);
-      for (const uint8_t *&block : at) {
-        vec::moveOn(block, stride);
-      }
+  }
+  HWY_INLINE hn::Vec<D> row(ptrdiff_t i) const { return vec::loadRow(D(), at, i * stride); }
+  HWY_INLINE void next() {
+    for (const uint8_t *&block : at) {
+      vec::moveOn(block, stride);
     }
-    uint8_t *line = to;
-    for (int i = 0; i < 4; ++i) {
-      hn::Vec<D> rows[4];
-      interleaveFour(d, half[i], half[i + 4], half[i + 8], half[i + 12], rows);
-      for (int row = 0; row < 4; ++row) {
-        hn::StoreU(rows[row], d, line + row * toStride);
-      }
-      vec::moveOn(line, 4 * toStride);
+  }
+  HWY_INLINE static void store(hn::Vec<D> column, uint8_t *to, ptrdiff_t /*toStride*/) { hn::StoreU(column, D(), to); }
+};
+
+/// 16 lines of as many columns as a vector of two blocks has bytes.
+template <class D>
+struct Wide {
+  static constexpr int32_t kColumns = kBytes<D>;
+  static constexpr int32_t kLines = 16;
+  const uint8_t *at;
+  ptrdiff_t stride;
+
+  HWY_INLINE Wide(const uint8_t *from, ptrdiff_t distance) : at(from), stride(distance) {}
+  HWY_INLINE hn::Vec<D> row(ptrdiff_t i) const { return hn::LoadU(D(), at + i * stride); }
+  HWY_INLINE void next() { vec::moveOn(at, stride); }
+  HWY_INLINE static void store(hn::Vec<D> columns, uint8_t *to, ptrdiff_t toStride) {
+    const hn::Half<D> half;
+    hn::StoreU(hn::LowerHalf(half, columns), half, to);
+    hn::StoreU(hn::UpperHalf(half, columns), half, to + 16 * toStride);
+  }
+};
+
+template <template <class> class Shape, class D>
+HWY_INLINE void transposeOne(D d, Shape<D> block, uint8_t *to, ptrdiff_t toStride) {
+  hn::Vec<D> half[16];
+  for (int i = 0; i < 4; ++i) {
+    interleaveFour(d, block.row(0), block.row(4), block.row(8), block.row(12), half + 4 * i);
+    block.next();
+  }
+  for (int i = 0; i < 4; ++i) {
+    hn::Vec<D> columns[4];
+    interleaveFour(d, half[i], half[i + 4], half[i + 8], half[i + 12], columns);
+    for (int column = 0; column < 4; ++column) {
+      Shape<D>::store(columns[column], to + column * toStride, toStride);
     }
-    to += kBytes<D>;
+    vec::moveOn(to, 4 * toStride);
   }
 }
 
@@ -69,24 +96,44 @@ struct Turn {
   ptrdiff_t toStride;
 };
 
-/// The lines from the `first` one on that fill so many vectors of D, 16 columns at a time.
-template <class D>
-HWY_INLINE void transposeGroups(D d, const Turn &turn, int32_t first, int32_t groups) {
+/// The lines from the `first` one on that fill so many blocks, of at least as many columns as a block has.
+template <template <class> class Shape, class D>
+HWY_INLINE void transposeBlocks(D d, const Turn &turn, int32_t first, int32_t blocks) {
+  using Block = Shape<D>;
   const Turn all = turn; // a copy, which no store can change
-  const uint8_t *lines = all.from + first * all.fromStride;
-  const int32_t last = all.columns - 16;
-  for (int32_t x = 0;; x = x + 16 < last ? x + 16 : last) {
-    transposeColumns(d, lines + x, all.fromStride, all.to + x * all.toStride + first, all.toStride, groups);
+  const int32_t last = all.columns - Block::kColumns;
+  for (int32_t x = 0;; x = x + Block::kColumns < last ? x + Block::kColumns : last) {
+    const uint8_t *from = all.from + first * all.fromStride + x;
+    uint8_t *to = all.to + x * all.toStride + first;
+    for (int32_t i = 0; i < blocks; ++i) {
+      transposeOne<Shape>(d, Block(from, all.fromStride), to, all.toStride);
+      from += Block::kLines * all.fromStride;
+      to += Block::kLines;
+    }
     if (x == last) {
       return;
     }
   }
 }
 
+using TransposedBytes = hn::CappedTag<uint8_t, 32>;
+
+/// Vectors that have more bytes than there are lines may have columns.
+template <class D>
+HWY_INLINE void transposeGroups(D d, const Turn &turn, int32_t first, int32_t groups) {
+  if constexpr (kBytes<D> < kBytes<TransposedBytes>) {
+    if (turn.columns >= Wide<TransposedBytes>::kColumns) {
+      transposeBlocks<Wide>(TransposedBytes(), turn, first, groups);
+      return;
+    }
+  }
+  transposeBlocks<Tall>(d, turn, first, groups);
+}
+
 /// A block is as high as a line of the cache is long, so that what is written fills such lines, and a strip of columns
 /// goes down all blocks: its output lines stay in the cache until they are full.
-constexpr int32_t kBlockLines = 64;
-constexpr int32_t kStripColumns = 64;
+inline constexpr int32_t kBlockLines = 64;
+inline constexpr int32_t kStripColumns = 64;
 
 /// Of at least 16 x 16 bytes, of which `done` lines are done: as many as fill vectors of D, then the rest by the
 /// narrowest vectors that hold it, overlapping what is done.
@@ -116,7 +163,7 @@ HWY_INLINE void transposeStrips(const Turn &turn, int32_t lines) {
   for (int32_t x = 0; x < turn.columns; x += some) {
     const int32_t left = turn.columns - x;
     some = left < kStripColumns + 16 ? left : kStripColumns;
-    transposeStrip(hn::CappedTag<uint8_t, 32>(),
+    transposeStrip(TransposedBytes(),
                    {turn.from + x, turn.fromStride, some, turn.to + x * turn.toStride, turn.toStride}, lines, 0);
   }
 }
