@@ -207,13 +207,16 @@ void pairs(const uint8_t *first, const uint8_t *second, int32_t count, uint8_t *
   eachUnit<PairGroups>(Pairs{first, second, to}, count);
 }
 
-void packed(const uint8_t *y, const uint8_t *u, const uint8_t *v, const PackedOrder &order, int32_t pixels,
-            uint8_t *to) {
-  const auto rows = Packed{y, u, v, order, to};
+void macropixels(const Packed &rows, int32_t pixels) {
   eachUnit<PackedGroups>(rows, pixels / 2);
   if (pixels % 2 != 0) {
-    rows.put(pixels / 2, y[pixels - 1]);
+    rows.put(pixels / 2, rows.y[pixels - 1]);
   }
+}
+
+void packed(const uint8_t *y, const uint8_t *u, const uint8_t *v, const PackedOrder &order, int32_t pixels,
+            uint8_t *to) {
+  macropixels(Packed{y, u, v, order, to}, pixels);
 }
 
 void rgb565(const uint8_t *const from[3], bool isSwapped, int32_t pixels, uint8_t *to) {
