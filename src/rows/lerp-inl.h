@@ -124,7 +124,7 @@ void lerpColumns(const uint8_t *from, const LerpColumns &columns, int32_t first,
   const int32_t groups = (columns.count + kColumnGroup - 1) / kColumnGroup;
   const auto *place = reinterpret_cast<const LerpPlace *>(tables + groups) + first / kColumnGroup;
   const bool bytes = layout.byteWeights;
-  if (layout.parts == 0) {
+  if (layout.parts == 0 || HWY_TARGET == HWY_EMU128) {
     return lerpSingly(from, columns.columns + first, count, to);
   }
   if (layout.withinReach) {

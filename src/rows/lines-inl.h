@@ -25,6 +25,31 @@ HWY_INLINE void everyVector(int32_t lanes, int32_t count, const Do &columns) {
   columns(count - lanes);
 }
 
+// --- One line -------------------------------------------------------------------------------------------------------
+
+template <class D>
+HWY_INLINE void widenVectors(D d, const uint8_t *from, int32_t count, int16_t *to) {
+  constexpr hn::Rebind<uint8_t, D> kSamples;
+  everyVector(static_cast<int32_t>(hn::MaxLanes(d)), count, [&](int32_t at) HWY_ATTR {
+    hn::StoreU(hn::ShiftLeft<kWordShift>(hn::PromoteTo(d, hn::LoadU(kSamples, from + at))), d, to + at);
+  });
+}
+
+void widen(const uint8_t *from, int32_t count, int16_t *to) {
+  constexpr hn::CappedTag<int16_t, 8> kFew;
+  if (count >= static_cast<int32_t>(hn::MaxLanes(kWords))) {
+    return widenVectors(kWords, from, count, to);
+  }
+  if (count >= static_cast<int32_t>(hn::MaxLanes(kFew))) {
+    return widenVectors(kFew, from, count, to);
+  }
+  for (int32_t i = 0; i < count; ++i) {
+    to[i] = static_cast<int16_t>(from[i] << kWordShift);
+  }
+}
+
+// --- Up to kFewTaps lines -------------------------------------------------------------------------------------------
+
 // Weights of lines are 128 high + low, so that words of 16 bits can hold all there is:
 //   sum of sample * weight + 64 >> 7  =  sum of sample * high + (sum of sample * low + 64 >> 7).
 
@@ -231,22 +256,31 @@ HWY_INLINE bool addedSingly(D d, const uint8_t *const *lines, const LineFactors 
   return true;
 }
 
-void addLines(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount, int32_t count, int16_t *to) {
-  constexpr hn::CappedTag<uint8_t, 16> kBlock;
-  constexpr hn::CappedTag<int16_t, 8> kHalfBlock;
-  const LineFactors factors = factorsOfLines(weights, lineCount);
-  if (addedInPairs(kBytes, lines, factors, lineCount, count, to) ||
-      addedInPairs(kBlock, lines, factors, lineCount, count, to) ||
-      addedSingly(kWords, lines, factors, lineCount, count, to) ||
-      addedSingly(kHalfBlock, lines, factors, lineCount, count, to)) {
-    return;
-  }
+HWY_NOINLINE void addPlainly(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount, int32_t count,
+                             int16_t *to) {
   for (int32_t column = 0; column < count; ++column) {
     int32_t sum = 1 << (kFewTapsBits - kWordShift - 1);
     for (int32_t i = 0; i < lineCount; ++i) {
       sum += lines[i][column] * weights[i];
     }
     to[column] = static_cast<int16_t>(sum >> (kFewTapsBits - kWordShift));
+  }
+}
+
+void addLines(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount, int32_t count, int16_t *to) {
+  constexpr hn::CappedTag<uint8_t, 16> kBlock;
+  constexpr hn::CappedTag<int16_t, 8> kHalfBlock;
+  if (lineCount == 1) {
+    return widen(lines[0], count, to);
+  }
+  if (HWY_TARGET == HWY_EMU128 || count < static_cast<int32_t>(hn::MaxLanes(kHalfBlock))) {
+    return addPlainly(lines, weights, lineCount, count, to);
+  }
+  const LineFactors factors = factorsOfLines(weights, lineCount);
+  if (!addedInPairs(kBytes, lines, factors, lineCount, count, to) &&
+      !addedInPairs(kBlock, lines, factors, lineCount, count, to) &&
+      !addedSingly(kWords, lines, factors, lineCount, count, to)) {
+    addedSingly(kHalfBlock, lines, factors, lineCount, count, to);
   }
 }
 

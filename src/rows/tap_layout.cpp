@@ -6,6 +6,7 @@ namespace zqp {
 namespace {
 
 constexpr int32_t kHalf = 1 << (kFewTapsBits - 1);
+constexpr int32_t kFour = 4;
 constexpr int32_t kEight = 8;
 
 int32_t smaller(int32_t a, int32_t b) {
@@ -56,7 +57,7 @@ TapKind kindOf(const Outputs &outputs) {
   if (most <= 2 && outputs.areEven(most)) {
     return most == 1 ? TapKind::Kept : TapKind::Halves;
   }
-  return most <= kEight ? TapKind::Eight : TapKind::Sixteen;
+  return most <= kFour ? TapKind::Four : most <= kEight ? TapKind::Eight : TapKind::Sixteen;
 }
 
 /// Factors of `words` words from an output's first sample on.
@@ -109,16 +110,25 @@ void enterPairs(const Outputs &outputs, TapGroup &group) {
 void layOutGroup(const Outputs &outputs, TapGroup &group) {
   std::memset(&group, 0, sizeof group);
   group.kind = kindOf(outputs);
+  group.run = outputs.count;
   if (group.kind == TapKind::Sixteen) {
     enterWords(outputs, kFewTaps, group.factors);
-  } else if (group.kind == TapKind::Eight) {
-    enterWords(outputs, kEight, group.factors + kEightFactors);
+  } else if (group.kind == TapKind::Four || group.kind == TapKind::Eight) {
+    enterWords(outputs, group.kind == TapKind::Four ? kFour : kEight, group.factors + kWordFactors);
     if (placePairs(outputs, group)) {
       enterPairs(outputs, group);
     } else {
       group.pairs = 0;
     }
   }
+}
+
+/// Whether the outputs of a group go on as those of the one before it do.
+bool goesOn(const Taps *columns, const TapGroup &group) {
+  if ((group.kind != TapKind::Kept && group.kind != TapKind::Halves) || group.kind != (&group - 1)->kind) {
+    return false;
+  }
+  return columns[0].first == columns[-1].first + columns[-1].count;
 }
 
 } // namespace
@@ -131,6 +141,12 @@ void layOutTaps(const Taps *columns, const int32_t *weights, int32_t outputs, in
   auto *group = reinterpret_cast<TapGroup *>(layout);
   for (int32_t first = 0; first < outputs; first += kColumnGroup, ++group) {
     layOutGroup({columns + first, weights, smaller(outputs - first, kColumnGroup)}, *group);
+  }
+  for (int32_t first = (outputs - 1) / kColumnGroup * kColumnGroup; first > 0; first -= kColumnGroup) {
+    --group;
+    if (goesOn(columns + first, *group)) {
+      (group - 1)->run += group->run;
+    }
   }
 }
 
