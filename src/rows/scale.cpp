@@ -7,20 +7,13 @@
 
 #include "rows/lerp-inl.h"
 #include "rows/lines-inl.h"
+#include "rows/pick-inl.h"
 #include "rows/scale.h"
 #include "rows/taps-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqp::HWY_NAMESPACE {
-namespace {
-
-void pick(const uint8_t *from, const int32_t *at, int32_t count, uint8_t *to) {
-  for (int32_t i = 0; i < count; ++i) {
-    to[i] = from[at[i]];
-  }
-}
-
-} // namespace
+namespace {} // namespace
 
 extern const ScaleStages kScaleStages;
 const ScaleStages kScaleStages = {widen, pick, lerpColumns, lerpLines, addLines, addToSums, wordsOfSums, tapColumns};
