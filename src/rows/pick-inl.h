@@ -89,7 +89,9 @@ HWY_INLINE bool pickedTogether(const uint8_t *from, const int32_t *at, int32_t e
   constexpr hn::CappedTag<uint8_t, 8> kHalf;
   const auto places = hn::Combine(kSamples, hn::DemoteTo(kHalf, half(c, d)), hn::DemoteTo(kHalf, half(a, b)));
   // Numbers of 128 and more pick nothing: those of the other half.
-  const auto inLow = hn::SaturatedAdd(places, hn::Set(kSamples, uint8_t{0x70}));
+  constexpr hn::CappedTag<int8_t, 16> kSigned;
+  const auto isHigh = hn::Gt(hn::BitCast(kSigned, places), hn::Set(kSigned, int8_t{15}));
+  const auto inLow = hn::Or(places, hn::BitCast(kSamples, hn::VecFromMask(kSigned, isHigh)));
   const auto inHigh = hn::Sub(places, hn::Set(kSamples, uint8_t{16}));
   const auto picked = hn::Or(hn::TableLookupBytesOr0(hn::LoadU(kSamples, from + base), inLow),
                              hn::TableLookupBytesOr0(hn::LoadU(kSamples, from + base + 16), inHigh));
