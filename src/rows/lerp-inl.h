@@ -124,7 +124,7 @@ void lerpColumns(const uint8_t *from, const LerpColumns &columns, int32_t first,
   const int32_t groups = (columns.count + kColumnGroup - 1) / kColumnGroup;
   const auto *place = reinterpret_cast<const LerpPlace *>(tables + groups) + first / kColumnGroup;
   const bool bytes = layout.byteWeights;
-  if (layout.parts == 0 || HWY_TARGET == HWY_EMU128) {
+  if (layout.parts == 0 || kIsEmulated) {
     return lerpSingly(from, columns.columns + first, count, to);
   }
   if (layout.withinReach) {
@@ -153,17 +153,21 @@ HWY_INLINE void lerpVectors(D d, const int16_t *upper, const int16_t *lower, int
   hn::StoreU(last, d, to + count - kLanes);
 }
 
-void lerpLines(const int16_t *upper, const int16_t *lower, int32_t next, int32_t count, int16_t *to) {
-  constexpr hn::CappedTag<int16_t, 8> kFew;
-  if (count >= static_cast<int32_t>(hn::MaxLanes(kWords))) {
-    return lerpVectors(kWords, upper, lower, next, count, to);
-  }
-  if (count >= static_cast<int32_t>(hn::MaxLanes(kFew))) {
-    return lerpVectors(kFew, upper, lower, next, count, to);
-  }
+HWY_INLINE void lerpPlainly(const int16_t *upper, const int16_t *lower, int32_t next, int32_t count, int16_t *to) {
   for (int32_t i = 0; i < count; ++i) {
     to[i] = static_cast<int16_t>(upper[i] + (((lower[i] - upper[i]) * next + (1 << 14)) >> 15));
   }
+}
+
+void lerpLines(const int16_t *upper, const int16_t *lower, int32_t next, int32_t count, int16_t *to) {
+  constexpr hn::CappedTag<int16_t, 8> kFew;
+  if (kIsEmulated || count < static_cast<int32_t>(hn::MaxLanes(kFew))) {
+    return lerpPlainly(upper, lower, next, count, to);
+  }
+  if (count < static_cast<int32_t>(hn::MaxLanes(kWords))) {
+    return lerpVectors(kFew, upper, lower, next, count, to);
+  }
+  lerpVectors(kWords, upper, lower, next, count, to);
 }
 
 } // namespace

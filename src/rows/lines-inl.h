@@ -37,14 +37,14 @@ HWY_INLINE void widenVectors(D d, const uint8_t *from, int32_t count, int16_t *t
 
 void widen(const uint8_t *from, int32_t count, int16_t *to) {
   constexpr hn::CappedTag<int16_t, 8> kFew;
-  if (count >= static_cast<int32_t>(hn::MaxLanes(kWords))) {
-    return widenVectors(kWords, from, count, to);
-  }
-  if (count >= static_cast<int32_t>(hn::MaxLanes(kFew))) {
-    return widenVectors(kFew, from, count, to);
-  }
-  for (int32_t i = 0; i < count; ++i) {
-    to[i] = static_cast<int16_t>(from[i] << kWordShift);
+  if (kIsEmulated || count < static_cast<int32_t>(hn::MaxLanes(kFew))) {
+    for (int32_t i = 0; i < count; ++i) {
+      to[i] = static_cast<int16_t>(from[i] << kWordShift);
+    }
+  } else if (count < static_cast<int32_t>(hn::MaxLanes(kWords))) {
+    widenVectors(kFew, from, count, to);
+  } else {
+    widenVectors(kWords, from, count, to);
   }
 }
 
@@ -273,7 +273,7 @@ void addLines(const uint8_t *const *lines, const int32_t *weights, int32_t lineC
   if (lineCount == 1) {
     return widen(lines[0], count, to);
   }
-  if (HWY_TARGET == HWY_EMU128 || count < static_cast<int32_t>(hn::MaxLanes(kHalfBlock))) {
+  if (kIsEmulated || count < static_cast<int32_t>(hn::MaxLanes(kHalfBlock))) {
     return addPlainly(lines, weights, lineCount, count, to);
   }
   const LineFactors factors = factorsOfLines(weights, lineCount);
@@ -294,7 +294,7 @@ void addToSums(const uint8_t *line, int32_t weight, int32_t count, uint32_t *sum
   constexpr hn::Rebind<uint8_t, decltype(kLineSums)> kSamples;
   const auto weights = hn::Set(kLineSums, static_cast<uint32_t>(weight));
   int32_t i = 0;
-  for (; i + kLineSumLanes <= count; i += kLineSumLanes) {
+  for (; !kIsEmulated && i + kLineSumLanes <= count; i += kLineSumLanes) {
     const auto products = hn::Mul(hn::PromoteTo(kLineSums, hn::LoadU(kSamples, line + i)), weights);
     hn::StoreU(hn::Add(hn::LoadU(kLineSums, sums + i), products), kLineSums, sums + i);
   }
@@ -309,7 +309,7 @@ void wordsOfSums(const uint32_t *sums, int32_t bits, int32_t count, int16_t *to)
   const int32_t shift = bits - kWordShift;
   const auto half = hn::Set(kLineSums, uint32_t{1} << (shift - 1));
   int32_t i = 0;
-  for (; i + kLineSumLanes <= count; i += kLineSumLanes) {
+  for (; !kIsEmulated && i + kLineSumLanes <= count; i += kLineSumLanes) {
     const auto sum = hn::ShiftRightSame(hn::Add(hn::LoadU(kLineSums, sums + i), half), shift);
     hn::StoreU(hn::DemoteTo(kSumWords, hn::BitCast(kNumbers, sum)), kSumWords, to + i);
   }

@@ -8,15 +8,11 @@
 #define ZQP_ROWS_PICK_INL_H
 #endif
 
-#include <hwy/highway.h>
-
-#include <cstdint>
+#include "rows/byte_pairs-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqp::HWY_NAMESPACE {
 namespace {
-
-namespace hn = hwy::HWY_NAMESPACE;
 
 HWY_INLINE void pickSingly(const uint8_t *from, const int32_t *at, int32_t count, uint8_t *to) {
   for (int32_t i = 0; i < count; ++i) {
@@ -103,7 +99,7 @@ HWY_INLINE bool pickedTogether(const uint8_t *from, const int32_t *at, int32_t e
 
 void pick(const uint8_t *from, const int32_t *at, int32_t count, uint8_t *to) {
   int32_t i = 0;
-  if (HWY_TARGET != HWY_EMU128) {
+  if (!kIsEmulated) {
     const int32_t end = at[count - 1] + 1;
     for (; i + kPicks <= count; i += kPicks) {
       if (!pickedTogether(from, at + i, end, to + i)) {

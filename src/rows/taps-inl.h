@@ -8,17 +8,14 @@
 #define ZQP_ROWS_TAPS_INL_H
 #endif
 
+#include "rows/byte_pairs-inl.h"
 #include "rows/tap_layout.h"
-
-#include <hwy/highway.h>
 
 #include <cstring>
 
 HWY_BEFORE_NAMESPACE();
 namespace zqp::HWY_NAMESPACE {
 namespace {
-
-namespace hn = hwy::HWY_NAMESPACE;
 
 /// A row of words: words[0] is sample `start`, the one before sample `end` the last one that may be read.
 struct TapRow {
@@ -73,14 +70,14 @@ HWY_INLINE void meansOfPairs(D d, const int16_t *from, int32_t count, int16_t *t
 void halves(const int16_t *from, int32_t count, int16_t *to) {
   constexpr hn::ScalableTag<int16_t> kMany;
   constexpr hn::CappedTag<int16_t, 8> kFew;
-  if (count >= static_cast<int32_t>(hn::MaxLanes(kMany))) {
-    return meansOfPairs(kMany, from, count, to);
-  }
-  if (count >= static_cast<int32_t>(hn::MaxLanes(kFew))) {
-    return meansOfPairs(kFew, from, count, to);
-  }
-  for (int32_t i = 0; i < count; ++i) {
-    to[i] = static_cast<int16_t>((from[2 * i] + from[2 * i + 1] + 1) >> 1);
+  if (kIsEmulated || count < static_cast<int32_t>(hn::MaxLanes(kFew))) {
+    for (int32_t i = 0; i < count; ++i) {
+      to[i] = static_cast<int16_t>((from[2 * i] + from[2 * i + 1] + 1) >> 1);
+    }
+  } else if (count < static_cast<int32_t>(hn::MaxLanes(kMany))) {
+    meansOfPairs(kFew, from, count, to);
+  } else {
+    meansOfPairs(kMany, from, count, to);
   }
 }
 
@@ -230,7 +227,7 @@ HWY_INLINE int32_t tapGroup(const TapRow &row, const TapGroup &group, const Taps
     return count;
   }
   count = count < kColumnGroup ? count : kColumnGroup;
-  if (group.kind == TapKind::Plain || HWY_TARGET == HWY_EMU128) {
+  if (group.kind == TapKind::Plain || kIsEmulated) {
     singly(row, taps, weights, count, to);
   } else if (group.kind == TapKind::Sixteen) {
     meansOfGroup<16>(row, taps, weights, group.factors, count, to);

@@ -380,6 +380,9 @@ TEST(AddLines, AllPairsOfWeights) {
   for (int32_t weight = 0; weight <= 16384; ++weight) {
     checkLines({weight, 16384 - weight}, 130, true, random);
   }
+  for (int32_t weight = 0; weight <= 16384; weight += 64) {
+    checkLines({weight, 16384 - weight, 0, 0, 0, 0}, 130, true, random);
+  }
   checkLines({16384}, 1000, true, random);
   checkLines({8192, 8192}, 1000, false, random);
   checkLines({4096, 8192, 4096}, 1000, false, random);
@@ -535,6 +538,20 @@ TEST(TapColumns, AnyMeansAtAll) {
       set.add(first, weightsOf(end - first, end - first > 16 ? 23 : 14, random));
     }
     checkTaps(set, end, random);
+  }
+}
+
+/// Rows that are kept or halved, but for samples that are left out between groups or within them.
+TEST(TapColumns, GapsBetweenGroups) {
+  Random random(16);
+  for (const int32_t samples : {1, 2}) {
+    for (int32_t gap = 60; gap <= 130; ++gap) {
+      TapSet set;
+      for (int32_t i = 0; i < 300; ++i) {
+        set.add(i * samples + i / gap * 3, std::vector<int32_t>(at(samples), 16384 / samples));
+      }
+      checkTaps(set, 300 * samples + 15, random);
+    }
   }
 }
 
