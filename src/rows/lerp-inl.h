@@ -30,7 +30,8 @@ struct WindowsAnywhere {
 
 #if HWY_TARGET == HWY_AVX3
 
-/// Windows within reach, taken out of two vectors.
+/// Windows within reach, taken out of one vector or two.
+template <int32_t parts>
 struct WindowsWithinReach {
   const LerpTables &tables;
   __m512i low;
@@ -39,16 +40,17 @@ struct WindowsWithinReach {
   HWY_INLINE WindowsWithinReach(const uint8_t *from, const LerpTables &of, int32_t block) : tables(of) {
     from += block == 0 ? 0 : of.half;
     low = _mm512_loadu_si512(from);
-    high = _mm512_loadu_si512(from + 64);
+    high = parts == 1 ? low : _mm512_loadu_si512(from + 64);
   }
   HWY_INLINE ByteVec of(int32_t part, int32_t block) const {
     const __m512i lanes = _mm512_load_si512(tables.lane[block / 4][part]);
-    return ByteVec{_mm512_permutex2var_epi32(low, lanes, high)};
+    return ByteVec{parts == 1 ? _mm512_permutexvar_epi32(lanes, low) : _mm512_permutex2var_epi32(low, lanes, high)};
   }
 };
 
 #else
 
+template <int32_t parts>
 using WindowsWithinReach = WindowsAnywhere;
 
 #endif
@@ -128,8 +130,8 @@ void lerpColumns(const uint8_t *from, const LerpColumns &columns, int32_t first,
     return lerpSingly(from, columns.columns + first, count, to);
   }
   if (layout.withinReach) {
-    return layout.parts == 1 ? lerpGroups<WindowsWithinReach, 1>(from, tables, place, bytes, count, to)
-                             : lerpGroups<WindowsWithinReach, 2>(from, tables, place, bytes, count, to);
+    return layout.parts == 1 ? lerpGroups<WindowsWithinReach<1>, 1>(from, tables, place, bytes, count, to)
+                             : lerpGroups<WindowsWithinReach<2>, 2>(from, tables, place, bytes, count, to);
   }
   return layout.parts == 1 ? lerpGroups<WindowsAnywhere, 1>(from, tables, place, bytes, count, to)
                            : lerpGroups<WindowsAnywhere, 2>(from, tables, place, bytes, count, to);
