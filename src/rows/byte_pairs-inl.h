@@ -19,7 +19,11 @@ namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 
 /// Where vectors are emulated, plain loops take fewer steps, and processors without unaligned loads the fewest.
-constexpr bool kIsEmulated = HWY_TARGET == HWY_EMU128;
+#if HWY_TARGET == HWY_EMU128
+constexpr bool kIsEmulated = true;
+#else
+constexpr bool kIsEmulated = false;
+#endif
 
 constexpr hn::ScalableTag<uint8_t> kBytes;
 constexpr hn::ScalableTag<int16_t> kWords;

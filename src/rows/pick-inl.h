@@ -78,7 +78,7 @@ HWY_INLINE bool pickedTogether(const uint8_t *from, const int32_t *at, int32_t e
   if (!hn::AllTrue(kPlaces, hn::Eq(hn::And(all, hn::Set(kPlaces, ~uint32_t{kReach - 1})), hn::Zero(kPlaces)))) {
     return false;
   }
-  const auto half = [](auto low, auto high) HWY_ATTR {
+  const auto half = [&](auto low, auto high) HWY_ATTR {
     constexpr hn::CappedTag<int16_t, 4> kQuarter;
     return hn::Combine(kShorts, hn::DemoteTo(kQuarter, high), hn::DemoteTo(kQuarter, low));
   };

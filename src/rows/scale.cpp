@@ -6,6 +6,7 @@
 #include <hwy/highway.h>
 
 #include "rows/lerp-inl.h"
+#include "rows/line_words-inl.h"
 #include "rows/lines-inl.h"
 #include "rows/pick-inl.h"
 #include "rows/scale.h"

@@ -25,7 +25,7 @@ struct Outputs {
   const Taps &operator[](int32_t i) const { return columns[smaller(i, count - 1)]; }
 
   /// Whether output i is so many samples, each of which counts the same, and the next one's follow at once.
-  bool areEven(int32_t samples) const {
+  [[nodiscard]] bool areEven(int32_t samples) const {
     for (int32_t i = 0; i < count; ++i) {
       const Taps &taps = columns[i];
       if (taps.count != samples || taps.first != columns[0].first + i * samples) {
@@ -40,7 +40,7 @@ struct Outputs {
     return true;
   }
 
-  int32_t mostSamples() const {
+  [[nodiscard]] int32_t mostSamples() const {
     int32_t most = 0;
     for (int32_t i = 0; i < count; ++i) {
       most = larger(most, columns[i].count);
@@ -86,8 +86,8 @@ bool placePairs(const Outputs &outputs, TapGroup &group) {
     group.firstPair[block][i % kTapBlock] = (taps.first - group.base[block]) / 2;
     group.pairs = larger(group.pairs, pairsOf(taps, group.base[block]));
   }
-  for (int32_t block = 0; block < kTapBlocks; ++block) {
-    if (group.firstPair[block][kTapBlock - 1] + group.pairs > kTapReach / 2) {
+  for (const auto &block : group.firstPair) {
+    if (block[kTapBlock - 1] + group.pairs > kTapReach / 2) {
       return false;
     }
   }
