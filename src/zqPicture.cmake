@@ -1,8 +1,11 @@
 # libzqPicture: rows of pixels by Highway's vectors, or by its emulation of them where the processor has none.
 file(GLOB ZQP_STAGE_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/rows/*.cpp)
-list(REMOVE_ITEM ZQP_STAGE_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/rows/stages.cpp)
+# What serves every level: chosen or made by portable code.
+set(ZQP_ROW_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/rows/stages.cpp ${CMAKE_CURRENT_SOURCE_DIR}/rows/lerp_layout.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/rows/tap_layout.cpp)
+list(REMOVE_ITEM ZQP_STAGE_SOURCES ${ZQP_ROW_SOURCES})
 file(GLOB ZQP_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/picture/*.cpp)
-list(APPEND ZQP_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/rows/stages.cpp)
+list(APPEND ZQP_SOURCES ${ZQP_ROW_SOURCES})
 if(ZQCC_VECTOR_BUILT)
   list(APPEND ZQP_SOURCES ${ZQP_STAGE_SOURCES} ${CMAKE_CURRENT_SOURCE_DIR}/vector/detect.cpp)
 endif()
