@@ -6,13 +6,20 @@
 #include <hwy/highway.h>
 
 #include "rows/colour.h"
+#include "rows/colour_components-inl.h"
+#include "rows/colour_weighed-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqp::HWY_NAMESPACE {
-namespace {} // namespace
+
+extern const RgbOfBytes kRgbOfBytes[kYuvLayouts][kRgbLayouts];
+extern const RgbOfWords kRgbOfWords[kRgbLayouts];
 
 extern const ColourStages kColourStages;
-const ColourStages kColourStages = {};
+const ColourStages kColourStages = {
+    kRgbOfBytes, kRgbOfWords, componentOfBytes, componentOfWords, bytesOfWords,
+    lumaOfYuv,   chromaOfYuv, sumOfBytes,       sumOfWords,
+};
 
 } // namespace zqp::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
