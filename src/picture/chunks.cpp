@@ -72,8 +72,10 @@ bool fitsInChunks(ZqpConverter &converter, std::size_t bytes) {
 
 void chooseChunks(ZqpConverter &converter) {
   converter.isWide = false;
-  if (fits(converter, converter.columns, kNearBytes) || fitsInChunks(converter, kNearBytes) ||
-      fitsInChunks(converter, kScratchBytes)) {
+  const bool isTurned = converter.description.turn.isTransposed;
+  const bool isNear =
+      !isTurned && (fits(converter, converter.columns, kNearBytes) || fitsInChunks(converter, kNearBytes));
+  if (isNear || fitsInChunks(converter, kScratchBytes)) {
     return;
   }
   converter.isWide = true;

@@ -24,7 +24,7 @@ public:
   void aim(const Region &region);
 
   /// Rows of components, each from the first sample that takes part on, though nothing but the region is there. Lines
-  /// are counted likewise. They stay until kLines other lines were asked for.
+  /// are counted likewise. The last two lines stay, or the last kLines if means of more than two are made.
   static constexpr int32_t kLines = 4;
   void rows(bool isChroma, int32_t line, const uint8_t *to[4]);
 
@@ -46,6 +46,7 @@ private:
   const FetchStages &fetch_;
   int32_t first_ = 0; ///< of what is fetched
   int32_t count_ = 0;
+  int32_t slots_ = kLines;
   Fetched lines_[kLines] = {};
 };
 
