@@ -13,7 +13,7 @@ inline constexpr std::size_t kScratchBytes = std::size_t{96} * 1024;
 inline constexpr std::size_t kScratchMargin = 128;
 
 /// Lines that are turned at once, which become columns.
-inline constexpr int32_t kTurnedLines = 64;
+inline constexpr int32_t kTurnedLines = 32;
 
 /// What the rows of the output's luma, or of its R, G and B, are made of.
 enum class LumaRecipe : int32_t {
