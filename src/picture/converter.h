@@ -73,6 +73,7 @@ struct ZqpConverter {
   zqp::ChromaRecipe chromaRecipe = {};
   bool makesPixels = false; ///< colours are put straight into the output
   bool makesPlanes = false; ///< rows that are made lie in the output at once
+  bool turnsYuv = false;    ///< samples are turned, not pixels
   bool keepsAlpha = false;
   zqp::Colouring colouring = {};
   zqp::Pass passes[2] = {};
