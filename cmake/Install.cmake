@@ -1,7 +1,12 @@
-# Header, library, CMake package, pkg-config file, documents and examples.
+# Headers, libraries, CMake package, pkg-config files, documents and examples.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS zqColorConversion EXPORT zqColorConversionTargets
+set(libraries zqColorConversion)
+if(ZQP_BUILT)
+  list(APPEND libraries zqPicture)
+  install(FILES include/zqPicture.h include/zqPicture.hpp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()
+install(TARGETS ${libraries} EXPORT zqColorConversionTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES include/zqColorConversion.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
@@ -31,8 +36,10 @@ if(IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
 else()
   set(ZQCC_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
 endif()
-configure_file(cmake/zqColorConversion.pc.in zqColorConversion.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/zqColorConversion.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(library ${libraries})
+  configure_file(cmake/${library}.pc.in ${library}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${library}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
 
 # As in the source tree, so that the links in the README hold.
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -1,8 +1,11 @@
 # libzqPicture: rows of pixels by Highway's vectors, or by its emulation of them where the processor has none.
 file(GLOB ZQP_STAGE_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/rows/*.cpp)
-list(REMOVE_ITEM ZQP_STAGE_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/rows/stages.cpp)
+# What serves every level: chosen or made by portable code.
+set(ZQP_ROW_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/rows/stages.cpp ${CMAKE_CURRENT_SOURCE_DIR}/rows/lerp_layout.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/rows/tap_layout.cpp)
+list(REMOVE_ITEM ZQP_STAGE_SOURCES ${ZQP_ROW_SOURCES})
 file(GLOB ZQP_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/picture/*.cpp)
-list(APPEND ZQP_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/rows/stages.cpp)
+list(APPEND ZQP_SOURCES ${ZQP_ROW_SOURCES})
 if(ZQCC_VECTOR_BUILT)
   list(APPEND ZQP_SOURCES ${ZQP_STAGE_SOURCES} ${CMAKE_CURRENT_SOURCE_DIR}/vector/detect.cpp)
 endif()
@@ -30,10 +33,7 @@ endforeach()
 
 add_library(zqPicture $<TARGET_OBJECTS:zqp_objects> $<TARGET_OBJECTS:zqp_portable>)
 add_library(zqColorConversion::zqPicture ALIAS zqPicture)
-set_target_properties(zqPicture PROPERTIES
-  VERSION ${PROJECT_VERSION} SOVERSION ${ZQCC_ABI_VERSION} LINKER_LANGUAGE C)
-target_include_directories(zqPicture INTERFACE
-  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+zqcc_export(zqPicture zqPicture)
 
 add_library(zqp_static STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:zqp_objects> $<TARGET_OBJECTS:zqp_portable>)
 target_include_directories(zqp_static INTERFACE ${PROJECT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR})

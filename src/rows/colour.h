@@ -11,7 +11,7 @@
 
 namespace zqp {
 
-/// How a sample of luma, or of RGB that stays RGB, counts.
+/// How a sample of luma, or of RGB that stays RGB, counts. The factor is below 32768.
 struct Level {
   uint16_t factor;
   int16_t bias;
@@ -27,7 +27,8 @@ struct Component {
   int32_t most;
 };
 
-/// Red has no u, blue no v.
+/// Red has no u, blue no v. Components of as many bits have one and the same luma. The factors of chroma are above
+/// -32768.
 struct RgbOfYuv {
   Component red;
   Component green;
@@ -35,7 +36,7 @@ struct RgbOfYuv {
 };
 
 /// What is added before a component is shifted, for eight columns that repeat: the half that rounds, or thresholds, for
-/// components of 5, 6 and 8 bits. The first column of a row has the first of them.
+/// components of 5, 6 and 8 bits; those of 8 bits are all the half. The first column of a row has the first of them.
 struct Rounding {
   uint16_t five[8];
   uint16_t six[8];
@@ -98,8 +99,8 @@ using RgbOfWords = void (*)(const YuvWords &from, const RgbOfYuv &colours, const
 
 struct ColourStages {
   /// Chroma of an odd last column is that of its pair. Alpha is 255. `to` has one row unless RgbLayout::Rows.
-  RgbOfBytes rgbOfBytes[kYuvLayouts][kRgbLayouts];
-  RgbOfWords rgbOfWords[kRgbLayouts];
+  const RgbOfBytes (*rgbOfBytes)[kRgbLayouts]; ///< of a YuvLayout
+  const RgbOfWords *rgbOfWords;
   /// A component of RGB: (L + rounding[column % 8]) >> shift, held in 0..most.
   void (*componentOfBytes)(const uint8_t *from, const Component &component, const uint16_t rounding[8], int32_t count,
                            uint8_t *to);

@@ -1,0 +1,108 @@
+#include "picture/driver.h"
+
+namespace zqp {
+namespace {
+
+bool liesDirectly(const ZqpConverter &converter, const Pass &pass) {
+  return converter.makesPixels || (converter.makesPlanes && Placer::isPlanar(pass));
+}
+
+} // namespace
+
+Band bandOf(const Band &band, int32_t shift) {
+  const int32_t first = samplesOf(band.first, shift);
+  return {first, samplesOf(band.first + band.count, shift) - first};
+}
+
+int32_t chunkStep(const ZqpConverter &converter) {
+  return kColumnGroup << converter.chromaShifts.x;
+}
+
+Chunk chunkOf(const ZqpConverter &converter, int32_t first, int32_t count) {
+  const int32_t shift = converter.chromaShifts.x;
+  const int32_t left = converter.columns - first;
+  const bool isLast = count >= left;
+  const int32_t chromaEnd = isLast ? samplesOf(converter.description.width, shift) : (first + count) >> shift;
+  return {{first, isLast ? left : count}, {first >> shift, chromaEnd - (first >> shift)}};
+}
+
+UprightDriver::UprightDriver(const ZqpConverter &converter, const Planes &in, const Planes &out, const Stages &stages)
+    : converter_(converter), place_(*stages.place), recipes_(converter, in, stages),
+      placer_(converter, out, *stages.place) {}
+
+void UprightDriver::layOut(Arena &arena, int32_t columns) {
+  recipes_.layOut(arena, columns);
+  int32_t components = 0;
+  for (int32_t p = 0; p < converter_.passCount; ++p) {
+    const Pass &pass = converter_.passes[p];
+    if (!liesDirectly(converter_, pass) && pass.components > components) {
+      components = pass.components;
+    }
+  }
+  for (int32_t c = 0; c < components; ++c) {
+    made_[c] = arena.take<uint8_t>(static_cast<std::size_t>(columns));
+    if (converter_.description.turn.mirrorsColumns) {
+      reversed_[c] = arena.take<uint8_t>(static_cast<std::size_t>(columns));
+    }
+  }
+}
+
+void UprightDriver::convert(const Band &band) {
+  for (int32_t x = 0; x < converter_.columns; x += converter_.chunkColumns) {
+    const Chunk chunk = chunkOf(converter_, x, converter_.chunkColumns);
+    recipes_.aim(chunk);
+    for (int32_t y = band.first; y < band.first + band.count; ++y) {
+      for (int32_t p = 0; p < converter_.passCount; ++p) {
+        const Pass &pass = converter_.passes[p];
+        if ((y & ((1 << pass.shifts.y) - 1)) == 0) {
+          line(pass, chunk, y >> pass.shifts.y);
+        }
+      }
+    }
+  }
+}
+
+void UprightDriver::line(const Pass &pass, const Chunk &chunk, int32_t y) {
+  const Description &description = converter_.description;
+  const Turn &turn = description.turn;
+  const Part &part = pass.isChroma ? chunk.chroma : chunk.luma;
+  const int32_t columns = pass.isChroma ? samplesOf(description.width, pass.shifts.x) : converter_.columns;
+  const int32_t lines = samplesOf(description.height, pass.shifts.y);
+  const int32_t j = turn.mirrorsLines ? lines - 1 - y : y;
+  const int32_t x = turn.mirrorsColumns ? columns - part.first - part.count : part.first;
+
+  uint8_t *to[4] = {made_[0], made_[1], made_[2], made_[3]};
+  if (liesDirectly(converter_, pass)) {
+    for (int32_t c = 0; c < pass.components; ++c) {
+      to[c] = placer_.at(pass, c, x, y);
+    }
+  }
+  const uint8_t *rows[4] = {};
+  if (pass.isChroma) {
+    recipes_.chroma(j, to, rows);
+  } else {
+    recipes_.luma(j, to, rows);
+  }
+  if (pass.placing == Placing::Packed) {
+    recipes_.chroma(j, to + 1, rows + 1);
+  }
+  if (converter_.makesPixels) {
+    return;
+  }
+  if (turn.mirrorsColumns) {
+    reverse(pass, chunk, rows);
+  }
+  placer_.place(pass, rows, part.count, x, y);
+}
+
+void UprightDriver::reverse(const Pass &pass, const Chunk &chunk, const uint8_t *rows[4]) {
+  for (int32_t c = 0; c < pass.components; ++c) {
+    const bool isChroma = pass.isChroma || (pass.placing == Placing::Packed && c > 0);
+    if (rows[c] != nullptr) {
+      place_.reversed(rows[c], isChroma ? chunk.chroma.count : chunk.luma.count, reversed_[c]);
+      rows[c] = reversed_[c];
+    }
+  }
+}
+
+} // namespace zqp
