@@ -7,7 +7,7 @@
 
 namespace zqp {
 
-/// Scratch of a call, on the stack.
+/// Scratch of a call, on the stack. Chunks are as wide as it allows.
 inline constexpr std::size_t kScratchBytes = std::size_t{96} * 1024;
 /// Vectors may read beyond samples that are needed, but not beyond this.
 inline constexpr std::size_t kScratchMargin = 128;

@@ -3,6 +3,8 @@
 namespace zqp {
 namespace {
 
+static_assert(std::size_t{5} * TurnedYuvDriver::kColumns * TurnedYuvDriver::kLines <= kScratchBytes);
+
 int32_t smaller(int32_t a, int32_t b) {
   return a < b ? a : b;
 }
