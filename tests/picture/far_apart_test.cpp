@@ -19,7 +19,7 @@ TEST(FarApart, EveryPairOfFormats) {
     for (const int32_t out : picture::outputFormats()) {
       Random random(++seed);
       ZqpConversion c = picture::anyResized(random, in, out, 9);
-      c.inWidth += between(random, 2000, 9000);
+      c.inWidth += between(random, 5000, 32000);
       (c.orientation >= 5 ? c.outHeight : c.outWidth) += between(random, 0, 150);
       if (c.crop.width != 0) {
         c.crop.width = between(random, c.inWidth / 2, c.inWidth) - c.crop.x;
