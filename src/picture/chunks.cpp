@@ -8,8 +8,7 @@ namespace {
 
 /// What stays in the first-level cache beside the lines of the pictures.
 constexpr std::size_t kNearBytes = std::size_t{32} * 1024;
-constexpr int32_t kMostColumns[] = {1024, 512, 256, 128, 64};
-constexpr int32_t kMostTurnedColumns = 256;
+constexpr int32_t kMostColumns[] = {1024, 768, 512, 384, 256, 128, 64};
 
 int32_t larger(int32_t a, int32_t b) {
   return a > b ? a : b;
@@ -58,10 +57,8 @@ int32_t balanced(const ZqpConverter &converter, int32_t most) {
 }
 
 bool fitsInChunks(ZqpConverter &converter, std::size_t bytes) {
-  const bool isTurned = converter.description.turn.isTransposed;
   for (const int32_t most : kMostColumns) {
-    if ((!isTurned || most <= kMostTurnedColumns) && most >= chunkStep(converter) &&
-        fits(converter, balanced(converter, most), bytes)) {
+    if (most >= chunkStep(converter) && fits(converter, balanced(converter, most), bytes)) {
       return true;
     }
   }
@@ -71,9 +68,10 @@ bool fitsInChunks(ZqpConverter &converter, std::size_t bytes) {
 } // namespace
 
 void chooseChunks(ZqpConverter &converter) {
-  converter.isWide = false;
-  if (fits(converter, converter.columns, kNearBytes) || fitsInChunks(converter, kNearBytes) ||
-      fitsInChunks(converter, kScratchBytes)) {
+  const bool isTurned = converter.description.turn.isTransposed;
+  const bool isNear =
+      !isTurned && (fits(converter, converter.columns, kNearBytes) || fitsInChunks(converter, kNearBytes));
+  if (isNear || fitsInChunks(converter, kScratchBytes)) {
     return;
   }
   converter.isWide = true;

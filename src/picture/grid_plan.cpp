@@ -69,6 +69,10 @@ TapColumns tapsOf(const Axis &axis, int32_t outputs, int32_t padding, Arena &are
 
 void planTaps(GridPlan &grid, Arena &arena) {
   grid.lineTaps = tapsOf(grid.lines, grid.lines.outputs(), 0, arena);
+  for (int32_t j = 0; grid.lineTaps.columns != nullptr && j < grid.lineTaps.count; ++j) {
+    const int32_t lines = grid.lineTaps.columns[j].count;
+    grid.mostLines = lines > grid.mostLines ? lines : grid.mostLines;
+  }
   if (grid.keepsColumns) {
     return;
   }
@@ -93,7 +97,7 @@ GridPlan gridPlan(const Axis &columns, const Axis &lines, int32_t filter) {
   } else if (isMixed(columns) && isMixed(lines) && filter != ZQP_FILTER_AREA) {
     way = Way::Lerp;
   }
-  return {way, false, false, false, 0, columns, lines, 0, false, false, 0, nullptr, {}, {}, {}};
+  return {way, false, false, false, 0, columns, lines, 0, false, false, 0, nullptr, {}, {}, {}, 0};
 }
 
 void plan(GridPlan &grid, Arena &arena) {

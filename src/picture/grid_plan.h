@@ -44,6 +44,7 @@ struct GridPlan {
   LerpColumns lerp;
   TapColumns taps;
   TapColumns lineTaps; ///< of Way::Taps: of the lines of the grid
+  int32_t mostLines;   ///< of which one of them is made
 };
 
 /// `filter` decides between the ways of samples that are mixed.

@@ -1,5 +1,7 @@
 #include "picture/input_rows.h"
 
+#include <initializer_list>
+
 namespace zqp {
 namespace {
 
@@ -31,6 +33,16 @@ int32_t rowsOf(const Format &format) {
 
 constexpr int32_t kNoLine = -1;
 
+/// How many lines stay: as many as means are made of, if these are few.
+int32_t slotsOf(const ZqpConverter &converter) {
+  for (const GridPlan *grid : {&converter.luma, &converter.pixelChroma, &converter.chroma}) {
+    if (grid->isUsed && grid->mostLines > 2) {
+      return InputRows::kLines;
+    }
+  }
+  return 2;
+}
+
 } // namespace
 
 Span fetchedSpan(const ZqpConverter &converter, const Region &region) {
@@ -56,7 +68,9 @@ void InputRows::layOut(Arena &arena) {
     return;
   }
   const auto count = static_cast<std::size_t>(converter_.fetched);
-  for (Fetched &line : lines_) {
+  slots_ = slotsOf(converter_);
+  for (int32_t slot = 0; slot < slots_; ++slot) {
+    Fetched &line = lines_[slot];
     for (int32_t r = 0; r < rowsOf(format_); ++r) {
       const bool isLumaOfGroups = format_.family == Family::Packed422 && r == 0;
       line.row[r] = arena.take<uint8_t>(isLumaOfGroups ? 2 * count : count);
@@ -106,7 +120,7 @@ void InputRows::rows(bool isChroma, int32_t line, const uint8_t *to[4]) {
 }
 
 const InputRows::Fetched &InputRows::fetched(int32_t line) {
-  Fetched &slot = lines_[line % kLines];
+  Fetched &slot = lines_[line % slots_];
   if (slot.line != line) {
     fetch(line, slot.row);
     slot.line = line;

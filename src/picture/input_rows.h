@@ -24,7 +24,7 @@ public:
   void aim(const Region &region);
 
   /// Rows of components, each from the first sample that takes part on, though nothing but the region is there. Lines
-  /// are counted likewise. They stay until kLines other lines were asked for.
+  /// are counted likewise. The last two lines stay, or the last kLines if means of more than two are made.
   static constexpr int32_t kLines = 4;
   void rows(bool isChroma, int32_t line, const uint8_t *to[4]);
 
@@ -46,12 +46,13 @@ private:
   const FetchStages &fetch_;
   int32_t first_ = 0; ///< of what is fetched
   int32_t count_ = 0;
+  int32_t slots_ = kLines;
   Fetched lines_[kLines] = {};
 };
 
-/// A row as if all samples before the first one that is there lay before it.
+/// A row as if all samples before the first one that is there lay before it. Nothing is read there.
 inline const uint8_t *fromStart(const uint8_t *row, int32_t first) {
-  return reinterpret_cast<const uint8_t *>(reinterpret_cast<uintptr_t>(row) - static_cast<uintptr_t>(first));
+  return row - first;
 }
 
 } // namespace zqp

@@ -3,21 +3,9 @@
 #include <cstring>
 
 namespace zqp {
-namespace {
-
-int32_t mostLines(const TapColumns &lines) {
-  int32_t most = 0;
-  for (int32_t j = 0; j < lines.count; ++j) {
-    most = lines.columns[j].count > most ? lines.columns[j].count : most;
-  }
-  return most;
-}
-
-} // namespace
-
 void LineMeans::layOut(Arena &arena, int32_t samples) {
   row_ = arena.take<int16_t>(static_cast<std::size_t>(samples));
-  if (input_.holds(plan_.isOfChroma, mostLines(plan_.lineTaps))) {
+  if (input_.holds(plan_.isOfChroma, plan_.mostLines)) {
     return;
   }
   for (int32_t c = 0; c < plan_.components; ++c) {

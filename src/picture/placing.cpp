@@ -1,6 +1,7 @@
 #include "picture/placing.h"
 
 #include <cstring>
+#include <utility>
 
 namespace zqp {
 namespace {
@@ -43,32 +44,52 @@ uint8_t *Placer::at(const Pass &pass, int32_t component, int32_t x, int32_t y) c
 }
 
 void Placer::place(const Pass &pass, const uint8_t *const rows[4], int32_t count, int32_t x, int32_t y) const {
-  uint8_t *to = at(pass, 0, x, y);
-  const uint8_t *const swapped[4] = {rows[2], rows[1], rows[0], rows[3]};
-  switch (pass.placing) {
-  case Placing::Plane:
-  case Placing::ChromaPlanes:
-    for (int32_t c = 0; c < pass.components; ++c) {
-      uint8_t *line = at(pass, c, x, y);
-      if (rows[c] != line) {
-        std::memcpy(line, rows[c], static_cast<std::size_t>(count));
+  if (!isPlanar(pass)) {
+    placeBlock(pass, rows, 0, count, x, {1, y, 0});
+    return;
+  }
+  for (int32_t c = 0; c < pass.components; ++c) {
+    uint8_t *line = at(pass, c, x, y);
+    if (rows[c] != line) {
+      std::memcpy(line, rows[c], static_cast<std::size_t>(count));
+    }
+  }
+}
+
+void Placer::placeBlock(const Pass &pass, const uint8_t *const blocks[4], std::ptrdiff_t rowBytes, int32_t count,
+                        int32_t x, const Lines &lines) const {
+  const bool isRgb = format_.isRgb() && pass.placing != Placing::Rgb565;
+  const bool isExchanged = isRgb && format_.isSwapped;
+  const uint8_t *rows[4] = {blocks[isExchanged ? 2 : 0], blocks[1], blocks[isExchanged ? 0 : 2], blocks[3]};
+  const bool isVuFirst = pass.placing == Placing::ChromaPairs && format_.isSwapped;
+  if (isVuFirst) {
+    std::swap(rows[0], rows[1]);
+  }
+  const std::ptrdiff_t toNext = strideOf(pass, 0) * lines.step;
+  uint8_t *to = at(pass, 0, x, lines.y);
+  const auto forLines = [&](auto put) {
+    for (int32_t n = 0; n < lines.count; ++n, to += toNext) {
+      put();
+      for (const uint8_t *&row : rows) {
+        row += row == nullptr ? 0 : rowBytes;
       }
     }
-    break;
+  };
+  switch (pass.placing) {
   case Placing::ChromaPairs:
-    stages_.pairs(rows[format_.isSwapped ? 1 : 0], rows[format_.isSwapped ? 0 : 1], count, to);
+    forLines([&] { stages_.pairs(rows[0], rows[1], count, to); });
     break;
   case Placing::Packed:
-    stages_.packed(rows[0], rows[1], rows[2], format_.order, count, to);
+    forLines([&] { stages_.packed(rows[0], rows[1], rows[2], format_.order, count, to); });
     break;
   case Placing::Rgb565:
-    stages_.rgb565(rows, format_.isSwapped, count, to);
+    forLines([&] { stages_.rgb565(rows, format_.isSwapped, count, to); });
     break;
   case Placing::Three:
-    stages_.three(format_.isSwapped ? swapped : rows, count, to);
+    forLines([&] { stages_.three(rows, count, to); });
     break;
-  case Placing::Four:
-    stages_.four(format_.isSwapped ? swapped : rows, count, to);
+  default:
+    forLines([&] { stages_.four(rows, count, to); });
     break;
   }
 }

@@ -20,6 +20,15 @@ public:
   /// Puts rows into a line, from column `x` on. Rows of planes may lie there already.
   void place(const Pass &pass, const uint8_t *const rows[4], int32_t count, int32_t x, int32_t y) const;
 
+  /// Puts blocks of rows into lines, of formats that are not planar: into line `y` and each `step` lines further.
+  struct Lines {
+    int32_t count;
+    int32_t y;
+    int32_t step;
+  };
+  void placeBlock(const Pass &pass, const uint8_t *const blocks[4], std::ptrdiff_t rowBytes, int32_t count, int32_t x,
+                  const Lines &lines) const;
+
   /// Whether components are planes of their own.
   static bool isPlanar(const Pass &pass) {
     return pass.placing == Placing::Plane || pass.placing == Placing::ChromaPlanes;

@@ -134,12 +134,8 @@ void TurnedDriver::turn(const Pass &pass, const Chunk &chunk, const Band &lines,
                         isHalved(pass, c) ? samplesOf(lines.count, 1) : lines.count, to,
                         isPlanar ? planeStride : kTurnedLines);
     }
-    for (int32_t n = 0; !isPlanar && n < count; ++n) {
-      const uint8_t *rows[4] = {};
-      for (int32_t c = 0; c < pass.components; ++c) {
-        rows[c] = turned_[c] + n * kTurnedLines;
-      }
-      placer_.place(pass, rows, lines.count, lines.first, mirrors ? y - n : y + n);
+    if (!isPlanar) {
+      placer_.placeBlock(pass, turned_, kTurnedLines, lines.count, lines.first, {count, y, mirrors ? -1 : 1});
     }
   }
 }

@@ -18,8 +18,15 @@ namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-constexpr hn::ScalableTag<uint8_t> kBytes;
-constexpr hn::ScalableTag<int16_t> kWords;
+/// Where vectors are emulated, plain loops take fewer steps, and processors without unaligned loads the fewest.
+#if HWY_TARGET == HWY_EMU128
+inline constexpr bool kIsEmulated = true;
+#else
+inline constexpr bool kIsEmulated = false;
+#endif
+
+inline constexpr hn::ScalableTag<uint8_t> kBytes;
+inline constexpr hn::ScalableTag<int16_t> kWords;
 using ByteVec = hn::Vec<decltype(kBytes)>;
 using WordVec = hn::Vec<decltype(kWords)>;
 

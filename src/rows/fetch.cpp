@@ -220,12 +220,15 @@ void pairs(const uint8_t *from, int32_t count, uint8_t *first, uint8_t *second) 
   eachUnit<PairGroups>(Pairs{from, first, second}, count);
 }
 
-void packed(const uint8_t *from, const PackedOrder &order, int32_t pixels, uint8_t *y, uint8_t *u, uint8_t *v) {
-  const Packed rows{from, order, y, u, v};
+void macropixels(const Packed &rows, int32_t pixels) {
   eachUnit<PackedGroups>(rows, pixels / 2);
   if (pixels % 2 != 0) {
     rows.left(pixels / 2);
   }
+}
+
+void packed(const uint8_t *from, const PackedOrder &order, int32_t pixels, uint8_t *y, uint8_t *u, uint8_t *v) {
+  macropixels(Packed{from, order, y, u, v}, pixels);
 }
 
 void rgb565(const uint8_t *from, bool isSwapped, int32_t pixels, uint8_t *const to[3]) {

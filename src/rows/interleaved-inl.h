@@ -14,6 +14,7 @@
 #include "vector/transpose16-inl.h"
 #include "vector/words-inl.h"
 
+#include <type_traits>
 #include <utility>
 
 HWY_BEFORE_NAMESPACE();
@@ -71,7 +72,9 @@ template <int pattern, class D>
 HWY_INLINE hn::Vec<D> mixed(D d, hn::Vec<D> a, hn::Vec<D> b) {
 #if HWY_ARCH_X86
   (void)d;
-  return vec::blendBlocks<uint32_t, pattern>(a, b);
+  // SSE4 blends words where it shuffles, but floating-point numbers anywhere.
+  using Lane = std::conditional_t<HWY_TARGET == HWY_SSE4, float, uint32_t>;
+  return vec::blendBlocks<Lane, pattern>(a, b);
 #else
   alignas(16) static constexpr uint32_t kChosen[4] = {(pattern & 1) != 0 ? ~0U : 0, (pattern & 2) != 0 ? ~0U : 0,
                                                       (pattern & 4) != 0 ? ~0U : 0, (pattern & 8) != 0 ? ~0U : 0};

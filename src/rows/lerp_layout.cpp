@@ -69,7 +69,7 @@ bool placeHalf(const Outputs &outputs, int32_t first, Kind kind, int32_t base, i
     for (int32_t block = 0; block < kLerpBlocks / 2; ++block) {
       const Span span = spanOf(outputs, first + block * kLerpBlock + part * neighbours, neighbours);
       const int32_t from = span.first - base;
-      window[part][block] = kind.withinReach ? smaller(from & ~3, kLerpReach - kLerpWindow)
+      window[part][block] = kind.withinReach ? smaller(from & ~3, lerpReach(kind.parts) - kLerpWindow)
                                              : smaller(from, outputs.samples - kLerpWindow - base);
       if (span.last - base >= window[part][block] + kLerpWindow) {
         return false;
@@ -85,7 +85,7 @@ bool placeGroup(const Outputs &outputs, int32_t first, Kind kind, LerpTables &ta
   for (int32_t half = 0; half < 2; ++half) {
     const int32_t output = first + half * kHalfGroup;
     const int32_t wanted = spanOf(outputs, output, kHalfGroup).first;
-    bases[half] = smaller(wanted, outputs.samples - (kind.withinReach ? kLerpReach : kLerpWindow));
+    bases[half] = smaller(wanted, outputs.samples - (kind.withinReach ? lerpReach(kind.parts) : kLerpWindow));
     int32_t window[2][kLerpBlocks / 2] = {};
     if (bases[half] < 0 || !placeHalf(outputs, output, kind, bases[half], window)) {
       return false;

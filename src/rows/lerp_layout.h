@@ -11,8 +11,10 @@ inline constexpr int32_t kLerpWindow = 16;
 inline constexpr int32_t kLerpBlock = 8;
 inline constexpr int32_t kLerpBlocks = kColumnGroup / kLerpBlock;
 
-/// Bytes that two of the widest vectors read one behind the other.
-inline constexpr int32_t kLerpReach = 128;
+/// Bytes that one or two of the widest vectors read, one for each window of a block.
+constexpr int32_t lerpReach(int32_t parts) {
+  return 64 * parts;
+}
 
 // Of the two samples of an output the one that counts more is its nearer one: the word is
 //   128 near + ((far - near) w + 128 >> 8),  w at most 16384,
@@ -24,10 +26,11 @@ struct alignas(64) LerpTables {
   uint8_t mask[2][2 * kColumnGroup];
   /// -2 w; or the two factors, signed bytes that sum up to 128, where all weights are multiples of 256.
   int16_t weight[kColumnGroup];
-  /// Within reach: windows as 32-bit lanes of kLerpReach bytes that serve half a group, [half][part].
+  /// Within reach: windows as 32-bit lanes of lerpReach() bytes that serve half a group, [half][part].
   uint32_t lane[2][2][16];
   int32_t window[2][kLerpBlocks]; ///< [part][block]: first byte of the window, from the group's base on
   int32_t half;                   ///< where the reach of the second half begins, from the group's base on
+  int32_t none[15];               ///< nothing: tables are compared as bytes
 };
 
 /// A group: its base in the row, and which tables are its own.

@@ -9,28 +9,18 @@
 #endif
 
 #include "rows/byte_pairs-inl.h"
-#include "rows/scale.h"
+#include "rows/line_words-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace zqp::HWY_NAMESPACE {
 namespace {
-
-/// Does columns `at` to `at` + lanes - 1 for every vector of a row, which has as many lanes at least: the last one
-/// overlaps the one before it.
-template <class Do>
-HWY_INLINE void everyVector(int32_t lanes, int32_t count, const Do &columns) {
-  for (int32_t i = 0; i < count - lanes; i += lanes) {
-    columns(i);
-  }
-  columns(count - lanes);
-}
 
 // Weights of lines are 128 high + low, so that words of 16 bits can hold all there is:
 //   sum of sample * weight + 64 >> 7  =  sum of sample * high + (sum of sample * low + 64 >> 7).
 
 /// Up to so many lines the low factors sum up to nothing and the positive ones among them to 128 at most, so that their
 /// sum fits into a word.
-constexpr int32_t kFewLines = 4;
+inline constexpr int32_t kFewLines = 4;
 
 struct LineFactors {
   int32_t high[kFewTaps];
@@ -40,7 +30,7 @@ struct LineFactors {
 };
 
 /// Of few lines those with the largest low parts are rounded up, as many as make the high factors sum up to 128.
-void roundFew(LineFactors &factors, int32_t lineCount) {
+inline void roundFew(LineFactors &factors, int32_t lineCount) {
   int32_t rest = 0;
   for (int32_t i = 0; i < lineCount; ++i) {
     rest += factors.low[i];
@@ -56,7 +46,7 @@ void roundFew(LineFactors &factors, int32_t lineCount) {
 }
 
 /// Of many lines each is rounded by itself: two low factors are -126 to 128, two high ones 128 at most.
-void roundMany(LineFactors &factors, int32_t lineCount) {
+inline void roundMany(LineFactors &factors, int32_t lineCount) {
   for (int32_t i = 0; i < lineCount; ++i) {
     if (factors.low[i] > 64) {
       ++factors.high[i];
@@ -65,7 +55,7 @@ void roundMany(LineFactors &factors, int32_t lineCount) {
   }
 }
 
-LineFactors factorsOfLines(const int32_t *weights, int32_t lineCount) {
+inline LineFactors factorsOfLines(const int32_t *weights, int32_t lineCount) {
   LineFactors factors = {};
   for (int32_t i = 0; i < lineCount; ++i) {
     factors.high[i] = weights[i] >> 7;
@@ -231,16 +221,8 @@ HWY_INLINE bool addedSingly(D d, const uint8_t *const *lines, const LineFactors 
   return true;
 }
 
-void addLines(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount, int32_t count, int16_t *to) {
-  constexpr hn::CappedTag<uint8_t, 16> kBlock;
-  constexpr hn::CappedTag<int16_t, 8> kHalfBlock;
-  const LineFactors factors = factorsOfLines(weights, lineCount);
-  if (addedInPairs(kBytes, lines, factors, lineCount, count, to) ||
-      addedInPairs(kBlock, lines, factors, lineCount, count, to) ||
-      addedSingly(kWords, lines, factors, lineCount, count, to) ||
-      addedSingly(kHalfBlock, lines, factors, lineCount, count, to)) {
-    return;
-  }
+inline HWY_NOINLINE void addPlainly(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount,
+                                    int32_t count, int16_t *to) {
   for (int32_t column = 0; column < count; ++column) {
     int32_t sum = 1 << (kFewTapsBits - kWordShift - 1);
     for (int32_t i = 0; i < lineCount; ++i) {
@@ -250,37 +232,21 @@ void addLines(const uint8_t *const *lines, const int32_t *weights, int32_t lineC
   }
 }
 
-// --- More lines than that -------------------------------------------------------------------------------------------
-
-constexpr hn::ScalableTag<uint32_t> kLineSums;
-constexpr auto kLineSumLanes = static_cast<int32_t>(hn::MaxLanes(kLineSums));
-
-/// Sums are added to, so that no vector may overlap another one.
-void addToSums(const uint8_t *line, int32_t weight, int32_t count, uint32_t *sums) {
-  constexpr hn::Rebind<uint8_t, decltype(kLineSums)> kSamples;
-  const auto weights = hn::Set(kLineSums, static_cast<uint32_t>(weight));
-  int32_t i = 0;
-  for (; i + kLineSumLanes <= count; i += kLineSumLanes) {
-    const auto products = hn::Mul(hn::PromoteTo(kLineSums, hn::LoadU(kSamples, line + i)), weights);
-    hn::StoreU(hn::Add(hn::LoadU(kLineSums, sums + i), products), kLineSums, sums + i);
+inline void addLines(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount, int32_t count,
+                     int16_t *to) {
+  constexpr hn::CappedTag<uint8_t, 16> kBlock;
+  constexpr hn::CappedTag<int16_t, 8> kHalfBlock;
+  if (lineCount == 1) {
+    return widen(lines[0], count, to);
   }
-  for (; i < count; ++i) {
-    sums[i] += static_cast<uint32_t>(line[i]) * static_cast<uint32_t>(weight);
+  if (kIsEmulated || count < static_cast<int32_t>(hn::MaxLanes(kHalfBlock))) {
+    return addPlainly(lines, weights, lineCount, count, to);
   }
-}
-
-void wordsOfSums(const uint32_t *sums, int32_t bits, int32_t count, int16_t *to) {
-  constexpr hn::RebindToSigned<decltype(kLineSums)> kNumbers;
-  constexpr hn::Rebind<int16_t, decltype(kLineSums)> kSumWords;
-  const int32_t shift = bits - kWordShift;
-  const auto half = hn::Set(kLineSums, uint32_t{1} << (shift - 1));
-  int32_t i = 0;
-  for (; i + kLineSumLanes <= count; i += kLineSumLanes) {
-    const auto sum = hn::ShiftRightSame(hn::Add(hn::LoadU(kLineSums, sums + i), half), shift);
-    hn::StoreU(hn::DemoteTo(kSumWords, hn::BitCast(kNumbers, sum)), kSumWords, to + i);
-  }
-  for (; i < count; ++i) {
-    to[i] = static_cast<int16_t>((sums[i] + (uint32_t{1} << (shift - 1))) >> shift);
+  const LineFactors factors = factorsOfLines(weights, lineCount);
+  if (!addedInPairs(kBytes, lines, factors, lineCount, count, to) &&
+      !addedInPairs(kBlock, lines, factors, lineCount, count, to) &&
+      !addedSingly(kWords, lines, factors, lineCount, count, to)) {
+    addedSingly(kHalfBlock, lines, factors, lineCount, count, to);
   }
 }
 

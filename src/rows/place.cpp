@@ -9,8 +9,8 @@
 #include "rows/row_groups-inl.h"
 #if !ZQP_PORTABLE
 #include "rows/macropixels-inl.h"
+#include "rows/transposed-inl.h"
 #include "vector/reverse-inl.h"
-#include "vector/transpose_blocks-inl.h"
 #endif
 
 HWY_BEFORE_NAMESPACE();
@@ -207,13 +207,16 @@ void pairs(const uint8_t *first, const uint8_t *second, int32_t count, uint8_t *
   eachUnit<PairGroups>(Pairs{first, second, to}, count);
 }
 
-void packed(const uint8_t *y, const uint8_t *u, const uint8_t *v, const PackedOrder &order, int32_t pixels,
-            uint8_t *to) {
-  const Packed rows{y, u, v, order, to};
+void macropixels(const Packed &rows, int32_t pixels) {
   eachUnit<PackedGroups>(rows, pixels / 2);
   if (pixels % 2 != 0) {
-    rows.put(pixels / 2, y[pixels - 1]);
+    rows.put(pixels / 2, rows.y[pixels - 1]);
   }
+}
+
+void packed(const uint8_t *y, const uint8_t *u, const uint8_t *v, const PackedOrder &order, int32_t pixels,
+            uint8_t *to) {
+  macropixels(Packed{y, u, v, order, to}, pixels);
 }
 
 void rgb565(const uint8_t *const from[3], bool isSwapped, int32_t pixels, uint8_t *to) {
@@ -246,17 +249,33 @@ void reversed(const uint8_t *from, int32_t count, uint8_t *to) {
   oneByOne(Backwards{from + count - 1, to}, count);
 }
 
+/// So many bytes of each column, from as many lines.
+template <int32_t lines>
+HWY_INLINE void transposeFew(const uint8_t *from, ptrdiff_t fromStride, int32_t columns, uint8_t *to,
+                             ptrdiff_t toStride) {
+  for (int32_t x = 0; x < columns; ++x) {
+    for (int32_t line = 0; line < lines; ++line) {
+      to[line] = from[x + line * fromStride];
+    }
+    to += toStride;
+  }
+}
+
 /// Strips of columns, so that the output lines stay in the cache until they are full.
 void transposeBytes(const uint8_t *from, ptrdiff_t fromStride, int32_t columns, int32_t lines, uint8_t *to,
                     ptrdiff_t toStride) {
   constexpr int32_t kStrip = 16;
-  for (int32_t first = 0; first < columns; first += kStrip) {
-    const int32_t end = columns - first < kStrip ? columns : first + kStrip;
-    for (int32_t y = 0; y < lines; ++y) {
-      const uint8_t *line = from + y * fromStride;
-      for (int32_t x = first; x < end; ++x) {
-        to[x * toStride + y] = line[x];
-      }
+  constexpr int32_t kFew = 8;
+  for (int32_t x = 0; x < columns; x += kStrip) {
+    const int32_t some = columns - x < kStrip ? columns - x : kStrip;
+    const uint8_t *strip = from + x;
+    uint8_t *column = to + x * toStride;
+    int32_t line = 0;
+    for (; line <= lines - kFew; line += kFew) {
+      transposeFew<kFew>(strip + line * fromStride, fromStride, some, column + line, toStride);
+    }
+    for (; line < lines; ++line) {
+      transposeFew<1>(strip + line * fromStride, fromStride, some, column + line, toStride);
     }
   }
 }
@@ -265,7 +284,7 @@ void transposed(const uint8_t *from, ptrdiff_t fromStride, int32_t columns, int3
                 ptrdiff_t toStride) {
 #if !ZQP_PORTABLE
   if (columns >= 16 && lines >= 16) {
-    vec::transposeByLines<vec::AsTheyLie>(WidestBytes(), {from, fromStride, columns, lines}, to, toStride);
+    transposeStrips({from, fromStride, columns, to, toStride}, lines);
     return;
   }
 #endif

@@ -21,7 +21,8 @@ struct Lerp {
 };
 
 /// The samples that make an output: `count` from `first` on, with weights from weights[`weight`] on that sum up to 1 <<
-/// kFewTapsBits, or 1 << kManyTapsBits where there are more than kFewTaps.
+/// kFewTapsBits, or 1 << kManyTapsBits where there are more than kFewTaps. From output to output neither the first
+/// sample falls nor the last one.
 struct Taps {
   int32_t first;
   int32_t count;

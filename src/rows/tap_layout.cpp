@@ -5,7 +5,7 @@
 namespace zqp {
 namespace {
 
-constexpr int32_t kHalf = 1 << (kFewTapsBits - 1);
+constexpr int32_t kFour = 4;
 constexpr int32_t kEight = 8;
 
 int32_t smaller(int32_t a, int32_t b) {
@@ -24,7 +24,7 @@ struct Outputs {
   const Taps &operator[](int32_t i) const { return columns[smaller(i, count - 1)]; }
 
   /// Whether output i is so many samples, each of which counts the same, and the next one's follow at once.
-  bool areEven(int32_t samples) const {
+  [[nodiscard]] bool areEven(int32_t samples) const {
     for (int32_t i = 0; i < count; ++i) {
       const Taps &taps = columns[i];
       if (taps.count != samples || taps.first != columns[0].first + i * samples) {
@@ -39,7 +39,7 @@ struct Outputs {
     return true;
   }
 
-  int32_t mostSamples() const {
+  [[nodiscard]] int32_t mostSamples() const {
     int32_t most = 0;
     for (int32_t i = 0; i < count; ++i) {
       most = larger(most, columns[i].count);
@@ -56,7 +56,7 @@ TapKind kindOf(const Outputs &outputs) {
   if (most <= 2 && outputs.areEven(most)) {
     return most == 1 ? TapKind::Kept : TapKind::Halves;
   }
-  return most <= kEight ? TapKind::Eight : TapKind::Sixteen;
+  return most <= kFour ? TapKind::Four : most <= kEight ? TapKind::Eight : TapKind::Sixteen;
 }
 
 /// Factors of `words` words from an output's first sample on.
@@ -85,8 +85,8 @@ bool placePairs(const Outputs &outputs, TapGroup &group) {
     group.firstPair[block][i % kTapBlock] = (taps.first - group.base[block]) / 2;
     group.pairs = larger(group.pairs, pairsOf(taps, group.base[block]));
   }
-  for (int32_t block = 0; block < kTapBlocks; ++block) {
-    if (group.firstPair[block][kTapBlock - 1] + group.pairs > kTapReach / 2) {
+  for (const auto &block : group.firstPair) {
+    if (block[kTapBlock - 1] + group.pairs > kTapReach / 2) {
       return false;
     }
   }
@@ -109,16 +109,25 @@ void enterPairs(const Outputs &outputs, TapGroup &group) {
 void layOutGroup(const Outputs &outputs, TapGroup &group) {
   std::memset(&group, 0, sizeof group);
   group.kind = kindOf(outputs);
+  group.run = outputs.count;
   if (group.kind == TapKind::Sixteen) {
     enterWords(outputs, kFewTaps, group.factors);
-  } else if (group.kind == TapKind::Eight) {
-    enterWords(outputs, kEight, group.factors + kEightFactors);
+  } else if (group.kind == TapKind::Four || group.kind == TapKind::Eight) {
+    enterWords(outputs, group.kind == TapKind::Four ? kFour : kEight, group.factors + kWordFactors);
     if (placePairs(outputs, group)) {
       enterPairs(outputs, group);
     } else {
       group.pairs = 0;
     }
   }
+}
+
+/// Whether the outputs of a group go on as those of the one before it do.
+bool goesOn(const Taps *columns, const TapGroup &group) {
+  if ((group.kind != TapKind::Kept && group.kind != TapKind::Halves) || group.kind != (&group - 1)->kind) {
+    return false;
+  }
+  return columns[0].first == columns[-1].first + columns[-1].count;
 }
 
 } // namespace
@@ -131,6 +140,12 @@ void layOutTaps(const Taps *columns, const int32_t *weights, int32_t outputs, in
   auto *group = reinterpret_cast<TapGroup *>(layout);
   for (int32_t first = 0; first < outputs; first += kColumnGroup, ++group) {
     layOutGroup({columns + first, weights, smaller(outputs - first, kColumnGroup)}, *group);
+  }
+  for (int32_t first = (outputs - 1) / kColumnGroup * kColumnGroup; first > 0; first -= kColumnGroup) {
+    --group;
+    if (goesOn(columns + first, *group)) {
+      (group - 1)->run += group->run;
+    }
   }
 }
 

@@ -10,7 +10,8 @@ enum class TapKind : int32_t {
   Plain,  ///< means of more than kFewTaps samples among them
   Kept,   ///< outputs are neighbouring samples
   Halves, ///< outputs are means of neighbouring pairs of samples
-  Eight,  ///< of up to eight samples
+  Four,   ///< of up to four samples
+  Eight,  ///< of up to eight
   Sixteen ///< of up to sixteen
 };
 
@@ -24,16 +25,17 @@ inline constexpr int32_t kTapReach = 64;
 /// kColumnGroup outputs; what stands for outputs behind the last one repeats it.
 struct alignas(64) TapGroup {
   TapKind kind;
-  /// Of TapKind::Eight: so many pairs of words, of kTapReach words from the base of a block of kTapBlock outputs on,
-  /// have all samples of an output; 0 where those are not enough.
+  /// Of up to eight samples: so many pairs of words, of kTapReach words from the base of a block of kTapBlock outputs
+  /// on, have all samples of an output; 0 where those are not enough.
   int32_t pairs;
+  int32_t run; ///< Kept, Halves: so many outputs from the group's first one on go on like this
   int32_t base[kTapBlocks];
   alignas(64) int32_t firstPair[kTapBlocks][kTapBlock];
-  /// Eight: factors of pairs [block][pair][2 output]; then (else from the beginning on) those of an output's eight or
+  /// Factors of pairs [block][pair][2 output], unless there are sixteen words; then those of an output's four, eight or
   /// sixteen words from its first sample on.
   alignas(64) int16_t factors[kColumnGroup * kFewTaps];
 };
 
-inline constexpr int32_t kEightFactors = kTapBlocks * kMostTapPairs * 2 * kTapBlock; ///< where those begin
+inline constexpr int32_t kWordFactors = kTapBlocks * kMostTapPairs * 2 * kTapBlock; ///< where those begin
 
 } // namespace zqp

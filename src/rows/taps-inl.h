@@ -8,17 +8,14 @@
 #define ZQP_ROWS_TAPS_INL_H
 #endif
 
+#include "rows/byte_pairs-inl.h"
 #include "rows/tap_layout.h"
-
-#include <hwy/highway.h>
 
 #include <cstring>
 
 HWY_BEFORE_NAMESPACE();
 namespace zqp::HWY_NAMESPACE {
 namespace {
-
-namespace hn = hwy::HWY_NAMESPACE;
 
 /// A row of words: words[0] is sample `start`, the one before sample `end` the last one that may be read.
 struct TapRow {
@@ -29,14 +26,27 @@ struct TapRow {
   HWY_INLINE const int16_t *at(int32_t sample) const { return words + (sample - start); }
 };
 
-int16_t meanOf(const TapRow &row, const Taps &taps, const int32_t *weights) {
+inline int16_t meanOf(const TapRow &row, const Taps &taps, const int32_t *weights) {
   const int16_t *words = row.at(taps.first);
-  const int32_t bits = taps.count > kFewTaps ? kManyTapsBits : kFewTapsBits;
-  int64_t sum = int64_t{1} << (bits - 1);
-  for (int32_t k = 0; k < taps.count; ++k) {
-    sum += int64_t{words[k]} * weights[taps.weight + k];
+  const int32_t *weight = weights + taps.weight;
+  if (taps.count <= kFewTaps) {
+    int32_t sum = 1 << (kFewTapsBits - 1);
+    for (int32_t k = 0; k < taps.count; ++k) {
+      sum += words[k] * weight[k];
+    }
+    return static_cast<int16_t>(sum >> kFewTapsBits);
   }
-  return static_cast<int16_t>(sum >> bits);
+  int64_t sum = int64_t{1} << (kManyTapsBits - 1);
+  for (int32_t k = 0; k < taps.count; ++k) {
+    sum += int64_t{words[k]} * weight[k];
+  }
+  return static_cast<int16_t>(sum >> kManyTapsBits);
+}
+
+inline void singly(const TapRow &row, const Taps *taps, const int32_t *weights, int32_t count, int16_t *to) {
+  for (int32_t i = 0; i < count; ++i) {
+    to[i] = meanOf(row, taps[i], weights);
+  }
 }
 
 // --- Neighbouring pairs ---------------------------------------------------------------------------------------------
@@ -57,80 +67,82 @@ HWY_INLINE void meansOfPairs(D d, const int16_t *from, int32_t count, int16_t *t
   }
 }
 
-void halves(const int16_t *from, int32_t count, int16_t *to) {
+inline void halves(const int16_t *from, int32_t count, int16_t *to) {
   constexpr hn::ScalableTag<int16_t> kMany;
   constexpr hn::CappedTag<int16_t, 8> kFew;
-  if (count >= static_cast<int32_t>(hn::MaxLanes(kMany))) {
-    return meansOfPairs(kMany, from, count, to);
-  }
-  if (count >= static_cast<int32_t>(hn::MaxLanes(kFew))) {
-    return meansOfPairs(kFew, from, count, to);
-  }
-  for (int32_t i = 0; i < count; ++i) {
-    to[i] = static_cast<int16_t>((from[2 * i] + from[2 * i + 1] + 1) >> 1);
+  if (kIsEmulated || count < static_cast<int32_t>(hn::MaxLanes(kFew))) {
+    for (int32_t i = 0; i < count; ++i) {
+      to[i] = static_cast<int16_t>((from[2 * i] + from[2 * i + 1] + 1) >> 1);
+    }
+  } else if (count < static_cast<int32_t>(hn::MaxLanes(kMany))) {
+    meansOfPairs(kFew, from, count, to);
+  } else {
+    meansOfPairs(kMany, from, count, to);
   }
 }
 
 // --- Up to sixteen samples, output by output ------------------------------------------------------------------------
 
-constexpr hn::CappedTag<int16_t, 8> kTapWords;
-constexpr hn::CappedTag<int32_t, 4> kTapSums;
+inline constexpr hn::CappedTag<int16_t, 8> kTapWords;
+inline constexpr hn::CappedTag<int32_t, 4> kTapSums;
 using TapSum = hn::Vec<decltype(kTapSums)>;
 
-template <int32_t words>
-HWY_INLINE TapSum sumOf(const int16_t *from, const int16_t *factors) {
-  TapSum rest = hn::Zero(kTapSums);
-  TapSum sum = rest;
-  for (int32_t k = 0; k < words; k += 8) {
-    sum = hn::ReorderWidenMulAccumulate(kTapSums, hn::LoadU(kTapWords, from + k), hn::Load(kTapWords, factors + k), sum,
-                                        rest);
-  }
-  return hn::Add(sum, rest);
+/// Pairs of words times pairs of factors, summed.
+HWY_INLINE TapSum sumsOfPairs(hn::Vec<decltype(kTapWords)> words, hn::Vec<decltype(kTapWords)> factors) {
+#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
+  return TapSum{_mm_madd_epi16(words.raw, factors.raw)};
+#else
+  const auto even = [](auto v) HWY_ATTR { return hn::ShiftRight<16>(hn::ShiftLeft<16>(hn::BitCast(kTapSums, v))); };
+  const auto odd = [](auto v) HWY_ATTR { return hn::ShiftRight<16>(hn::BitCast(kTapSums, v)); };
+  return hn::Add(hn::Mul(even(words), even(factors)), hn::Mul(odd(words), odd(factors)));
+#endif
 }
 
-/// Four outputs at a time; all rows are long enough for `words` words of each.
+/// The sums of pairs of `a`, then of `b`.
+HWY_INLINE TapSum pairsAdded(TapSum a, TapSum b) {
+  return hn::Add(hn::ConcatEven(kTapSums, b, a), hn::ConcatOdd(kTapSums, b, a));
+}
+
+/// Four outputs.
 template <int32_t words>
-HWY_INLINE void meansOfWords(const TapRow &row, const Taps *taps, const int16_t *factors, int32_t count, int16_t *to) {
+HWY_INLINE TapSum fourSums(const TapRow &row, const Taps *taps, const int16_t *factors) {
+  if constexpr (words == 4) {
+    constexpr hn::CappedTag<int16_t, 4> kHalf;
+    const auto two = [&](int32_t i) HWY_ATTR {
+      const auto low = hn::LoadU(kHalf, row.at(taps[i].first));
+      const auto high = hn::LoadU(kHalf, row.at(taps[i + 1].first));
+      return sumsOfPairs(hn::Combine(kTapWords, high, low), hn::LoadU(kTapWords, factors + i * words));
+    };
+    return pairsAdded(two(0), two(2));
+  } else {
+    const auto one = [&](int32_t i) HWY_ATTR {
+      const int16_t *from = row.at(taps[i].first);
+      TapSum sum = sumsOfPairs(hn::LoadU(kTapWords, from), hn::LoadU(kTapWords, factors + i * words));
+      if constexpr (words == 16) {
+        sum = hn::Add(sum, sumsOfPairs(hn::LoadU(kTapWords, from + 8), hn::LoadU(kTapWords, factors + i * words + 8)));
+      }
+      return sum;
+    };
+    return pairsAdded(pairsAdded(one(0), one(1)), pairsAdded(one(2), one(3)));
+  }
+}
+
+/// A group, as far as the row is long enough for `words` words of each output: the others are made one by one.
+template <int32_t words>
+HWY_NOINLINE void meansOfGroup(const TapRow &row, const Taps *taps, const int32_t *weights, const int16_t *factors,
+                               int32_t count, int16_t *to) {
   constexpr hn::CappedTag<int16_t, 4> kMeans;
   const auto half = hn::Set(kTapSums, 1 << (kFewTapsBits - 1));
-  for (int32_t i = 0; i < count; i += 4) {
-    const auto sum = [&](int32_t k) HWY_ATTR {
-      const int32_t output = i + k < count ? i + k : count - 1;
-      return sumOf<words>(row.at(taps[output].first), factors + output * words);
-    };
-    const TapSum a = sum(0);
-    const TapSum b = sum(1);
-    const TapSum c = sum(2);
-    const TapSum d = sum(3);
-    const auto ab = hn::Add(hn::InterleaveLower(kTapSums, a, b), hn::InterleaveUpper(kTapSums, a, b));
-    const auto cd = hn::Add(hn::InterleaveLower(kTapSums, c, d), hn::InterleaveUpper(kTapSums, c, d));
-    const auto all = hn::Add(hn::ConcatLowerLower(kTapSums, cd, ab), hn::ConcatUpperUpper(kTapSums, cd, ab));
-    const auto means = hn::DemoteTo(kMeans, hn::ShiftRight<kFewTapsBits>(hn::Add(all, half)));
-    if (i + 4 <= count) {
-      hn::StoreU(means, kMeans, to + i);
-    } else {
-      alignas(16) int16_t last[4];
-      hn::Store(means, kMeans, last);
-      std::memcpy(to + i, last, static_cast<size_t>(count - i) * sizeof *to);
-    }
-  }
-}
-
-/// Outputs near the end of the row are made from a copy of it, behind which more can be read.
-template <int32_t words>
-HWY_NOINLINE void meansOfGroup(const TapRow &row, const Taps *taps, const int16_t *factors, int32_t count,
-                               int16_t *to) {
   int32_t inside = count;
   while (inside > 0 && taps[inside - 1].first + words > row.end) {
     --inside;
   }
-  meansOfWords<words>(row, taps, factors, inside, to);
-  if (inside < count) {
-    int16_t copy[size_t{2 * words}] = {};
-    const int32_t first = taps[inside].first;
-    std::memcpy(copy, row.at(first), static_cast<size_t>(row.end - first) * sizeof(int16_t));
-    meansOfWords<words>({copy, first, row.end}, taps + inside, factors + inside * words, count - inside, to + inside);
+  int32_t i = 0;
+  for (; i + 4 <= inside; i += 4) {
+    const TapSum sums = hn::Add(fourSums<words>(row, taps + i, factors + i * words), half);
+    hn::StoreU(hn::DemoteTo(kMeans, hn::ShiftRight<kFewTapsBits>(sums)), kMeans, to + i);
   }
+  singly(row, taps + i, weights, count - i, to + i);
 }
 
 // --- Up to eight samples, sixteen outputs at once -------------------------------------------------------------------
@@ -201,35 +213,45 @@ HWY_INLINE bool madeByReach(const TapRow & /*row*/, const TapGroup & /*group*/, 
 
 #endif
 
-void tapGroup(const TapRow &row, const TapGroup &group, const Taps *taps, const int32_t *weights, int32_t count,
-              int16_t *to) {
-  switch (group.kind) {
-  case TapKind::Kept:
-    std::memcpy(to, row.at(taps[0].first), static_cast<size_t>(count) * sizeof *to);
-    return;
-  case TapKind::Halves:
-    return halves(row.at(taps[0].first), count, to);
-  case TapKind::Eight:
-    if (!madeByReach(row, group, count, to)) {
-      meansOfGroup<8>(row, taps, group.factors + kEightFactors, count, to);
+/// Outputs of a group, or of those from this one on that go on alike: makes `count` at most and gives how many.
+HWY_INLINE int32_t tapGroup(const TapRow &row, const TapGroup &group, const Taps *taps, const int32_t *weights,
+                            int32_t count, int16_t *to) {
+  if (group.kind == TapKind::Kept || group.kind == TapKind::Halves) {
+    count = count < group.run ? count : group.run;
+    const int16_t *from = row.at(taps[0].first);
+    if (group.kind == TapKind::Kept) {
+      std::memcpy(to, from, static_cast<size_t>(count) * sizeof *to);
+    } else {
+      halves(from, count, to);
     }
-    return;
-  case TapKind::Sixteen:
-    return meansOfGroup<16>(row, taps, group.factors, count, to);
-  default:
-    for (int32_t i = 0; i < count; ++i) {
-      to[i] = meanOf(row, taps[i], weights);
+    return count;
+  }
+  count = count < kColumnGroup ? count : kColumnGroup;
+  if (group.kind == TapKind::Plain || kIsEmulated) {
+    singly(row, taps, weights, count, to);
+  } else if (group.kind == TapKind::Sixteen) {
+    meansOfGroup<16>(row, taps, weights, group.factors, count, to);
+  } else if (!madeByReach(row, group, count, to)) {
+    if (group.kind == TapKind::Four) {
+      meansOfGroup<4>(row, taps, weights, group.factors + kWordFactors, count, to);
+    } else {
+      meansOfGroup<8>(row, taps, weights, group.factors + kWordFactors, count, to);
     }
   }
+  return count;
 }
 
-void tapColumns(const int16_t *from, int32_t start, const TapColumns &columns, int32_t first, int32_t count,
-                int16_t *to) {
+inline void tapColumns(const int16_t *from, int32_t start, const TapColumns &columns, int32_t first, int32_t count,
+                       int16_t *to) {
   const Taps *taps = columns.columns + first;
   const TapRow row = {from, start, taps[count - 1].first + taps[count - 1].count};
   const auto *group = reinterpret_cast<const TapGroup *>(columns.layout) + first / kColumnGroup;
-  for (; count > 0; count -= kColumnGroup, taps += kColumnGroup, to += kColumnGroup, ++group) {
-    tapGroup(row, *group, taps, columns.weights, count < kColumnGroup ? count : kColumnGroup, to);
+  while (count > 0) {
+    const int32_t made = tapGroup(row, *group, taps, columns.weights, count, to);
+    count -= made;
+    taps += made;
+    to += made;
+    group += made / kColumnGroup;
   }
 }
 

@@ -93,7 +93,8 @@ TEST(Ideal, SameSizeIsWithinOne) {
 TEST(Ideal, ResizedIsWithinTwo) {
   Errors bytes;
   Errors words;
-  sweep([](Random &random, int32_t in, int32_t out) { return picture::anyResized(random, in, out, 40); }, 12, bytes, words);
+  sweep([](Random &random, int32_t in, int32_t out) { return picture::anyResized(random, in, out, 40); }, 12, bytes,
+        words);
   bytes.report("bytes");
   words.report("rgb565");
   EXPECT_LE(bytes.most, 2) << bytes.where;

@@ -39,15 +39,32 @@ private:
     int factor;
     int bias;
   };
-  [[nodiscard]] Level levelOf(int most, int bits, bool isDithered) const;
+  /// What chroma adds, per unit of either.
+  struct Chroma {
+    int u;
+    int v;
+  };
+  struct Sum {
+    int red;
+    int green;
+    int blue;
+    int bias;
+  };
+  [[nodiscard]] Level levelOf(int most) const;
+  [[nodiscard]] Chroma chromaOfRgb(int component) const;
+  [[nodiscard]] Chroma chromaOfYuv(int component) const;
+  [[nodiscard]] Sum sumOf(int component) const;
   [[nodiscard]] int finished(int component, int value, int x, int y) const;
-  [[nodiscard]] int changedLuma(const int words[3]) const;
 
   const Format *out_;
   Numbers from_;
   Numbers to_;
   bool isSameYuv_;
   bool isDithered_;
+  Level levels_[3];
+  Chroma ofRgb_[3]; ///< for components of RGB
+  Chroma ofYuv_[3]; ///< for components of YUV
+  Sum sums_[3];
 };
 
 } // namespace reference

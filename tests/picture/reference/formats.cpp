@@ -20,7 +20,7 @@ constexpr Place lumaPair(int first, int second) {
 }
 
 constexpr Format planar(int32_t number, const char *name, int shiftX, int shiftY, int u, int v, bool isInputOnly) {
-  return {number,      name, Kind::Yuv, Store::Bytes, 3, shiftX, shiftY, isInputOnly, {plane(0), plane(u), plane(v)}};
+  return {number, name, Kind::Yuv, Store::Bytes, 3, shiftX, shiftY, isInputOnly, {plane(0), plane(u), plane(v)}};
 }
 
 constexpr Format pairs(int32_t number, const char *name, int u, int v) {
@@ -36,7 +36,14 @@ constexpr Format words(int32_t number, const char *name, Store store) {
 }
 
 constexpr Format pixels(int32_t number, const char *name, int bytes, int red, int blue) {
-  return {number, name, Kind::Rgb, Store::Bytes, bytes, 0, 0, false,
+  return {number,
+          name,
+          Kind::Rgb,
+          Store::Bytes,
+          bytes,
+          0,
+          0,
+          false,
           {every(0, bytes, red), every(0, bytes, 1), every(0, bytes, blue), every(0, bytes, 3)}};
 }
 

@@ -10,8 +10,8 @@ namespace reference {
 
 /// How a picture that was made as the input lies is turned.
 struct Turn {
-  bool swapsAxes;       ///< columns of the finished picture run along lines of the input
-  bool mirrorsColumns;  ///< what runs along the input's columns begins at their last one
+  bool swapsAxes;      ///< columns of the finished picture run along lines of the input
+  bool mirrorsColumns; ///< what runs along the input's columns begins at their last one
   bool mirrorsLines;
 };
 Turn turnOf(int32_t orientation);
