@@ -17,12 +17,17 @@ constexpr uint32_t kRgb = 0;
 constexpr uint32_t kBitFields = 3;
 constexpr uint32_t kAlphaBitFields = 6;
 
-uint32_t little(const std::vector<uint8_t> &bytes, std::size_t at, int count) {
+uint32_t little(const uint8_t *bytes, int count) {
   uint32_t value = 0;
   for (int i = 0; i < count; ++i) {
-    value |= uint32_t{bytes.at(at + static_cast<std::size_t>(i))} << (8 * i);
+    value |= uint32_t{bytes[i]} << (8 * i);
   }
   return value;
+}
+
+/// A number of the headers, `count` bytes long.
+uint32_t little(const std::vector<uint8_t> &header, std::size_t at, int count) {
+  return little(header.data() + at, count);
 }
 
 } // namespace
@@ -102,15 +107,15 @@ BmpReader::BmpReader(std::istream &stream, const std::string &name) : PictureRea
 }
 
 /// Values of any number of bits are spread over the whole range, to the nearest.
-uint8_t BmpReader::componentOf(uint32_t pixel, const Mask &mask) const {
+uint8_t BmpReader::componentOf(uint32_t pixel, const Mask &mask) {
   const uint64_t value = (pixel & mask.bits) >> mask.shift;
   return static_cast<uint8_t>((value * 255 + mask.most / 2) / mask.most);
 }
 
-void BmpReader::convertLine(const std::vector<uint8_t> &line, uint8_t *out) const {
-  const std::size_t step = bits_ / 8;
-  for (int x = 0; x < info().width; ++x) {
-    const uint32_t pixel = little(line, static_cast<std::size_t>(x) * step, static_cast<int>(step));
+void BmpReader::convertLine(const uint8_t *in, uint8_t *out) const {
+  const int step = static_cast<int>(bits_ / 8);
+  for (int x = 0; x < info().width; ++x, in += step) {
+    const uint32_t pixel = little(in, step);
     for (const std::size_t i : {2U, 1U, 0U}) {
       *out++ = componentOf(pixel, masks_.at(i));
     }
@@ -121,18 +126,24 @@ void BmpReader::convertLine(const std::vector<uint8_t> &line, uint8_t *out) cons
 }
 
 void BmpReader::readPixels(Frame &frame) {
-  const auto pitch = static_cast<std::size_t>(frame.stride);
   const std::size_t used = static_cast<std::size_t>(frame.width) * bits_ / 8;
-  std::vector<uint8_t> line((used + 3) / 4 * 4);
-  for (int i = 0; i < frame.height; ++i) {
-    const bool last = i + 1 == frame.height;
-    readBytes(line.data(), last ? used : line.size()); // some programs leave out what fills the last line up
-    const int to = bottomUp_ ? frame.height - 1 - i : i;
-    uint8_t *out = frame.planes[0].data() + static_cast<std::size_t>(to) * pitch;
+  const std::size_t pitch = (used + 3) / 4 * 4;
+  const auto lines = static_cast<std::size_t>(frame.height);
+  std::vector<uint8_t> pixels;
+  for (std::size_t line = 0; line < lines; ++line) {
+    pixels.resize((line + 1) * pitch);
+    // Some programs leave out what fills the last line up.
+    readBytes(pixels.data() + line * pitch, line + 1 == lines ? used : pitch);
+  }
+  const auto stride = static_cast<std::size_t>(frame.stride);
+  frame.planes[0].resize(lines * stride);
+  for (std::size_t line = 0; line < lines; ++line) {
+    const uint8_t *in = pixels.data() + (bottomUp_ ? lines - 1 - line : line) * pitch;
+    uint8_t *out = frame.planes[0].data() + line * stride;
     if (frame.type == COLOR_RGB565) {
-      std::copy_n(line.data(), used, out);
+      std::copy_n(in, used, out);
     } else {
-      convertLine(line, out);
+      convertLine(in, out);
     }
   }
 }

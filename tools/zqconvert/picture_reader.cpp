@@ -13,7 +13,7 @@ bool PictureReader::next(Frame &frame) {
     return false;
   }
   done_ = true;
-  frame = makeRoomyFrame(info_.type, info_.width, info_.height);
+  frame = {info_.type, info_.width, info_.height, roomyStride(info_.type, info_.width), {}, {}, true};
   readPixels(frame);
   return true;
 }

@@ -21,7 +21,8 @@ public:
 
 protected:
   PictureReader(std::istream &stream, std::string name);
-  /// Fills a frame of info()'s type and size. Throws Truncated or Error.
+  /// Makes the plane of a frame of info()'s type and size. Memory is taken as bytes arrive where it can be, so that a
+  /// header that lies about the size costs none. Throws Truncated or Error.
   virtual void readPixels(Frame &frame) = 0;
   /// `count` bytes; throws Truncated where the stream has fewer.
   void readBytes(uint8_t *bytes, std::size_t count);
@@ -54,8 +55,8 @@ private:
   void readMasks(const std::vector<uint8_t> &header);
   void setMasks(const std::array<uint32_t, 4> &masks);
   [[nodiscard]] int typeOfPixels() const;
-  void convertLine(const std::vector<uint8_t> &line, uint8_t *out) const;
-  [[nodiscard]] uint8_t componentOf(uint32_t pixel, const Mask &mask) const;
+  void convertLine(const uint8_t *in, uint8_t *out) const;
+  [[nodiscard]] static uint8_t componentOf(uint32_t pixel, const Mask &mask);
 
   uint32_t bits_ = 0;
   bool bottomUp_ = true;
@@ -77,6 +78,7 @@ private:
   void readPixels(Frame &frame) override;
 
   std::unique_ptr<State> state_;
+  int passes_ = 1; ///< More than one where the file is interlaced.
 };
 
 } // namespace zqconvert

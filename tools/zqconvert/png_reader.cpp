@@ -42,7 +42,7 @@ PngReader::PngReader(std::istream &stream, const std::string &name)
   png_set_expand(png); // palettes, few bits and transparent colours
   png_set_scale_16(png);
   png_set_gray_to_rgb(png);
-  png_set_interlace_handling(png);
+  passes_ = png_set_interlace_handling(png);
   png_read_update_info(png, state_->info);
   const bool alpha = (png_get_color_type(png, state_->info) & PNG_COLOR_MASK_ALPHA) != 0;
   setShape(alpha ? kRgba : kRgb24, {static_cast<int>(png_get_image_width(png, state_->info)),
@@ -52,11 +52,22 @@ PngReader::PngReader(std::istream &stream, const std::string &name)
 PngReader::~PngReader() = default;
 
 void PngReader::readPixels(Frame &frame) {
-  std::vector<png_bytep> lines;
-  for (int line = 0; line < frame.height; ++line) {
-    lines.push_back(frame.planes[0].data() + static_cast<std::size_t>(line) * static_cast<std::size_t>(frame.stride));
+  const auto pitch = static_cast<std::size_t>(frame.stride);
+  const auto lines = static_cast<std::size_t>(frame.height);
+  std::vector<uint8_t> &plane = frame.planes[0];
+  if (passes_ == 1) {
+    for (std::size_t line = 0; line < lines; ++line) {
+      plane.resize((line + 1) * pitch);
+      png_read_row(state_->png, plane.data() + line * pitch, nullptr);
+    }
+  } else {
+    plane.resize(lines * pitch); // every pass reaches to the last line
+    std::vector<png_bytep> rows;
+    for (std::size_t line = 0; line < lines; ++line) {
+      rows.push_back(plane.data() + line * pitch);
+    }
+    png_read_image(state_->png, rows.data());
   }
-  png_read_image(state_->png, lines.data());
   png_read_end(state_->png, nullptr);
 }
 

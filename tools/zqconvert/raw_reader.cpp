@@ -135,7 +135,8 @@ bool RawReader::next(Frame &frame) {
     if (!readPlane(stream_, plane, shape.lineBytes, shape.lines, shape.stride)) {
       throw Truncated(name_ + ": ends in the middle of frame " + std::to_string(frames_) + ": frames of " +
                       toText({info_.width, info_.height}) + " " + layout_.name + " take " +
-                      std::to_string(bytesPerFrame()) + " bytes, so --size or --type is wrong or the end is missing");
+                      std::to_string(bytesPerFrame()) + " bytes, so --size or " +
+                      (layout_.library == Library::Classic ? "--type" : "--from") + " is wrong or the end is missing");
     }
     extendPlane(plane, shape, frame.whole(to), sampleBytes(info_.type, to));
   }
