@@ -140,6 +140,25 @@ TEST_P(PicturePairs, StreamsAndPicturesComeInAgain) {
   }
 }
 
+// To the last column and line, whose chroma no other pixels share.
+TEST(PictureCopies, OddPicturesStayAsTheyAre) {
+  const Folder folder;
+  for (const std::string &name : outputNames()) {
+    const auto copied = [&](const std::string &bytes) {
+      const std::string in = folder.file("in.data", bytes);
+      const std::string out = folder.path("out.data");
+      EXPECT_EQ(job({"--size", zqconvert::toText(kSize), "--from", name, "--to", name, in, out}), "");
+      return workspace::readFile(out);
+    };
+    const std::string noise = workspace::bytes(bytesOf(name, kSize), 8);
+    const std::string once = copied(noise);
+    const bool packed = bytesOf(name, {1, 1}) == 4 && isYuv(name);
+    // The last group of packed lines has room for a pixel that is not there.
+    EXPECT_TRUE(packed || once == noise) << name;
+    EXPECT_TRUE(copied(once) == once) << name;
+  }
+}
+
 std::string testName(const testing::TestParamInfo<std::string> &test) {
   std::string name = test.param;
   std::ranges::replace(name, '-', '_');
