@@ -85,9 +85,9 @@ TEST_P(ForcedLevel, TurnsAndSplitsPlanes) {
   } kParts[] = {
       {{COLOR_YUV444_PLANAR, COLOR_RGB565, 1, ROTATION_90_LEFT, 0}, kReduced, "TRANSPOSE_BLOCK8"},
       {{COLOR_YUV440_PLANAR, COLOR_RGB565, 1, ROTATION_90_RIGHT, 0}, kReduced, "TRANSPOSE_BLOCK8"},
-      {{COLOR_YUV420_PACK, COLOR_RGB565, 1, ROTATION_NONE, 0}, kReduced, "EVEN_CHROMA_ROWS"},
-      {{COLOR_YUV420_PACK, COLOR_YUV420_PLANAR, 0, ROTATION_NONE, 0}, levels::kWholeBlocks, "EVEN_CHROMA_ROWS"},
-      {{COLOR_YUV420_PACK2, COLOR_YUV420_PLANAR, 0, ROTATION_NONE, 0}, levels::kWholeBlocks, "EVEN_CHROMA_ROWS"},
+      {{COLOR_YUV420_PACK, COLOR_RGB565, 1, ROTATION_NONE, 0}, kReduced, "PART_PAIRS"},
+      {{COLOR_YUV420_PACK, COLOR_YUV420_PLANAR, 0, ROTATION_NONE, 0}, levels::kWholeBlocks, "PART_PAIRS"},
+      {{COLOR_YUV420_PACK2, COLOR_YUV420_PLANAR, 0, ROTATION_NONE, 0}, levels::kWholeBlocks, "PART_PAIRS"},
   };
   for (const auto &part : kParts) {
     const std::vector<Calls> calls = levels::servedBy(part.mode, part.sizes).calls;
