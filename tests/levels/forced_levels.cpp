@@ -115,6 +115,8 @@ TEST_P(ForcedLevel, CallsEveryStageThatItHas) {
     std::vector<containment::Sizes> all{levels::kWholeBlocks, levels::kCutBlocks};
     if (mode.isResize == 1) {
       all.insert(all.end(), {levels::kQuarter, levels::kEighth});
+    } else if (mode.inType == COLOR_RGB565 && mode.outType == COLOR_RGB565 && mode.rotation == ROTATION_90_LEFT) {
+      all.push_back(levels::kLarge);
     }
     for (const containment::Sizes &sizes : all) {
       for (const Calls &call : levels::servedBy(mode, sizes).calls) {
