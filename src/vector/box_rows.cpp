@@ -64,15 +64,42 @@ BoxRows::Sums BoxRows::sumsOf(int32_t count) const {
   return spacing_ == 1 && samples_ % 2 == 0 ? Sums{ADD_PAIRS.in(levels_), 2, samples_ / 2, 1} : single;
 }
 
+/// Boxes near the end of a line have fewer columns than those before them.
+bool BoxRows::isWhole(int32_t i) const {
+  const int32_t last = entry(i)[samples_ - 1];
+  return last >= 0 && last < plane_.limitX;
+}
+
+/// Distances between boxes are rounded multiples of one number: if the last box is a multiple of the whole part of it
+/// away from the first one, all between are.
+StraightBoxes BoxRows::straightStage() const {
+  if (whole_ < kLeastStraightBoxes || samples_ != 4) {
+    return nullptr;
+  }
+  const int32_t distance = xTable_[kBoxWords] - xTable_[0];
+  if (distance != 4 * spacing_ || entry(whole_ - 1)[0] - entry(0)[0] != (whole_ - 1) * distance) {
+    return nullptr;
+  }
+  if (spacing_ == 2 && entry(0)[0] > 0) {
+    return BOXES_OF_EVERY_SECOND.in(levels_);
+  }
+  return spacing_ == 1 ? BOXES_OF_FOUR.in(levels_) : nullptr;
+}
+
 void BoxRows::columns(int32_t first, int32_t count) {
   first_ = first;
   count_ = count;
-  whole_ = 0;
-  // Boxes near the end of a line have fewer columns than those before them.
-  while (samples_ > 0 && whole_ < count && entry(whole_)[samples_ - 1] >= 0 &&
-         entry(whole_)[samples_ - 1] < plane_.limitX) {
-    ++whole_;
+  whole_ = samples_ > 0 ? count : 0;
+  while (whole_ > 0 && !isWhole(whole_ - 1)) {
+    --whole_;
   }
+  straight_ = straightStage();
+  if (straight_ == nullptr) {
+    planSums();
+  }
+}
+
+void BoxRows::planSums() {
   sums_ = sumsOf(whole_);
   // A pair of columns can end behind the box.
   while (whole_ > 0 && sums_.columns == 2 &&
@@ -150,6 +177,10 @@ void BoxRows::row(const int32_t *yEntry, uint8_t *to) {
   int32_t done = 0;
   if (samples > 0) {
     const BoxQuotient &quotient = kQuotients.of[samples];
+    if (straight_ != nullptr) {
+      straight_(lines, entry(0)[0], whole_, quotient, to);
+      done = whole_;
+    }
     for (; done < whole_; done += run_) {
       makeRun(lines, done, smaller(done + run_, whole_), quotient, to + done);
     }

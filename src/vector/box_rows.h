@@ -47,7 +47,10 @@ private:
   };
 
   [[nodiscard]] const int32_t *entry(int32_t i) const;
+  [[nodiscard]] bool isWhole(int32_t i) const;
+  [[nodiscard]] StraightBoxes straightStage() const;
   [[nodiscard]] Sums sumsOf(int32_t count) const;
+  void planSums();
   void placeRuns();
   void makeRun(const AddedLines &lines, int32_t from, int32_t end, const BoxQuotient &quotient, uint8_t *to);
   void makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const;
@@ -64,6 +67,7 @@ private:
   int32_t whole_ = 0; ///< boxes of the chunk before the first one that is cut short
   int32_t run_ = 0;   ///< boxes whose sums are made at a time
   bool isOfTwo_ = false;
+  StraightBoxes straight_ = nullptr; ///< makes whole boxes without sums, where they are such
   Sums sums_{};
   int32_t start_[kColumns]; ///< of each box: the number of its first sum in its run
   uint16_t *row_;

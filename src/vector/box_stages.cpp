@@ -38,13 +38,7 @@ struct BothOnes {
 
   template <class D>
   HWY_INLINE hn::Vec<D> operator()(D d, const uint8_t *from) const {
-    const auto bytes = hn::LoadU(hn::Repartition<uint8_t, D>(), from);
-#if HWY_ARCH_X86
-    const hn::RebindToSigned<D> di;
-    return hn::BitCast(d, sumPairs(bytes, hn::Set(di, 0x0101)));
-#else
-    return hn::Add(hn::And(hn::BitCast(d, bytes), hn::Set(d, 0xFF)), hn::ShiftRight<8>(hn::BitCast(d, bytes)));
-#endif
+    return pairSums(d, from);
   }
   static uint32_t one(const uint8_t *from) {
     return static_cast<uint32_t>(from[0] + from[1]);
@@ -59,7 +53,7 @@ HWY_INLINE void addVectors(D d, const AddedLines &lines, int32_t first, int32_t 
   const ptrdiff_t next = lines.next;
   const uint8_t *line[kMostBoxSamples];
   for (int32_t l = 0; l < lineCount; ++l) {
-    line[l] = lines.line[l] + first;
+    line[l] = hidden(lines.line[l]) + first;
   }
   for (int32_t at = 0;; at = at + 2 * kLanes > count ? count - kLanes : at + kLanes) {
     auto sum = hn::Zero(d);

@@ -6,6 +6,7 @@
 //     ADD_PAIRS        source lines                    -> row of sums, one for two columns
 //     BOX_ROW          row of sums                     -> row of means of a box
 //     BOX_ROW_OF_TWO   row of sums                     -> the same for boxes of two sums that follow one another
+//     BOXES_OF_FOUR    source lines                    -> row of means of boxes that follow one another
 #pragma once
 
 #include "base/levels.h"
@@ -89,5 +90,16 @@ extern const PerLevel<BoxRow> BOX_ROW;
 /// The same for boxes i that have sums 2 i and 2 i + 1, which must be 32 to a group; `first` and `pattern` are not
 /// looked at.
 extern const PerLevel<BoxRow> BOX_ROW_OF_TWO;
+
+/// Boxes that a row of means without sums in between has at least.
+inline constexpr int32_t kLeastStraightBoxes = 32;
+
+/// Means of `count` boxes of the lines, which follow one another from column `first` on. Writes as many.
+using StraightBoxes = void (*)(const AddedLines &lines, int32_t first, int32_t count, const BoxQuotient &quotient,
+                               uint8_t *to);
+extern const PerLevel<StraightBoxes> BOXES_OF_FOUR;
+/// Of the first, third, fifth and seventh of eight columns. Reads the column before the first one, too, and none behind
+/// the last one that counts.
+extern const PerLevel<StraightBoxes> BOXES_OF_EVERY_SECOND;
 
 } // namespace zqcc
