@@ -116,16 +116,23 @@ void BoxRows::placeRuns() {
   while (run_ > kFilterGroup && widest_ + (run_ - 1) * apart_ > kSums) {
     run_ /= 2;
   }
-  int32_t notTwo = 0;
+  int32_t other = 0;
   for (int32_t i = 0; i < whole_; ++i) {
     const int32_t inRun = i & (run_ - 1);
     start_[i] = (entry(i)[0] - entry(i - inRun)[0]) >> (sums_.columns - 1);
-    notTwo |= start_[i] - 2 * inRun;
+    other |= start_[i] - sums_.perBox * inRun;
   }
-  isOfTwo_ = sums_.perBox == 2 && sums_.spacing == 1 && notTwo == 0;
+  areAdjacent_ = sums_.spacing == 1 && other == 0;
   for (int32_t i = whole_; i % kFilterGroup != 0; ++i) {
     start_[i] = start_[i - 1];
   }
+}
+
+const PerLevel<BoxRow> &BoxRows::stageOf(int32_t groups) const {
+  if (areAdjacent_ && sums_.perBox == 2) {
+    return BOX_ROW_OF_TWO;
+  }
+  return areAdjacent_ && sums_.perBox == 3 && groups > 1 ? BOX_ROW_OF_THREE : BOX_ROW;
 }
 
 void BoxRows::makeRun(const AddedLines &lines, int32_t from, int32_t end, const BoxQuotient &quotient, uint8_t *to) {
@@ -147,8 +154,8 @@ void BoxRows::makeRun(const AddedLines &lines, int32_t from, int32_t end, const 
   for (int32_t k = 0; k < sums_.perBox; ++k) {
     columns.pattern[k * sums_.spacing] = samples_ * lines.count == 1 ? 2 : 1;
   }
-  const BoxRow stage = (isOfTwo_ ? BOX_ROW_OF_TWO : BOX_ROW).in(levels_);
-  stage(row_, columns, filterGroups(end - from), to);
+  const int32_t groups = filterGroups(end - from);
+  stageOf(groups).in(levels_)(row_, columns, groups, to);
 }
 
 /// Boxes that are cut short, and empty ones.

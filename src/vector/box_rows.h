@@ -52,6 +52,7 @@ private:
   [[nodiscard]] Sums sumsOf(int32_t count) const;
   void planSums();
   void placeRuns();
+  [[nodiscard]] const PerLevel<BoxRow> &stageOf(int32_t groups) const;
   void makeRun(const AddedLines &lines, int32_t from, int32_t end, const BoxQuotient &quotient, uint8_t *to);
   void makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const;
 
@@ -66,7 +67,7 @@ private:
   int32_t count_ = 0;
   int32_t whole_ = 0; ///< boxes of the chunk before the first one that is cut short
   int32_t run_ = 0;   ///< boxes whose sums are made at a time
-  bool isOfTwo_ = false;
+  bool areAdjacent_ = false; ///< no sum belongs to none or to two of the boxes of a run
   StraightBoxes straight_ = nullptr; ///< makes whole boxes without sums, where they are such
   Sums sums_{};
   int32_t start_[kColumns]; ///< of each box: the number of its first sum in its run

@@ -181,6 +181,44 @@ void boxRowOfTwo(const uint16_t *sums, const BoxColumns &columns, int32_t groups
   }
 }
 
+#if HWY_TARGET == HWY_AVX3
+/// Multiples of three, modulo the lanes of a vector.
+alignas(64) constexpr uint16_t kThirds[] = {0,  3,  6,  9,  12, 15, 18, 21, 24, 27, 30, 1,  4,  7,  10, 13,
+                                            16, 19, 22, 25, 28, 31, 2,  5,  8,  11, 14, 17, 20, 23, 26, 29};
+#endif
+
+/// Every third one of the sums of three neighbours, of which three vectors have one in every lane.
+HWY_INLINE V16 sumsOfThree(const uint16_t *from) {
+#if HWY_TARGET == HWY_AVX3
+  const auto sums = [&](int32_t at) HWY_ATTR {
+    return hn::Add(hn::LoadU(d16, from + at), hn::Add(hn::LoadU(d16, from + at + 1), hn::LoadU(d16, from + at + 2)));
+  };
+  auto all = sums(0).raw;
+  all = _mm512_mask_mov_epi16(all, 0x92492492, sums(kWords).raw);
+  all = _mm512_mask_mov_epi16(all, 0x24924924, sums(2 * kWords).raw);
+  return V16{_mm512_permutexvar_epi16(hn::LoadU(d16, kThirds).raw, all)};
+#else
+  V16 first;
+  V16 second;
+  V16 third;
+  hn::LoadInterleaved3(d16, from, first, second, third);
+  return hn::Add(first, hn::Add(second, third));
+#endif
+}
+
+void boxRowOfThree(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uint8_t *to) {
+  const V16 factor = hn::Set(d16, columns.quotient.factor);
+  const hn::Rebind<uint8_t, DI16> dBytes;
+  const int32_t boxes = groups * kFilterGroup;
+  for (int32_t box = 0;; box = box + 2 * kWords > boxes ? boxes - kWords : box + kWords) {
+    const V16 means = hn::ShiftRightSame(hn::MulHigh(sumsOfThree(sums + ptrdiff_t{3} * box), factor), columns.quotient.shift);
+    hn::StoreU(hn::DemoteTo(dBytes, hn::BitCast(di16, means)), dBytes, to + box);
+    if (box + kWords == boxes) {
+      return;
+    }
+  }
+}
+
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -192,5 +230,6 @@ constexpr PerLevel<AddLines> ADD_PAIRS = ZQCC_EVERY_LEVEL(addPairs);
 constexpr PerLevel<AddLines> ADD_FIRST_ONES = ZQCC_EVERY_LEVEL(addFirstOnes);
 constexpr PerLevel<BoxRow> BOX_ROW = ZQCC_EVERY_LEVEL(boxRow);
 constexpr PerLevel<BoxRow> BOX_ROW_OF_TWO = ZQCC_EVERY_LEVEL(boxRowOfTwo);
+constexpr PerLevel<BoxRow> BOX_ROW_OF_THREE = ZQCC_EVERY_LEVEL(boxRowOfThree);
 } // namespace zqcc
 #endif

@@ -90,6 +90,8 @@ extern const PerLevel<BoxRow> BOX_ROW;
 /// The same for boxes i that have sums 2 i and 2 i + 1, which must be 32 to a group; `first` and `pattern` are not
 /// looked at.
 extern const PerLevel<BoxRow> BOX_ROW_OF_TWO;
+/// Boxes i of sums 3 i, 3 i + 1 and 3 i + 2; two groups at least.
+extern const PerLevel<BoxRow> BOX_ROW_OF_THREE;
 
 /// Boxes that a row of means without sums in between has at least.
 inline constexpr int32_t kLeastStraightBoxes = 32;
