@@ -73,17 +73,15 @@ bool BoxRows::isWhole(int32_t i) const {
 /// Distances between boxes are rounded multiples of one number: if the last box is a multiple of the whole part of it
 /// away from the first one, all between are.
 StraightBoxes BoxRows::straightStage() const {
-  if (whole_ < kLeastStraightBoxes || samples_ != 4) {
-    return nullptr;
-  }
   const int32_t distance = xTable_[kBoxWords] - xTable_[0];
-  if (distance != 4 * spacing_ || entry(whole_ - 1)[0] - entry(0)[0] != (whole_ - 1) * distance) {
+  if (whole_ < kLeastStraightBoxes || distance != samples_ * spacing_ ||
+      entry(whole_ - 1)[0] - entry(0)[0] != (whole_ - 1) * distance) {
     return nullptr;
   }
-  if (spacing_ == 2 && entry(0)[0] > 0) {
-    return BOXES_OF_EVERY_SECOND.in(levels_);
+  if (spacing_ == 1) {
+    return samples_ == 4 ? BOXES_OF_FOUR.in(levels_) : samples_ == 6 ? BOXES_OF_SIX.in(levels_) : nullptr;
   }
-  return spacing_ == 1 ? BOXES_OF_FOUR.in(levels_) : nullptr;
+  return samples_ == 4 && spacing_ == 2 && entry(0)[0] > 0 ? BOXES_OF_EVERY_SECOND.in(levels_) : nullptr;
 }
 
 void BoxRows::columns(int32_t first, int32_t count) {

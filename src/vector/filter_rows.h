@@ -100,6 +100,7 @@ inline constexpr int32_t kLeastStraightBoxes = 32;
 using StraightBoxes = void (*)(const AddedLines &lines, int32_t first, int32_t count, const BoxQuotient &quotient,
                                uint8_t *to);
 extern const PerLevel<StraightBoxes> BOXES_OF_FOUR;
+extern const PerLevel<StraightBoxes> BOXES_OF_SIX;
 /// Of the first, third, fifth and seventh of eight columns. Reads the column before the first one, too, and none behind
 /// the last one that counts.
 extern const PerLevel<StraightBoxes> BOXES_OF_EVERY_SECOND;

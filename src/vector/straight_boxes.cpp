@@ -91,6 +91,52 @@ private:
   }
 };
 
+#if HWY_TARGET == HWY_AVX3
+/// Multiples of three, modulo the lanes of a vector.
+alignas(64) constexpr uint16_t kThirds[] = {0,  3,  6,  9,  12, 15, 18, 21, 24, 27, 30, 1,  4,  7,  10, 13,
+                                            16, 19, 22, 25, 28, 31, 2,  5,  8,  11, 14, 17, 20, 23, 26, 29};
+#endif
+
+/// Boxes of columns 6 i to 6 i + 5.
+struct SixColumns {
+  static constexpr int32_t kApart = 6;
+  static constexpr int32_t kBefore = 0;
+
+  template <int32_t lineCount>
+  static HWY_INLINE VI16 sums(const uint8_t *const *line, ptrdiff_t at) {
+    alignas(64) uint16_t pairs[4 * kWords];
+    for (int part = 0; part < 3; ++part) {
+      const ptrdiff_t from = at + ptrdiff_t{part} * kBytes;
+      V16 sum = pairSums(d16, line[0] + from);
+      for (int32_t l = 1; l < lineCount; ++l) {
+        sum = hn::Add(sum, pairSums(d16, line[l] + from));
+      }
+      hn::StoreU(sum, d16, pairs + part * kWords);
+    }
+    return hn::BitCast(di16, sumsOfThree(pairs));
+  }
+
+private:
+  /// Every third one of the sums of three neighbours, of which three vectors have one in every lane.
+  static HWY_INLINE V16 sumsOfThree(const uint16_t *from) {
+#if HWY_TARGET == HWY_AVX3
+    const auto sums = [&](int32_t at) HWY_ATTR {
+      return hn::Add(hn::LoadU(d16, from + at), hn::Add(hn::LoadU(d16, from + at + 1), hn::LoadU(d16, from + at + 2)));
+    };
+    auto all = sums(0).raw;
+    all = _mm512_mask_mov_epi16(all, 0x92492492, sums(kWords).raw);
+    all = _mm512_mask_mov_epi16(all, 0x24924924, sums(2 * kWords).raw);
+    return V16{_mm512_permutexvar_epi16(hn::LoadU(d16, kThirds).raw, all)};
+#else
+    V16 first;
+    V16 second;
+    V16 third;
+    hn::LoadInterleaved3(d16, from, first, second, third);
+    return hn::Add(first, hn::Add(second, third));
+#endif
+  }
+};
+
 /// Whole vectors, then one that ends with the row.
 template <class Boxes, int32_t lineCount>
 HWY_NOINLINE void meansOf(const AddedLines &lines, int32_t first, int32_t count, const BoxQuotient &quotient,
@@ -143,6 +189,7 @@ void means(const AddedLines &lines, int32_t first, int32_t count, const BoxQuoti
 }
 
 constexpr StraightBoxes fourColumns = means<FourColumns>;
+constexpr StraightBoxes sixColumns = means<SixColumns>;
 constexpr StraightBoxes oddOfEight = means<OddOfEight>;
 
 } // namespace
@@ -152,6 +199,7 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace zqcc {
 constexpr PerLevel<StraightBoxes> BOXES_OF_FOUR = ZQCC_EVERY_LEVEL(fourColumns);
+constexpr PerLevel<StraightBoxes> BOXES_OF_SIX = ZQCC_EVERY_LEVEL(sixColumns);
 constexpr PerLevel<StraightBoxes> BOXES_OF_EVERY_SECOND = ZQCC_EVERY_LEVEL(oddOfEight);
 } // namespace zqcc
 #endif
