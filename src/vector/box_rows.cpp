@@ -95,6 +95,7 @@ void BoxRows::columns(int32_t first, int32_t count) {
   if (straight_ == nullptr) {
     planSums();
   }
+  cut_ = whole_ < count ? listedBelow(entry(whole_), plane_.limitX) : 0;
 }
 
 void BoxRows::planSums() {
@@ -159,11 +160,12 @@ void BoxRows::makeRun(const AddedLines &lines, int32_t from, int32_t end, const 
 /// Boxes that are cut short, and empty ones.
 void BoxRows::makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const {
   for (int32_t i = from; i < count_; ++i) {
-    const int32_t columns = listedBelow(entry(i), plane_.limitX);
+    const int32_t columns = i == whole_ ? cut_ : listedBelow(entry(i), plane_.limitX);
     uint32_t sum = 0;
     for (int32_t l = 0; l < lines.count; ++l) {
-      for (int32_t c = 0; c < columns; ++c) {
-        sum += lines.line[l][entry(i)[c]];
+      const uint8_t *at = lines.line[l] + entry(i)[0];
+      for (int32_t c = 0; c < columns; ++c, at += spacing_) {
+        sum += *at;
       }
     }
     const int32_t samples = columns * lines.count;
@@ -173,11 +175,11 @@ void BoxRows::makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const
 
 void BoxRows::row(const int32_t *yEntry, uint8_t *to) {
   AddedLines lines;
-  lines.count = listedBelow(yEntry, plane_.limitY);
-  lines.next = lines.count > 0 ? (yEntry[kBoxWords] - yEntry[0]) * plane_.stride : 0;
-  for (int32_t l = 0; l < lines.count; ++l) {
-    lines.line[l] = plane_.samples + yEntry[l] * plane_.stride;
+  lines.count = 0;
+  for (int32_t y = yEntry[0]; y >= 0 && y < plane_.limitY && lines.count < kMostBoxSamples; y = yEntry[lines.count]) {
+    lines.line[lines.count++] = plane_.samples + y * plane_.stride;
   }
+  lines.next = lines.count > 0 ? (yEntry[kBoxWords] - yEntry[0]) * plane_.stride : 0;
   const int32_t samples = samples_ * lines.count;
   int32_t done = 0;
   if (samples > 0) {
@@ -191,7 +193,9 @@ void BoxRows::row(const int32_t *yEntry, uint8_t *to) {
     }
     done = whole_;
   }
-  makeRest(lines, done, to);
+  if (done < count_) {
+    makeRest(lines, done, to);
+  }
 }
 
 } // namespace zqcc

@@ -66,6 +66,7 @@ private:
   int32_t first_ = 0;
   int32_t count_ = 0;
   int32_t whole_ = 0; ///< boxes of the chunk before the first one that is cut short
+  int32_t cut_ = 0;   ///< columns of that
   int32_t run_ = 0;   ///< boxes whose sums are made at a time
   bool areAdjacent_ = false; ///< no sum belongs to none or to two of the boxes of a run
   StraightBoxes straight_ = nullptr; ///< makes whole boxes without sums, where they are such

@@ -19,7 +19,7 @@ using D64 = hn::Repartition<uint64_t, D8>;
 constexpr D64 d64;
 
 #if HWY_ARCH_X86
-/// Lane k of block b comes to where lane b of block k would stand if there were as many lanes as blocks.
+/// Lane k of block b becomes lane b of the k-th run of as many lanes as there are blocks.
 template <class T>
 struct BlocksLast {
   static constexpr int of(int lane, int lanes) {
@@ -30,25 +30,26 @@ struct BlocksLast {
 };
 #endif
 
-/// Sums that were made of vectors of boxes, one of each in every block: runs of type T of a vector come together.
+/// Stores bytes of words. Those of type T come together from all blocks, then the next ones.
 template <class T>
-HWY_INLINE VI16 inOrder(VI16 sums) {
+HWY_INLINE void storeBytesOf(V16 words, uint8_t *to) {
+  V8 bytes = packBlocks(hn::BitCast(di16, words), hn::BitCast(di16, words));
 #if HWY_MAX_BYTES > 16
-  return choose<T, BlocksLast<T>>(sums, sums);
-#else
-  return sums;
+  bytes = choose<T, BlocksLast<T>>(bytes, bytes);
 #endif
+  hn::StoreU(hn::LowerHalf(bytes), hn::Half<D8>(), to);
 }
 
 /// Boxes of columns 4 i to 4 i + 3.
 struct FourColumns {
+  using Run = uint32_t; ///< means of a vector's block
   static constexpr int32_t kApart = 4;
   static constexpr int32_t kBefore = 0;
 
   template <int32_t lineCount>
   static HWY_INLINE VI16 sums(const uint8_t *const *line, ptrdiff_t at) {
     const VI32 low = part<lineCount>(line, at);
-    return inOrder<uint64_t>(packedWords(low, part<lineCount>(line, at + kBytes)));
+    return packedWords(low, part<lineCount>(line, at + kBytes));
   }
 
 private:
@@ -64,6 +65,7 @@ private:
 
 /// Boxes of columns 8 i + 1, 3, 5 and 7.
 struct OddOfEight {
+  using Run = uint16_t;
   static constexpr int32_t kApart = 8;
   static constexpr int32_t kBefore = 1;
 
@@ -71,7 +73,7 @@ struct OddOfEight {
   static HWY_INLINE VI16 sums(const uint8_t *const *line, ptrdiff_t at) {
     const VI16 low = packedWords(part<lineCount>(line, at), part<lineCount>(line, at + kBytes));
     const VI16 high = packedWords(part<lineCount>(line, at + 2 * kBytes), part<lineCount>(line, at + 3 * kBytes));
-    return inOrder<uint32_t>(packedWords(hn::BitCast(di32, low), hn::BitCast(di32, high)));
+    return packedWords(hn::BitCast(di32, low), hn::BitCast(di32, high));
   }
 
 private:
@@ -99,6 +101,7 @@ alignas(64) constexpr uint16_t kThirds[] = {0,  3,  6,  9,  12, 15, 18, 21, 24, 
 
 /// Boxes of columns 6 i to 6 i + 5.
 struct SixColumns {
+  using Run = uint64_t;
   static constexpr int32_t kApart = 6;
   static constexpr int32_t kBefore = 0;
 
@@ -158,8 +161,7 @@ HWY_NOINLINE void meansOf(const AddedLines &lines, int32_t first, int32_t count,
     }
     const V16 sums = hn::BitCast(d16, Boxes::template sums<lineCount>(line, at));
     const V16 means = hn::ShiftRightSame(hn::MulHigh(sums, factor), shift);
-    const hn::Rebind<uint8_t, DI16> dBytes;
-    hn::StoreU(hn::DemoteTo(dBytes, hn::BitCast(di16, means)), dBytes, to + box);
+    storeBytesOf<typename Boxes::Run>(means, to + box);
     if (box + kWords == count) {
       return;
     }
