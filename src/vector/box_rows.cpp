@@ -35,6 +35,21 @@ uint32_t quotientOf(uint32_t sum, const BoxQuotient &quotient) {
   return (sum * quotient.factor >> 16) >> quotient.shift;
 }
 
+constexpr int32_t kEightBytes = 8;
+
+/// The sum of the last `columns` of eight columns, one at least: bytes are added in 16-bit lanes of a register.
+uint32_t sumOfLast(const AddedLines &lines, int32_t first, int32_t columns) {
+  constexpr uint64_t kEven = 0x00FF00FF00FF00FF;
+  uint64_t sums = 0;
+  for (int32_t l = 0; l < lines.count; ++l) {
+    uint64_t bytes = 0;
+    std::memcpy(&bytes, lines.line[l] + first, sizeof bytes);
+    bytes >>= 8 * (kEightBytes - columns);
+    sums += (bytes & kEven) + (bytes >> 8 & kEven);
+  }
+  return static_cast<uint32_t>(sums * 0x0001000100010001 >> 48);
+}
+
 } // namespace
 
 // Sums are made before they are read.
@@ -157,17 +172,25 @@ void BoxRows::makeRun(const AddedLines &lines, int32_t from, int32_t end, const 
   stageOf(groups).in(levels_)(row_, columns, groups, to);
 }
 
+/// The first `columns` of a box.
+uint32_t BoxRows::sumOf(const AddedLines &lines, int32_t first, int32_t columns) const {
+  uint32_t sum = 0;
+  for (int32_t l = 0; l < lines.count; ++l) {
+    for (int32_t c = 0; c < columns; ++c) {
+      sum += lines.line[l][first + c * spacing_];
+    }
+  }
+  return sum;
+}
+
 /// Boxes that are cut short, and empty ones.
 void BoxRows::makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const {
   for (int32_t i = from; i < count_; ++i) {
     const int32_t columns = i == whole_ ? cut_ : listedBelow(entry(i), plane_.limitX);
-    uint32_t sum = 0;
-    for (int32_t l = 0; l < lines.count; ++l) {
-      const uint8_t *at = lines.line[l] + entry(i)[0];
-      for (int32_t c = 0; c < columns; ++c, at += spacing_) {
-        sum += *at;
-      }
-    }
+    const int32_t end = entry(i)[0] + columns;
+    const bool areTogether = spacing_ == 1 && columns > 0 && end >= kEightBytes;
+    const uint32_t sum =
+        areTogether ? sumOfLast(lines, end - kEightBytes, columns) : sumOf(lines, entry(i)[0], columns);
     const int32_t samples = columns * lines.count;
     to[i] = static_cast<uint8_t>(samples == 1 ? sum : quotientOf(sum, kQuotients.of[samples]));
   }

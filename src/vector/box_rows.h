@@ -54,6 +54,7 @@ private:
   void placeRuns();
   [[nodiscard]] const PerLevel<BoxRow> &stageOf(int32_t groups) const;
   void makeRun(const AddedLines &lines, int32_t from, int32_t end, const BoxQuotient &quotient, uint8_t *to);
+  [[nodiscard]] uint32_t sumOf(const AddedLines &lines, int32_t first, int32_t columns) const;
   void makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const;
 
   const int32_t *xTable_;
