@@ -88,15 +88,18 @@ bool BoxRows::isWhole(int32_t i) const {
 /// Distances between boxes are rounded multiples of one number: if the last box is a multiple of the whole part of it
 /// away from the first one, all between are.
 StraightBoxes BoxRows::straightStage() const {
+  const LevelSet levels = levels_ & straightLevels(whole_);
+  if (levels == 0) {
+    return nullptr;
+  }
   const int32_t distance = xTable_[kBoxWords] - xTable_[0];
-  if (whole_ < kLeastStraightBoxes || distance != samples_ * spacing_ ||
-      entry(whole_ - 1)[0] - entry(0)[0] != (whole_ - 1) * distance) {
+  if (distance != samples_ * spacing_ || entry(whole_ - 1)[0] - entry(0)[0] != (whole_ - 1) * distance) {
     return nullptr;
   }
   if (spacing_ == 1) {
-    return samples_ == 4 ? BOXES_OF_FOUR.in(levels_) : samples_ == 6 ? BOXES_OF_SIX.in(levels_) : nullptr;
+    return samples_ == 4 ? BOXES_OF_FOUR.in(levels) : samples_ == 6 ? BOXES_OF_SIX.in(levels) : nullptr;
   }
-  return samples_ == 4 && spacing_ == 2 && entry(0)[0] > 0 ? BOXES_OF_EVERY_SECOND.in(levels_) : nullptr;
+  return samples_ == 4 && spacing_ == 2 && entry(0)[0] > 0 ? BOXES_OF_EVERY_SECOND.in(levels) : nullptr;
 }
 
 void BoxRows::columns(int32_t first, int32_t count) {
@@ -130,23 +133,13 @@ void BoxRows::placeRuns() {
   while (run_ > kFilterGroup && widest_ + (run_ - 1) * apart_ > kSums) {
     run_ /= 2;
   }
-  int32_t other = 0;
   for (int32_t i = 0; i < whole_; ++i) {
     const int32_t inRun = i & (run_ - 1);
     start_[i] = (entry(i)[0] - entry(i - inRun)[0]) >> (sums_.columns - 1);
-    other |= start_[i] - sums_.perBox * inRun;
   }
-  areAdjacent_ = sums_.spacing == 1 && other == 0;
   for (int32_t i = whole_; i % kFilterGroup != 0; ++i) {
     start_[i] = start_[i - 1];
   }
-}
-
-const PerLevel<BoxRow> &BoxRows::stageOf(int32_t groups) const {
-  if (areAdjacent_ && sums_.perBox == 2) {
-    return BOX_ROW_OF_TWO;
-  }
-  return areAdjacent_ && sums_.perBox == 3 && groups > 1 ? BOX_ROW_OF_THREE : BOX_ROW;
 }
 
 void BoxRows::makeRun(const AddedLines &lines, int32_t from, int32_t end, const BoxQuotient &quotient, uint8_t *to) {
@@ -168,8 +161,7 @@ void BoxRows::makeRun(const AddedLines &lines, int32_t from, int32_t end, const 
   for (int32_t k = 0; k < sums_.perBox; ++k) {
     columns.pattern[k * sums_.spacing] = samples_ * lines.count == 1 ? 2 : 1;
   }
-  const int32_t groups = filterGroups(end - from);
-  stageOf(groups).in(levels_)(row_, columns, groups, to);
+  BOX_ROW.in(levels_)(row_, columns, filterGroups(end - from), to);
 }
 
 /// The first `columns` of a box.

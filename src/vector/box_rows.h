@@ -52,7 +52,6 @@ private:
   [[nodiscard]] Sums sumsOf(int32_t count) const;
   void planSums();
   void placeRuns();
-  [[nodiscard]] const PerLevel<BoxRow> &stageOf(int32_t groups) const;
   void makeRun(const AddedLines &lines, int32_t from, int32_t end, const BoxQuotient &quotient, uint8_t *to);
   [[nodiscard]] uint32_t sumOf(const AddedLines &lines, int32_t first, int32_t columns) const;
   void makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const;
@@ -66,10 +65,9 @@ private:
   int32_t apart_;  ///< from the first column of a box to that of the next, at most
   int32_t first_ = 0;
   int32_t count_ = 0;
-  int32_t whole_ = 0; ///< boxes of the chunk before the first one that is cut short
-  int32_t cut_ = 0;   ///< columns of that
-  int32_t run_ = 0;   ///< boxes whose sums are made at a time
-  bool areAdjacent_ = false; ///< no sum belongs to none or to two of the boxes of a run
+  int32_t whole_ = 0;                ///< boxes of the chunk before the first one that is cut short
+  int32_t cut_ = 0;                  ///< columns of that
+  int32_t run_ = 0;                  ///< boxes whose sums are made at a time
   StraightBoxes straight_ = nullptr; ///< makes whole boxes without sums, where they are such
   Sums sums_{};
   int32_t start_[kColumns]; ///< of each box: the number of its first sum in its run

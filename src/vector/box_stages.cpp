@@ -40,9 +40,7 @@ struct BothOnes {
   HWY_INLINE hn::Vec<D> operator()(D d, const uint8_t *from) const {
     return pairSums(d, from);
   }
-  static uint32_t one(const uint8_t *from) {
-    return static_cast<uint32_t>(from[0] + from[1]);
-  }
+  static uint32_t one(const uint8_t *from) { return static_cast<uint32_t>(from[0] + from[1]); }
 };
 
 /// Whole vectors, then one that ends with the row.
@@ -153,72 +151,6 @@ void boxRow(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uin
   }
 }
 
-void boxRowOfTwo(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uint8_t *to) {
-  const VI16 ones = hn::Set(di16, 1);
-  const V16 factor = hn::Set(d16, columns.quotient.factor);
-  const auto *from = reinterpret_cast<const int16_t *>(sums);
-#if HWY_TARGET == HWY_AVX3
-  // Four groups leave full vectors behind the products.
-  const auto quotients = [&](const int16_t *at) HWY_ATTR {
-    const VI32 low = addedProducts(hn::LoadU(di16, at), ones);
-    const VI32 high = addedProducts(hn::LoadU(di16, at + kWords), ones);
-    const V16 words = hn::BitCast(d16, packedWords(low, high));
-    return hn::BitCast(di16, hn::ShiftRightSame(hn::MulHigh(words, factor), columns.quotient.shift));
-  };
-  const auto order = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
-  for (; groups >= 4; groups -= 4, from += 4 * kWords, to += kBytes) {
-    const V8 bytes = packBlocks(quotients(from), quotients(from + 2 * kWords));
-    hn::StoreU(V8{_mm512_permutexvar_epi32(order, bytes.raw)}, d8, to);
-  }
-#endif
-  for (const uint8_t *const end = to + ptrdiff_t{groups} * kFilterGroup; to != end; to += kFilterGroup) {
-    VI32 boxes[kVectors];
-    for (VI32 &box : boxes) {
-      box = addedProducts(hn::LoadU(di16, from), ones);
-      from += kWords;
-    }
-    storeQuotients(boxes, factor, columns.quotient.shift, to);
-  }
-}
-
-#if HWY_TARGET == HWY_AVX3
-/// Multiples of three, modulo the lanes of a vector.
-alignas(64) constexpr uint16_t kThirds[] = {0,  3,  6,  9,  12, 15, 18, 21, 24, 27, 30, 1,  4,  7,  10, 13,
-                                            16, 19, 22, 25, 28, 31, 2,  5,  8,  11, 14, 17, 20, 23, 26, 29};
-#endif
-
-/// Every third one of the sums of three neighbours, of which three vectors have one in every lane.
-HWY_INLINE V16 sumsOfThree(const uint16_t *from) {
-#if HWY_TARGET == HWY_AVX3
-  const auto sums = [&](int32_t at) HWY_ATTR {
-    return hn::Add(hn::LoadU(d16, from + at), hn::Add(hn::LoadU(d16, from + at + 1), hn::LoadU(d16, from + at + 2)));
-  };
-  auto all = sums(0).raw;
-  all = _mm512_mask_mov_epi16(all, 0x92492492, sums(kWords).raw);
-  all = _mm512_mask_mov_epi16(all, 0x24924924, sums(2 * kWords).raw);
-  return V16{_mm512_permutexvar_epi16(hn::LoadU(d16, kThirds).raw, all)};
-#else
-  V16 first;
-  V16 second;
-  V16 third;
-  hn::LoadInterleaved3(d16, from, first, second, third);
-  return hn::Add(first, hn::Add(second, third));
-#endif
-}
-
-void boxRowOfThree(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uint8_t *to) {
-  const V16 factor = hn::Set(d16, columns.quotient.factor);
-  const hn::Rebind<uint8_t, DI16> dBytes;
-  const int32_t boxes = groups * kFilterGroup;
-  for (int32_t box = 0;; box = box + 2 * kWords > boxes ? boxes - kWords : box + kWords) {
-    const V16 means = hn::ShiftRightSame(hn::MulHigh(sumsOfThree(sums + ptrdiff_t{3} * box), factor), columns.quotient.shift);
-    hn::StoreU(hn::DemoteTo(dBytes, hn::BitCast(di16, means)), dBytes, to + box);
-    if (box + kWords == boxes) {
-      return;
-    }
-  }
-}
-
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -229,7 +161,5 @@ constexpr PerLevel<AddLines> ADD_LINES = ZQCC_EVERY_LEVEL(addColumns);
 constexpr PerLevel<AddLines> ADD_PAIRS = ZQCC_EVERY_LEVEL(addPairs);
 constexpr PerLevel<AddLines> ADD_FIRST_ONES = ZQCC_EVERY_LEVEL(addFirstOnes);
 constexpr PerLevel<BoxRow> BOX_ROW = ZQCC_EVERY_LEVEL(boxRow);
-constexpr PerLevel<BoxRow> BOX_ROW_OF_TWO = ZQCC_EVERY_LEVEL(boxRowOfTwo);
-constexpr PerLevel<BoxRow> BOX_ROW_OF_THREE = ZQCC_EVERY_LEVEL(boxRowOfThree);
 } // namespace zqcc
 #endif

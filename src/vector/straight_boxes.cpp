@@ -170,7 +170,7 @@ HWY_NOINLINE void meansOf(const AddedLines &lines, int32_t first, int32_t count,
 
 template <class Boxes>
 void means(const AddedLines &lines, int32_t first, int32_t count, const BoxQuotient &quotient, uint8_t *to) {
-  static_assert(kWords <= kLeastStraightBoxes);
+  static_assert(straightLevels(kWords) != straightLevels(kWords - 1));
   static_assert(kMostBoxSamples == 7);
   switch (lines.count) {
   case 1:

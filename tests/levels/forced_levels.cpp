@@ -114,7 +114,7 @@ TEST_P(ForcedLevel, CallsEveryStageThatItHas) {
   for (const Mode &mode : levels::servedConversions()) {
     std::vector<containment::Sizes> all{levels::kWholeBlocks, levels::kCutBlocks};
     if (mode.isResize == 1) {
-      all.insert(all.end(), {levels::kQuarter, levels::kEighth});
+      all.insert(all.end(), {levels::kHalf, levels::kQuarter, levels::kSixth, levels::kEighth, levels::kTenth});
     }
     for (const containment::Sizes &sizes : all) {
       for (const Calls &call : levels::servedBy(mode, sizes).calls) {
