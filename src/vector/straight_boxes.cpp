@@ -14,7 +14,6 @@ HWY_BEFORE_NAMESPACE();
 namespace zqcc::HWY_NAMESPACE {
 namespace {
 
-using D32 = hn::Repartition<uint32_t, D8>;
 using D64 = hn::Repartition<uint64_t, D8>;
 constexpr D64 d64;
 
