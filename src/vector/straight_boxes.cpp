@@ -153,14 +153,14 @@ HWY_NOINLINE void meansOf(const AddedLines &lines, int32_t first, int32_t count,
   }
   for (int32_t box = 0;; box = box + 2 * kWords > count ? count - kWords : box + kWords) {
     const ptrdiff_t at = ptrdiff_t{box} * Boxes::kApart;
+    const V16 sums = hn::BitCast(d16, Boxes::template sums<lineCount>(line, at));
+    const V16 means = hn::ShiftRightSame(hn::MulHigh(sums, factor), shift);
+    storeBytesOf<typename Boxes::Run>(means, to + box);
     for (int32_t byte = 0; byte < kWords * Boxes::kApart; byte += kLine) {
       for (int32_t l = 0; l < lineCount; ++l) {
         __builtin_prefetch(line[l] + at + byte + next);
       }
     }
-    const V16 sums = hn::BitCast(d16, Boxes::template sums<lineCount>(line, at));
-    const V16 means = hn::ShiftRightSame(hn::MulHigh(sums, factor), shift);
-    storeBytesOf<typename Boxes::Run>(means, to + box);
     if (box + kWords == count) {
       return;
     }
