@@ -5,7 +5,7 @@
 //     ADD_LINES        source lines                    -> row of sums, one for a column
 //     ADD_PAIRS        source lines                    -> row of sums, one for two columns
 //     BOX_ROW          row of sums                     -> row of means of a box
-//     BOX_ROW_OF_TWO   row of sums                     -> the same for boxes of two sums that follow one another
+//     BOXES_OF_FOUR    source lines                    -> row of means of boxes that follow one another
 #pragma once
 
 #include "base/levels.h"
@@ -86,8 +86,22 @@ struct BoxColumns {
 /// Means of `groups` groups of 16 boxes. Reads eight sums for every box.
 using BoxRow = void (*)(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uint8_t *to);
 extern const PerLevel<BoxRow> BOX_ROW;
-/// The same for boxes i that have sums 2 i and 2 i + 1, which must be 32 to a group; `first` and `pattern` are not
-/// looked at.
-extern const PerLevel<BoxRow> BOX_ROW_OF_TWO;
+
+/// Means of `count` boxes of the lines, which follow one another from column `first` on: those of a vector at least, of
+/// which all lie within a row. Reads the columns of these boxes.
+using StraightBoxes = void (*)(const AddedLines &lines, int32_t first, int32_t count, const BoxQuotient &quotient,
+                               uint8_t *to);
+extern const PerLevel<StraightBoxes> BOXES_OF_FOUR;
+extern const PerLevel<StraightBoxes> BOXES_OF_SIX;
+/// Of the first, third, fifth and seventh of eight columns. Reads the column before the first box, too, and none behind
+/// the last one that counts.
+extern const PerLevel<StraightBoxes> BOXES_OF_EVERY_SECOND;
+
+/// The levels of which a vector has no more boxes than that.
+constexpr LevelSet straightLevels(int32_t boxes) {
+  constexpr int32_t kFewest = 8; ///< of vectors of 128 bits
+  return (boxes >= kFewest ? setOf(LEVEL_SSE4) | setOf(LEVEL_NEON) : 0) |
+         (boxes >= 2 * kFewest ? setOf(LEVEL_AVX2) : 0) | (boxes >= 4 * kFewest ? setOf(LEVEL_AVX512) : 0);
+}
 
 } // namespace zqcc

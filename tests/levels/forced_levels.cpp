@@ -114,7 +114,7 @@ TEST_P(ForcedLevel, CallsEveryStageThatItHas) {
   for (const Mode &mode : levels::servedConversions()) {
     std::vector<containment::Sizes> all{levels::kWholeBlocks, levels::kCutBlocks};
     if (mode.isResize == 1) {
-      all.insert(all.end(), {levels::kQuarter, levels::kEighth});
+      all.insert(all.end(), {levels::kHalf, levels::kQuarter, levels::kSixth, levels::kEighth, levels::kTenth});
     } else if (mode.inType == COLOR_RGB565 && mode.outType == COLOR_RGB565 && mode.rotation == ROTATION_90_LEFT) {
       all.push_back(levels::kLarge);
     }

@@ -276,11 +276,62 @@ TEST_P(FilterRows, EveryMeanOfABoxIsExact) {
       first[i] = static_cast<int32_t>(2 * i);
     }
     const BoxColumns columns{first.data(), {1, 1}, boxQuotient(samples)};
-    for (const auto *stage : {&BOX_ROW, &BOX_ROW_OF_TWO}) {
-      std::vector<uint8_t> means(boxes);
-      stage->of[GetParam()](sums.data(), columns, groups, means.data());
-      for (int32_t i = 0; i < count; ++i) {
-        ASSERT_EQ(means[static_cast<std::size_t>(i)], i / samples) << i << " of " << samples;
+    std::vector<uint8_t> means(boxes);
+    BOX_ROW.of[GetParam()](sums.data(), columns, groups, means.data());
+    for (int32_t i = 0; i < count; ++i) {
+      ASSERT_EQ(means[static_cast<std::size_t>(i)], i / samples) << i << " of " << samples;
+    }
+  }
+}
+
+/// A stage and its boxes: the first column that it reads is `before` columns before the first box.
+struct Straight {
+  const PerLevel<StraightBoxes> *stage;
+  int32_t apart;
+  int32_t before;
+  std::vector<int32_t> columns;
+};
+
+TEST_P(FilterRows, StraightBoxesReadTheirColumnsAlone) {
+  std::vector<std::unique_ptr<GuardedPages>> lines;
+  for (int32_t l = 0; l < kMostBoxSamples; ++l) {
+    lines.push_back(std::make_unique<GuardedPages>(2048, Access::ReadOnly));
+  }
+  GuardedPages to(1024, Access::ReadWrite);
+  for (const Straight &straight :
+       {Straight{&BOXES_OF_FOUR, 4, 0, {0, 1, 2, 3}}, Straight{&BOXES_OF_SIX, 6, 0, {0, 1, 2, 3, 4, 5}},
+        Straight{&BOXES_OF_EVERY_SECOND, 8, 1, {0, 2, 4, 6}}}) {
+    int32_t count = 1;
+    while ((straightLevels(count) & setOf(GetParam())) == 0) {
+      ++count;
+    }
+    for (; count <= 150; ++count) {
+      for (int32_t lineCount = 1; lineCount <= kMostBoxSamples; ++lineCount) {
+        const Against against = (count + lineCount) % 2 == 0 ? Against::End : Against::Start;
+        const int32_t first = straight.before + (against == Against::End ? count % 5 : 0);
+        const int32_t length = first + (count - 1) * straight.apart + straight.columns.back() + 1;
+        AddedLines added{{}, lineCount, 0};
+        for (int32_t l = 0; l < lineCount; ++l) {
+          GuardedPages &line = *lines[static_cast<std::size_t>(l)];
+          line.place(static_cast<std::size_t>(length), against);
+          support::fill(line.write(), line.size(), lineCount == 7 ? support::Fill::Extremes : support::Fill::Noise,
+                        static_cast<uint32_t>(8 * count + l));
+          added.line[l] = line.data();
+        }
+        to.place(static_cast<std::size_t>(count), against);
+        const int32_t samples = lineCount * static_cast<int32_t>(straight.columns.size());
+        const auto fault = support::catchFault(
+            [&] { straight.stage->of[GetParam()](added, first, count, boxQuotient(samples), to.data()); });
+        ASSERT_FALSE(fault.has_value() || to.damage().has_value()) << count << " of " << lineCount;
+        for (int32_t i = 0; i < count; ++i) {
+          int32_t sum = 0;
+          for (int32_t l = 0; l < lineCount; ++l) {
+            for (const int32_t column : straight.columns) {
+              sum += added.line[l][first + i * straight.apart + column];
+            }
+          }
+          ASSERT_EQ(to.data()[i], sum / samples) << i << " of " << count << ", " << lineCount << " lines";
+        }
       }
     }
   }
