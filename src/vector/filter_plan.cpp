@@ -76,6 +76,15 @@ public:
     }
   }
 
+  /// Where the taps stand, of a group that has been written.
+  static void writePlaces(const FilterGroup &group, const NearWindows &near, NearPlaces &places) {
+    for (int32_t t = 0; t < kTaps; ++t) {
+      for (int32_t i = 0; i < kWindowBytes; ++i) {
+        places.at[t][i] = static_cast<uint8_t>(group.mask[t][i] + 4 * near.from[i / kWindow * kBlock]);
+      }
+    }
+  }
+
 private:
   /// The words of output i of group g; behind the last output those of the last.
   [[nodiscard]] const int32_t *entry(int32_t g, int32_t i) const {
@@ -153,6 +162,7 @@ private:
 /// Where the columns of a line are made.
 struct Room {
   FilterGroup *groups;
+  NearPlaces *places;
   int32_t *windows;
   NearWindows *near;
 };
@@ -165,7 +175,11 @@ bool makeColumns(const int32_t *table, const FilterLine &line, int32_t first, Fi
     if (!maker.place(room.windows, room.near)) {
       return false;
     }
-    maker.write(g, *room.groups++);
+    maker.write(g, *room.groups);
+    if (kind == FilterWindows::Near) {
+      GroupMaker::writePlaces(*room.groups, *room.near, *room.places++);
+    }
+    ++room.groups;
     room.windows += windowRows(kind) * windowsOfGroup(kind);
     room.near += windowRows(kind);
   }
@@ -215,7 +229,7 @@ uint64_t placesBytes(int32_t outputs) {
 }
 
 uint64_t groupBytes(int32_t outputs) {
-  return static_cast<uint64_t>(filterGroups(outputs)) * sizeof(FilterGroup);
+  return static_cast<uint64_t>(filterGroups(outputs)) * (sizeof(FilterGroup) + sizeof(NearPlaces));
 }
 
 } // namespace
@@ -232,14 +246,16 @@ FilterPlan makeFilterPlan(const int32_t *table, const FilterLine &luma, const Fi
   Room chromaRoom{};
   lumaRoom.groups = reinterpret_cast<FilterGroup *>(memory);
   chromaRoom.groups = lumaRoom.groups + lumaGroups;
-  lumaRoom.windows = reinterpret_cast<int32_t *>(chromaRoom.groups + chromaGroups);
+  lumaRoom.places = reinterpret_cast<NearPlaces *>(chromaRoom.groups + chromaGroups);
+  chromaRoom.places = lumaRoom.places + lumaGroups;
+  lumaRoom.windows = reinterpret_cast<int32_t *>(chromaRoom.places + chromaGroups);
   chromaRoom.windows = lumaRoom.windows + std::ptrdiff_t{lumaGroups} * kMostWindows;
   lumaRoom.near = reinterpret_cast<NearWindows *>(chromaRoom.windows + std::ptrdiff_t{chromaGroups} * kMostWindows);
   chromaRoom.near = lumaRoom.near + std::ptrdiff_t{lumaGroups} * kTaps;
   FilterPlan plan{};
   plan.leading = leadingGroups(table, luma.outputs);
-  plan.luma = {lumaRoom.groups, lumaRoom.windows, lumaRoom.near};
-  plan.chroma = {chromaRoom.groups, chromaRoom.windows, chromaRoom.near};
+  plan.luma = {lumaRoom.groups, lumaRoom.windows, lumaRoom.near, lumaRoom.places};
+  plan.chroma = {chromaRoom.groups, chromaRoom.windows, chromaRoom.near, chromaRoom.places};
   for (const FilterWindows kind : kKinds) {
     plan.kind = kind;
     if (!makeColumns(table, luma, 0, kind, lumaRoom)) {

@@ -2,6 +2,7 @@
 //
 //     WINDOW_ROW       source line                     -> row of windows
 //     FIVE_POINT_ROW   rows of windows of source lines -> row of means of five bilinear samples
+//     FIVE_POINT_LINE_ROW  source lines                -> the same
 //     ADD_LINES        source lines                    -> row of sums, one for a column
 //     ADD_PAIRS        source lines                    -> row of sums, one for two columns
 //     BOX_ROW          row of sums                     -> row of means of a box
@@ -39,6 +40,19 @@ extern const PerLevel<FivePointRow> FIVE_POINT_ROW;
 extern const PerLevel<FivePointRow> POSITIVE_FIVE_POINT_ROW;
 /// The low bits of the truncated means of whole sums, which negative weights may lead below 0 or beyond the bits.
 extern const PerLevel<FivePointRow> WHOLE_FIVE_POINT_ROW;
+
+/// Groups of a row, of which those before `leading` may have negative weights.
+struct GroupRange {
+  int32_t leading;
+  int32_t end;
+};
+
+/// Means of five samples of near windows that lie in source lines: the lines' `top` and `bottom` are first samples.
+using FivePointLineRow = void (*)(const FilterColumns &columns, const GroupRange &groups, const FivePointLines &lines,
+                                  uint8_t *to);
+/// Where a level has none, windows are laid out.
+extern const PerLevel<FivePointLineRow> FIVE_POINT_LINE_ROW;
+extern const PerLevel<FivePointLineRow> WHOLE_FIVE_POINT_LINE_ROW;
 
 /// Samples in each direction of a box at most.
 inline constexpr int32_t kMostBoxSamples = 7;

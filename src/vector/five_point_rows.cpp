@@ -20,6 +20,13 @@ void gatherRow(const uint8_t *line, const FilterColumns &columns, int32_t rows, 
   }
 }
 
+FivePointLineRow lineRowOf(FilterWindows kind, bool isWhole, LevelSet usable) {
+  if (kind != FilterWindows::Near) {
+    return nullptr;
+  }
+  return (isWhole ? WHOLE_FIVE_POINT_LINE_ROW : FIVE_POINT_LINE_ROW).in(usable);
+}
+
 WindowRow windowRowOf(FilterWindows kind, LevelSet usable) {
   if (kind == FilterWindows::Gathered) {
     return gatherRow;
@@ -49,7 +56,8 @@ FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number,
                              const MeanKind &kind)
     : plan_(job.plan->filter), plane_(plane), windowRow_(windowRowOf(plan_.kind, job.levels)),
       stage_(POSITIVE_FIVE_POINT_ROW.in(job.levels)),
-      negativeStage_((kind.isWhole ? WHOLE_FIVE_POINT_ROW : FIVE_POINT_ROW).in(job.levels)), kind_(kind),
+      negativeStage_((kind.isWhole ? WHOLE_FIVE_POINT_ROW : FIVE_POINT_ROW).in(job.levels)),
+      lineStage_(plane.samples == nullptr ? nullptr : lineRowOf(plan_.kind, kind.isWhole, job.levels)), kind_(kind),
       isLuma_(number == 0), windows_(room.bytes) {
   const int32_t slots = slotsOf(plan_.kind);
   rowBytes_ = 4 * mostColumns(job, chromaShift);
@@ -117,6 +125,9 @@ void FivePointRows::take(int32_t line, int32_t tap, const uint8_t *from) {
 }
 
 const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
+  if (lineStage_ != nullptr) {
+    return plane_.samples + line * plane_.stride;
+  }
   const int32_t slot = slotOf(line, tap);
   if (held_[slot] != line) {
     take(line, tap, plane_.samples + line * plane_.stride);
@@ -143,6 +154,25 @@ void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {
   for (const int32_t next : lines.next) {
     isNegative = isNegative || next < 0;
   }
+  if (lineStage_ != nullptr) {
+    rowOfLines(lines, isNegative, to);
+  } else {
+    rowOfWindows(lines, isNegative, to);
+  }
+}
+
+void FivePointRows::rowOfLines(const FivePointLines &lines, bool isNegative, uint8_t *to) const {
+  int32_t leading = leading_;
+  for (const Part &part : parts_) {
+    if (part.groups > 0) {
+      lineStage_(part.columns, {isNegative ? part.groups : smaller(leading, part.groups), part.groups}, lines, to);
+      to += std::ptrdiff_t{part.groups} * kFilterGroup;
+      leading -= smaller(leading, part.groups);
+    }
+  }
+}
+
+void FivePointRows::rowOfWindows(FivePointLines &lines, bool isNegative, uint8_t *to) const {
   const auto make = [&](FivePointRow stage, const FilterGroup *groups, int32_t count) {
     if (count == 0) {
       return; // calls cost as much as a few groups

@@ -89,6 +89,8 @@ private:
   }
 
   FivePointLines linesOf(const int32_t *yEntry);
+  void rowOfWindows(FivePointLines &lines, bool isNegative, uint8_t *to) const;
+  void rowOfLines(const FivePointLines &lines, bool isNegative, uint8_t *to) const;
   const uint8_t *windowsOf(int32_t line, int32_t tap);
   void prefetch(int32_t line) const;
   void fill(const uint8_t *line, int32_t row, uint8_t *to) const;
@@ -104,6 +106,7 @@ private:
   WindowRow windowRow_;
   FivePointRow stage_;
   FivePointRow negativeStage_; ///< where weights are negative
+  FivePointLineRow lineStage_; ///< of samples as they lie; null where windows are laid out
   MeanKind kind_;
   bool isLuma_;
   int32_t leading_ = 0; ///< groups of the chunk that may have negative weights
