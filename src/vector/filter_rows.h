@@ -47,9 +47,19 @@ struct GroupRange {
   int32_t end;
 };
 
-/// Means of five samples of near windows that lie in source lines: the lines' `top` and `bottom` are first samples.
-using FivePointLineRow = void (*)(const FilterColumns &columns, const GroupRange &groups, const FivePointLines &lines,
-                                  uint8_t *to);
+/// Two rows of the same columns, which may be one row twice: for each tap the upper one of its two lines, given where
+/// its first sample is, and the weight of the lower one out of 1024.
+struct FivePointTaps {
+  const uint8_t *top[2][kFilterTaps];
+  std::ptrdiff_t below;    ///< from each line to the lower one
+  const uint8_t *ahead[2]; ///< lines that will be read soon, and those below them
+  int32_t next[2][kFilterTaps];
+  int32_t bits; ///< as in FivePointLines
+};
+
+/// The same means of source lines as they lie, of two rows.
+using FivePointLineRow = void (*)(const LineColumns &columns, const GroupRange &groups, const FivePointTaps &taps,
+                                  uint8_t *const (&to)[2]);
 /// Where a level has none, windows are laid out.
 extern const PerLevel<FivePointLineRow> FIVE_POINT_LINE_ROW;
 extern const PerLevel<FivePointLineRow> WHOLE_FIVE_POINT_LINE_ROW;

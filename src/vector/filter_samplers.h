@@ -41,8 +41,10 @@ public:
   }
 
   void lines(int32_t j, int32_t lineCount, SampleRows (&rows)[2]) {
-    for (int32_t l = 0; l < lineCount; ++l) {
-      planes_[0].row(entry(j + l), luma_[l]);
+    if (lineCount == 2) {
+      Rows::two(planes_[0], entry(j), luma_[0], planes_[0], entry(j + 1), luma_[1]);
+    } else {
+      planes_[0].row(entry(j), luma_[0]);
     }
     for (int32_t l = 0; l < 2; ++l) {
       const int32_t own = shifts_.lines == 0 ? l : 0;
@@ -64,10 +66,12 @@ private:
       return;
     }
     chromaEntry_ = number;
+    if (shifts_.columns < 2) {
+      Rows::two(planes_[1], entry(number), chroma_[own][0], planes_[2], entry(number), chroma_[own][1]);
+      return;
+    }
     for (int32_t c = 0; c < 2; ++c) {
-      if (shifts_.columns < 2) {
-        planes_[1 + c].row(entry(number), chroma_[own][c]);
-      } else {
+      {
         planes_[1 + c].row(entry(number), quarter_);
         for (int32_t k = 0; k < chromaCount_; ++k) { // pairs of columns are what colour stages know
           chroma_[own][c][2 * k] = chroma_[own][c][2 * k + 1] = quarter_[k];

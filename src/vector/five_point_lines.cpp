@@ -21,6 +21,7 @@ namespace {
 
 constexpr auto kTaps = static_cast<int32_t>(kFilterTaps);
 constexpr int kDown = _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC;
+constexpr std::ptrdiff_t kFourGroups = kWindowBytes; ///< outputs
 constexpr int kMantissaBits = 23;
 /// Fifth of a sum up to 1275: the upper half of the product with 2^16 / 5, rounded up.
 constexpr int32_t kFifth = 13108;
@@ -53,153 +54,204 @@ constexpr int16_t kUpper = 0x7E00;
 static_assert(kUpper << (kWeightBits + 4) == 63 << kMantissaBits);
 static_assert(kUpper << (kWeightBits + 3) == (31 << kMantissaBits | 1 << (kMantissaBits - 1)));
 
-/// What a row has for all of its groups.
-struct Lines {
-  const uint8_t *top[kTaps];
-  const uint8_t *bottom[kTaps];
-  __m512 next[kTaps];
+/// A number whose last place is a sample of `bits` bits.
+template <class Sign>
+HWY_INLINE __m512i numberOf(int32_t bits) {
+  return _mm512_set1_epi32((Sign::kExponent + Sign::kUnitBits + 8 - bits) << kMantissaBits);
+}
 
-  HWY_INLINE explicit Lines(const FivePointLines &lines) {
-    for (int32_t t = 0; t < kTaps; ++t) {
-      top[t] = lines.top[t];
-      bottom[t] = lines.bottom[t];
-      next[t] = _mm512_set1_ps(static_cast<float>(lines.next[t]) / kWholeWeight);
-    }
-  }
-};
-
-/// A register is loaded once: as an operand in memory it would be loaded with every use.
+/// A value is loaded once: as an operand in memory it would be loaded with every use.
 HWY_INLINE __m512i loaded(const void *from) {
   __m512i value = _mm512_load_si512(from);
   __asm__("" : "+v"(value));
   return value;
 }
 
-HWY_INLINE __m512 mixed(const uint8_t *window, __m512i order, __m512i weight) {
+/// Bytes that hold the taps of a group. Fewer of them cross the lines of the cache less often, which costs as much as
+/// two loads.
+template <int bytes>
+HWY_INLINE __m512i windowAt(const uint8_t *from) {
+  if constexpr (bytes == 32) {
+    return _mm512_castsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i *>(from)));
+  } else {
+    return _mm512_loadu_si512(from);
+  }
+}
+
+HWY_INLINE __m512 mixed(__m512i window, __m512i order, __m512i weight) {
   constexpr __mmask64 kEven = 0x5555555555555555ULL;
-  const __m512i pairs =
-      _mm512_mask_permutexvar_epi8(_mm512_set1_epi16(kUpper), kEven, order, _mm512_loadu_si512(window));
+  const __m512i pairs = _mm512_mask_permutexvar_epi8(_mm512_set1_epi16(kUpper), kEven, order, window);
   return _mm512_castsi512_ps(_mm512_madd_epi16(pairs, weight));
 }
 
-/// Tap t of a group, in Sign's units.
-template <class Sign>
-HWY_INLINE __m512 tapOf(const FilterColumns &columns, std::ptrdiff_t g, const Lines &lines, int32_t t) {
-  const std::ptrdiff_t first = columns.near[g].first;
-  const __m512i order = loaded(columns.places[g].at[t]);
-  const __m512i weight = Sign::weight(loaded(columns.groups[g].weight[t]));
-  const __m512 top = mixed(lines.top[t] + first, order, weight);
-  const __m512 apart = _mm512_sub_ps(mixed(lines.bottom[t] + first, order, weight), top);
-  return _mm512_fmadd_round_ps(apart, lines.next[t], top, kDown);
-}
-
-/// A number whose last place is a sample of `bits` bits.
-template <class Sign, int bits>
-constexpr int32_t numberOf = (Sign::kExponent + Sign::kUnitBits + 8 - bits) << kMantissaBits;
-
-HWY_INLINE __m512 asFloat(int32_t number) {
-  return _mm512_castsi512_ps(_mm512_set1_epi32(number));
-}
-
-/// The sums of a group's samples in the lower words; what the upper ones have is without meaning.
-template <int bits>
-HWY_INLINE __m512i positiveSums(const FilterColumns &columns, std::ptrdiff_t g, const Lines &lines) {
-  // The taps' powers of two lead the lower word to 0.
-  constexpr int32_t kAdded = kTaps << (kMantissaBits - Positive::kUnitBits - 8 + bits);
-  __m512 sum = asFloat(numberOf<Positive, bits> + (1 << 16) - kAdded);
-  for (int32_t t = 0; t < kTaps; ++t) {
-    sum = _mm512_add_round_ps(sum, tapOf<Positive>(columns, g, lines, t), kDown);
+/// What two rows have for all of their groups, and how far they have come.
+template <int bytes>
+class Rows {
+public:
+  HWY_INLINE Rows(const LineColumns &columns, const FivePointTaps &taps)
+      : group_(columns.groups), first_(columns.first), below_(taps.below), ahead_{taps.ahead[0], taps.ahead[1]} {
+    for (int32_t t = 0; t < kTaps; ++t) {
+      for (int r = 0; r < 2; ++r) {
+        top_[r][t] = taps.top[r][t];
+        __asm__("" : "+r"(top_[r][t])); // loads of several would wait for the stores of each
+        next_[r][t] = _mm512_set1_ps(static_cast<float>(taps.next[r][t]) / kWholeWeight);
+      }
+    }
   }
-  return _mm512_castps_si512(sum);
-}
 
-template <int bits>
-HWY_INLINE void storeFour(const __m512i (&sums)[4], uint8_t *to) {
-  alignas(64) static constexpr uint8_t kOrder[64] = {0, 4, 8,  12, 16, 20, 24, 28, 32, 36, 40, 44, 48, 52, 56, 60,
-                                                     2, 6, 10, 14, 18, 22, 26, 30, 34, 38, 42, 46, 50, 54, 58, 62,
-                                                     1, 5, 9,  13, 17, 21, 25, 29, 33, 37, 41, 45, 49, 53, 57, 61,
-                                                     3, 7, 11, 15, 19, 23, 27, 31, 35, 39, 43, 47, 51, 55, 59, 63};
-  constexpr __mmask32 kOdd = 0xAAAAAAAA;
-  const __m512i fifth = _mm512_set1_epi16(kFifth);
-  const __m512i low = _mm512_mask_mov_epi16(sums[0], kOdd, _mm512_slli_epi32(sums[1], 16));
-  const __m512i high = _mm512_mask_mov_epi16(sums[2], kOdd, _mm512_slli_epi32(sums[3], 16));
-  const __m512i bytes =
-      _mm512_or_si512(_mm512_mulhi_epu16(low, fifth), _mm512_slli_epi16(_mm512_mulhi_epu16(high, fifth), 8));
-  const __m512i placed = _mm512_permutexvar_epi8(_mm512_load_si512(kOrder), bytes);
-  _mm512_storeu_si512(to, _mm512_slli_epi32(placed, 8 - bits));
-}
-
-HWY_INLINE void storeBytes(__m512i sums, uint8_t *to) {
-  _mm_storeu_si128(reinterpret_cast<__m128i *>(to), _mm512_cvtepi32_epi8(sums));
-}
-
-template <int bits>
-HWY_INLINE void positiveGroups(const FilterColumns &columns, std::ptrdiff_t g, std::ptrdiff_t end, const Lines &lines,
-                               uint8_t *to) {
-  for (; g + 4 <= end; g += 4) {
-    const __m512i sums[4] = {positiveSums<bits>(columns, g, lines), positiveSums<bits>(columns, g + 1, lines),
-                             positiveSums<bits>(columns, g + 2, lines), positiveSums<bits>(columns, g + 3, lines)};
-    storeFour<bits>(sums, to + g * kFilterGroup);
+  /// Adds the taps of the next group, in Sign's units, to both sums.
+  template <class Sign, class Sum>
+  HWY_INLINE void addTaps(Sum &sum0, Sum &sum1) {
+    const std::ptrdiff_t first = *first_++;
+    const std::ptrdiff_t below = first + below_;
+    for (const uint8_t *ahead : ahead_) {
+      __builtin_prefetch(ahead + first);
+      __builtin_prefetch(ahead + below);
+    }
+    for (int32_t t = 0; t < kTaps; ++t) {
+      const __m512i order = loaded(group_->mask[t]);
+      const __m512i weight = Sign::weight(loaded(group_->weight[t]));
+      sum0.add(tap(0, t, first, below, order, weight));
+      sum1.add(tap(1, t, first, below, order, weight));
+    }
+    ++group_;
   }
-  for (; g < end; ++g) {
-    const __m512i means = _mm512_mulhi_epu16(positiveSums<bits>(columns, g, lines), _mm512_set1_epi32(kFifth));
-    storeBytes(_mm512_slli_epi32(means, 8 - bits), to + g * kFilterGroup);
+
+private:
+  HWY_INLINE __m512 tap(int r, int32_t t, std::ptrdiff_t first, std::ptrdiff_t below, __m512i order,
+                        __m512i weight) const {
+    const __m512 top = mixed(windowAt<bytes>(top_[r][t] + first), order, weight);
+    const __m512 apart = _mm512_sub_ps(mixed(windowAt<bytes>(top_[r][t] + below), order, weight), top);
+    return _mm512_fmadd_round_ps(apart, next_[r][t], top, kDown);
   }
-}
+
+  const FilterGroup *group_;
+  const int32_t *first_;
+  std::ptrdiff_t below_;
+  const uint8_t *ahead_[2];
+  const uint8_t *top_[2][kTaps];
+  __m512 next_[2][kTaps];
+};
+
+/// Sums of samples in the lower words; what the upper ones have is without meaning.
+class PositiveSum {
+public:
+  using Sign = Positive;
+
+  HWY_INLINE static __m512i start(int32_t bits) {
+    // The taps' powers of two lead the lower word to 0.
+    const int32_t added = kTaps << (kMantissaBits - Positive::kUnitBits - 8 + bits);
+    return _mm512_add_epi32(numberOf<Positive>(bits), _mm512_set1_epi32((1 << 16) - added));
+  }
+
+  HWY_INLINE PositiveSum(__m512i start) : sum_(_mm512_castsi512_ps(start)) {}
+  HWY_INLINE void add(__m512 tap) { sum_ = _mm512_add_round_ps(sum_, tap, kDown); }
+  HWY_INLINE __m512i sums() const { return _mm512_castps_si512(sum_); }
+
+private:
+  __m512 sum_;
+};
 
 /// The low bits of every sample.
-template <int bits>
-struct LowBits {
-  HWY_INLINE static __m512i mean(const FilterColumns &columns, std::ptrdiff_t g, const Lines &lines) {
-    const __m512 number = asFloat(numberOf<Negative, bits>);
-    const __m512i mask = _mm512_set1_epi32((1 << bits) - 1);
-    __m512i sum = _mm512_setzero_si512();
-    for (int32_t t = 0; t < kTaps; ++t) {
-      const __m512 sample = _mm512_add_round_ps(number, tapOf<Negative>(columns, g, lines, t), kDown);
-      sum = _mm512_add_epi32(sum, _mm512_and_si512(_mm512_castps_si512(sample), mask));
-    }
-    return _mm512_mulhi_epu16(sum, _mm512_set1_epi32(kFifth));
+class LowBits {
+public:
+  HWY_INLINE explicit LowBits(int32_t bits)
+      : number_(_mm512_castsi512_ps(numberOf<Negative>(bits))), mask_(_mm512_set1_epi32((1 << bits) - 1)) {}
+
+  HWY_INLINE void add(__m512 tap) {
+    const __m512i sample = _mm512_castps_si512(_mm512_add_round_ps(number_, tap, kDown));
+    sum_ = _mm512_add_epi32(sum_, _mm512_and_si512(sample, mask_));
   }
+
+  HWY_INLINE __m512i means() const { return _mm512_mulhi_epu16(sum_, _mm512_set1_epi32(kFifth)); }
+
+private:
+  __m512 number_;
+  __m512i mask_;
+  __m512i sum_ = _mm512_setzero_si512();
 };
 
 /// Samples that are whole numbers.
-template <int bits>
-struct WholeNumbers {
-  HWY_INLINE static __m512i mean(const FilterColumns &columns, std::ptrdiff_t g, const Lines &lines) {
-    constexpr int32_t kNumber = numberOf<Negative, bits>;
-    constexpr int32_t kAdded = kTaps * Negative::kBias >> (8 - bits);
-    __m512 sum = asFloat(kNumber);
-    for (int32_t t = 0; t < kTaps; ++t) {
-      sum = _mm512_add_round_ps(sum, tapOf<Negative>(columns, g, lines, t), kDown);
-    }
-    const __m512i whole = _mm512_sub_epi32(_mm512_castps_si512(sum), _mm512_set1_epi32(kNumber + kAdded));
+class WholeNumbers {
+public:
+  HWY_INLINE explicit WholeNumbers(int32_t bits)
+      : start_(_mm512_add_epi32(numberOf<Negative>(bits), _mm512_set1_epi32(kTaps * Negative::kBias >> (8 - bits)))),
+        sum_(_mm512_castsi512_ps(numberOf<Negative>(bits))) {}
+
+  HWY_INLINE void add(__m512 tap) { sum_ = _mm512_add_round_ps(sum_, tap, kDown); }
+
+  HWY_INLINE __m512i means() const {
+    const __m512i whole = _mm512_sub_epi32(_mm512_castps_si512(sum_), start_);
     // Negative ones are truncated upwards.
     return _mm512_sub_epi16(_mm512_mulhi_epi16(whole, _mm512_set1_epi32(kFifth)), _mm512_srai_epi16(whole, 15));
   }
+
+private:
+  __m512i start_;
+  __m512 sum_;
 };
 
-template <template <int> class Samples, int bits>
-HWY_NOINLINE void sumTaps(const FilterColumns &columns, const GroupRange &groups, const FivePointLines &from,
-                          uint8_t *to) {
-  const FilterColumns own = columns; // which no store can change
-  const Lines lines(from);
-  for (std::ptrdiff_t g = 0; g < groups.leading; ++g) {
-    storeBytes(_mm512_slli_epi32(Samples<bits>::mean(own, g, lines), 8 - bits), to + g * kFilterGroup);
-  }
-  positiveGroups<bits>(own, groups.leading, groups.end, lines, to);
+/// The fifths of the sums of four groups, one after the other.
+HWY_INLINE __m512i fifthsOf(const PositiveSum (&sums)[4]) {
+  alignas(64) static constexpr uint8_t kOrder[64] = {
+      0,  4,  8,  12, 16, 20, 24, 28, 32, 36, 40, 44, 48, 52, 56, 60, 2, 6, 10, 14, 18, 22,
+      26, 30, 34, 38, 42, 46, 50, 54, 58, 62, 1,  5,  9,  13, 17, 21, 25, 29, 33, 37, 41, 45,
+      49, 53, 57, 61, 3,  7,  11, 15, 19, 23, 27, 31, 35, 39, 43, 47, 51, 55, 59, 63};
+  constexpr __mmask32 kOdd = 0xAAAAAAAA;
+  const __m512i fifth = _mm512_set1_epi16(kFifth);
+  const __m512i low = _mm512_mask_mov_epi16(sums[0].sums(), kOdd, _mm512_slli_epi32(sums[1].sums(), 16));
+  const __m512i high = _mm512_mask_mov_epi16(sums[2].sums(), kOdd, _mm512_slli_epi32(sums[3].sums(), 16));
+  const __m512i bytes =
+      _mm512_or_si512(_mm512_mulhi_epu16(low, fifth), _mm512_slli_epi16(_mm512_mulhi_epu16(high, fifth), 8));
+  return _mm512_permutexvar_epi8(_mm512_load_si512(kOrder), bytes);
 }
 
-template <template <int> class Samples>
-void fivePointLineRow(const FilterColumns &columns, const GroupRange &groups, const FivePointLines &lines,
-                      uint8_t *to) {
-  switch (lines.bits) {
-  case 5:
-    return sumTaps<Samples, 5>(columns, groups, lines, to);
-  case 6:
-    return sumTaps<Samples, 6>(columns, groups, lines, to);
-  default:
-    return sumTaps<Samples, 8>(columns, groups, lines, to);
+/// A mean for each of 16 outputs, which stand in longs.
+HWY_INLINE void storeBytes(__m512i means, __m128i shift, uint8_t *to) {
+  _mm_storeu_si128(reinterpret_cast<__m128i *>(to), _mm512_cvtepi32_epi8(_mm512_sll_epi32(means, shift)));
+}
+
+template <class Samples, int bytes>
+HWY_NOINLINE void sumTaps(const LineColumns &columns, const GroupRange &groups, const FivePointTaps &taps,
+                          uint8_t *const (&to)[2]) {
+  Rows<bytes> rows(columns, taps);
+  const __m128i shift = _mm_cvtsi32_si128(8 - taps.bits);
+  const __m512i start = PositiveSum::start(taps.bits);
+  const __m512i fifth = _mm512_set1_epi32(kFifth);
+  uint8_t *to0 = to[0];
+  uint8_t *to1 = to[1];
+  for (int32_t g = 0; g < groups.leading; ++g, to0 += kFilterGroup, to1 += kFilterGroup) {
+    Samples sum0(taps.bits);
+    Samples sum1(taps.bits);
+    rows.template addTaps<Negative>(sum0, sum1);
+    storeBytes(sum0.means(), shift, to0);
+    storeBytes(sum1.means(), shift, to1);
   }
+  int32_t left = groups.end - groups.leading;
+  for (; left >= 4; left -= 4, to0 += kFourGroups, to1 += kFourGroups) {
+    PositiveSum sums0[4] = {start, start, start, start};
+    PositiveSum sums1[4] = {start, start, start, start};
+    rows.template addTaps<Positive>(sums0[0], sums1[0]);
+    rows.template addTaps<Positive>(sums0[1], sums1[1]);
+    rows.template addTaps<Positive>(sums0[2], sums1[2]);
+    rows.template addTaps<Positive>(sums0[3], sums1[3]);
+    _mm512_storeu_si512(to0, _mm512_sll_epi32(fifthsOf(sums0), shift));
+    _mm512_storeu_si512(to1, _mm512_sll_epi32(fifthsOf(sums1), shift));
+  }
+  for (; left > 0; --left, to0 += kFilterGroup, to1 += kFilterGroup) {
+    PositiveSum sum0(start);
+    PositiveSum sum1(start);
+    rows.template addTaps<Positive>(sum0, sum1);
+    storeBytes(_mm512_mulhi_epu16(sum0.sums(), fifth), shift, to0);
+    storeBytes(_mm512_mulhi_epu16(sum1.sums(), fifth), shift, to1);
+  }
+}
+
+template <class Samples>
+void fivePointLineRow(const LineColumns &columns, const GroupRange &groups, const FivePointTaps &taps,
+                      uint8_t *const (&to)[2]) {
+  return columns.bytes == 32 ? sumTaps<Samples, 32>(columns, groups, taps, to)
+                             : sumTaps<Samples, kWindowBytes>(columns, groups, taps, to);
 }
 
 } // namespace

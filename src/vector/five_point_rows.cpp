@@ -125,9 +125,6 @@ void FivePointRows::take(int32_t line, int32_t tap, const uint8_t *from) {
 }
 
 const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
-  if (lineStage_ != nullptr) {
-    return plane_.samples + line * plane_.stride;
-  }
   const int32_t slot = slotOf(line, tap);
   if (held_[slot] != line) {
     take(line, tap, plane_.samples + line * plane_.stride);
@@ -148,31 +145,54 @@ FivePointLines FivePointRows::linesOf(const int32_t *yEntry) {
   return lines;
 }
 
+bool FivePointRows::setTaps(const int32_t *yEntry, int row, FivePointTaps &taps) const {
+  bool isNegative = false;
+  for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
+    const SampleTap tap = tapOf(yEntry);
+    const int32_t next = kind_.isAlike && t > 0 ? taps.next[row][0] : tap.weights.next;
+    taps.top[row][t] = plane_.samples + tap.self * plane_.stride;
+    taps.next[row][t] = next;
+    isNegative = isNegative || next < 0;
+  }
+  return isNegative;
+}
+
+void FivePointRows::two(FivePointRows &rows0, const int32_t *yEntry0, uint8_t *to0, FivePointRows &rows1,
+                        const int32_t *yEntry1, uint8_t *to1) {
+  if (rows0.lineStage_ == nullptr) {
+    rows0.row(yEntry0, to0);
+    rows1.row(yEntry1, to1);
+    return;
+  }
+  FivePointTaps taps;
+  taps.bits = rows0.kind_.bits;
+  taps.below = rows0.plane_.limitY > 1 ? rows0.plane_.stride : 0;
+  const bool isNegative = static_cast<int>(rows0.setTaps(yEntry0, 0, taps)) + static_cast<int>(rows1.setTaps(yEntry1, 1, taps)) > 0;
+  const int32_t ahead = yEntry0[0] + kLinesAhead;
+  taps.ahead[0] = rows0.ahead(ahead);
+  taps.ahead[1] = &rows0 == &rows1 ? rows1.ahead(ahead + 2) : rows1.ahead(ahead);
+  int32_t leading = rows0.leading_;
+  for (const Part &part : rows0.parts_) {
+    if (part.groups > 0) {
+      const GroupRange groups{isNegative ? part.groups : smaller(leading, part.groups), part.groups};
+      rows0.lineStage_(part.columns.lines, groups, taps, {to0, to1});
+      to0 += std::ptrdiff_t{part.groups} * kFilterGroup;
+      to1 += std::ptrdiff_t{part.groups} * kFilterGroup;
+      leading -= groups.leading;
+    }
+  }
+}
+
 void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {
+  if (lineStage_ != nullptr) {
+    two(*this, yEntry, to, *this, yEntry, to);
+    return;
+  }
   FivePointLines lines = linesOf(yEntry);
   bool isNegative = false;
   for (const int32_t next : lines.next) {
     isNegative = isNegative || next < 0;
   }
-  if (lineStage_ != nullptr) {
-    rowOfLines(lines, isNegative, to);
-  } else {
-    rowOfWindows(lines, isNegative, to);
-  }
-}
-
-void FivePointRows::rowOfLines(const FivePointLines &lines, bool isNegative, uint8_t *to) const {
-  int32_t leading = leading_;
-  for (const Part &part : parts_) {
-    if (part.groups > 0) {
-      lineStage_(part.columns, {isNegative ? part.groups : smaller(leading, part.groups), part.groups}, lines, to);
-      to += std::ptrdiff_t{part.groups} * kFilterGroup;
-      leading -= smaller(leading, part.groups);
-    }
-  }
-}
-
-void FivePointRows::rowOfWindows(FivePointLines &lines, bool isNegative, uint8_t *to) const {
   const auto make = [&](FivePointRow stage, const FilterGroup *groups, int32_t count) {
     if (count == 0) {
       return; // calls cost as much as a few groups

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/job.h"
+#include "base/limits.h"
 #include "kernels/mean_planes.h"
 #include "kernels/taps.h"
 #include "vector/column_plan.h"
@@ -48,6 +49,10 @@ public:
   /// A row of the lines of a table entry; whole groups are written.
   void row(const int32_t *yEntry, uint8_t *to);
 
+  /// Two rows at once: of two table entries, or of two planes with the same columns.
+  static void two(FivePointRows &rows0, const int32_t *yEntry0, uint8_t *to0, FivePointRows &rows1,
+                  const int32_t *yEntry1, uint8_t *to1);
+
   // Lines that do not lie as planes are made when they are needed. A row takes those of each tap.
 
   /// What of a line the chunk takes. Not of gathered windows.
@@ -77,6 +82,9 @@ private:
   static constexpr int32_t kTapRows = 2;
   static constexpr int32_t kMostSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
 
+  /// Lines are asked for so many lines before they are read.
+  static constexpr int32_t kLinesAhead = 6;
+
   /// Rows of windows that are kept.
   static int32_t slotsOf(FilterWindows kind) { return windowRows(kind) == 1 ? kSharedRows : kMostSlots; }
 
@@ -89,8 +97,10 @@ private:
   }
 
   FivePointLines linesOf(const int32_t *yEntry);
-  void rowOfWindows(FivePointLines &lines, bool isNegative, uint8_t *to) const;
-  void rowOfLines(const FivePointLines &lines, bool isNegative, uint8_t *to) const;
+  bool setTaps(const int32_t *yEntry, int row, FivePointTaps &taps) const;
+  [[nodiscard]] const uint8_t *ahead(int32_t line) const {
+    return plane_.samples + smaller(line, larger(plane_.limitY - 2, 0)) * plane_.stride;
+  }
   const uint8_t *windowsOf(int32_t line, int32_t tap);
   void prefetch(int32_t line) const;
   void fill(const uint8_t *line, int32_t row, uint8_t *to) const;
