@@ -271,7 +271,10 @@ FilterPlan makeFilterPlan(const int32_t *table, const FilterLine &luma, const Fi
   FilterPlan plan{};
   plan.leading = leadingGroups(table, luma.outputs);
   plan.luma = {lumaRoom.groups, lumaRoom.windows, lumaRoom.near, {lumaRoom.inLine, lumaRoom.first, lumaRoom.lineBytes}};
-  plan.chroma = {chromaRoom.groups, chromaRoom.windows, chromaRoom.near, {chromaRoom.inLine, chromaRoom.first, chromaRoom.lineBytes}};
+  plan.chroma = {chromaRoom.groups,
+                 chromaRoom.windows,
+                 chromaRoom.near,
+                 {chromaRoom.inLine, chromaRoom.first, chromaRoom.lineBytes}};
   for (const FilterWindows kind : kKinds) {
     plan.kind = kind;
     if (!makeColumns(table, luma, 0, kind, lumaRoom)) {

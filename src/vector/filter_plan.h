@@ -67,8 +67,8 @@ struct LineColumns {
 /// The columns of a plane, group by group and in these row by row.
 struct FilterColumns {
   const FilterGroup *groups;
-  const int32_t *windows;             ///< their first bytes in the line
-  const NearWindows *near;            ///< the same where they are near one another
+  const int32_t *windows;  ///< their first bytes in the line
+  const NearWindows *near; ///< the same where they are near one another
   LineColumns lines = {};  ///< of FilterWindows::Near
 };
 
@@ -84,7 +84,9 @@ struct FilterPlan {
 
   [[nodiscard]] FilterColumns from(const FilterColumns &columns, int32_t group) const {
     const std::ptrdiff_t row = std::ptrdiff_t{group} * windowRows(kind);
-    return {columns.groups + group, columns.windows + row * windowsOfGroup(kind), columns.near + row,
+    return {columns.groups + group,
+            columns.windows + row * windowsOfGroup(kind),
+            columns.near + row,
             {columns.lines.groups + group, columns.lines.first + group, columns.lines.bytes}};
   }
 };

@@ -193,10 +193,10 @@ private:
 
 /// The fifths of the sums of four groups, one after the other.
 HWY_INLINE __m512i fifthsOf(const PositiveSum (&sums)[4]) {
-  alignas(64) static constexpr uint8_t kOrder[64] = {
-      0,  4,  8,  12, 16, 20, 24, 28, 32, 36, 40, 44, 48, 52, 56, 60, 2, 6, 10, 14, 18, 22,
-      26, 30, 34, 38, 42, 46, 50, 54, 58, 62, 1,  5,  9,  13, 17, 21, 25, 29, 33, 37, 41, 45,
-      49, 53, 57, 61, 3,  7,  11, 15, 19, 23, 27, 31, 35, 39, 43, 47, 51, 55, 59, 63};
+  alignas(64) static constexpr uint8_t kOrder[64] = {0, 4, 8,  12, 16, 20, 24, 28, 32, 36, 40, 44, 48, 52, 56, 60,
+                                                     2, 6, 10, 14, 18, 22, 26, 30, 34, 38, 42, 46, 50, 54, 58, 62,
+                                                     1, 5, 9,  13, 17, 21, 25, 29, 33, 37, 41, 45, 49, 53, 57, 61,
+                                                     3, 7, 11, 15, 19, 23, 27, 31, 35, 39, 43, 47, 51, 55, 59, 63};
   constexpr __mmask32 kOdd = 0xAAAAAAAA;
   const __m512i fifth = _mm512_set1_epi16(kFifth);
   const __m512i low = _mm512_mask_mov_epi16(sums[0].sums(), kOdd, _mm512_slli_epi32(sums[1].sums(), 16));

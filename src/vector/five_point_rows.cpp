@@ -20,13 +20,6 @@ void gatherRow(const uint8_t *line, const FilterColumns &columns, int32_t rows, 
   }
 }
 
-FivePointLineRow lineRowOf(FilterWindows kind, bool isWhole, LevelSet usable) {
-  if (kind != FilterWindows::Near) {
-    return nullptr;
-  }
-  return (isWhole ? WHOLE_FIVE_POINT_LINE_ROW : FIVE_POINT_LINE_ROW).in(usable);
-}
-
 WindowRow windowRowOf(FilterWindows kind, LevelSet usable) {
   if (kind == FilterWindows::Gathered) {
     return gatherRow;
@@ -40,11 +33,32 @@ bool FivePointRows::serve(const Job &job) {
   return job.plan->filter.exists && POSITIVE_FIVE_POINT_ROW.in(job.levels) != nullptr;
 }
 
-int32_t FivePointRows::mostColumns(const Job &job, int32_t chromaShift) {
+bool FivePointRows::usesLines(const Job &job, bool made) {
+  const ConvertParams &p = job.params;
+  return job.plan->filter.kind == FilterWindows::Near && FIVE_POINT_LINE_ROW.in(job.levels) != nullptr &&
+         (!made || int64_t{4} * p.inHeight <= int64_t{kMostQuarters} * p.outHeight);
+}
+
+FivePointRows::Layout FivePointRows::layoutOf(const Job &job, bool made) {
+  const FilterPlan &plan = job.plan->filter;
+  if (!usesLines(job, made)) {
+    return {slotsOf(plan.kind), 4, 0};
+  }
+  if (!made) {
+    return {0, 0, 0}; // lines are read where they lie
+  }
+  // The last one of the lines that are kept is followed by the first one once more.
+  return {kMadeLines + 1, plan.luma.lines.bytes / kFilterGroup, kWindowBytes};
+}
+
+int32_t FivePointRows::mostColumns(const Job &job, int32_t chromaShift, bool made) {
   constexpr auto kRoom = static_cast<int32_t>(sizeof(Room));
   constexpr int32_t kMultiple = 128;
-  const int32_t bytesOfColumn = slotsOf(job.plan->filter.kind) * (4 + (8 >> chromaShift));
-  const int32_t most = smaller(kRoom / bytesOfColumn, kColumns) & -kMultiple;
+  const Layout layout = layoutOf(job, made);
+  const int32_t rest = layout.rows * (layout.rest + (2 * layout.rest >> chromaShift));
+  const int32_t bytesOfColumn = layout.rows * (layout.bytesOfColumn + (2 * layout.bytesOfColumn >> chromaShift));
+  const int32_t room = bytesOfColumn == 0 ? kColumns : (kRoom - rest) / bytesOfColumn;
+  const int32_t most = smaller(room, kColumns) & -kMultiple;
   // Chunks of one size rather than a narrow last one.
   const int32_t chunks = (job.params.outWidth + most - 1) / most;
   return smaller(most, ((job.params.outWidth + chunks - 1) / chunks + kMultiple - 1) & -kMultiple);
@@ -56,15 +70,21 @@ FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number,
                              const MeanKind &kind)
     : plan_(job.plan->filter), plane_(plane), windowRow_(windowRowOf(plan_.kind, job.levels)),
       stage_(POSITIVE_FIVE_POINT_ROW.in(job.levels)),
-      negativeStage_((kind.isWhole ? WHOLE_FIVE_POINT_ROW : FIVE_POINT_ROW).in(job.levels)),
-      lineStage_(plane.samples == nullptr ? nullptr : lineRowOf(plan_.kind, kind.isWhole, job.levels)), kind_(kind),
+      negativeStage_((kind.isWhole ? WHOLE_FIVE_POINT_ROW : FIVE_POINT_ROW).in(job.levels)), kind_(kind),
       isLuma_(number == 0), windows_(room.bytes) {
-  const int32_t slots = slotsOf(plan_.kind);
-  rowBytes_ = 4 * mostColumns(job, chromaShift);
+  const bool made = plane.samples == nullptr;
+  const Layout layout = layoutOf(job, made);
+  if (usesLines(job, made)) {
+    lineStage_ = (kind.isWhole ? WHOLE_FIVE_POINT_LINE_ROW : FIVE_POINT_LINE_ROW).in(job.levels);
+  }
+  rowBytes_ = layout.bytesOfColumn * mostColumns(job, chromaShift, made) + layout.rest;
   if (number > 0) {
-    windows_ += slots * rowBytes_;
+    windows_ += layout.rows * rowBytes_;
     rowBytes_ >>= chromaShift;
-    windows_ += (number - 1) * slots * rowBytes_;
+    windows_ += (number - 1) * layout.rows * rowBytes_;
+  }
+  if (made) {
+    plane_.stride = rowBytes_;
   }
 }
 
@@ -133,6 +153,14 @@ const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
   return windows_ + slot * rowBytes_;
 }
 
+void FivePointRows::keep(int32_t line, int32_t count) {
+  const int32_t slot = slotOf(line, 0);
+  held_[slot] = line;
+  if (slot == 0) {
+    std::memcpy(windows_ + std::ptrdiff_t{kMadeLines} * rowBytes_, windows_, static_cast<std::size_t>(count));
+  }
+}
+
 FivePointLines FivePointRows::linesOf(const int32_t *yEntry) {
   FivePointLines lines;
   lines.bits = kind_.bits;
@@ -150,7 +178,7 @@ bool FivePointRows::setTaps(const int32_t *yEntry, int row, FivePointTaps &taps)
   for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
     const SampleTap tap = tapOf(yEntry);
     const int32_t next = kind_.isAlike && t > 0 ? taps.next[row][0] : tap.weights.next;
-    taps.top[row][t] = plane_.samples + tap.self * plane_.stride;
+    taps.top[row][t] = lineAt(static_cast<int32_t>(tap.self));
     taps.next[row][t] = next;
     isNegative = isNegative || next < 0;
   }
@@ -167,7 +195,8 @@ void FivePointRows::two(FivePointRows &rows0, const int32_t *yEntry0, uint8_t *t
   FivePointTaps taps;
   taps.bits = rows0.kind_.bits;
   taps.below = rows0.plane_.limitY > 1 ? rows0.plane_.stride : 0;
-  const bool isNegative = static_cast<int>(rows0.setTaps(yEntry0, 0, taps)) + static_cast<int>(rows1.setTaps(yEntry1, 1, taps)) > 0;
+  const bool isNegative =
+      static_cast<int>(rows0.setTaps(yEntry0, 0, taps)) + static_cast<int>(rows1.setTaps(yEntry1, 1, taps)) > 0;
   const int32_t ahead = yEntry0[0] + kLinesAhead;
   taps.ahead[0] = rows0.ahead(ahead);
   taps.ahead[1] = &rows0 == &rows1 ? rows1.ahead(ahead + 2) : rows1.ahead(ahead);

@@ -37,8 +37,8 @@ public:
   /// Whether the frame has a plan, and a usable level the stages.
   static bool serve(const Job &job);
 
-  /// Luma's columns of a chunk whose windows have room.
-  static int32_t mostColumns(const Job &job, int32_t chromaShift);
+  /// Luma's columns of a chunk whose windows, or whose lines if these are `made`, have room.
+  static int32_t mostColumns(const Job &job, int32_t chromaShift, bool made = false);
 
   /// Plane 0 of a frame is luma, 1 and 2 chroma.
   FivePointRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room,
@@ -53,7 +53,17 @@ public:
   static void two(FivePointRows &rows0, const int32_t *yEntry0, uint8_t *to0, FivePointRows &rows1,
                   const int32_t *yEntry1, uint8_t *to1);
 
-  // Lines that do not lie as planes are made when they are needed. A row takes those of each tap.
+  // Lines that do not lie as planes (of a plane without samples) are made when they are needed. A row takes those of
+  // each tap, two rows at once those of both.
+
+  /// Whether samples are taken from made lines as they lie: these are kept then, instead of windows.
+  [[nodiscard]] bool takesLines() const { return lineStage_ != nullptr; }
+  /// Kept lines begin with this sample.
+  void beginLines(int32_t first) { firstSample_ = first; }
+  /// Where the samples of a line are kept.
+  [[nodiscard]] uint8_t *keptLine(int32_t line) const { return windows_ + line % kMadeLines * rowBytes_; }
+  /// The samples of a line, `count` of them, have been put there.
+  void keep(int32_t line, int32_t count);
 
   /// What of a line the chunk takes. Not of gathered windows.
   [[nodiscard]] ByteRange bytesTaken() const;
@@ -80,6 +90,10 @@ private:
   static constexpr int32_t kSharedRows = 6;
   /// A tap of its own takes two lines that are neighbours.
   static constexpr int32_t kTapRows = 2;
+  /// Lines that two output lines take lie within this many where an output line is kMostMadeStep source lines at most:
+  /// floor(p + 2.75 + 1.6) + 1 - floor(p - 1.6) is at most 7.
+  static constexpr int32_t kMadeLines = 8;
+  static constexpr int32_t kMostQuarters = 11; ///< of a line in such a step
   static constexpr int32_t kMostSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
 
   /// Lines are asked for so many lines before they are read.
@@ -88,8 +102,20 @@ private:
   /// Rows of windows that are kept.
   static int32_t slotsOf(FilterWindows kind) { return windowRows(kind) == 1 ? kSharedRows : kMostSlots; }
 
+  /// How the windows or lines of a chunk lie in the room.
+  struct Layout {
+    int32_t rows;
+    int32_t bytesOfColumn; ///< of a row
+    int32_t rest;          ///< of a row
+  };
+  static Layout layoutOf(const Job &job, bool made);
+  static bool usesLines(const Job &job, bool made);
+
   [[nodiscard]] bool isShared() const { return windowRows(plan_.kind) == 1; }
   [[nodiscard]] int32_t slotOf(int32_t line, int32_t tap) const {
+    if (takesLines()) {
+      return line % kMadeLines;
+    }
     return isShared() ? line % kSharedRows : kTapRows * tap + line % kTapRows;
   }
   [[nodiscard]] SampleTap tapOf(const int32_t *words) const {
@@ -98,8 +124,9 @@ private:
 
   FivePointLines linesOf(const int32_t *yEntry);
   bool setTaps(const int32_t *yEntry, int row, FivePointTaps &taps) const;
-  [[nodiscard]] const uint8_t *ahead(int32_t line) const {
-    return plane_.samples + smaller(line, larger(plane_.limitY - 2, 0)) * plane_.stride;
+  [[nodiscard]] const uint8_t *ahead(int32_t line) const { return lineAt(smaller(line, larger(plane_.limitY - 2, 0))); }
+  [[nodiscard]] const uint8_t *lineAt(int32_t line) const {
+    return plane_.samples != nullptr ? plane_.samples + line * plane_.stride : keptLine(line) - firstSample_;
   }
   const uint8_t *windowsOf(int32_t line, int32_t tap);
   void prefetch(int32_t line) const;
@@ -115,8 +142,9 @@ private:
   MeanPlane plane_;
   WindowRow windowRow_;
   FivePointRow stage_;
-  FivePointRow negativeStage_; ///< where weights are negative
-  FivePointLineRow lineStage_; ///< of samples as they lie; null where windows are laid out
+  FivePointRow negativeStage_;           ///< where weights are negative
+  FivePointLineRow lineStage_ = nullptr; ///< of samples as they lie; null where windows are laid out
+  int32_t firstSample_ = 0;              ///< of kept lines
   MeanKind kind_;
   bool isLuma_;
   int32_t leading_ = 0; ///< groups of the chunk that may have negative weights
