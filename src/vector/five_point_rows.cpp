@@ -161,26 +161,35 @@ void FivePointRows::keep(int32_t line, int32_t count) {
   }
 }
 
-FivePointLines FivePointRows::linesOf(const int32_t *yEntry) {
-  FivePointLines lines;
-  lines.bits = kind_.bits;
-  for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
-    const SampleTap tap = tapOf(yEntry);
-    lines.top[t] = windowsOf(static_cast<int32_t>(tap.self), t);
-    lines.bottom[t] = windowsOf(static_cast<int32_t>(tap.next), t);
-    lines.next[t] = kind_.isAlike && t > 0 ? lines.next[0] : tap.weights.next;
+bool FivePointRows::readTaps(const int32_t *yEntry, SampleTap (&taps)[kFilterTaps]) const {
+  bool isNegative = false;
+  for (SampleTap &tap : taps) {
+    tap = tapOf(yEntry);
+    tap.weights.next = (kind_.isAlike ? taps[0] : tap).weights.next;
+    isNegative = isNegative || tap.weights.next < 0;
+    yEntry += kTapWords;
   }
-  return lines;
+  return isNegative;
 }
 
-bool FivePointRows::setTaps(const int32_t *yEntry, int row, FivePointTaps &taps) const {
-  bool isNegative = false;
-  for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
-    const SampleTap tap = tapOf(yEntry);
-    const int32_t next = kind_.isAlike && t > 0 ? taps.next[row][0] : tap.weights.next;
-    taps.top[row][t] = lineAt(static_cast<int32_t>(tap.self));
-    taps.next[row][t] = next;
-    isNegative = isNegative || next < 0;
+bool FivePointRows::setLines(const int32_t *yEntry, FivePointLines &lines) {
+  SampleTap taps[kFilterTaps];
+  const bool isNegative = readTaps(yEntry, taps);
+  lines.bits = kind_.bits;
+  for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t) {
+    lines.top[t] = windowsOf(static_cast<int32_t>(taps[t].self), t);
+    lines.bottom[t] = windowsOf(static_cast<int32_t>(taps[t].next), t);
+    lines.next[t] = taps[t].weights.next;
+  }
+  return isNegative;
+}
+
+bool FivePointRows::setTaps(const int32_t *yEntry, int row, FivePointTaps &to) const {
+  SampleTap taps[kFilterTaps];
+  const bool isNegative = readTaps(yEntry, taps);
+  for (std::size_t t = 0; t < kFilterTaps; ++t) {
+    to.top[row][t] = lineAt(static_cast<int32_t>(taps[t].self));
+    to.next[row][t] = taps[t].weights.next;
   }
   return isNegative;
 }
@@ -195,19 +204,19 @@ void FivePointRows::two(FivePointRows &rows0, const int32_t *yEntry0, uint8_t *t
   FivePointTaps taps;
   taps.bits = rows0.kind_.bits;
   taps.below = rows0.plane_.limitY > 1 ? rows0.plane_.stride : 0;
-  const bool isNegative =
-      static_cast<int>(rows0.setTaps(yEntry0, 0, taps)) + static_cast<int>(rows1.setTaps(yEntry1, 1, taps)) > 0;
+  const bool isNegative0 = rows0.setTaps(yEntry0, 0, taps);
+  const bool isNegative1 = rows1.setTaps(yEntry1, 1, taps);
   const int32_t ahead = yEntry0[0] + kLinesAhead;
   taps.ahead[0] = rows0.ahead(ahead);
   taps.ahead[1] = &rows0 == &rows1 ? rows1.ahead(ahead + 2) : rows1.ahead(ahead);
   int32_t leading = rows0.leading_;
   for (const Part &part : rows0.parts_) {
     if (part.groups > 0) {
-      const GroupRange groups{isNegative ? part.groups : smaller(leading, part.groups), part.groups};
-      rows0.lineStage_(part.columns.lines, groups, taps, {to0, to1});
+      const int32_t negative = isNegative0 || isNegative1 ? part.groups : smaller(leading, part.groups);
+      rows0.lineStage_(part.columns.lines, {negative, part.groups}, taps, {to0, to1});
       to0 += std::ptrdiff_t{part.groups} * kFilterGroup;
       to1 += std::ptrdiff_t{part.groups} * kFilterGroup;
-      leading -= groups.leading;
+      leading -= smaller(leading, part.groups);
     }
   }
 }
@@ -217,11 +226,8 @@ void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {
     two(*this, yEntry, to, *this, yEntry, to);
     return;
   }
-  FivePointLines lines = linesOf(yEntry);
-  bool isNegative = false;
-  for (const int32_t next : lines.next) {
-    isNegative = isNegative || next < 0;
-  }
+  FivePointLines lines;
+  const bool isNegative = setLines(yEntry, lines);
   const auto make = [&](FivePointRow stage, const FilterGroup *groups, int32_t count) {
     if (count == 0) {
       return; // calls cost as much as a few groups

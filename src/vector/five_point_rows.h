@@ -90,10 +90,10 @@ private:
   static constexpr int32_t kSharedRows = 6;
   /// A tap of its own takes two lines that are neighbours.
   static constexpr int32_t kTapRows = 2;
-  /// Lines that two output lines take lie within this many where an output line is kMostMadeStep source lines at most:
+  /// The lines that two output lines take lie within this many where these are not more than 2.75 lines apart:
   /// floor(p + 2.75 + 1.6) + 1 - floor(p - 1.6) is at most 7.
   static constexpr int32_t kMadeLines = 8;
-  static constexpr int32_t kMostQuarters = 11; ///< of a line in such a step
+  static constexpr int32_t kMostQuarters = 11;
   static constexpr int32_t kMostSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
 
   /// Lines are asked for so many lines before they are read.
@@ -109,6 +109,7 @@ private:
     int32_t rest;          ///< of a row
   };
   static Layout layoutOf(const Job &job, bool made);
+  /// Whether samples are taken from lines as they lie, which are planes' or made.
   static bool usesLines(const Job &job, bool made);
 
   [[nodiscard]] bool isShared() const { return windowRows(plan_.kind) == 1; }
@@ -122,8 +123,10 @@ private:
     return kind_.isEvenAtEnd ? EvenAtEnd{plane_.limitY}(words) : HeldAtEnd{plane_.limitY}(words);
   }
 
-  FivePointLines linesOf(const int32_t *yEntry);
-  bool setTaps(const int32_t *yEntry, int row, FivePointTaps &taps) const;
+  // False if all weights of the entry are positive.
+  bool readTaps(const int32_t *yEntry, SampleTap (&taps)[kFilterTaps]) const;
+  bool setLines(const int32_t *yEntry, FivePointLines &lines);
+  bool setTaps(const int32_t *yEntry, int row, FivePointTaps &to) const;
   [[nodiscard]] const uint8_t *ahead(int32_t line) const { return lineAt(smaller(line, larger(plane_.limitY - 2, 0))); }
   [[nodiscard]] const uint8_t *lineAt(int32_t line) const {
     return plane_.samples != nullptr ? plane_.samples + line * plane_.stride : keptLine(line) - firstSample_;

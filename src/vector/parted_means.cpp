@@ -58,9 +58,9 @@ void PartedMeans::makeLines(const int32_t *yEntry) {
       return;
     }
     if (line != parted_) {
-      parted_ = line;
       part(line, {samples_[0], samples_[1], samples_[2]});
     }
+    parted_ = line;
     means_[0].take(line, tap, samples_[0] - (std::ptrdiff_t{first_} << from_.shift));
     means_[1].take(line, tap, samples_[1] - first_);
     means_[2].take(line, tap, samples_[2] - first_);
