@@ -47,12 +47,15 @@ struct GroupRange {
   int32_t end;
 };
 
+/// Lines that are asked for before they are read.
+inline constexpr int32_t kLinesAhead = 4;
+
 /// Two rows of the same columns, which may be one row twice: for each tap the upper one of its two lines, given where
 /// its first sample is, and the weight of the lower one out of 1024.
 struct FivePointTaps {
   const uint8_t *top[2][kFilterTaps];
   std::ptrdiff_t below;    ///< from each line to the lower one
-  const uint8_t *ahead[2]; ///< lines that will be read soon, and those below them
+  const uint8_t *ahead[kLinesAhead]; ///< where bytes will be read soon, for as many as lines have samples
   int32_t next[2][kFilterTaps];
   int32_t bits; ///< as in FivePointLines
 };

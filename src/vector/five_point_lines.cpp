@@ -89,7 +89,8 @@ template <int bytes>
 class Rows {
 public:
   HWY_INLINE Rows(const LineColumns &columns, const FivePointTaps &taps)
-      : group_(columns.groups), first_(columns.first), below_(taps.below), ahead_{taps.ahead[0], taps.ahead[1]} {
+      : group_(columns.groups), first_(columns.first),
+        below_(taps.below), ahead_{taps.ahead[0], taps.ahead[1], taps.ahead[2], taps.ahead[3]} {
     for (int32_t t = 0; t < kTaps; ++t) {
       for (int r = 0; r < 2; ++r) {
         top_[r][t] = taps.top[r][t];
@@ -106,7 +107,6 @@ public:
     const std::ptrdiff_t below = first + below_;
     for (const uint8_t *ahead : ahead_) {
       __builtin_prefetch(ahead + first);
-      __builtin_prefetch(ahead + below);
     }
     for (int32_t t = 0; t < kTaps; ++t) {
       const __m512i order = loaded(group_->mask[t]);
@@ -128,7 +128,7 @@ private:
   const FilterGroup *group_;
   const int32_t *first_;
   std::ptrdiff_t below_;
-  const uint8_t *ahead_[2];
+  const uint8_t *ahead_[kLinesAhead];
   const uint8_t *top_[2][kTaps];
   __m512 next_[2][kTaps];
 };

@@ -194,6 +194,13 @@ bool FivePointRows::setTaps(const int32_t *yEntry, int row, FivePointTaps &to) c
   return isNegative;
 }
 
+/// Fills places `first` to `end` from that line on.
+void FivePointRows::setAhead(int32_t line, FivePointTaps &to, int32_t first, int32_t end) const {
+  for (int32_t i = first; i < end; ++i, ++line) {
+    to.ahead[i] = plane_.samples == nullptr ? ahead_[i] : lineAt(smaller(line, plane_.limitY - 1));
+  }
+}
+
 void FivePointRows::two(FivePointRows &rows0, const int32_t *yEntry0, uint8_t *to0, FivePointRows &rows1,
                         const int32_t *yEntry1, uint8_t *to1) {
   if (rows0.lineStage_ == nullptr) {
@@ -206,9 +213,9 @@ void FivePointRows::two(FivePointRows &rows0, const int32_t *yEntry0, uint8_t *t
   taps.below = rows0.plane_.limitY > 1 ? rows0.plane_.stride : 0;
   const bool isNegative0 = rows0.setTaps(yEntry0, 0, taps);
   const bool isNegative1 = rows1.setTaps(yEntry1, 1, taps);
-  const int32_t ahead = yEntry0[0] + kLinesAhead;
-  taps.ahead[0] = rows0.ahead(ahead);
-  taps.ahead[1] = &rows0 == &rows1 ? rows1.ahead(ahead + 2) : rows1.ahead(ahead);
+  const int32_t ahead = yEntry0[0] + kAhead;
+  rows0.setAhead(ahead, taps, 0, kLinesAhead / 2);
+  rows1.setAhead(&rows0 == &rows1 ? ahead + kLinesAhead / 2 : ahead, taps, kLinesAhead / 2, kLinesAhead);
   int32_t leading = rows0.leading_;
   for (const Part &part : rows0.parts_) {
     if (part.groups > 0) {

@@ -64,6 +64,12 @@ public:
   [[nodiscard]] uint8_t *keptLine(int32_t line) const { return windows_ + line % kMadeLines * rowBytes_; }
   /// The samples of a line, `count` of them, have been put there.
   void keep(int32_t line, int32_t count);
+  /// What is asked for while rows are made, for every sample of a kept line a byte.
+  void askFor(const uint8_t *const (&ahead)[kLinesAhead]) {
+    for (int32_t i = 0; i < kLinesAhead; ++i) {
+      ahead_[i] = ahead[i] - firstSample_;
+    }
+  }
 
   /// What of a line the chunk takes. Not of gathered windows.
   [[nodiscard]] ByteRange bytesTaken() const;
@@ -96,8 +102,8 @@ private:
   static constexpr int32_t kMostQuarters = 11;
   static constexpr int32_t kMostSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
 
-  /// Lines are asked for so many lines before they are read.
-  static constexpr int32_t kLinesAhead = 6;
+  /// The first line that is asked for before it is read lies so far behind the middle of the taps.
+  static constexpr int32_t kAhead = 6;
 
   /// Rows of windows that are kept.
   static int32_t slotsOf(FilterWindows kind) { return windowRows(kind) == 1 ? kSharedRows : kMostSlots; }
@@ -127,7 +133,7 @@ private:
   bool readTaps(const int32_t *yEntry, SampleTap (&taps)[kFilterTaps]) const;
   bool setLines(const int32_t *yEntry, FivePointLines &lines);
   bool setTaps(const int32_t *yEntry, int row, FivePointTaps &to) const;
-  [[nodiscard]] const uint8_t *ahead(int32_t line) const { return lineAt(smaller(line, larger(plane_.limitY - 2, 0))); }
+  void setAhead(int32_t line, FivePointTaps &to, int32_t first, int32_t end) const;
   [[nodiscard]] const uint8_t *lineAt(int32_t line) const {
     return plane_.samples != nullptr ? plane_.samples + line * plane_.stride : keptLine(line) - firstSample_;
   }
@@ -148,6 +154,7 @@ private:
   FivePointRow negativeStage_;           ///< where weights are negative
   FivePointLineRow lineStage_ = nullptr; ///< of samples as they lie; null where windows are laid out
   int32_t firstSample_ = 0;              ///< of kept lines
+  const uint8_t *ahead_[kLinesAhead]{};  ///< what is asked for while rows of kept lines are made
   MeanKind kind_;
   bool isLuma_;
   int32_t leading_ = 0; ///< groups of the chunk that may have negative weights

@@ -67,6 +67,24 @@ void PartedMeans::makeLines(const int32_t *yEntry) {
   });
 }
 
+/// The pieces of a line that the components' rows ask for lie behind one another; a byte for every sample of three
+/// components would be one piece too many of two-byte pixels.
+void PartedMeans::askAhead(const int32_t *yEntry) {
+  constexpr int32_t kLowest = 4; // line tap
+  const int32_t last = smaller(yEntry[kLowest * kTapWords] + 1, from_.lines - 1);
+  const uint8_t *ahead[kLinesAhead];
+  for (int32_t i = 0; i < kLinesAhead; ++i) {
+    ahead[i] = from_.bytes + smaller(last + 1 + i, from_.lines - 1) * from_.stride +
+               first_ * (std::ptrdiff_t{2} << from_.shift);
+  }
+  for (int c = 0; c < 3; ++c) {
+    means_[c].askFor(ahead);
+    for (const uint8_t *&bytes : ahead) {
+      bytes += c == 0 ? count_ << from_.shift : count_ * from_.shift;
+    }
+  }
+}
+
 void PartedMeans::rows(const int32_t *yEntry, uint8_t *const (&to)[3]) {
   makeLines(yEntry);
   for (int c = 0; c < 3; ++c) {
@@ -83,6 +101,7 @@ void PartedMeans::twoRows(const int32_t *yEntry, uint8_t *const (&to0)[3], uint8
   }
   makeLines(yEntry);
   makeLines(next);
+  askAhead(next);
   for (int c = 0; c < 3; ++c) {
     FivePointRows::two(means_[c], yEntry, to0[c], means_[c], next, to1[c]);
   }

@@ -47,6 +47,7 @@ private:
 
   void part(int32_t line, uint8_t *const (&to)[3]);
   void makeLines(const int32_t *yEntry);
+  void askAhead(const int32_t *yEntry);
 
   FivePointRows::Room room_;
   alignas(64) uint8_t samples_[3][kSamples];

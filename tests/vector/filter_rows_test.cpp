@@ -249,7 +249,7 @@ private:
     }
     taps_.bits = bits_;
     taps_.below = samples;
-    taps_.ahead[0] = taps_.ahead[1] = lines_.data();
+    std::fill_n(taps_.ahead, kLinesAhead, lines_.data());
     for (int row = 0; row < 2; ++row) {
       to_[row].place(static_cast<std::size_t>(count_ * kFilterGroup), against);
       for (std::size_t t = 0; t < kFilterTaps; ++t) {
@@ -337,7 +337,7 @@ TEST(FivePointLines, FifthsAreExact) {
       std::fill_n(line, kWindowBytes, static_cast<uint8_t>((sum + static_cast<int32_t>(t)) / 5));
       taps.top[0][t] = taps.top[1][t] = line;
     }
-    taps.ahead[0] = taps.ahead[1] = lines.data();
+    std::fill_n(taps.ahead, kLinesAhead, lines.data());
     for (const auto *stage : {&FIVE_POINT_LINE_ROW, &WHOLE_FIVE_POINT_LINE_ROW}) {
       std::vector<uint8_t> rows[2] = {std::vector<uint8_t>(kGroups * kFilterGroup),
                                       std::vector<uint8_t>(kGroups * kFilterGroup)};
