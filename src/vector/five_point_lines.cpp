@@ -19,6 +19,8 @@ HWY_PUSH_ATTRIBUTES("avx512f,avx512dq,avx512bw,avx512vl,avx512vbmi")
 namespace zqcc::N_AVX3_VBMI {
 namespace {
 
+// NOLINTBEGIN(portability-simd-intrinsics): the code is of one level.
+
 constexpr auto kTaps = static_cast<int32_t>(kFilterTaps);
 constexpr int kDown = _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC;
 constexpr std::ptrdiff_t kFourGroups = kWindowBytes; ///< outputs
@@ -253,6 +255,8 @@ void fivePointLineRow(const LineColumns &columns, const GroupRange &groups, cons
   return columns.bytes == 32 ? sumTaps<Samples, 32>(columns, groups, taps, to)
                              : sumTaps<Samples, kWindowBytes>(columns, groups, taps, to);
 }
+
+// NOLINTEND(portability-simd-intrinsics)
 
 } // namespace
 } // namespace zqcc::N_AVX3_VBMI
