@@ -54,7 +54,7 @@ inline constexpr int32_t kLinesAhead = 4;
 /// its first sample is, and the weight of the lower one out of 1024.
 struct FivePointTaps {
   const uint8_t *top[2][kFilterTaps];
-  std::ptrdiff_t below;    ///< from each line to the lower one
+  std::ptrdiff_t below;              ///< from each line to the lower one
   const uint8_t *ahead[kLinesAhead]; ///< where bytes will be read soon, for as many as lines have samples
   int32_t next[2][kFilterTaps];
   int32_t bits; ///< as in FivePointLines

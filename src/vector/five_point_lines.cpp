@@ -8,18 +8,18 @@
 
 #include <hwy/base.h>
 // What intrinsics leave undefined on purpose is reported where they are used.
-HWY_DIAGNOSTICS(push)
 #if HWY_COMPILER_GCC_ACTUAL
-HWY_DIAGNOSTICS_OFF(, ignored "-Wmaybe-uninitialized")
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #endif
 #include <immintrin.h>
-HWY_DIAGNOSTICS(pop)
+#if HWY_COMPILER_GCC_ACTUAL
+#pragma GCC diagnostic pop
+#endif
 
 HWY_PUSH_ATTRIBUTES("avx512f,avx512dq,avx512bw,avx512vl,avx512vbmi")
 namespace zqcc::N_AVX3_VBMI {
 namespace {
-
-// NOLINTBEGIN(portability-simd-intrinsics): the code is of one level.
 
 constexpr auto kTaps = static_cast<int32_t>(kFilterTaps);
 constexpr int kDown = _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC;
@@ -58,8 +58,8 @@ static_assert(kUpper << (kWeightBits + 3) == (31 << kMantissaBits | 1 << (kManti
 
 /// A number whose last place is a sample of `bits` bits.
 template <class Sign>
-HWY_INLINE __m512i numberOf(int32_t bits) {
-  return _mm512_set1_epi32((Sign::kExponent + Sign::kUnitBits + 8 - bits) << kMantissaBits);
+HWY_INLINE int32_t numberOf(int32_t bits) {
+  return (Sign::kExponent + Sign::kUnitBits + 8 - bits) << kMantissaBits;
 }
 
 /// A value is loaded once: as an operand in memory it would be loaded with every use.
@@ -123,7 +123,7 @@ private:
   HWY_INLINE __m512 tap(int r, int32_t t, std::ptrdiff_t first, std::ptrdiff_t below, __m512i order,
                         __m512i weight) const {
     const __m512 top = mixed(windowAt<bytes>(top_[r][t] + first), order, weight);
-    const __m512 apart = _mm512_sub_ps(mixed(windowAt<bytes>(top_[r][t] + below), order, weight), top);
+    const __m512 apart = mixed(windowAt<bytes>(top_[r][t] + below), order, weight) - top;
     return _mm512_fmadd_round_ps(apart, next_[r][t], top, kDown);
   }
 
@@ -143,7 +143,7 @@ public:
   HWY_INLINE static __m512i start(int32_t bits) {
     // The taps' powers of two lead the lower word to 0.
     const int32_t added = kTaps << (kMantissaBits - Positive::kUnitBits - 8 + bits);
-    return _mm512_add_epi32(numberOf<Positive>(bits), _mm512_set1_epi32((1 << 16) - added));
+    return _mm512_set1_epi32(numberOf<Positive>(bits) + (1 << 16) - added);
   }
 
   HWY_INLINE PositiveSum(__m512i start) : sum_(_mm512_castsi512_ps(start)) {}
@@ -158,11 +158,12 @@ private:
 class LowBits {
 public:
   HWY_INLINE explicit LowBits(int32_t bits)
-      : number_(_mm512_castsi512_ps(numberOf<Negative>(bits))), mask_(_mm512_set1_epi32((1 << bits) - 1)) {}
+      : number_(_mm512_castsi512_ps(_mm512_set1_epi32(numberOf<Negative>(bits)))),
+        mask_(_mm512_set1_epi32((1 << bits) - 1)) {}
 
   HWY_INLINE void add(__m512 tap) {
     const __m512i sample = _mm512_castps_si512(_mm512_add_round_ps(number_, tap, kDown));
-    sum_ = _mm512_add_epi32(sum_, _mm512_and_si512(sample, mask_));
+    sum_ = _mm512_adds_epu16(sum_, _mm512_and_si512(sample, mask_));
   }
 
   HWY_INLINE __m512i means() const { return _mm512_mulhi_epu16(sum_, _mm512_set1_epi32(kFifth)); }
@@ -177,19 +178,20 @@ private:
 class WholeNumbers {
 public:
   HWY_INLINE explicit WholeNumbers(int32_t bits)
-      : start_(_mm512_add_epi32(numberOf<Negative>(bits), _mm512_set1_epi32(kTaps * Negative::kBias >> (8 - bits)))),
-        sum_(_mm512_castsi512_ps(numberOf<Negative>(bits))) {}
+      : added_(_mm512_set1_epi32(kTaps * Negative::kBias >> (8 - bits))),
+        sum_(_mm512_castsi512_ps(_mm512_set1_epi32(numberOf<Negative>(bits)))) {}
 
   HWY_INLINE void add(__m512 tap) { sum_ = _mm512_add_round_ps(sum_, tap, kDown); }
 
   HWY_INLINE __m512i means() const {
-    const __m512i whole = _mm512_sub_epi32(_mm512_castps_si512(sum_), start_);
+    // The number's lower words are 0, and no sum leaves them.
+    const __m512i whole = _mm512_subs_epi16(_mm512_castps_si512(sum_), added_);
     // Negative ones are truncated upwards.
-    return _mm512_sub_epi16(_mm512_mulhi_epi16(whole, _mm512_set1_epi32(kFifth)), _mm512_srai_epi16(whole, 15));
+    return _mm512_subs_epi16(_mm512_mulhi_epi16(whole, _mm512_set1_epi32(kFifth)), _mm512_srai_epi16(whole, 15));
   }
 
 private:
-  __m512i start_;
+  __m512i added_;
   __m512 sum_;
 };
 
@@ -255,8 +257,6 @@ void fivePointLineRow(const LineColumns &columns, const GroupRange &groups, cons
   return columns.bytes == 32 ? sumTaps<Samples, 32>(columns, groups, taps, to)
                              : sumTaps<Samples, kWindowBytes>(columns, groups, taps, to);
 }
-
-// NOLINTEND(portability-simd-intrinsics)
 
 } // namespace
 } // namespace zqcc::N_AVX3_VBMI

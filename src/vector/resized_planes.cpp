@@ -131,6 +131,7 @@ void resizePlane(const Plane &plane, const int32_t *yTable, Lines lines) {
     for (int32_t j = 0; j < plane.height; j += Lines::kLines) {
       uint8_t *line = plane.to + first + j * plane.toStride;
       const bool isWhole = j + Lines::kLines <= plane.height;
+      // cppcheck-suppress uninitvar ; lines are made before they are read
       uint8_t *const to[2] = {fits ? line : samples.line[0], fits && isWhole ? line + plane.toStride : samples.line[1]};
       if constexpr (Lines::kLines == 2) {
         isWhole ? lines.make(yTable + j * Lines::kWords, to) : lines.make(yTable + j * Lines::kWords, to[0]);
