@@ -81,9 +81,12 @@ public:
     const Extent taps = extentOf({0, kFilterGroup, 0, kTaps});
     first = smaller(taps.low, line_.samples - bytes);
     std::memcpy(inLine.weight, group.weight, sizeof group.weight);
-    for (int32_t t = 0; t < kTaps; ++t) {
-      for (int32_t i = 0; i < kWindowBytes; ++i) {
-        inLine.mask[t][i] = static_cast<uint8_t>(group.mask[t][i] + window_[i / 4][t] - first);
+    for (int32_t at = 0; at < kWindowBytes; at += kWindow) { // a block has one window for all taps
+      const auto further = static_cast<uint8_t>(window_[at / 4][0] - first);
+      for (int32_t t = 0; t < kTaps; ++t) {
+        for (int32_t i = at; i < at + kWindow; ++i) {
+          inLine.mask[t][i] = static_cast<uint8_t>(group.mask[t][i] + further);
+        }
       }
     }
     return first >= 0 && taps.high + 2 <= first + bytes;
