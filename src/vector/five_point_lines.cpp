@@ -42,8 +42,8 @@ struct Positive {
 
 /// Weights of which one may be negative down to -1023, and the other one is 1024 and more then: 1.5 times 2^-96 and
 /// 8 (p0 (1024 - x) + p1 x), which lies between -2^21 and 2^22, of its last places. The half of the mantissa is 512
-/// samples, 1536 with the power of two itself, which is more than what is taken away: |x|, |y| < 1 lead no lower than
-/// -765 and no higher than 1276.
+/// samples, 1536 with the power of two itself, which is more than what is taken away: x and y above -1 lead no lower
+/// than -1020 and no higher than 1275.
 struct Negative {
   static constexpr int32_t kExponent = 31;
   static constexpr int kUnitBits = kWeightBits + 3;
