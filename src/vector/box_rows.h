@@ -37,6 +37,12 @@ public:
   /// A row of the lines of a table entry; whole groups are written.
   void row(const int32_t *yEntry, uint8_t *to);
 
+  static void two(BoxRows &rows0, const int32_t *yEntry0, uint8_t *to0, BoxRows &rows1, const int32_t *yEntry1,
+                  uint8_t *to1) {
+    rows0.row(yEntry0, to0);
+    rows1.row(yEntry1, to1);
+  }
+
 private:
   /// Sums of neighbouring columns where boxes allow it: half as many of them.
   struct Sums {

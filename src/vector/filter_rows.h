@@ -2,6 +2,7 @@
 //
 //     WINDOW_ROW       source line                     -> row of windows
 //     FIVE_POINT_ROW   rows of windows of source lines -> row of means of five bilinear samples
+//     FIVE_POINT_LINE_ROW  source lines                -> the same
 //     ADD_LINES        source lines                    -> row of sums, one for a column
 //     ADD_PAIRS        source lines                    -> row of sums, one for two columns
 //     BOX_ROW          row of sums                     -> row of means of a box
@@ -39,6 +40,32 @@ extern const PerLevel<FivePointRow> FIVE_POINT_ROW;
 extern const PerLevel<FivePointRow> POSITIVE_FIVE_POINT_ROW;
 /// The low bits of the truncated means of whole sums, which negative weights may lead below 0 or beyond the bits.
 extern const PerLevel<FivePointRow> WHOLE_FIVE_POINT_ROW;
+
+/// Groups of a row, of which those before `leading` may have negative weights.
+struct GroupRange {
+  int32_t leading;
+  int32_t end;
+};
+
+/// Lines that are asked for before they are read.
+inline constexpr int32_t kLinesAhead = 4;
+
+/// Two rows of the same columns, which may be one row twice: for each tap the upper one of its two lines, given where
+/// its first sample is, and the weight of the lower one out of 1024.
+struct FivePointTaps {
+  const uint8_t *top[2][kFilterTaps];
+  std::ptrdiff_t below;              ///< from each line to the lower one
+  const uint8_t *ahead[kLinesAhead]; ///< where bytes will be read soon, for as many as lines have samples
+  int32_t next[2][kFilterTaps];
+  int32_t bits; ///< as in FivePointLines
+};
+
+/// The same means of source lines as they lie, of two rows.
+using FivePointLineRow = void (*)(const LineColumns &columns, const GroupRange &groups, const FivePointTaps &taps,
+                                  uint8_t *const (&to)[2]);
+/// Where a level has none, windows are laid out.
+extern const PerLevel<FivePointLineRow> FIVE_POINT_LINE_ROW;
+extern const PerLevel<FivePointLineRow> WHOLE_FIVE_POINT_LINE_ROW;
 
 /// Samples in each direction of a box at most.
 inline constexpr int32_t kMostBoxSamples = 7;

@@ -93,7 +93,8 @@ TEST_P(ForcedLevel, TurnsAndSplitsPlanes) {
     const std::vector<Calls> calls = levels::servedBy(part.mode, part.sizes).calls;
     const auto called = std::find_if(calls.begin(), calls.end(), [&](const Calls &c) { return c.stage == part.stage; });
     ASSERT_NE(called, calls.end()) << part.stage << " for " << levels::nameOf(part.mode);
-    EXPECT_EQ(support::nameOf(called->level), support::nameOf(GetParam())) << levels::nameOf(part.mode);
+    const Level due = dueLevel(part.stage, support::upTo(GetParam()) & zqcc::detectedLevels());
+    EXPECT_EQ(support::nameOf(called->level), support::nameOf(due)) << levels::nameOf(part.mode);
   }
 }
 
@@ -146,7 +147,8 @@ TEST_P(ForcedLevel, LeavesOutWhatMayNotRun) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Vector, ForcedLevel,
-                         testing::Values(zqcc::LEVEL_SSE4, zqcc::LEVEL_AVX2, zqcc::LEVEL_AVX512, zqcc::LEVEL_NEON),
+                         testing::Values(zqcc::LEVEL_SSE4, zqcc::LEVEL_AVX2, zqcc::LEVEL_AVX512, zqcc::LEVEL_AVX512VBMI,
+                                         zqcc::LEVEL_NEON),
                          [](const testing::TestParamInfo<Level> &level) -> std::string {
                            return support::nameOf(level.param);
                          });

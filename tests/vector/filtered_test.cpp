@@ -136,7 +136,7 @@ protected:
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Levels, Filtered, testing::ValuesIn(kVectorLevels),
+INSTANTIATE_TEST_SUITE_P(Levels, Filtered, testing::ValuesIn(kFilterLevels),
                          [](const auto &level) { return support::nameOf(level.param); });
 
 TEST_P(Filtered, TakesEveryLayoutAtEveryRatio) {
