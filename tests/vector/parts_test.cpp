@@ -103,7 +103,7 @@ void partMacropixelsAt(Level level, uint32_t variant) {
     Planes planes(lines, pitch, pitch / 2);
     const std::size_t first = layout.u < layout.v ? 1 : 2;
     ASSERT_TRUE(
-        zqcc::parted(zqcc::setOf(level),
+        zqcc::parted(support::upTo(level),
                      MacropixelLines{picture.data(), stride, layout.isSwapped(), layout.firstChroma() == 0, planes[0],
                                      pitch, planes[first], planes[3 - first], pitch / 2, pixels, lines}));
     ASSERT_TRUE(planes == expected) << lines << " lines of " << pixels << " pixels of variant " << variant << " at "
@@ -136,7 +136,7 @@ void partPairsAt(Level level, int count, int at) {
       expected[2][3 * at + line * pitch + i] = pair[1];
     }
   }
-  ASSERT_TRUE(zqcc::parted(zqcc::setOf(level),
+  ASSERT_TRUE(zqcc::parted(support::upTo(level),
                            PairLines{pairs.data(), stride, planes[1] + at, planes[2] + 3 * at, pitch, count, kLines}));
   ASSERT_TRUE(planes == expected) << count << " pairs at " << at << " at " << support::nameOf(level);
 }
