@@ -45,7 +45,7 @@ Bands::Bands(int threads) {
 }
 
 void Bands::start(int helpers) {
-  const SignalsHeld held;
+  [[maybe_unused]] const SignalsHeld held;
   for (int i = 0; i < helpers; ++i) {
     helpers_.emplace_back([this] { help(); });
   }
