@@ -9,7 +9,6 @@
 #include "rows/colour_components-inl.h"
 #include "rows/colour_weighed-inl.h"
 
-HWY_BEFORE_NAMESPACE();
 namespace zqp::HWY_NAMESPACE {
 
 extern const RgbOfBytes kRgbOfBytes[kYuvLayouts][kRgbLayouts];
@@ -22,4 +21,3 @@ const ColourStages kColourStages = {
 };
 
 } // namespace zqp::HWY_NAMESPACE
-HWY_AFTER_NAMESPACE();

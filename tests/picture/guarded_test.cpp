@@ -62,7 +62,7 @@ TEST_F(Guarded, EveryWidthUprightInOneMatrix) {
 
 /// Other sizes, and parts that begin and end anywhere in the input.
 TEST_F(Guarded, ResizedAndCropped) {
-  for (int round = 0; round < 24 && !HasFatalFailure(); ++round) {
+  for (int round = 0; round < 12 && !HasFatalFailure(); ++round) {
     forAllPairs([](Random &random, int32_t in, int32_t out) { return picture::anyResized(random, in, out, kMost); });
   }
 }
