@@ -33,7 +33,7 @@ endforeach()
 
 add_library(zqPicture $<TARGET_OBJECTS:zqp_objects> $<TARGET_OBJECTS:zqp_portable>)
 add_library(zqColorConversion::zqPicture ALIAS zqPicture)
-zqcc_export(zqPicture zqPicture)
+zqcc_export(zqPicture zqPicture ${ZQP_VERSION} ${ZQP_ABI_VERSION})
 
 add_library(zqp_static STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:zqp_objects> $<TARGET_OBJECTS:zqp_portable>)
 target_include_directories(zqp_static INTERFACE ${PROJECT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR})

@@ -9,6 +9,7 @@
 #include "rows/colour_components-inl.h"
 #include "rows/colour_weighed-inl.h"
 
+HWY_BEFORE_NAMESPACE();
 namespace zqp::HWY_NAMESPACE {
 namespace {
 
@@ -61,3 +62,4 @@ const ColourStages kColourStages = {
 };
 
 } // namespace zqp::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
