@@ -1,9 +1,9 @@
-# zqcc_export(TARGET NAME): a library of C++ objects that users get as one of C. NAME.def has its exports for Windows,
-# NAME.map.in, with the version as the name of their node, for ELF.
-function(zqcc_export target name)
+# zqcc_export(TARGET NAME VERSION ABI_VERSION): a library of C++ objects that users get as one of C. NAME.def has its
+# exports for Windows, NAME.map.in, with the version as the name of their node, for ELF.
+function(zqcc_export target name version abi_version)
   # Linked as C, statically as well: nothing of the C++ runtime is needed.
   set_target_properties(${target} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${ZQCC_ABI_VERSION} LINKER_LANGUAGE C)
+    VERSION ${version} SOVERSION ${abi_version} LINKER_LANGUAGE C)
   target_include_directories(${target} INTERFACE
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   get_target_property(type ${target} TYPE)

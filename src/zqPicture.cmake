@@ -5,7 +5,7 @@ set(ZQP_ROW_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/rows/stages.cpp ${CMAKE_CURRENT_
   ${CMAKE_CURRENT_SOURCE_DIR}/rows/tap_layout.cpp)
 list(REMOVE_ITEM ZQP_STAGE_SOURCES ${ZQP_ROW_SOURCES})
 file(GLOB ZQP_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/picture/*.cpp)
-list(APPEND ZQP_SOURCES ${ZQP_ROW_SOURCES})
+list(APPEND ZQP_SOURCES ${ZQP_ROW_SOURCES} ${CMAKE_CURRENT_SOURCE_DIR}/vector/abort.cpp)
 if(ZQCC_VECTOR_BUILT)
   list(APPEND ZQP_SOURCES ${ZQP_STAGE_SOURCES} ${CMAKE_CURRENT_SOURCE_DIR}/vector/detect.cpp)
 endif()
@@ -33,7 +33,7 @@ endforeach()
 
 add_library(zqPicture $<TARGET_OBJECTS:zqp_objects> $<TARGET_OBJECTS:zqp_portable>)
 add_library(zqColorConversion::zqPicture ALIAS zqPicture)
-zqcc_export(zqPicture zqPicture)
+zqcc_export(zqPicture zqPicture ${ZQP_VERSION} ${ZQP_ABI_VERSION})
 
 add_library(zqp_static STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:zqp_objects> $<TARGET_OBJECTS:zqp_portable>)
 target_include_directories(zqp_static INTERFACE ${PROJECT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR})

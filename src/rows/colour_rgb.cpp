@@ -8,7 +8,6 @@
 #include "rows/colour.h"
 #include "rows/colour_line-inl.h"
 
-HWY_BEFORE_NAMESPACE();
 namespace zqp::HWY_NAMESPACE {
 
 #define ZQP_LAYOUTS(...)                                                                                               \
@@ -37,4 +36,3 @@ const RgbOfWords kRgbOfWords[kRgbLayouts] = ZQP_LAYOUTS(WordSource);
 #undef ZQP_LAYOUTS
 
 } // namespace zqp::HWY_NAMESPACE
-HWY_AFTER_NAMESPACE();

@@ -1,16 +1,11 @@
-// What the corpus consists of: named combinations and the hash of all that each of them wrote and returned.
+// What the corpus of zqColorConversion consists of.
 #pragma once
 
-#include <cstdint>
-#include <string>
+#include "hash_file.h"
+
 #include <vector>
 
 namespace corpus {
-
-struct Entry {
-  std::string name;
-  uint64_t hash;
-};
 
 /// Every accepted description of the handle interface, as "in out resize rotation quality", each over several sizes,
 /// strides, addresses and matrices; one entry an input type holds the codes of all descriptions that are refused.

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <fstream>
 #include <map>
-#include <utility>
 
 namespace corpus {
 namespace {
@@ -44,14 +43,6 @@ private:
 
 } // namespace
 
-std::vector<Entry> allEntries() {
-  std::vector<Entry> entries = handleEntries();
-  for (Entry &entry : oneShotEntries()) {
-    entries.push_back(std::move(entry));
-  }
-  return entries;
-}
-
 std::string lineOf(const Entry &entry) {
   char hash[24];
   std::snprintf(hash, sizeof hash, "%016" PRIx64 " ", entry.hash);
@@ -86,7 +77,7 @@ int check(const std::vector<Entry> &entries, const char *fileName) {
 
 int write(const std::vector<Entry> &entries, const char *fileName) {
   std::ofstream file(fileName, std::ios::binary);
-  file << "# FNV-1a of output bytes and codes; in out resize rotation quality, or a function and its arguments\n";
+  file << "# FNV-1a of output bytes and codes; " << kNamesAre << '\n';
   for (const Entry &entry : entries) {
     file << lineOf(entry) << '\n';
   }

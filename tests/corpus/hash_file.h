@@ -1,12 +1,24 @@
-// The corpus and the file that its hashes are kept in.
+// A corpus and the file that its hashes are kept in. Each library has a corpus of its own, as an entries.cpp that is
+// linked with the rest: what is checked and how is the same.
 #pragma once
 
-#include "corpus.h"
+#include <cstdint>
+#include <string>
+#include <vector>
 
 namespace corpus {
 
+/// A named combination and the hash of all that it wrote and returned.
+struct Entry {
+  std::string name;
+  uint64_t hash;
+};
+
 /// The whole corpus.
 std::vector<Entry> allEntries();
+
+/// What the names in it consist of.
+extern const char *const kNamesAre;
 
 /// "hash name".
 std::string lineOf(const Entry &entry);

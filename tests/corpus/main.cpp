@@ -1,4 +1,4 @@
-// Hashes of everything that the library writes for a fixed corpus of small conversions. They must be the same on every
+// Hashes of everything that a library writes for a fixed corpus of small conversions. They must be the same on every
 // platform, with every compiler and at every optimisation level; a changed hash is a change of behaviour.
 //
 //   zqcc_corpus              prints "hash name" for every combination

@@ -6,7 +6,6 @@ namespace corpus {
 namespace {
 
 constexpr std::size_t kGuard = 64;
-constexpr std::size_t kAlignment = 64;
 // The one-shot functions place the chroma planes of odd pictures a few bytes further back than planes without gaps lie.
 constexpr std::size_t kTail = 256;
 
@@ -44,37 +43,7 @@ Plane planeOf(int type, int height, int stride, int index) {
   }
 }
 
-/// Noise; every eighth byte, and long runs with an odd seed, sit at an end of the range, where saturation shows.
-void generate(uint8_t *bytes, std::size_t count, uint32_t seed) {
-  static constexpr uint8_t kEnds[8] = {0, 255, 16, 235, 240, 128, 1, 254};
-  uint32_t state = seed * 2654435761u + 1;
-  for (std::size_t i = 0; i < count; ++i) {
-    state = state * 1664525u + 1013904223u;
-    const uint32_t draw = state >> 8;
-    const bool atEnd = (draw & 7) == 0 || ((seed & 1) != 0 && (i >> 5 & 1) != 0);
-    bytes[i] = atEnd ? kEnds[draw >> 3 & 7] : static_cast<uint8_t>(draw >> 16);
-  }
-}
-
-uint8_t *alignedStart(std::vector<uint8_t> &store, unsigned misalign) {
-  const auto address = reinterpret_cast<std::uintptr_t>(store.data());
-  return store.data() + (kAlignment - address % kAlignment) % kAlignment + misalign;
-}
-
 } // namespace
-
-void Hash::add(const uint8_t *bytes, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) {
-    value_ = (value_ ^ bytes[i]) * UINT64_C(0x100000001B3);
-  }
-}
-
-void Hash::add(uint32_t word) {
-  for (int shift = 0; shift < 32; shift += 8) {
-    const auto byte = static_cast<uint8_t>(word >> shift);
-    add(&byte, 1);
-  }
-}
 
 int lineBytes(int type, int width) {
   switch (type) {

@@ -2,6 +2,7 @@
 // must build for every platform, and against the shared library as its users get it.
 #pragma once
 
+#include "noise.h"
 #include "zqColorConversion.h"
 
 #include <cstddef>
@@ -9,17 +10,6 @@
 #include <vector>
 
 namespace corpus {
-
-/// FNV-1a with 64 bits.
-class Hash {
-public:
-  void add(const uint8_t *bytes, std::size_t count);
-  void add(uint32_t word);
-  [[nodiscard]] uint64_t value() const { return value_; }
-
-private:
-  uint64_t value_ = UINT64_C(0xCBF29CE484222325);
-};
 
 /// Bytes of one line of the first plane.
 int lineBytes(int type, int width);

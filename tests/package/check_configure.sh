@@ -92,10 +92,24 @@ case $(uname -m) in
     done
     library without -DCMAKE_IGNORE_PATH='/usr/include;/usr/local/include'
     library old -DZQCC_HIGHWAY_HEADERS="$work/old"
+    # zqPicture needs the headers, whatever becomes of the other library's vector code.
+    pictures() { grep -c 'src/picture/' "$work/$1/compile_commands.json" || true; } # NAME
+    for name in off with_AUTO; do
+      [ "$(pictures $name)" -gt 0 ] || fail "zqPicture is missing: $name"
+    done
+    library no_picture -DZQCC_PICTURE=OFF -DZQCC_HIGHWAY_HEADERS="$work/new"
+    for name in no_picture without old; do
+      equal "the compilations of zqPicture, $name" "$(pictures $name)" 0
+      [ ! -e "$work/$name/zqPicture.pc" ] || fail "zqPicture is installed: $name"
+    done
+    if grep -i zqPicture "$work/no_picture.txt"; then fail "words about zqPicture although it is OFF"; fi
     for name in without:'were not found (Debian: libhwy-dev)' old:"in $work/old are older than 1.0.3"; do
       words=${name#*:} name=${name%%:*}
       equal "the compilations with and without vector code, $name" "$(vector "$name")" "0 and $(all_lines "$name")"
       grep -qF "Vector code is left out: Highway's headers $words" "$work/$name.txt" || fail "no word about it: $name"
+      grep -qF "zqPicture is left out: Highway's headers $words" "$work/$name.txt" || fail "no word about zqPicture: $name"
+      configure "$name" -DZQCC_VECTOR=OFF -DZQCC_PICTURE=ON && fail "no headers, no error about zqPicture: $name"
+      configure "$name" -DZQCC_VECTOR=AUTO -DZQCC_PICTURE=AUTO || fail "cannot be configured again: $name"
       configure "$name" -DZQCC_VECTOR=ON && fail "no headers, no error: $name"
       tr -s ' \n' ' ' <"$work/$name.txt" | grep -qF "Vector code is wanted (ZQCC_VECTOR), but Highway's headers $words" ||
         fail "an error, but not about the headers: $(cat "$work/$name.txt")"

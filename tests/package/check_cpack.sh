@@ -22,6 +22,10 @@ content=(include/zqColorConversion.h 'lib/([^/]*/)?pkgconfig/zqColorConversion\.
 if [ -e "$build/src/libzqColorConversion.so" ]; then
   content+=('lib/([^/]*/)?libzqColorConversion\.so' "lib/([^/]*/)?libzqColorConversion\.so\.$version")
 fi
+if [ -e "$build/src/libzqPicture.so" ]; then
+  content+=('lib/([^/]*/)?libzqPicture\.so' 'lib/([^/]*/)?libzqPicture\.so\.[0-9.]+' include/zqPicture.h
+    include/zqPicture.hpp 'lib/([^/]*/)?pkgconfig/zqPicture\.pc')
+fi
 [ ! -e "$build/tools/zqconvert/zqconvert" ] || content+=(bin/zqconvert)
 
 archive=$(make_package TGZ tar.gz)

@@ -6,10 +6,16 @@ library=$1 static=$2 map=$3 limit=${4:-}
 failed=0
 fail() { echo "FAILED: $*"; failed=1; }
 
-expected=$(grep -oE '^ +zq[A-Za-z0-9]+;' "$map" | tr -d ' ;' | LC_ALL=C sort)
-[ "$(wc -l <<<"$expected")" -eq 13 ] || fail "the export list does not hold thirteen names"
-# Each name carries the version node, which is an absolute symbol itself.
+# By the version node: how many names there are, and whose they are.
 node=$(sed -n '1s/ {$//p' "$map")
+case $node in
+  ZQCC_*) name=zqColorConversion count=13 ;;
+  ZQP_*) name=zqPicture count=9 ;;
+  *) name='' count=0; fail "the version node is called $node" ;;
+esac
+expected=$(grep -oE '^ +zq[A-Za-z0-9]+;' "$map" | tr -d ' ;' | LC_ALL=C sort)
+[ "$(wc -l <<<"$expected")" -eq $count ] || fail "the export list does not hold $count names"
+# Each name carries the version node, which is an absolute symbol itself.
 exported=$(nm -D --with-symbol-versions --defined-only "$library" | awk '$2 != "A" { print $3 }' | LC_ALL=C sort)
 versioned=$(sed "s/\$/@@$node/" <<<"$expected")
 [ "$exported" = "$versioned" ] || fail "exports differ from the list: $(diff <(echo "$versioned") <(echo "$exported"))"
@@ -19,10 +25,10 @@ needed=$(readelf -d "$library" | sed -n 's/.*NEEDED.*\[\(.*\)\]/\1/p')
 
 # Weak names belong to the linker's own start-up code.
 undefined=$(nm -D --undefined-only "$library" | awk '$1 == "U" {sub(/@.*/, "", $2); print $2}')
-for name in $undefined; do
-  case $name in
-    malloc|free|memcpy|memmove|memset|__stack_chk_fail|__memcpy_chk) ;;
-    *) fail "calls $name" ;;
+for call in $undefined; do
+  case $call in
+    malloc|free|memcmp|memcpy|memmove|memset|__stack_chk_fail|__memcpy_chk) ;;
+    *) fail "calls $call" ;;
   esac
 done
 [ -n "$undefined" ] || fail "no undefined names at all: was the library read?"
@@ -46,7 +52,7 @@ if [ -n "$limit" ]; then
 fi
 # The node and the object's name change together.
 soname=$(readelf -d "$library" | sed -n 's/.*SONAME.*\[\(.*\)\]/\1/p')
-[ "$soname" = "libzqColorConversion.so.${node#ZQCC_}" ] || fail "soname $soname, but version node $node"
+[ "$soname" = "lib$name.so.${node#*_}" ] || fail "soname $soname, but version node $node"
 
-[ $failed -eq 0 ] && echo "13 exports, needs libc only, calls: $(echo $undefined)"
+[ $failed -eq 0 ] && echo "$count exports, needs libc only, calls: $(echo $undefined)"
 exit $failed

@@ -43,6 +43,12 @@ try() { # VERSION SOVERSION OLDER_THAT_FITS OLDER_THAT_DOES_NOT
   equal "find_package($4)" "$(compatible "$version" "$4")" "$version FALSE"
 }
 try 0.7.3 0.7 0.7 0.6
+# zqPicture has the version of its own header.
+if [ -e "$work/0.7.3/zqPicture.pc" ]; then
+  own=$(sed -n 's/^#define ZQP_VERSION_[A-Z]* //p' "$source/include/zqPicture.h" | paste -s -d .)
+  equal "zqPicture's version" "$(PKG_CONFIG_LIBDIR=$work/0.7.3 pkg-config --modversion zqPicture)" "$own"
+  grep -q "libzqPicture\.so\.$own" "$work/0.7.3/cmake_install.cmake" || fail "zqPicture is not installed as $own"
+fi
 try 2.3.4 2 2.1 1.3
 
 verdict "one version everywhere; names and compatibility agree"

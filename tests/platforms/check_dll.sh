@@ -8,7 +8,11 @@ failed=0
 fail() { echo "FAILED: $*"; failed=1; }
 
 expected=$(tr -d '\r' <"$definition" | awk 'found { print $1 } $1 == "EXPORTS" { found = 1 }' | LC_ALL=C sort)
-[ "$(wc -l <<<"$expected")" -eq 13 ] || fail "the definition file does not hold thirteen names"
+case $definition in
+  */zqPicture.def) count=9 ;;
+  *) count=13 ;;
+esac
+[ "$(wc -l <<<"$expected")" -eq $count ] || fail "the definition file does not hold $count names"
 exported=$("$objdump" -p "$dll" | awk '
   /^\[Ordinal\/Name Pointer\] Table/ { found = 1; next }
   found && /^\t\[/ { print $NF; next }
@@ -23,5 +27,5 @@ for name in $libraries; do
     *) fail "needs $name" ;;
   esac
 done
-[ $failed -eq 0 ] && echo "13 undecorated exports, needs $libraries"
+[ $failed -eq 0 ] && echo "$count undecorated exports, needs $libraries"
 exit $failed

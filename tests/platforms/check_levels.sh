@@ -2,12 +2,12 @@
 # Reads the x86-64 library's own objects: the code of a level has no instruction but those that its detection proves,
 # and what is shared by all levels none but those that every such processor has. On Windows the code of levels moves no
 # wide register to or from memory that would have to be aligned, since the stack is not.
-# usage: check_levels.sh OBJDUMP STATIC_LIBRARY [windows]
+# usage: check_levels.sh OBJDUMP STATIC_LIBRARY [windows|'' [LEVELS]] (that it has; all of them, if not given)
 set -euo pipefail
-objdump=$1 library=$2 system=${3:-}
+objdump=$1 library=$2 system=${3:-} levels=${4:-portable sse4 avx2 avx512 avx512vbmi}
 
 # The functions of a level have Highway's name for it in theirs; a shared inline function has not, whoever calls it.
-"$objdump" -dC --no-show-raw-insn "$library" | awk -v target="$system" '
+"$objdump" -dC --no-show-raw-insn "$library" | awk -v target="$system" -v levels="$levels" '
   BEGIN {
     after_sse2 = "^(pshufb|palignr|pabs[bwd]|ph(add|sub)s?[wd]|psign[bwd]|pmulhrsw|pmaddubsw|pblend(w|vb)|blendv?p[sd]" \
       "|ptest|pmov[sz]x|pm(in|ax)(sb|sd|uw|ud)|pmul(ld|dq)|pcmp(eq|gt)q|packusdw|pinsr[bdq]|pextr[bdq]|insertps" \
@@ -46,11 +46,14 @@ objdump=$1 library=$2 system=${3:-}
     if (wrong != "" && ++findings <= 1000) printf "FAILED: %s in %s code: %s (%s)\n", wrong, level, text, name
   }
   END {
-    printf "instructions: portable %d, sse4 %d, avx2 %d, avx512 %d, avx512vbmi %d\n", instructions["portable"],
-      instructions["sse4"], instructions["avx2"], instructions["avx512"], instructions["avx512vbmi"]
-    if (!instructions["portable"] || !instructions["sse4"] || !instructions["avx2"] || !instructions["avx512"] ||
-        !instructions["avx512vbmi"]) {
-      print "FAILED: a level has no code"
+    count = split(levels, names, " ")
+    for (i = 1; i <= count; ++i) {
+      printf "%s %s %d", i == 1 ? "instructions:" : ",", names[i], instructions[names[i]]
+      if (!instructions[names[i]]) lacking = lacking " " names[i]
+    }
+    print ""
+    if (lacking != "") {
+      print "FAILED: a level has no code:" lacking
       exit 1
     }
     exit (findings > 0)

@@ -1,0 +1,13 @@
+# zqcc_header_version(VARIABLE HEADER PREFIX): the version that a public header gives as three numbers.
+function(zqcc_header_version variable name prefix)
+  set(header ${CMAKE_CURRENT_SOURCE_DIR}/include/${name})
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
+  file(STRINGS ${header} version REGEX "^#define ${prefix}_VERSION_(MAJOR|MINOR|PATCH) +[0-9]+$")
+  list(TRANSFORM version REPLACE "^.* " "")
+  list(LENGTH version numbers)
+  if(NOT numbers EQUAL 3)
+    message(FATAL_ERROR "${header} does not give the version as three numbers")
+  endif()
+  list(JOIN version "." version)
+  set(${variable} ${version} PARENT_SCOPE)
+endfunction()
