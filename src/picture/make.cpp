@@ -224,6 +224,48 @@ bool liesStraight(const ZqpConverter &converter, YuvLayout &samples) {
   return true;
 }
 
+/// Whether output k is the mean of samples 2 k and 2 k + 1, or of the last sample alone.
+bool halves(const Axis &axis) {
+  if (axis.sampling() != Sampling::Area) {
+    return false;
+  }
+  for (int32_t k = 0; k < axis.outputs(); ++k) {
+    int32_t weights[2];
+    const int32_t left = axis.samples() - 2 * k;
+    const Taps taps = axis.taps(k, nullptr);
+    if (taps.first != 2 * k || taps.count != (left < 2 ? left : 2)) {
+      return false;
+    }
+    axis.taps(k, weights);
+    if (taps.count == 2 && weights[0] != weights[1]) {
+      return false;
+    }
+  }
+  return true;
+}
+
+/// Whether luma and chroma can be made of the input's pixels as they lie, those of chroma of 2 x 2 or of 2 x 1 of them.
+bool liesInFourBytes(const ZqpConverter &converter) {
+  const bool isLuma = converter.lumaRecipe == LumaRecipe::OfRgbBytes && converter.luma.keepsColumns;
+  if (converter.description.in->family != Family::Rgb32 || !isLuma || converter.luma.padding != 0) {
+    return false;
+  }
+  const GridPlan &chroma = converter.chroma;
+  return converter.chromaRecipe == ChromaRecipe::None ||
+         (converter.chromaRecipe == ChromaRecipe::OfRgbWords && halves(chroma.columns) &&
+          (chroma.lines.sampling() == Sampling::Same || halves(chroma.lines)));
+}
+
+/// Nothing is taken apart then, nor kept.
+void makeOfFourBytes(ZqpConverter &converter) {
+  converter.lumaRecipe = LumaRecipe::OfRgbStraight;
+  if (converter.chromaRecipe != ChromaRecipe::None) {
+    converter.chromaRecipe = ChromaRecipe::OfRgbStraight;
+  }
+  converter.luma.isUsed = false;
+  converter.chroma.isUsed = false;
+}
+
 void planGrids(ZqpConverter &converter, Arena &arena) {
   for (GridPlan *grid : {&converter.luma, &converter.pixelChroma, &converter.chroma}) {
     if (grid->isUsed) {
@@ -270,6 +312,8 @@ int32_t zqpConverterMake(const ZqpConversion *conversion, ZqpConverter **convert
   planGrids(made, tables);
   if (liesStraight(made, made.colouring.samples)) {
     made.lumaRecipe = LumaRecipe::RgbOfYuvStraight;
+  } else if (liesInFourBytes(made)) {
+    makeOfFourBytes(made);
   }
   chooseChunks(made);
   *converter = new (memory) ZqpConverter(made);
