@@ -59,7 +59,7 @@ Runner conversion(const Task &task) {
 } // namespace
 
 std::vector<Program> ownPrograms() {
-  constexpr const char *kNames[zqcc::LEVEL_COUNT] = {"portable", "sse4", "avx2", "avx512", "neon"};
+  constexpr const char *kNames[zqcc::LEVEL_COUNT] = {"portable", "sse4", "avx2", "avx512", "avx512vbmi", "neon"};
   std::vector<Program> programs;
   for (uint32_t level = zqcc::LEVEL_PORTABLE; level < zqcc::LEVEL_COUNT; ++level) {
     const zqcc::LevelSet upTo = 2 * zqcc::setOf(static_cast<zqcc::Level>(level)) - 1;

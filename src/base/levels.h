@@ -6,7 +6,15 @@
 namespace zqcc {
 
 /// From the plainest to the widest of a processor family; portable code serves where nothing else does.
-enum Level : uint32_t { LEVEL_PORTABLE, LEVEL_SSE4, LEVEL_AVX2, LEVEL_AVX512, LEVEL_NEON, LEVEL_COUNT };
+enum Level : uint32_t {
+  LEVEL_PORTABLE,
+  LEVEL_SSE4,
+  LEVEL_AVX2,
+  LEVEL_AVX512,
+  LEVEL_AVX512VBMI,
+  LEVEL_NEON,
+  LEVEL_COUNT
+};
 
 /// A set of levels, one bit each.
 using LevelSet = uint32_t;

@@ -42,7 +42,9 @@ void drive(const ZqpConverter &converter, const Views &views, const Band &band) 
 }
 
 void convert(const ZqpConverter &converter, const Views &views, const Band &band) {
-  if (converter.description.turn.isTransposed) {
+  if (converter.turnsYuv) {
+    drive<TurnedYuvDriver>(converter, views, band);
+  } else if (converter.description.turn.isTransposed) {
     drive<TurnedDriver>(converter, views, band);
   } else {
     drive<UprightDriver>(converter, views, band);

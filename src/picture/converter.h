@@ -7,7 +7,7 @@
 
 namespace zqp {
 
-/// Scratch of a call, on the stack.
+/// Scratch of a call, on the stack. Chunks are as wide as it allows.
 inline constexpr std::size_t kScratchBytes = std::size_t{96} * 1024;
 /// Vectors may read beyond samples that are needed, but not beyond this.
 inline constexpr std::size_t kScratchMargin = 128;
@@ -74,6 +74,7 @@ struct ZqpConverter {
   zqp::ChromaRecipe chromaRecipe = {};
   bool makesPixels = false; ///< colours are put straight into the output
   bool makesPlanes = false; ///< rows that are made lie in the output at once
+  bool turnsYuv = false;    ///< samples are turned, not pixels
   bool keepsAlpha = false;
   zqp::Colouring colouring = {};
   zqp::Pass passes[2] = {};

@@ -1,5 +1,5 @@
-// The two ways through a picture: line by line, or, where lines become columns, by blocks. Both go down chunks of
-// columns, so that what is made of a line is still at hand for the next one.
+// The ways through a picture: line by line, or, where lines become columns, by blocks. They go down chunks of columns,
+// so that what is made of a line is still at hand for the next one.
 #pragma once
 
 #include "picture/placing.h"
@@ -58,6 +58,33 @@ private:
   std::ptrdiff_t rowBytes_ = 0;
   uint8_t *made_[4] = {};   ///< rows of a block
   uint8_t *turned_[4] = {}; ///< its columns, some at a time
+};
+
+/// Lines become columns, and YUV becomes RGB of the same size: samples are fewer than pixels' bytes, so they are turned
+/// first, and colours are made in the output.
+class TurnedYuvDriver {
+public:
+  TurnedYuvDriver(const ZqpConverter &converter, const Planes &in, const Planes &out, const Stages &stages);
+  void layOut(Arena &arena, int32_t columns);
+  void convert(const Band &band);
+
+  /// A block, of the output.
+  static constexpr int32_t kColumns = 256;
+  static constexpr int32_t kLines = 64;
+
+private:
+  [[nodiscard]] bool isHalved() const;
+  void block(const Band &lines, const Band &columns);
+  void turnChroma(const Band &lines, int32_t step, const Band &columns);
+
+  const ZqpConverter &converter_;
+  const Planes &in_;
+  const Stages &stages_;
+  Placer placer_;
+  RgbOfBytes make_;
+  uint8_t *luma_ = nullptr;
+  uint8_t *chroma_[2] = {};
+  uint8_t *apart_[2] = {}; ///< of chroma in pairs, before it is turned
 };
 
 } // namespace zqp

@@ -50,9 +50,9 @@ private:
   Fetched lines_[kLines] = {};
 };
 
-/// A row as if all samples before the first one that is there lay before it.
+/// A row as if all samples before the first one that is there lay before it. Nothing is read there.
 inline const uint8_t *fromStart(const uint8_t *row, int32_t first) {
-  return reinterpret_cast<const uint8_t *>(reinterpret_cast<uintptr_t>(row) - static_cast<uintptr_t>(first));
+  return row - first;
 }
 
 } // namespace zqp

@@ -19,7 +19,7 @@ public:
   /// Words of a component, the first of them of the span's first sample.
   void component(int32_t c, int16_t *to) const;
   /// The same, into a row that stays until the next component.
-  const int16_t *component(int32_t c) const;
+  [[nodiscard]] const int16_t *component(int32_t c) const;
 
 private:
   const GridPlan &plan_;

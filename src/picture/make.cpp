@@ -266,6 +266,17 @@ void makeOfFourBytes(ZqpConverter &converter) {
   converter.chroma.isUsed = false;
 }
 
+/// Whether planes can be turned before they become pixels: chroma is shared by as many columns then as lines before.
+bool turnsYuv(const ZqpConverter &converter) {
+  const Description &description = converter.description;
+  const Shifts shifts = description.in->chroma;
+  const bool startsInside = (description.crop.y & ((1 << shifts.y) - 1)) != 0 ||
+                            (description.turn.mirrorsColumns && (description.height & ((1 << shifts.y) - 1)) != 0);
+  return converter.lumaRecipe == LumaRecipe::RgbOfYuvStraight && description.turn.isTransposed &&
+         description.in->family != Family::Packed422 && shifts.y <= 1 && !startsInside &&
+         converter.luma.lines.sampling() == Sampling::Same && description.crop.height == description.height;
+}
+
 void planGrids(ZqpConverter &converter, Arena &arena) {
   for (GridPlan *grid : {&converter.luma, &converter.pixelChroma, &converter.chroma}) {
     if (grid->isUsed) {
@@ -315,6 +326,7 @@ int32_t zqpConverterMake(const ZqpConversion *conversion, ZqpConverter **convert
   } else if (liesInFourBytes(made)) {
     makeOfFourBytes(made);
   }
+  made.turnsYuv = turnsYuv(made);
   chooseChunks(made);
   *converter = new (memory) ZqpConverter(made);
   return ZQP_OK;

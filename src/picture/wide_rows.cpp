@@ -92,8 +92,8 @@ void pickWide(const GridPlan &plan, InputRows &input, const Part &part, int32_t 
 
 void lerpWide(const GridPlan &plan, InputRows &input, const Part &part, int32_t j, int16_t *const to[4]) {
   const Lerp lines = plan.lines.lerp(j);
-  Ends upper;
-  Ends lower;
+  Ends upper{};
+  Ends lower{};
   gatherEnds(plan, input, part, lines.at, upper);
   if (lines.next != 0) {
     gatherEnds(plan, input, part, lines.at + 1, lower);

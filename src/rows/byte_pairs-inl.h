@@ -20,13 +20,13 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 /// Where vectors are emulated, plain loops take fewer steps, and processors without unaligned loads the fewest.
 #if HWY_TARGET == HWY_EMU128
-constexpr bool kIsEmulated = true;
+inline constexpr bool kIsEmulated = true;
 #else
-constexpr bool kIsEmulated = false;
+inline constexpr bool kIsEmulated = false;
 #endif
 
-constexpr hn::ScalableTag<uint8_t> kBytes;
-constexpr hn::ScalableTag<int16_t> kWords;
+inline constexpr hn::ScalableTag<uint8_t> kBytes;
+inline constexpr hn::ScalableTag<int16_t> kWords;
 using ByteVec = hn::Vec<decltype(kBytes)>;
 using WordVec = hn::Vec<decltype(kWords)>;
 

@@ -53,7 +53,7 @@ struct Dwords {
 
 /// Four bytes of pixels in a row, of a vector in that deal: where they stand in one whose blocks have sixteen.
 constexpr uint32_t dwordOf(Deal deal, int32_t block, int32_t dword) {
-  const int32_t pieces = static_cast<int32_t>(deal);
+  const auto pieces = static_cast<int32_t>(deal);
   const int32_t size = 4 / pieces;
   return static_cast<uint32_t>((block + kBlocks * (dword / size)) * size + dword % size);
 }
@@ -109,7 +109,7 @@ HWY_INLINE V8 dealEights(V8 bytes) {
   }
 }
 
-/// Half a vector of samples of u, then one of v: in every block those of u that two pixels of the deal share, then v.
+/// Half a vector of samples of u, then one of v: every block gets those of u that its pixels of the deal share, then v.
 alignas(16) constexpr uint8_t kSamplesOfFours[2][16] = {{0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15},
                                                         {0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15}};
 template <Deal deal>

@@ -20,7 +20,7 @@ HWY_INLINE V8 bytesInOrder(VI first, VI second) {
   return dealEights<Deal::Sixteens>(packBlocks(first, second));
 }
 
-/// Parts of a component, the same for the whole row.
+/// A component of RGB from luma, or from itself.
 template <class Sample>
 struct ComponentGroup {
   using From = Sample;
@@ -66,21 +66,13 @@ HWY_INLINE void makeComponent(const Sample *from, const Component &component, co
   }
 }
 
-void componentOfBytes(const uint8_t *from, const Component &component, const uint16_t rounding[8], int32_t count,
-                      uint8_t *to) {
-  makeComponent(from, component, rounding, count, to);
-}
-void componentOfWords(const int16_t *from, const Component &component, const uint16_t rounding[8], int32_t count,
-                      uint8_t *to) {
-  makeComponent(from, component, rounding, count, to);
-}
-
+/// (word + 64) >> 7.
 struct RoundedGroup {
   using From = int16_t;
   static constexpr int32_t kFrom = 1;
   static constexpr int32_t kTo = 1;
 
-  HWY_INLINE void make(const int16_t *const from[1], ptrdiff_t x, uint8_t *const to[1]) const {
+  static HWY_INLINE void make(const int16_t *const from[1], ptrdiff_t x, uint8_t *const to[1]) {
     hn::StoreU(bytesInOrder(rounded(from[0] + x), rounded(from[0] + x + kLanes)), D8(), to[0] + x);
   }
 
@@ -89,11 +81,6 @@ private:
     return hn::ShiftRight<7>(hn::SaturatedAdd(hn::LoadU(DI(), from), hn::Set(DI(), int16_t{64})));
   }
 };
-
-void bytesOfWords(const int16_t *from, int32_t count, uint8_t *to) {
-  const RoundedGroup group;
-  makeRows(group, group, &from, count, &to);
-}
 
 /// Luma of another matrix or range.
 struct LumaGroup {
@@ -121,12 +108,6 @@ private:
   VI ofU;
   VI ofV;
 };
-
-void lumaOfYuv(const YuvWords &from, const YuvOfYuv &colours, int32_t count, uint8_t *to) {
-  const LumaGroup group(colours);
-  const int16_t *const rows[3] = {from.y, from.u, from.v};
-  makeRows(group, group, rows, count, &to);
-}
 
 /// Chroma of another matrix or range.
 struct ChromaGroup {
@@ -156,14 +137,6 @@ private:
   VI vu;
   VI vv;
 };
-
-void chromaOfYuv(const int16_t *u, const int16_t *v, const YuvOfYuv &colours, int32_t count, uint8_t *toU,
-                 uint8_t *toV) {
-  const ChromaGroup group(colours);
-  const int16_t *const from[2] = {u, v};
-  uint8_t *const to[2] = {toU, toV};
-  makeRows(group, group, from, count, to);
-}
 
 } // namespace
 } // namespace zqp::HWY_NAMESPACE

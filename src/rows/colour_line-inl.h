@@ -77,9 +77,11 @@ void makeLine(const typename Source::Rows &from, const RgbOfYuv &colours, const 
     return;
   }
   const Line<Source, Pixels> line(colours, rounding, 0);
+  const typename Source::Rows rows = from; // copies, so that the compiler knows that no store changes them
+  uint8_t *const made[3] = {to[0], to[Pixels::kRows / 2], to[Pixels::kRows - 1]};
   int32_t x = 0;
   for (; x <= pixels - kGroup; x += kGroup) {
-    line.makeGroup(from, x, to);
+    line.makeGroup(rows, x, made);
   }
   const int32_t single = Source::kSharesChroma ? pixels % 2 : 0;
   if (x < pixels - single) {

@@ -1,5 +1,5 @@
 // Components of a group become pixels, one class for each way that pixels lie. A class has
-//   kDeal           the deal that it takes pixels of both parities in; halves of eights it takes as they are
+//   kDeal           the deal that even and odd pixels come in; halves that are not by parity come as Deal::Eights
 //   kIsOneLuma      whether all components have as many bits
 //   kBytes, kRows   bytes of a pixel in a row, and rows
 //   store(first, second, to)   all pixels of the group, in their order

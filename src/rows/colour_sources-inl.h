@@ -1,8 +1,8 @@
 // Groups of samples of YUV, one class for each way that rows lie. A class has
 //   kSharesChroma  whether two columns have one sample of chroma: halves are even and odd pixels, one vector of chroma
-//   kIsByParity    whether halves are even and odd pixels, or else the first and the second half of a deal of eights
-//   load<deal>(x)  the group from column x on; half-group deals have no other order than Deal::Eights
-//   copy(..)       the samples of less than a group, to a buffer
+//   kIsByParity    whether halves are even and odd pixels of the deal asked for, or else what Deal::Eights has in the
+//   load<deal>(x)  first and second half of its blocks, whatever is asked for; loads the group from column x on
+//   copy(..)       copies the samples of less than a group to a buffer
 
 // Read once a level.
 #if defined(ZQP_ROWS_COLOUR_SOURCES_INL_H) == defined(HWY_TARGET_TOGGLE)

@@ -54,8 +54,8 @@ HWY_INLINE VI packWords(VI32 a, VI32 b) {
 #endif
 }
 
-/// Bytes count 2^14 as much as the sum is shifted by, words 2^21: a bias of words is 128 times that of bytes, rounded
-/// down as the sum is.
+/// A word is 128 times the byte: with bytes the sum is shifted by 14 instead of 21. What of the bias is below 128 then
+/// makes no difference, since the rest of the sum is a multiple of that.
 template <class Sample>
 struct WeighedGroup {
   using From = Sample;
@@ -118,15 +118,6 @@ private:
   VI blue;
   VI32 bias;
 };
-
-void sumOfBytes(const uint8_t *const from[3], const Sum &sum, int32_t count, uint8_t *to) {
-  const WeighedGroup<uint8_t> group(sum);
-  makeRows(group, group, from, count, &to);
-}
-void sumOfWords(const int16_t *const from[3], const Sum &sum, int32_t count, uint8_t *to) {
-  const WeighedGroup<int16_t> group(sum);
-  makeRows(group, group, from, count, &to);
-}
 
 } // namespace
 } // namespace zqp::HWY_NAMESPACE

@@ -37,11 +37,9 @@ struct WindowsWithinReach {
   __m512i low;
   __m512i high;
 
-  HWY_INLINE WindowsWithinReach(const uint8_t *from, const LerpTables &of, int32_t block) : tables(of) {
-    from += block == 0 ? 0 : of.half;
-    low = _mm512_loadu_si512(from);
-    high = parts == 1 ? low : _mm512_loadu_si512(from + 64);
-  }
+  HWY_INLINE WindowsWithinReach(const uint8_t *from, const LerpTables &of, int32_t block)
+      : tables(of), low(_mm512_loadu_si512(from + (block == 0 ? 0 : of.half))),
+        high(parts == 1 ? low : _mm512_loadu_si512(from + (block == 0 ? 0 : of.half) + 64)) {}
   HWY_INLINE ByteVec of(int32_t part, int32_t block) const {
     const __m512i lanes = _mm512_load_si512(tables.lane[block / 4][part]);
     return ByteVec{parts == 1 ? _mm512_permutexvar_epi32(lanes, low) : _mm512_permutex2var_epi32(low, lanes, high)};
@@ -112,7 +110,7 @@ HWY_INLINE void lerpGroups(const uint8_t *from, const LerpTables *tables, const 
 }
 
 /// Outputs too far apart for windows, or rows shorter than one.
-HWY_NOINLINE void lerpSingly(const uint8_t *from, const Lerp *column, int32_t count, int16_t *to) {
+inline HWY_NOINLINE void lerpSingly(const uint8_t *from, const Lerp *column, int32_t count, int16_t *to) {
   for (int32_t i = 0; i < count; ++i) {
     const uint8_t *sample = from + column[i].at;
     const int32_t distance = sample[column[i].next != 0 ? 1 : 0] - sample[0];
@@ -120,21 +118,26 @@ HWY_NOINLINE void lerpSingly(const uint8_t *from, const Lerp *column, int32_t co
   }
 }
 
-void lerpColumns(const uint8_t *from, const LerpColumns &columns, int32_t first, int32_t count, int16_t *to) {
+HWY_INLINE void lerpByLayout(const uint8_t *from, const LerpColumns &columns, int32_t first, int32_t count,
+                             int16_t *to) {
   const auto &layout = *reinterpret_cast<const LerpLayout *>(columns.layout);
   const auto *tables = reinterpret_cast<const LerpTables *>(columns.layout + sizeof(LerpLayout));
   const int32_t groups = (columns.count + kColumnGroup - 1) / kColumnGroup;
   const auto *place = reinterpret_cast<const LerpPlace *>(tables + groups) + first / kColumnGroup;
   const bool bytes = layout.byteWeights;
-  if (layout.parts == 0 || kIsEmulated) {
-    return lerpSingly(from, columns.columns + first, count, to);
-  }
   if (layout.withinReach) {
     return layout.parts == 1 ? lerpGroups<WindowsWithinReach<1>, 1>(from, tables, place, bytes, count, to)
                              : lerpGroups<WindowsWithinReach<2>, 2>(from, tables, place, bytes, count, to);
   }
   return layout.parts == 1 ? lerpGroups<WindowsAnywhere, 1>(from, tables, place, bytes, count, to)
                            : lerpGroups<WindowsAnywhere, 2>(from, tables, place, bytes, count, to);
+}
+
+inline void lerpColumns(const uint8_t *from, const LerpColumns &columns, int32_t first, int32_t count, int16_t *to) {
+  if (kIsEmulated || reinterpret_cast<const LerpLayout *>(columns.layout)->parts == 0) {
+    return lerpSingly(from, columns.columns + first, count, to);
+  }
+  lerpByLayout(from, columns, first, count, to);
 }
 
 // --- Lines ----------------------------------------------------------------------------------------------------------
@@ -161,7 +164,7 @@ HWY_INLINE void lerpPlainly(const int16_t *upper, const int16_t *lower, int32_t 
   }
 }
 
-void lerpLines(const int16_t *upper, const int16_t *lower, int32_t next, int32_t count, int16_t *to) {
+inline void lerpLines(const int16_t *upper, const int16_t *lower, int32_t next, int32_t count, int16_t *to) {
   constexpr hn::CappedTag<int16_t, 8> kFew;
   if (kIsEmulated || count < static_cast<int32_t>(hn::MaxLanes(kFew))) {
     return lerpPlainly(upper, lower, next, count, to);

@@ -146,12 +146,6 @@ Kind kindFor(const Outputs &outputs) {
   return {0, false};
 }
 
-/// Tables are filled with zero bytes first, so that padding is alike.
-bool haveSameBytes(const LerpTables &a, const LerpTables &b) {
-  const void *bytes = &a;
-  return std::memcmp(bytes, &b, sizeof a) == 0;
-}
-
 bool allAreByteWeights(const Lerp *columns, int32_t outputs) {
   for (int32_t i = 0; i < outputs; ++i) {
     if (columns[i].next % kByteWeight != 0) {
@@ -186,7 +180,7 @@ void layOutLerp(const Lerp *columns, int32_t outputs, int32_t samples, uint8_t *
     enterBytes(all, first, kind, places[g].base, own);
     enterWeights(all, first, head.byteWeights, own);
     // At most ratios that recur within a group, groups differ in nothing but where they lie.
-    last += last < 0 || !haveSameBytes(own, tables[last]) ? 1 : 0;
+    last += last < 0 || std::memcmp(&own, &tables[last], sizeof own) != 0 ? 1 : 0;
     places[g].tables = last;
   }
 }

@@ -30,6 +30,7 @@ struct alignas(64) LerpTables {
   uint32_t lane[2][2][16];
   int32_t window[2][kLerpBlocks]; ///< [part][block]: first byte of the window, from the group's base on
   int32_t half;                   ///< where the reach of the second half begins, from the group's base on
+  int32_t none[15];               ///< nothing: tables are compared as bytes
 };
 
 /// A group: its base in the row, and which tables are its own.

@@ -33,7 +33,7 @@ HWY_INLINE void widenVectors(D d, const uint8_t *from, int32_t count, int16_t *t
   });
 }
 
-void widen(const uint8_t *from, int32_t count, int16_t *to) {
+inline void widen(const uint8_t *from, int32_t count, int16_t *to) {
   constexpr hn::CappedTag<int16_t, 8> kFew;
   if (kIsEmulated || count < static_cast<int32_t>(hn::MaxLanes(kFew))) {
     for (int32_t i = 0; i < count; ++i) {
@@ -48,34 +48,42 @@ void widen(const uint8_t *from, int32_t count, int16_t *to) {
 
 // --- Sums -----------------------------------------------------------------------------------------------------------
 
-constexpr hn::ScalableTag<uint32_t> kLineSums;
-constexpr auto kLineSumLanes = static_cast<int32_t>(hn::MaxLanes(kLineSums));
+inline constexpr hn::ScalableTag<uint32_t> kLineSums;
+inline constexpr auto kLineSumLanes = static_cast<int32_t>(hn::MaxLanes(kLineSums));
 
-/// Sums are added to, so that no vector may overlap another one.
-void addToSums(const uint8_t *line, int32_t weight, int32_t count, uint32_t *sums) {
+/// As many columns as whole vectors have: sums are added to, so that no vector may overlap another one.
+HWY_INLINE int32_t addVectors(const uint8_t *line, int32_t weight, int32_t count, uint32_t *sums) {
   constexpr hn::Rebind<uint8_t, decltype(kLineSums)> kSamples;
   const auto weights = hn::Set(kLineSums, static_cast<uint32_t>(weight));
   int32_t i = 0;
-  for (; !kIsEmulated && i + kLineSumLanes <= count; i += kLineSumLanes) {
+  for (; i + kLineSumLanes <= count; i += kLineSumLanes) {
     const auto products = hn::Mul(hn::PromoteTo(kLineSums, hn::LoadU(kSamples, line + i)), weights);
     hn::StoreU(hn::Add(hn::LoadU(kLineSums, sums + i), products), kLineSums, sums + i);
   }
-  for (; i < count; ++i) {
+  return i;
+}
+
+inline void addToSums(const uint8_t *line, int32_t weight, int32_t count, uint32_t *sums) {
+  for (int32_t i = kIsEmulated ? 0 : addVectors(line, weight, count, sums); i < count; ++i) {
     sums[i] += static_cast<uint32_t>(line[i]) * static_cast<uint32_t>(weight);
   }
 }
 
-void wordsOfSums(const uint32_t *sums, int32_t bits, int32_t count, int16_t *to) {
+HWY_INLINE int32_t roundVectors(const uint32_t *sums, int32_t shift, int32_t count, int16_t *to) {
   constexpr hn::RebindToSigned<decltype(kLineSums)> kNumbers;
   constexpr hn::Rebind<int16_t, decltype(kLineSums)> kSumWords;
-  const int32_t shift = bits - kWordShift;
   const auto half = hn::Set(kLineSums, uint32_t{1} << (shift - 1));
   int32_t i = 0;
-  for (; !kIsEmulated && i + kLineSumLanes <= count; i += kLineSumLanes) {
+  for (; i + kLineSumLanes <= count; i += kLineSumLanes) {
     const auto sum = hn::ShiftRightSame(hn::Add(hn::LoadU(kLineSums, sums + i), half), shift);
     hn::StoreU(hn::DemoteTo(kSumWords, hn::BitCast(kNumbers, sum)), kSumWords, to + i);
   }
-  for (; i < count; ++i) {
+  return i;
+}
+
+inline void wordsOfSums(const uint32_t *sums, int32_t bits, int32_t count, int16_t *to) {
+  const int32_t shift = bits - kWordShift;
+  for (int32_t i = kIsEmulated ? 0 : roundVectors(sums, shift, count, to); i < count; ++i) {
     to[i] = static_cast<int16_t>((sums[i] + (uint32_t{1} << (shift - 1))) >> shift);
   }
 }

@@ -20,7 +20,7 @@ namespace {
 
 /// Up to so many lines the low factors sum up to nothing and the positive ones among them to 128 at most, so that their
 /// sum fits into a word.
-constexpr int32_t kFewLines = 4;
+inline constexpr int32_t kFewLines = 4;
 
 struct LineFactors {
   int32_t high[kFewTaps];
@@ -30,7 +30,7 @@ struct LineFactors {
 };
 
 /// Of few lines those with the largest low parts are rounded up, as many as make the high factors sum up to 128.
-void roundFew(LineFactors &factors, int32_t lineCount) {
+inline void roundFew(LineFactors &factors, int32_t lineCount) {
   int32_t rest = 0;
   for (int32_t i = 0; i < lineCount; ++i) {
     rest += factors.low[i];
@@ -46,7 +46,7 @@ void roundFew(LineFactors &factors, int32_t lineCount) {
 }
 
 /// Of many lines each is rounded by itself: two low factors are -126 to 128, two high ones 128 at most.
-void roundMany(LineFactors &factors, int32_t lineCount) {
+inline void roundMany(LineFactors &factors, int32_t lineCount) {
   for (int32_t i = 0; i < lineCount; ++i) {
     if (factors.low[i] > 64) {
       ++factors.high[i];
@@ -55,7 +55,7 @@ void roundMany(LineFactors &factors, int32_t lineCount) {
   }
 }
 
-LineFactors factorsOfLines(const int32_t *weights, int32_t lineCount) {
+inline LineFactors factorsOfLines(const int32_t *weights, int32_t lineCount) {
   LineFactors factors = {};
   for (int32_t i = 0; i < lineCount; ++i) {
     factors.high[i] = weights[i] >> 7;
@@ -221,8 +221,8 @@ HWY_INLINE bool addedSingly(D d, const uint8_t *const *lines, const LineFactors 
   return true;
 }
 
-HWY_NOINLINE void addPlainly(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount, int32_t count,
-                             int16_t *to) {
+inline HWY_NOINLINE void addPlainly(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount,
+                                    int32_t count, int16_t *to) {
   for (int32_t column = 0; column < count; ++column) {
     int32_t sum = 1 << (kFewTapsBits - kWordShift - 1);
     for (int32_t i = 0; i < lineCount; ++i) {
@@ -232,7 +232,8 @@ HWY_NOINLINE void addPlainly(const uint8_t *const *lines, const int32_t *weights
   }
 }
 
-void addLines(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount, int32_t count, int16_t *to) {
+inline void addLines(const uint8_t *const *lines, const int32_t *weights, int32_t lineCount, int32_t count,
+                     int16_t *to) {
   constexpr hn::CappedTag<uint8_t, 16> kBlock;
   constexpr hn::CappedTag<int16_t, 8> kHalfBlock;
   if (lineCount == 1) {

@@ -21,7 +21,7 @@ HWY_INLINE void pickSingly(const uint8_t *from, const int32_t *at, int32_t count
 }
 
 /// Outputs that are picked together.
-constexpr int32_t kPicks = 16;
+inline constexpr int32_t kPicks = 16;
 
 #if HWY_TARGET == HWY_AVX3
 
@@ -97,7 +97,7 @@ HWY_INLINE bool pickedTogether(const uint8_t *from, const int32_t *at, int32_t e
 
 #endif
 
-void pick(const uint8_t *from, const int32_t *at, int32_t count, uint8_t *to) {
+inline void pick(const uint8_t *from, const int32_t *at, int32_t count, uint8_t *to) {
   int32_t i = 0;
   if (!kIsEmulated) {
     const int32_t end = at[count - 1] + 1;

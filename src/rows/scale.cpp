@@ -12,12 +12,10 @@
 #include "rows/scale.h"
 #include "rows/taps-inl.h"
 
-HWY_BEFORE_NAMESPACE();
+// The functions are in the headers above, in regions of their level.
 namespace zqp::HWY_NAMESPACE {
-namespace {} // namespace
 
 extern const ScaleStages kScaleStages;
 const ScaleStages kScaleStages = {widen, pick, lerpColumns, lerpLines, addLines, addToSums, wordsOfSums, tapColumns};
 
 } // namespace zqp::HWY_NAMESPACE
-HWY_AFTER_NAMESPACE();

@@ -5,7 +5,6 @@
 namespace zqp {
 namespace {
 
-constexpr int32_t kHalf = 1 << (kFewTapsBits - 1);
 constexpr int32_t kFour = 4;
 constexpr int32_t kEight = 8;
 

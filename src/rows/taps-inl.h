@@ -26,7 +26,7 @@ struct TapRow {
   HWY_INLINE const int16_t *at(int32_t sample) const { return words + (sample - start); }
 };
 
-int16_t meanOf(const TapRow &row, const Taps &taps, const int32_t *weights) {
+inline int16_t meanOf(const TapRow &row, const Taps &taps, const int32_t *weights) {
   const int16_t *words = row.at(taps.first);
   const int32_t *weight = weights + taps.weight;
   if (taps.count <= kFewTaps) {
@@ -43,7 +43,7 @@ int16_t meanOf(const TapRow &row, const Taps &taps, const int32_t *weights) {
   return static_cast<int16_t>(sum >> kManyTapsBits);
 }
 
-void singly(const TapRow &row, const Taps *taps, const int32_t *weights, int32_t count, int16_t *to) {
+inline void singly(const TapRow &row, const Taps *taps, const int32_t *weights, int32_t count, int16_t *to) {
   for (int32_t i = 0; i < count; ++i) {
     to[i] = meanOf(row, taps[i], weights);
   }
@@ -67,7 +67,7 @@ HWY_INLINE void meansOfPairs(D d, const int16_t *from, int32_t count, int16_t *t
   }
 }
 
-void halves(const int16_t *from, int32_t count, int16_t *to) {
+inline void halves(const int16_t *from, int32_t count, int16_t *to) {
   constexpr hn::ScalableTag<int16_t> kMany;
   constexpr hn::CappedTag<int16_t, 8> kFew;
   if (kIsEmulated || count < static_cast<int32_t>(hn::MaxLanes(kFew))) {
@@ -83,8 +83,8 @@ void halves(const int16_t *from, int32_t count, int16_t *to) {
 
 // --- Up to sixteen samples, output by output ------------------------------------------------------------------------
 
-constexpr hn::CappedTag<int16_t, 8> kTapWords;
-constexpr hn::CappedTag<int32_t, 4> kTapSums;
+inline constexpr hn::CappedTag<int16_t, 8> kTapWords;
+inline constexpr hn::CappedTag<int32_t, 4> kTapSums;
 using TapSum = hn::Vec<decltype(kTapSums)>;
 
 /// Pairs of words times pairs of factors, summed.
@@ -241,8 +241,8 @@ HWY_INLINE int32_t tapGroup(const TapRow &row, const TapGroup &group, const Taps
   return count;
 }
 
-void tapColumns(const int16_t *from, int32_t start, const TapColumns &columns, int32_t first, int32_t count,
-                int16_t *to) {
+inline void tapColumns(const int16_t *from, int32_t start, const TapColumns &columns, int32_t first, int32_t count,
+                       int16_t *to) {
   const Taps *taps = columns.columns + first;
   const TapRow row = {from, start, taps[count - 1].first + taps[count - 1].count};
   const auto *group = reinterpret_cast<const TapGroup *>(columns.layout) + first / kColumnGroup;

@@ -37,6 +37,12 @@ public:
   /// A row of the lines of a table entry; whole groups are written.
   void row(const int32_t *yEntry, uint8_t *to);
 
+  static void two(BoxRows &rows0, const int32_t *yEntry0, uint8_t *to0, BoxRows &rows1, const int32_t *yEntry1,
+                  uint8_t *to1) {
+    rows0.row(yEntry0, to0);
+    rows1.row(yEntry1, to1);
+  }
+
 private:
   /// Sums of neighbouring columns where boxes allow it: half as many of them.
   struct Sums {
@@ -47,9 +53,13 @@ private:
   };
 
   [[nodiscard]] const int32_t *entry(int32_t i) const;
+  [[nodiscard]] bool isWhole(int32_t i) const;
+  [[nodiscard]] StraightBoxes straightStage() const;
   [[nodiscard]] Sums sumsOf(int32_t count) const;
+  void planSums();
   void placeRuns();
   void makeRun(const AddedLines &lines, int32_t from, int32_t end, const BoxQuotient &quotient, uint8_t *to);
+  [[nodiscard]] uint32_t sumOf(const AddedLines &lines, int32_t first, int32_t columns) const;
   void makeRest(const AddedLines &lines, int32_t from, uint8_t *to) const;
 
   const int32_t *xTable_;
@@ -61,9 +71,10 @@ private:
   int32_t apart_;  ///< from the first column of a box to that of the next, at most
   int32_t first_ = 0;
   int32_t count_ = 0;
-  int32_t whole_ = 0; ///< boxes of the chunk before the first one that is cut short
-  int32_t run_ = 0;   ///< boxes whose sums are made at a time
-  bool isOfTwo_ = false;
+  int32_t whole_ = 0;                ///< boxes of the chunk before the first one that is cut short
+  int32_t cut_ = 0;                  ///< columns of that
+  int32_t run_ = 0;                  ///< boxes whose sums are made at a time
+  StraightBoxes straight_ = nullptr; ///< makes whole boxes without sums, where they are such
   Sums sums_{};
   int32_t start_[kColumns]; ///< of each box: the number of its first sum in its run
   uint16_t *row_;

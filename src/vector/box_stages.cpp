@@ -38,17 +38,9 @@ struct BothOnes {
 
   template <class D>
   HWY_INLINE hn::Vec<D> operator()(D d, const uint8_t *from) const {
-    const auto bytes = hn::LoadU(hn::Repartition<uint8_t, D>(), from);
-#if HWY_ARCH_X86
-    const hn::RebindToSigned<D> di;
-    return hn::BitCast(d, sumPairs(bytes, hn::Set(di, 0x0101)));
-#else
-    return hn::Add(hn::And(hn::BitCast(d, bytes), hn::Set(d, 0xFF)), hn::ShiftRight<8>(hn::BitCast(d, bytes)));
-#endif
+    return pairSums(d, from);
   }
-  static uint32_t one(const uint8_t *from) {
-    return static_cast<uint32_t>(from[0] + from[1]);
-  }
+  static uint32_t one(const uint8_t *from) { return static_cast<uint32_t>(from[0] + from[1]); }
 };
 
 /// Whole vectors, then one that ends with the row.
@@ -59,7 +51,7 @@ HWY_INLINE void addVectors(D d, const AddedLines &lines, int32_t first, int32_t 
   const ptrdiff_t next = lines.next;
   const uint8_t *line[kMostBoxSamples];
   for (int32_t l = 0; l < lineCount; ++l) {
-    line[l] = lines.line[l] + first;
+    line[l] = hidden(lines.line[l]) + first;
   }
   for (int32_t at = 0;; at = at + 2 * kLanes > count ? count - kLanes : at + kLanes) {
     auto sum = hn::Zero(d);
@@ -159,34 +151,6 @@ void boxRow(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uin
   }
 }
 
-void boxRowOfTwo(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uint8_t *to) {
-  const VI16 ones = hn::Set(di16, 1);
-  const V16 factor = hn::Set(d16, columns.quotient.factor);
-  const auto *from = reinterpret_cast<const int16_t *>(sums);
-#if HWY_TARGET == HWY_AVX3
-  // Four groups leave full vectors behind the products.
-  const auto quotients = [&](const int16_t *at) HWY_ATTR {
-    const VI32 low = addedProducts(hn::LoadU(di16, at), ones);
-    const VI32 high = addedProducts(hn::LoadU(di16, at + kWords), ones);
-    const V16 words = hn::BitCast(d16, packedWords(low, high));
-    return hn::BitCast(di16, hn::ShiftRightSame(hn::MulHigh(words, factor), columns.quotient.shift));
-  };
-  const auto order = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
-  for (; groups >= 4; groups -= 4, from += 4 * kWords, to += kBytes) {
-    const V8 bytes = packBlocks(quotients(from), quotients(from + 2 * kWords));
-    hn::StoreU(V8{_mm512_permutexvar_epi32(order, bytes.raw)}, d8, to);
-  }
-#endif
-  for (const uint8_t *const end = to + ptrdiff_t{groups} * kFilterGroup; to != end; to += kFilterGroup) {
-    VI32 boxes[kVectors];
-    for (VI32 &box : boxes) {
-      box = addedProducts(hn::LoadU(di16, from), ones);
-      from += kWords;
-    }
-    storeQuotients(boxes, factor, columns.quotient.shift, to);
-  }
-}
-
 } // namespace
 } // namespace zqcc::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -197,6 +161,5 @@ constexpr PerLevel<AddLines> ADD_LINES = ZQCC_EVERY_LEVEL(addColumns);
 constexpr PerLevel<AddLines> ADD_PAIRS = ZQCC_EVERY_LEVEL(addPairs);
 constexpr PerLevel<AddLines> ADD_FIRST_ONES = ZQCC_EVERY_LEVEL(addFirstOnes);
 constexpr PerLevel<BoxRow> BOX_ROW = ZQCC_EVERY_LEVEL(boxRow);
-constexpr PerLevel<BoxRow> BOX_ROW_OF_TWO = ZQCC_EVERY_LEVEL(boxRowOfTwo);
 } // namespace zqcc
 #endif

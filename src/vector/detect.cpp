@@ -51,6 +51,7 @@ LevelSet detect() {
   constexpr unsigned kAvxSaved = bits({27, 28});       // OSXSAVE, AVX
   constexpr unsigned kAvx2 = bits({5});
   constexpr unsigned kAvx512 = bits({16, 17, 30, 31}); // F, DQ, BW, VL
+  constexpr unsigned kVbmi = bits({1});                // in the third word
   constexpr unsigned kYmmStates = bits({1, 2});
   constexpr unsigned kZmmStates = bits({5, 6, 7});
   LevelSet levels = setOf(LEVEL_PORTABLE);
@@ -70,6 +71,9 @@ LevelSet detect() {
   levels |= setOf(LEVEL_AVX2);
   if (hasAll(saved, kZmmStates) && hasAll(extended.b, kAvx512)) {
     levels |= setOf(LEVEL_AVX512);
+    if (hasAll(extended.c, kVbmi)) {
+      levels |= setOf(LEVEL_AVX512VBMI);
+    }
   }
   return levels;
 }

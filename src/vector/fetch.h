@@ -16,12 +16,10 @@ extern const PerLevel<FetchRows> EVEN_CHROMA_ROWS;
 /// twice, luma stays where it lies. Reads the samples of the pixels.
 extern const PerLevel<FetchRows> QUARTER_CHROMA_ROWS;
 
-/// Packed 4:2:2: luma and half chroma rows, or luma alone. Any order of U and V, either of luma and chroma first;
+/// Packed 4:2:2: luma and half chroma rows. Any order of U and V, either of luma and chroma first;
 /// "swapped" says that the right pixel's luma comes first. Reads the macropixels.
 extern const PerLevel<FetchRows> PACKED_ROWS;
-extern const PerLevel<FetchRows> PACKED_LUMA_ROW;
 extern const PerLevel<FetchRows> SWAPPED_PACKED_ROWS;
-extern const PerLevel<FetchRows> SWAPPED_PACKED_LUMA_ROW;
 
 /// The stage of a Shape; null where the lines lie as rows already, as planar ones do.
 template <class Layout>

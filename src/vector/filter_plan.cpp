@@ -76,6 +76,22 @@ public:
     }
   }
 
+  /// The group that was written, for bytes of the line as they lie. False if these do not hold its taps.
+  bool writeInLine(const FilterGroup &group, int32_t bytes, FilterGroup &inLine, int32_t &first) const {
+    const Extent taps = extentOf({0, kFilterGroup, 0, kTaps});
+    first = smaller(taps.low, line_.samples - bytes);
+    std::memcpy(inLine.weight, group.weight, sizeof group.weight);
+    for (int32_t at = 0; at < kWindowBytes; at += kWindow) { // a block has one window for all taps
+      const auto further = static_cast<uint8_t>(window_[at / 4][0] - first);
+      for (int32_t t = 0; t < kTaps; ++t) {
+        for (int32_t i = at; i < at + kWindow; ++i) {
+          inLine.mask[t][i] = static_cast<uint8_t>(group.mask[t][i] + further);
+        }
+      }
+    }
+    return first >= 0 && taps.high + 2 <= first + bytes;
+  }
+
 private:
   /// The words of output i of group g; behind the last output those of the last.
   [[nodiscard]] const int32_t *entry(int32_t g, int32_t i) const {
@@ -153,6 +169,9 @@ private:
 /// Where the columns of a line are made.
 struct Room {
   FilterGroup *groups;
+  FilterGroup *inLine;
+  int32_t *first; ///< of those in lines
+  int32_t lineBytes;
   int32_t *windows;
   NearWindows *near;
 };
@@ -165,7 +184,12 @@ bool makeColumns(const int32_t *table, const FilterLine &line, int32_t first, Fi
     if (!maker.place(room.windows, room.near)) {
       return false;
     }
-    maker.write(g, *room.groups++);
+    maker.write(g, *room.groups);
+    if (kind == FilterWindows::Near &&
+        !maker.writeInLine(*room.groups, room.lineBytes, *room.inLine++, *room.first++)) {
+      return false;
+    }
+    ++room.groups;
     room.windows += windowRows(kind) * windowsOfGroup(kind);
     room.near += windowRows(kind);
   }
@@ -209,13 +233,19 @@ int32_t leadingGroups(const int32_t *table, int32_t outputs) {
 constexpr FilterWindows kKinds[] = {FilterWindows::Near, FilterWindows::Shared, FilterWindows::NearOfTaps,
                                     FilterWindows::OfTaps, FilterWindows::Gathered};
 
+/// Bytes of a line that hold the taps of a group: of those a group is 15 steps and less than 7 samples wide.
+int32_t lineBytes(const FilterLine &line) {
+  constexpr int32_t kNarrow = kWindowBytes / 2;
+  return int64_t{kFilterGroup - 1} * line.samples <= int64_t{kNarrow - 7} * line.outputs ? kNarrow : kWindowBytes;
+}
+
 uint64_t placesBytes(int32_t outputs) {
   constexpr std::size_t kOfGroup = kMostWindows * sizeof(int32_t) + kFilterTaps * sizeof(NearWindows);
   return static_cast<uint64_t>(filterGroups(outputs)) * kOfGroup;
 }
 
 uint64_t groupBytes(int32_t outputs) {
-  return static_cast<uint64_t>(filterGroups(outputs)) * sizeof(FilterGroup);
+  return static_cast<uint64_t>(filterGroups(outputs)) * (2 * sizeof(FilterGroup) + sizeof(int32_t));
 }
 
 } // namespace
@@ -232,14 +262,22 @@ FilterPlan makeFilterPlan(const int32_t *table, const FilterLine &luma, const Fi
   Room chromaRoom{};
   lumaRoom.groups = reinterpret_cast<FilterGroup *>(memory);
   chromaRoom.groups = lumaRoom.groups + lumaGroups;
-  lumaRoom.windows = reinterpret_cast<int32_t *>(chromaRoom.groups + chromaGroups);
+  lumaRoom.inLine = chromaRoom.groups + chromaGroups;
+  chromaRoom.inLine = lumaRoom.inLine + lumaGroups;
+  lumaRoom.first = reinterpret_cast<int32_t *>(chromaRoom.inLine + chromaGroups);
+  chromaRoom.first = lumaRoom.first + lumaGroups;
+  lumaRoom.lineBytes = chromaRoom.lineBytes = lineBytes(luma);
+  lumaRoom.windows = chromaRoom.first + chromaGroups;
   chromaRoom.windows = lumaRoom.windows + std::ptrdiff_t{lumaGroups} * kMostWindows;
   lumaRoom.near = reinterpret_cast<NearWindows *>(chromaRoom.windows + std::ptrdiff_t{chromaGroups} * kMostWindows);
   chromaRoom.near = lumaRoom.near + std::ptrdiff_t{lumaGroups} * kTaps;
   FilterPlan plan{};
   plan.leading = leadingGroups(table, luma.outputs);
-  plan.luma = {lumaRoom.groups, lumaRoom.windows, lumaRoom.near};
-  plan.chroma = {chromaRoom.groups, chromaRoom.windows, chromaRoom.near};
+  plan.luma = {lumaRoom.groups, lumaRoom.windows, lumaRoom.near, {lumaRoom.inLine, lumaRoom.first, lumaRoom.lineBytes}};
+  plan.chroma = {chromaRoom.groups,
+                 chromaRoom.windows,
+                 chromaRoom.near,
+                 {chromaRoom.inLine, chromaRoom.first, chromaRoom.lineBytes}};
   for (const FilterWindows kind : kKinds) {
     plan.kind = kind;
     if (!makeColumns(table, luma, 0, kind, lumaRoom)) {

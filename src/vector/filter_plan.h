@@ -57,11 +57,19 @@ struct NearWindows {
   uint8_t from[kFilterGroup];
 };
 
+/// Groups that take their samples from source lines as they lie: masks have the numbers of bytes out of `bytes`.
+struct LineColumns {
+  const FilterGroup *groups;
+  const int32_t *first; ///< where in the line the bytes of each group begin
+  int32_t bytes;        ///< 32 or 64 hold the taps of a group; 0 where there are no such groups
+};
+
 /// The columns of a plane, group by group and in these row by row.
 struct FilterColumns {
   const FilterGroup *groups;
   const int32_t *windows;  ///< their first bytes in the line
   const NearWindows *near; ///< the same where they are near one another
+  LineColumns lines = {};  ///< of FilterWindows::Near
 };
 
 /// The columns of a frame's planes. Chroma takes the entries that luma takes, and its line ends earlier: most groups
@@ -76,7 +84,10 @@ struct FilterPlan {
 
   [[nodiscard]] FilterColumns from(const FilterColumns &columns, int32_t group) const {
     const std::ptrdiff_t row = std::ptrdiff_t{group} * windowRows(kind);
-    return {columns.groups + group, columns.windows + row * windowsOfGroup(kind), columns.near + row};
+    return {columns.groups + group,
+            columns.windows + row * windowsOfGroup(kind),
+            columns.near + row,
+            {columns.lines.groups + group, columns.lines.first + group, columns.lines.bytes}};
   }
 };
 

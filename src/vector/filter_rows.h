@@ -2,10 +2,11 @@
 //
 //     WINDOW_ROW       source line                     -> row of windows
 //     FIVE_POINT_ROW   rows of windows of source lines -> row of means of five bilinear samples
+//     FIVE_POINT_LINE_ROW  source lines                -> the same
 //     ADD_LINES        source lines                    -> row of sums, one for a column
 //     ADD_PAIRS        source lines                    -> row of sums, one for two columns
 //     BOX_ROW          row of sums                     -> row of means of a box
-//     BOX_ROW_OF_TWO   row of sums                     -> the same for boxes of two sums that follow one another
+//     BOXES_OF_FOUR    source lines                    -> row of means of boxes that follow one another
 #pragma once
 
 #include "base/levels.h"
@@ -39,6 +40,32 @@ extern const PerLevel<FivePointRow> FIVE_POINT_ROW;
 extern const PerLevel<FivePointRow> POSITIVE_FIVE_POINT_ROW;
 /// The low bits of the truncated means of whole sums, which negative weights may lead below 0 or beyond the bits.
 extern const PerLevel<FivePointRow> WHOLE_FIVE_POINT_ROW;
+
+/// Groups of a row, of which those before `leading` may have negative weights.
+struct GroupRange {
+  int32_t leading;
+  int32_t end;
+};
+
+/// Lines that are asked for before they are read.
+inline constexpr int32_t kLinesAhead = 4;
+
+/// Two rows of the same columns, which may be one row twice: for each tap the upper one of its two lines, given where
+/// its first sample is, and the weight of the lower one out of 1024.
+struct FivePointTaps {
+  const uint8_t *top[2][kFilterTaps];
+  std::ptrdiff_t below;              ///< from each line to the lower one
+  const uint8_t *ahead[kLinesAhead]; ///< where bytes will be read soon, for as many as lines have samples
+  int32_t next[2][kFilterTaps];
+  int32_t bits; ///< as in FivePointLines
+};
+
+/// The same means of source lines as they lie, of two rows.
+using FivePointLineRow = void (*)(const LineColumns &columns, const GroupRange &groups, const FivePointTaps &taps,
+                                  uint8_t *const (&to)[2]);
+/// Where a level has none, windows are laid out.
+extern const PerLevel<FivePointLineRow> FIVE_POINT_LINE_ROW;
+extern const PerLevel<FivePointLineRow> WHOLE_FIVE_POINT_LINE_ROW;
 
 /// Samples in each direction of a box at most.
 inline constexpr int32_t kMostBoxSamples = 7;
@@ -86,8 +113,22 @@ struct BoxColumns {
 /// Means of `groups` groups of 16 boxes. Reads eight sums for every box.
 using BoxRow = void (*)(const uint16_t *sums, const BoxColumns &columns, int32_t groups, uint8_t *to);
 extern const PerLevel<BoxRow> BOX_ROW;
-/// The same for boxes i that have sums 2 i and 2 i + 1, which must be 32 to a group; `first` and `pattern` are not
-/// looked at.
-extern const PerLevel<BoxRow> BOX_ROW_OF_TWO;
+
+/// Means of `count` boxes of the lines, which follow one another from column `first` on: those of a vector at least, of
+/// which all lie within a row. Reads the columns of these boxes.
+using StraightBoxes = void (*)(const AddedLines &lines, int32_t first, int32_t count, const BoxQuotient &quotient,
+                               uint8_t *to);
+extern const PerLevel<StraightBoxes> BOXES_OF_FOUR;
+extern const PerLevel<StraightBoxes> BOXES_OF_SIX;
+/// Of the first, third, fifth and seventh of eight columns. Reads the column before the first box, too, and none behind
+/// the last one that counts.
+extern const PerLevel<StraightBoxes> BOXES_OF_EVERY_SECOND;
+
+/// The levels of which a vector has no more boxes than that.
+constexpr LevelSet straightLevels(int32_t boxes) {
+  constexpr int32_t kFewest = 8; ///< of vectors of 128 bits
+  return (boxes >= kFewest ? setOf(LEVEL_SSE4) | setOf(LEVEL_NEON) : 0) |
+         (boxes >= 2 * kFewest ? setOf(LEVEL_AVX2) : 0) | (boxes >= 4 * kFewest ? setOf(LEVEL_AVX512) : 0);
+}
 
 } // namespace zqcc

@@ -41,8 +41,10 @@ public:
   }
 
   void lines(int32_t j, int32_t lineCount, SampleRows (&rows)[2]) {
-    for (int32_t l = 0; l < lineCount; ++l) {
-      planes_[0].row(entry(j + l), luma_[l]);
+    if (lineCount == 2) {
+      Rows::two(planes_[0], entry(j), luma_[0], planes_[0], entry(j + 1), luma_[1]);
+    } else {
+      planes_[0].row(entry(j), luma_[0]);
     }
     for (int32_t l = 0; l < 2; ++l) {
       const int32_t own = shifts_.lines == 0 ? l : 0;
@@ -64,14 +66,12 @@ private:
       return;
     }
     chromaEntry_ = number;
-    for (int32_t c = 0; c < 2; ++c) {
-      if (shifts_.columns < 2) {
-        planes_[1 + c].row(entry(number), chroma_[own][c]);
-      } else {
-        planes_[1 + c].row(entry(number), quarter_);
-        for (int32_t k = 0; k < chromaCount_; ++k) { // pairs of columns are what colour stages know
-          chroma_[own][c][2 * k] = chroma_[own][c][2 * k + 1] = quarter_[k];
-        }
+    const int32_t *lines = entry(number);
+    uint8_t(&to)[2][kRoom] = shifts_.columns < 2 ? chroma_[own] : quarter_;
+    Rows::two(planes_[1], lines, to[0], planes_[2], lines, to[1]);
+    for (int32_t c = 0; c < 2 && shifts_.columns == 2; ++c) {
+      for (int32_t k = 0; k < chromaCount_; ++k) { // pairs of columns are what colour stages know
+        chroma_[own][c][2 * k] = chroma_[own][c][2 * k + 1] = quarter_[c][k];
       }
     }
   }
@@ -80,7 +80,7 @@ private:
   typename Rows::Room room_;
   alignas(64) uint8_t luma_[2][kRoom];
   alignas(64) uint8_t chroma_[2][2][kRoom]; ///< [line][u, v]
-  alignas(64) uint8_t quarter_[kRoom];
+  alignas(64) uint8_t quarter_[2][kRoom];
   Rows planes_[3];
   const int32_t *yTable_;
   ChromaShifts shifts_;

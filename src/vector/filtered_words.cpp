@@ -21,10 +21,13 @@ public:
   void columns(int32_t first, int32_t count) { means_.columns(first, count); }
 
   void lines(int32_t j, int32_t lineCount, SampleRows (&rows)[2]) {
+    const int32_t *entry = yTable_ + j * kEntryWords<kFilterTaps>;
+    if (lineCount == 2) {
+      means_.twoRows(entry, samples_[0], samples_[1]);
+    } else {
+      means_.rows(entry, samples_[0]);
+    }
     for (int32_t l = 0; l < 2; ++l) {
-      if (l < lineCount) {
-        means_.rows(yTable_ + (j + l) * kEntryWords<kFilterTaps>, samples_[l]);
-      }
       rows[l] = {{samples_[l][0], nullptr}, samples_[l][1], samples_[l][2]};
     }
   }

@@ -33,11 +33,32 @@ bool FivePointRows::serve(const Job &job) {
   return job.plan->filter.exists && POSITIVE_FIVE_POINT_ROW.in(job.levels) != nullptr;
 }
 
-int32_t FivePointRows::mostColumns(const Job &job, int32_t chromaShift) {
+bool FivePointRows::usesLines(const Job &job, bool made) {
+  const ConvertParams &p = job.params;
+  return job.plan->filter.kind == FilterWindows::Near && FIVE_POINT_LINE_ROW.in(job.levels) != nullptr &&
+         (!made || int64_t{4} * p.inHeight <= int64_t{kMostQuarters} * p.outHeight);
+}
+
+FivePointRows::Layout FivePointRows::layoutOf(const Job &job, bool made) {
+  const FilterPlan &plan = job.plan->filter;
+  if (!usesLines(job, made)) {
+    return {slotsOf(plan.kind), 4, 0};
+  }
+  if (!made) {
+    return {0, 0, 0}; // lines are read where they lie
+  }
+  // The last one of the lines that are kept is followed by the first one once more.
+  return {kMadeLines + 1, plan.luma.lines.bytes / kFilterGroup, kWindowBytes};
+}
+
+int32_t FivePointRows::mostColumns(const Job &job, int32_t chromaShift, bool made) {
   constexpr auto kRoom = static_cast<int32_t>(sizeof(Room));
   constexpr int32_t kMultiple = 128;
-  const int32_t bytesOfColumn = slotsOf(job.plan->filter.kind) * (4 + (8 >> chromaShift));
-  const int32_t most = smaller(kRoom / bytesOfColumn, kColumns) & -kMultiple;
+  const Layout layout = layoutOf(job, made);
+  const int32_t rest = layout.rows * (layout.rest + (2 * layout.rest >> chromaShift));
+  const int32_t bytesOfColumn = layout.rows * (layout.bytesOfColumn + (2 * layout.bytesOfColumn >> chromaShift));
+  const int32_t room = bytesOfColumn == 0 ? kColumns : (kRoom - rest) / bytesOfColumn;
+  const int32_t most = smaller(room, kColumns) & -kMultiple;
   // Chunks of one size rather than a narrow last one.
   const int32_t chunks = (job.params.outWidth + most - 1) / most;
   return smaller(most, ((job.params.outWidth + chunks - 1) / chunks + kMultiple - 1) & -kMultiple);
@@ -51,12 +72,19 @@ FivePointRows::FivePointRows(const Job &job, const MeanPlane &plane, int number,
       stage_(POSITIVE_FIVE_POINT_ROW.in(job.levels)),
       negativeStage_((kind.isWhole ? WHOLE_FIVE_POINT_ROW : FIVE_POINT_ROW).in(job.levels)), kind_(kind),
       isLuma_(number == 0), windows_(room.bytes) {
-  const int32_t slots = slotsOf(plan_.kind);
-  rowBytes_ = 4 * mostColumns(job, chromaShift);
+  const bool made = plane.samples == nullptr;
+  const Layout layout = layoutOf(job, made);
+  if (usesLines(job, made)) {
+    lineStage_ = (kind.isWhole ? WHOLE_FIVE_POINT_LINE_ROW : FIVE_POINT_LINE_ROW).in(job.levels);
+  }
+  rowBytes_ = layout.bytesOfColumn * mostColumns(job, chromaShift, made) + layout.rest;
   if (number > 0) {
-    windows_ += slots * rowBytes_;
+    windows_ += layout.rows * rowBytes_;
     rowBytes_ >>= chromaShift;
-    windows_ += (number - 1) * slots * rowBytes_;
+    windows_ += (number - 1) * layout.rows * rowBytes_;
+  }
+  if (made) {
+    plane_.stride = rowBytes_;
   }
 }
 
@@ -125,24 +153,88 @@ const uint8_t *FivePointRows::windowsOf(int32_t line, int32_t tap) {
   return windows_ + slot * rowBytes_;
 }
 
-FivePointLines FivePointRows::linesOf(const int32_t *yEntry) {
-  FivePointLines lines;
-  lines.bits = kind_.bits;
-  for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t, yEntry += kTapWords) {
-    const SampleTap tap = tapOf(yEntry);
-    lines.top[t] = windowsOf(static_cast<int32_t>(tap.self), t);
-    lines.bottom[t] = windowsOf(static_cast<int32_t>(tap.next), t);
-    lines.next[t] = kind_.isAlike && t > 0 ? lines.next[0] : tap.weights.next;
+void FivePointRows::keep(int32_t line, int32_t count) {
+  const int32_t slot = slotOf(line, 0);
+  held_[slot] = line;
+  if (slot == 0) {
+    std::memcpy(windows_ + std::ptrdiff_t{kMadeLines} * rowBytes_, windows_, static_cast<std::size_t>(count));
   }
-  return lines;
+}
+
+bool FivePointRows::readTaps(const int32_t *yEntry, SampleTap (&taps)[kFilterTaps]) const {
+  bool isNegative = false;
+  for (SampleTap &tap : taps) {
+    tap = tapOf(yEntry);
+    tap.weights.next = (kind_.isAlike ? taps[0] : tap).weights.next;
+    isNegative = isNegative || tap.weights.next < 0;
+    yEntry += kTapWords;
+  }
+  return isNegative;
+}
+
+bool FivePointRows::setLines(const int32_t *yEntry, FivePointLines &lines) {
+  SampleTap taps[kFilterTaps];
+  const bool isNegative = readTaps(yEntry, taps);
+  lines.bits = kind_.bits;
+  for (int32_t t = 0; t < static_cast<int32_t>(kFilterTaps); ++t) {
+    lines.top[t] = windowsOf(static_cast<int32_t>(taps[t].self), t);
+    lines.bottom[t] = windowsOf(static_cast<int32_t>(taps[t].next), t);
+    lines.next[t] = taps[t].weights.next;
+  }
+  return isNegative;
+}
+
+bool FivePointRows::setTaps(const int32_t *yEntry, int row, FivePointTaps &to) const {
+  SampleTap taps[kFilterTaps];
+  const bool isNegative = readTaps(yEntry, taps);
+  for (std::size_t t = 0; t < kFilterTaps; ++t) {
+    to.top[row][t] = lineAt(static_cast<int32_t>(taps[t].self));
+    to.next[row][t] = taps[t].weights.next;
+  }
+  return isNegative;
+}
+
+/// Fills places `first` to `end` from that line on.
+void FivePointRows::setAhead(int32_t line, FivePointTaps &to, int32_t first, int32_t end) const {
+  for (int32_t i = first; i < end; ++i, ++line) {
+    to.ahead[i] = plane_.samples == nullptr ? ahead_[i] : lineAt(smaller(line, plane_.limitY - 1));
+  }
+}
+
+void FivePointRows::two(FivePointRows &rows0, const int32_t *yEntry0, uint8_t *to0, FivePointRows &rows1,
+                        const int32_t *yEntry1, uint8_t *to1) {
+  if (rows0.lineStage_ == nullptr) {
+    rows0.row(yEntry0, to0);
+    rows1.row(yEntry1, to1);
+    return;
+  }
+  FivePointTaps taps;
+  taps.bits = rows0.kind_.bits;
+  taps.below = rows0.plane_.limitY > 1 ? rows0.plane_.stride : 0;
+  const bool isNegative0 = rows0.setTaps(yEntry0, 0, taps);
+  const bool isNegative1 = rows1.setTaps(yEntry1, 1, taps);
+  const int32_t ahead = yEntry0[0] + kAhead;
+  rows0.setAhead(ahead, taps, 0, kLinesAhead / 2);
+  rows1.setAhead(&rows0 == &rows1 ? ahead + kLinesAhead / 2 : ahead, taps, kLinesAhead / 2, kLinesAhead);
+  int32_t leading = rows0.leading_;
+  for (const Part &part : rows0.parts_) {
+    if (part.groups > 0) {
+      const int32_t negative = isNegative0 || isNegative1 ? part.groups : smaller(leading, part.groups);
+      rows0.lineStage_(part.columns.lines, {negative, part.groups}, taps, {to0, to1});
+      to0 += std::ptrdiff_t{part.groups} * kFilterGroup;
+      to1 += std::ptrdiff_t{part.groups} * kFilterGroup;
+      leading -= smaller(leading, part.groups);
+    }
+  }
 }
 
 void FivePointRows::row(const int32_t *yEntry, uint8_t *to) {
-  FivePointLines lines = linesOf(yEntry);
-  bool isNegative = false;
-  for (const int32_t next : lines.next) {
-    isNegative = isNegative || next < 0;
+  if (lineStage_ != nullptr) {
+    two(*this, yEntry, to, *this, yEntry, to);
+    return;
   }
+  FivePointLines lines;
+  const bool isNegative = setLines(yEntry, lines);
   const auto make = [&](FivePointRow stage, const FilterGroup *groups, int32_t count) {
     if (count == 0) {
       return; // calls cost as much as a few groups

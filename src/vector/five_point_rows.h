@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/job.h"
+#include "base/limits.h"
 #include "kernels/mean_planes.h"
 #include "kernels/taps.h"
 #include "vector/column_plan.h"
@@ -36,8 +37,8 @@ public:
   /// Whether the frame has a plan, and a usable level the stages.
   static bool serve(const Job &job);
 
-  /// Luma's columns of a chunk whose windows have room.
-  static int32_t mostColumns(const Job &job, int32_t chromaShift);
+  /// Luma's columns of a chunk whose windows, or whose lines if these are `made`, have room.
+  static int32_t mostColumns(const Job &job, int32_t chromaShift, bool made = false);
 
   /// Plane 0 of a frame is luma, 1 and 2 chroma.
   FivePointRows(const Job &job, const MeanPlane &plane, int number, int32_t chromaShift, Room &room,
@@ -48,7 +49,27 @@ public:
   /// A row of the lines of a table entry; whole groups are written.
   void row(const int32_t *yEntry, uint8_t *to);
 
-  // Lines that do not lie as planes are made when they are needed. A row takes those of each tap.
+  /// Two rows at once: of two table entries, or of two planes with the same columns.
+  static void two(FivePointRows &rows0, const int32_t *yEntry0, uint8_t *to0, FivePointRows &rows1,
+                  const int32_t *yEntry1, uint8_t *to1);
+
+  // Lines that do not lie as planes (of a plane without samples) are made when they are needed. A row takes those of
+  // each tap, two rows at once those of both.
+
+  /// Whether samples are taken from made lines as they lie: these are kept then, instead of windows.
+  [[nodiscard]] bool takesLines() const { return lineStage_ != nullptr; }
+  /// Kept lines begin with this sample.
+  void beginLines(int32_t first) { firstSample_ = first; }
+  /// Where the samples of a line are kept.
+  [[nodiscard]] uint8_t *keptLine(int32_t line) const { return windows_ + line % kMadeLines * rowBytes_; }
+  /// The samples of a line, `count` of them, have been put there.
+  void keep(int32_t line, int32_t count);
+  /// What is asked for while rows are made, for every sample of a kept line a byte.
+  void askFor(const uint8_t *const (&ahead)[kLinesAhead]) {
+    for (int32_t i = 0; i < kLinesAhead; ++i) {
+      ahead_[i] = ahead[i] - firstSample_;
+    }
+  }
 
   /// What of a line the chunk takes. Not of gathered windows.
   [[nodiscard]] ByteRange bytesTaken() const;
@@ -75,20 +96,47 @@ private:
   static constexpr int32_t kSharedRows = 6;
   /// A tap of its own takes two lines that are neighbours.
   static constexpr int32_t kTapRows = 2;
+  /// The lines that two output lines take lie within this many where these are not more than 2.75 lines apart:
+  /// floor(p + 2.75 + 1.6) + 1 - floor(p - 1.6) is at most 7.
+  static constexpr int32_t kMadeLines = 8;
+  static constexpr int32_t kMostQuarters = 11;
   static constexpr int32_t kMostSlots = kTapRows * static_cast<int32_t>(kFilterTaps);
+
+  /// The first line that is asked for before it is read lies so far behind the middle of the taps.
+  static constexpr int32_t kAhead = 6;
 
   /// Rows of windows that are kept.
   static int32_t slotsOf(FilterWindows kind) { return windowRows(kind) == 1 ? kSharedRows : kMostSlots; }
 
+  /// How the windows or lines of a chunk lie in the room.
+  struct Layout {
+    int32_t rows;
+    int32_t bytesOfColumn; ///< of a row
+    int32_t rest;          ///< of a row
+  };
+  static Layout layoutOf(const Job &job, bool made);
+  /// Whether samples are taken from lines as they lie, which are planes' or made.
+  static bool usesLines(const Job &job, bool made);
+
   [[nodiscard]] bool isShared() const { return windowRows(plan_.kind) == 1; }
   [[nodiscard]] int32_t slotOf(int32_t line, int32_t tap) const {
+    if (takesLines()) {
+      return line % kMadeLines;
+    }
     return isShared() ? line % kSharedRows : kTapRows * tap + line % kTapRows;
   }
   [[nodiscard]] SampleTap tapOf(const int32_t *words) const {
     return kind_.isEvenAtEnd ? EvenAtEnd{plane_.limitY}(words) : HeldAtEnd{plane_.limitY}(words);
   }
 
-  FivePointLines linesOf(const int32_t *yEntry);
+  // False if all weights of the entry are positive.
+  bool readTaps(const int32_t *yEntry, SampleTap (&taps)[kFilterTaps]) const;
+  bool setLines(const int32_t *yEntry, FivePointLines &lines);
+  bool setTaps(const int32_t *yEntry, int row, FivePointTaps &to) const;
+  void setAhead(int32_t line, FivePointTaps &to, int32_t first, int32_t end) const;
+  [[nodiscard]] const uint8_t *lineAt(int32_t line) const {
+    return plane_.samples != nullptr ? plane_.samples + line * plane_.stride : keptLine(line) - firstSample_;
+  }
   const uint8_t *windowsOf(int32_t line, int32_t tap);
   void prefetch(int32_t line) const;
   void fill(const uint8_t *line, int32_t row, uint8_t *to) const;
@@ -103,7 +151,10 @@ private:
   MeanPlane plane_;
   WindowRow windowRow_;
   FivePointRow stage_;
-  FivePointRow negativeStage_; ///< where weights are negative
+  FivePointRow negativeStage_;           ///< where weights are negative
+  FivePointLineRow lineStage_ = nullptr; ///< of samples as they lie; null where windows are laid out
+  int32_t firstSample_ = 0;              ///< of kept lines
+  const uint8_t *ahead_[kLinesAhead]{};  ///< what is asked for while rows of kept lines are made
   MeanKind kind_;
   bool isLuma_;
   int32_t leading_ = 0; ///< groups of the chunk that may have negative weights

@@ -40,6 +40,18 @@ HWY_INLINE VI32 addedProducts(VI16 a, VI16 b) {
   return hn::RearrangeToOddPlusEven(even, odd);
 }
 
+/// Sums of pairs of bytes.
+template <class D>
+HWY_INLINE hn::Vec<D> pairSums(D d, const uint8_t *from) {
+  const auto bytes = hn::LoadU(hn::Repartition<uint8_t, D>(), from);
+#if HWY_ARCH_X86
+  const hn::RebindToSigned<D> di;
+  return hn::BitCast(d, sumPairs(bytes, hn::Set(di, 0x0101)));
+#else
+  return hn::Add(hn::And(hn::BitCast(d, bytes), hn::Set(d, 0xFF)), hn::ShiftRight<8>(hn::BitCast(d, bytes)));
+#endif
+}
+
 /// The lanes of a block of `a`, then those of the same block of `b`.
 HWY_INLINE VI16 packedWords(VI32 a, VI32 b) {
   return hn::ReorderDemote2To(di16, a, b);

@@ -35,29 +35,75 @@ void PartedMeans::columns(int32_t first, int32_t count) {
   first_ = smaller(smaller(luma.first >> from_.shift, chroma.first), from_.units - least);
   count_ = larger(larger((luma.end + from_.shift) >> from_.shift, chroma.end) - first_, least);
   parted_ = -1;
+  means_[0].beginLines(first_ << from_.shift);
+  means_[1].beginLines(first_);
+  means_[2].beginLines(first_);
 }
 
-void PartedMeans::part(int32_t line) {
-  if (line == parted_) {
-    return;
-  }
-  parted_ = line;
+void PartedMeans::part(int32_t line, uint8_t *const (&to)[3]) {
   const std::ptrdiff_t unitBytes = std::ptrdiff_t{2} << from_.shift;
   const uint8_t *bytes = from_.bytes + line * from_.stride + first_ * unitBytes;
-  from_.part({bytes + from_.at[0], bytes + from_.at[1], bytes + from_.at[2]}, {samples_[0], samples_[1], samples_[2]},
+  from_.part({bytes + from_.at[0], bytes + from_.at[1], bytes + from_.at[2]}, {to[0], to[1], to[2]},
              count_ << from_.shift);
 }
 
-void PartedMeans::rows(const int32_t *yEntry, uint8_t *const (&to)[3]) {
-  // All components take the same lines.
+/// All components take the same lines.
+void PartedMeans::makeLines(const int32_t *yEntry) {
   means_[0].forEachMissing(yEntry, [this](int32_t line, int32_t tap) {
-    part(line);
+    if (means_[0].takesLines()) {
+      part(line, {means_[0].keptLine(line), means_[1].keptLine(line), means_[2].keptLine(line)});
+      means_[0].keep(line, count_ << from_.shift);
+      means_[1].keep(line, count_);
+      means_[2].keep(line, count_);
+      return;
+    }
+    if (line != parted_) {
+      part(line, {samples_[0], samples_[1], samples_[2]});
+    }
+    parted_ = line;
     means_[0].take(line, tap, samples_[0] - (std::ptrdiff_t{first_} << from_.shift));
     means_[1].take(line, tap, samples_[1] - first_);
     means_[2].take(line, tap, samples_[2] - first_);
   });
+}
+
+/// The pieces of a line that the components' rows ask for lie behind one another; a byte for every sample of three
+/// components would be one piece too many of two-byte pixels.
+void PartedMeans::askAhead(const int32_t *yEntry) {
+  constexpr int32_t kLowest = 4; // line tap
+  const int32_t last = smaller(yEntry[kLowest * kTapWords] + 1, from_.lines - 1);
+  const uint8_t *ahead[kLinesAhead];
+  for (int32_t i = 0; i < kLinesAhead; ++i) {
+    ahead[i] = from_.bytes + smaller(last + 1 + i, from_.lines - 1) * from_.stride +
+               first_ * (std::ptrdiff_t{2} << from_.shift);
+  }
+  for (int c = 0; c < 3; ++c) {
+    means_[c].askFor(ahead);
+    for (const uint8_t *&bytes : ahead) {
+      bytes += c == 0 ? count_ << from_.shift : count_ * from_.shift;
+    }
+  }
+}
+
+void PartedMeans::rows(const int32_t *yEntry, uint8_t *const (&to)[3]) {
+  makeLines(yEntry);
   for (int c = 0; c < 3; ++c) {
     means_[c].row(yEntry, to[c]);
+  }
+}
+
+void PartedMeans::twoRows(const int32_t *yEntry, uint8_t *const (&to0)[3], uint8_t *const (&to1)[3]) {
+  const int32_t *next = yEntry + kEntryWords<kFilterTaps>;
+  if (!means_[0].takesLines()) {
+    rows(yEntry, to0);
+    rows(next, to1);
+    return;
+  }
+  makeLines(yEntry);
+  makeLines(next);
+  askAhead(next);
+  for (int c = 0; c < 3; ++c) {
+    FivePointRows::two(means_[c], yEntry, to0[c], means_[c], next, to1[c]);
   }
 }
 

@@ -26,7 +26,7 @@ public:
   static constexpr int32_t kColumns = FivePointRows::kColumns;
 
   /// Columns of a chunk whose windows have room.
-  static int32_t mostColumns(const Job &job, int32_t shift) { return FivePointRows::mostColumns(job, shift); }
+  static int32_t mostColumns(const Job &job, int32_t shift) { return FivePointRows::mostColumns(job, shift, true); }
 
   /// Lines have kLeastPixels or more.
   PartedMeans(const Job &job, const PartedLines &from, const MeanKind (&kinds)[3]);
@@ -38,12 +38,16 @@ public:
 
   /// Rows of the three components, of the lines of a table entry; whole groups are written.
   void rows(const int32_t *yEntry, uint8_t *const (&to)[3]);
+  /// The same of two table entries that follow one another.
+  void twoRows(const int32_t *yEntry, uint8_t *const (&to0)[3], uint8_t *const (&to1)[3]);
 
 private:
   /// Outputs that have windows are less than five samples apart.
   static constexpr int32_t kSamples = 5 * kColumns + 4 * kWindowBytes;
 
-  void part(int32_t line);
+  void part(int32_t line, uint8_t *const (&to)[3]);
+  void makeLines(const int32_t *yEntry);
+  void askAhead(const int32_t *yEntry);
 
   FivePointRows::Room room_;
   alignas(64) uint8_t samples_[3][kSamples];

@@ -1,62 +1,41 @@
-// Lines taken apart by vector code, as the families call it: looked up once a picture, called line by line. A line is
-// done or left alone, and which is said; what is left, and everything where there is no vector code, is the portable
-// code's.
+// Pictures taken apart by vector code, as the families call it. A picture is done or left alone, and which is said;
+// what is left, and everything where there is no vector code, is the portable code's.
 #pragma once
 
 #include "base/levels.h"
-#include "tables/packed_layout.h"
+#include "vector/part_planes.h"
 #if ZQCC_VECTOR
-#include "vector/fetch.h"
+#include "vector/stages.h"
 #endif
-
-#include <cstdint>
 
 namespace zqcc {
 
-/// Where the samples of a line go; only luma is wanted where u is null.
-struct PartedLine {
-  uint8_t *y;
-  uint8_t *u;
-  uint8_t *v;
-};
-
 #if ZQCC_VECTOR
 
-/// Pairs of samples into two lines.
-class PairParts {
-public:
-  explicit PairParts(LevelSet levels) : fetch_(EVEN_CHROMA_ROWS.in(levels)) {}
-  bool part(const uint8_t *pairs, uint8_t *first, uint8_t *second, int32_t count) const;
+inline bool parted(LevelSet levels, const PairLines &picture) {
+  const PartPairs part = PART_PAIRS.in(levels);
+  if (part == nullptr || picture.count < kLeastPixels / 2) {
+    return false;
+  }
+  part(picture);
+  return true;
+}
 
-private:
-  FetchRows fetch_;
-};
-
-/// Macropixels of packed 4:2:2 into samples, an even number of pixels a line.
-class MacropixelParts {
-public:
-  MacropixelParts(LevelSet levels, const PackedLayout &layout);
-  bool part(const uint8_t *from, const PartedLine &line, int32_t pixels) const;
-
-private:
-  PackedLayout layout_;
-  FetchRows whole_;
-  FetchRows luma_;
-};
+inline bool parted(LevelSet levels, const MacropixelLines &picture) {
+  const PartMacropixels part = PART_MACROPIXELS.in(levels);
+  if (part == nullptr || picture.pixels < kLeastPixels) {
+    return false;
+  }
+  part(picture);
+  return true;
+}
 
 #else
 
-struct PairParts {
-  constexpr explicit PairParts(LevelSet /*levels*/) {}
-  static constexpr bool part(const uint8_t * /*pairs*/, uint8_t * /*first*/, uint8_t * /*second*/, int32_t /*count*/) {
-    return false;
-  }
-};
-
-struct MacropixelParts {
-  constexpr MacropixelParts(LevelSet /*levels*/, const PackedLayout & /*layout*/) {}
-  static constexpr bool part(const uint8_t * /*from*/, const PartedLine & /*to*/, int32_t /*pixels*/) { return false; }
-};
+template <class Lines>
+constexpr bool parted(LevelSet /*levels*/, const Lines & /*picture*/) {
+  return false;
+}
 
 #endif
 

@@ -26,13 +26,17 @@ void reverseRow(const uint8_t *from, uint8_t *to, int32_t pixels) {
 }
 
 void transposeBlock(const PixelBlock &from, uint8_t *to, std::ptrdiff_t toStride) {
-  // Wider vectors take longer: every row of a block is loaded by itself.
+  // Wider vectors take longer where rows are at hand: every row of a block is loaded by itself.
   const hn::CappedTag<uint16_t, 16> d;
   if (from.columns < kSide<decltype(d)> || from.lines < kSide<decltype(d)>) {
     transposeBlock16(from, to, toStride);
   } else {
     transposeByLines<AsTheyLie>(d, from, to, toStride);
   }
+}
+
+void transposeUnits(const PixelBlock &from, uint8_t *to, std::ptrdiff_t toStride) {
+  transposeByLines<AsTheyLie>(hn::ScalableTag<uint16_t>(), from, to, toStride);
 }
 
 } // namespace
@@ -59,6 +63,7 @@ namespace zqcc {
 
 constexpr PerLevel<ReverseRow> REVERSE_ROW16 = ZQCC_EVERY_LEVEL(reverseRow);
 constexpr PerLevel<TransposeBlock> TRANSPOSE_BLOCK16 = ZQCC_EVERY_LEVEL(transposeBlock);
+constexpr PerLevel<TransposeBlock> TRANSPOSE_UNITS16 = ZQCC_EVERY_LEVEL(transposeUnits);
 
 } // namespace zqcc
 #endif

@@ -12,4 +12,8 @@ void transposeBlock16(const PixelBlock &from, uint8_t *to, std::ptrdiff_t toStri
 extern const PerLevel<ReverseRow> REVERSE_ROW16;
 extern const PerLevel<TransposeBlock> TRANSPOSE_BLOCK16;
 
+/// The same for units of two bytes that come from afar, in blocks of at least eight both ways: by the widest vectors,
+/// which fill a line of the cache at once.
+extern const PerLevel<TransposeBlock> TRANSPOSE_UNITS16;
+
 } // namespace zqcc

@@ -5,7 +5,7 @@
 
 namespace zqcc {
 
-/// As TRANSPOSE_BLOCK16, pixel by pixel of two bytes, but the two pixels that become a macropixel get the chroma of
+/// As TRANSPOSE_UNITS16, pixel by pixel of two bytes, but the two pixels that become a macropixel get the chroma of
 /// one: of rows 0 and 1, 2 and 3 and so on, both get that of the first, the former its first chroma byte, the latter
 /// its second one. Luma comes first in a macropixel, or chroma does. Blocks of even numbers of columns and rows, at
 /// least eight each, which begin with a macropixel's left pixel.

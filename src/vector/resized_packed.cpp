@@ -137,15 +137,24 @@ private:
 class PackedFilter {
 public:
   explicit PackedFilter(const Job &job)
-      : p_(job.params), columns_(PartedMeans::mostColumns(job, 1)), means_(job, linesOf(job), kKinds), made_(job) {}
+      : p_(job.params), columns_(PartedMeans::mostColumns(job, 1)), means_(job, linesOf(job), kKinds), made_(job),
+        second_(job) {}
 
   void resize(const int32_t *yTable) {
     for (int32_t first = 0; first < p_.outWidth; first += columns_) {
       const int32_t count = smaller(p_.outWidth - first, columns_);
       means_.columns(first, count);
       uint8_t *to = p_.outBuf[0] + std::ptrdiff_t{first} * 2;
-      for (int32_t j = 0; j < p_.outHeight; ++j, to += p_.outStride) {
-        means_.rows(yTable + j * kEntryWords<kFilterTaps>, {made_.y, made_.u, made_.v});
+      const int32_t *entry = yTable;
+      int32_t j = 0;
+      for (; j + 2 <= p_.outHeight;
+           j += 2, entry += 2 * kEntryWords<kFilterTaps>, to += 2 * std::ptrdiff_t{p_.outStride}) {
+        means_.twoRows(entry, {made_.y, made_.u, made_.v}, {second_.y, second_.u, second_.v});
+        made_.store(count, to);
+        second_.store(count, to + p_.outStride);
+      }
+      if (j < p_.outHeight) {
+        means_.rows(entry, {made_.y, made_.u, made_.v});
         made_.store(count, to);
       }
     }
@@ -166,6 +175,7 @@ private:
   int32_t columns_; ///< of a chunk
   PartedMeans means_;
   MacropixelLines made_;
+  MacropixelLines second_;
 };
 
 /// Whole macropixels of the source, as many as a stage parts; and lines that do not overlap, or the order of the stores

@@ -28,12 +28,14 @@ Plane planeOf(const ConvertParams &p, int index) {
           p.outStride >> half, p.outWidth >> half, p.outHeight >> half};
 }
 
-// What makes one line of a chunk at `to`, of the source lines that an entry of the line table says: whole groups.
+// What makes lines of a chunk, kLines of them at a time and one at the end, of the source lines that entries of the
+// line table say: whole groups.
 
 class InterpolatedLines {
 public:
   static constexpr int32_t kColumns = kMostColumns;
   static constexpr int32_t kGroup = kPlanGroup;
+  static constexpr int32_t kLines = 1;
   static constexpr std::ptrdiff_t kWords = kTapWords;
 
   InterpolatedLines(const Plane &plane, const TapPlan &plan, const ScaleStages &stages)
@@ -68,6 +70,7 @@ class NearestLines {
 public:
   static constexpr int32_t kColumns = kMostColumns;
   static constexpr int32_t kGroup = kPlanGroup;
+  static constexpr int32_t kLines = 1;
   static constexpr std::ptrdiff_t kWords = kTapWords;
 
   NearestLines(const Plane &plane, const PickPlan &plan, const ScaleStages &stages)
@@ -92,6 +95,7 @@ class FilteredLines {
 public:
   static constexpr int32_t kColumns = FivePointRows::kColumns;
   static constexpr int32_t kGroup = kFilterGroup;
+  static constexpr int32_t kLines = 2;
   static constexpr std::ptrdiff_t kWords = kEntryWords<kFilterTaps>;
 
   // cppcheck-suppress uninitMemberVar ; windows are laid out before they are read
@@ -106,6 +110,9 @@ public:
 
   void columns(int32_t first, int32_t count) { rows_.columns(first, count); }
   void make(const int32_t *entry, uint8_t *to) { rows_.row(entry, to); }
+  void make(const int32_t *entry, uint8_t *const (&to)[2]) {
+    FivePointRows::two(rows_, entry, to[0], rows_, entry + kWords, to[1]);
+  }
 
 private:
   FivePointRows::Room room_;
@@ -121,11 +128,18 @@ void resizePlane(const Plane &plane, const int32_t *yTable, Lines lines) {
     const int32_t count = smaller(plane.width - first, lines.mostColumns());
     const bool fits = count % Lines::kGroup == 0;
     lines.columns(first, count);
-    uint8_t *to = plane.to + first;
-    for (int32_t j = 0; j < plane.height; ++j, to += plane.toStride) {
-      lines.make(yTable + j * Lines::kWords, fits ? to : samples.line[0]);
-      if (!fits) {
-        std::memcpy(to, samples.line[0], static_cast<std::size_t>(count));
+    for (int32_t j = 0; j < plane.height; j += Lines::kLines) {
+      uint8_t *line = plane.to + first + j * plane.toStride;
+      const bool isWhole = j + Lines::kLines <= plane.height;
+      // cppcheck-suppress uninitvar ; lines are made before they are read
+      uint8_t *const to[2] = {fits ? line : samples.line[0], fits && isWhole ? line + plane.toStride : samples.line[1]};
+      if constexpr (Lines::kLines == 2) {
+        isWhole ? lines.make(yTable + j * Lines::kWords, to) : lines.make(yTable + j * Lines::kWords, to[0]);
+      } else {
+        lines.make(yTable + j * Lines::kWords, to[0]);
+      }
+      for (int32_t l = 0; !fits && l < (isWhole ? Lines::kLines : 1); ++l) {
+        std::memcpy(line + l * plane.toStride, samples.line[l], static_cast<std::size_t>(count));
       }
     }
   }

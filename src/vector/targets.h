@@ -19,12 +19,12 @@
 /// The row of a PerLevel for a function that every level has.
 #define ZQCC_EVERY_LEVEL(function)                                                                                     \
   {                                                                                                                    \
-    { nullptr, N_SSE4::function, N_AVX2::function, N_AVX3::function, nullptr }                                         \
+    { nullptr, N_SSE4::function, N_AVX2::function, N_AVX3::function, nullptr, nullptr }                                \
   }
 #elif defined(__aarch64__)
 #define TOOLCHAIN_MISS_SYS_AUXV_H // NEON is the baseline: no pragma asks for cryptography, which would stop inlining
 #define ZQCC_EVERY_LEVEL(function)                                                                                     \
   {                                                                                                                    \
-    { nullptr, nullptr, nullptr, nullptr, N_NEON::function }                                                           \
+    { nullptr, nullptr, nullptr, nullptr, nullptr, N_NEON::function }                                                  \
   }
 #endif

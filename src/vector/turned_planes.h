@@ -2,6 +2,7 @@
 // turn wants them.
 #pragma once
 
+#include "base/levels.h"
 #include "vector/place_stages.h"
 
 #include <cstddef>
@@ -30,9 +31,22 @@ struct UnitExchange {
   int32_t unitBytes;
 };
 
+/// The stages of a level that exchange lines and columns of planes.
+struct PlaneExchange {
+  UnitExchange units;
+  TransposeBlock ofSmall; ///< the same for pictures that stay in the cache
+  int32_t stripColumns;   ///< columns that go down the picture together, a multiple of 16; 64 of small pictures
+};
+
+/// Output lines stay in the cache until they are full. Vectors that fill a line of it at once do best with source lines
+/// of the same size, narrower ones with longer pieces.
+constexpr int32_t stripColumnsOf(Level level, int32_t unitBytes) {
+  return level == LEVEL_AVX512 ? 64 / unitBytes : 64;
+}
+
 /// False, and nothing is done, where the picture is smaller than a block, where no level has the stage, or where output
 /// lines overlap, so that the order of the stores shows.
-bool exchangeByBlocks(const UnitExchange &units, const LineExchange &picture);
+bool exchangeByBlocks(const PlaneExchange &stages, const LineExchange &picture);
 
 /// A half turn of `samples` samples that follow one another without gaps. False where they are too few, or where no
 /// level has the stage.

@@ -17,7 +17,7 @@ int avx512() {
 }
 
 /// A kernel to which AVX2 adds nothing.
-constexpr PerLevel<int (*)()> kKernel{{nullptr, sse4, nullptr, avx512, nullptr}};
+constexpr PerLevel<int (*)()> kKernel{{nullptr, sse4, nullptr, avx512, nullptr, nullptr}};
 
 TEST(PerLevel, TakesTheHighestLevelThatMayRun) {
   EXPECT_EQ(kKernel.levelIn(zqcc::kEveryLevel), zqcc::LEVEL_AVX512);

@@ -112,7 +112,8 @@ TEST_P(Levels, ConvertLikeThePortableCodeAndKeepInside) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Vector, Levels,
-                         testing::Values(zqcc::LEVEL_SSE4, zqcc::LEVEL_AVX2, zqcc::LEVEL_AVX512, zqcc::LEVEL_NEON),
+                         testing::Values(zqcc::LEVEL_SSE4, zqcc::LEVEL_AVX2, zqcc::LEVEL_AVX512, zqcc::LEVEL_AVX512VBMI,
+                                         zqcc::LEVEL_NEON),
                          [](const testing::TestParamInfo<zqcc::Level> &level) -> std::string {
                            return support::nameOf(level.param);
                          });

@@ -25,7 +25,10 @@ if [ "$2" = ON ]; then
     expected+=" sse4"
     if has avx avx2; then
       expected+=" avx2"
-      if has avx512f avx512dq avx512bw avx512vl; then expected+=" avx512"; fi
+      if has avx512f avx512dq avx512bw avx512vl; then
+        expected+=" avx512"
+        if has avx512vbmi; then expected+=" avx512vbmi"; fi
+      fi
     fi
   fi
 fi

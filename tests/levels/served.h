@@ -32,6 +32,14 @@ inline constexpr containment::Sizes kCutBlocks{142, 78, 142, 78};
 inline constexpr containment::Sizes kQuarter{512, 128, 128, 32};
 inline constexpr containment::Sizes kEighth{1024, 128, 128, 16};
 
+/// A picture that does not stay in the cache while it is turned.
+inline constexpr containment::Sizes kLarge{448, 256, 448, 256};
+
+/// Boxes of two, six, and every second of ten columns.
+inline constexpr containment::Sizes kHalf{256, 64, 128, 32};
+inline constexpr containment::Sizes kSixth{768, 96, 128, 16};
+inline constexpr containment::Sizes kTenth{1280, 80, 128, 8};
+
 /// What serves a conversion with the levels that may run now.
 Served servedBy(const containment::Mode &mode, const containment::Sizes &sizes = kWholeBlocks);
 

@@ -48,11 +48,12 @@ struct Spy<stage, level, table> {
 template <StageNumber stage, const auto &table>
 auto spied() {
   const auto spy = [](Level level, auto function) { return table.of[level] != nullptr ? function : nullptr; };
-  return std::remove_cvref_t<decltype(table)>{{nullptr,
-                                               spy(zqcc::LEVEL_SSE4, Spy<stage, zqcc::LEVEL_SSE4, table>::call),
-                                               spy(zqcc::LEVEL_AVX2, Spy<stage, zqcc::LEVEL_AVX2, table>::call),
-                                               spy(zqcc::LEVEL_AVX512, Spy<stage, zqcc::LEVEL_AVX512, table>::call),
-                                               spy(zqcc::LEVEL_NEON, Spy<stage, zqcc::LEVEL_NEON, table>::call)}};
+  return std::remove_cvref_t<decltype(table)>{
+      {nullptr, spy(zqcc::LEVEL_SSE4, Spy<stage, zqcc::LEVEL_SSE4, table>::call),
+       spy(zqcc::LEVEL_AVX2, Spy<stage, zqcc::LEVEL_AVX2, table>::call),
+       spy(zqcc::LEVEL_AVX512, Spy<stage, zqcc::LEVEL_AVX512, table>::call),
+       spy(zqcc::LEVEL_AVX512VBMI, Spy<stage, zqcc::LEVEL_AVX512VBMI, table>::call),
+       spy(zqcc::LEVEL_NEON, Spy<stage, zqcc::LEVEL_NEON, table>::call)}};
 }
 
 } // namespace

@@ -13,8 +13,10 @@ ZqpColours anyColours(Random &random) {
   colours.matrix = between(random, ZQP_BT601, ZQP_MATRIX_GIVEN);
   colours.range = between(random, ZQP_RANGE_USUAL, ZQP_RANGE_FULL);
   colours.siting = between(random, ZQP_SITING_LEFT, ZQP_SITING_CENTRE);
-  colours.kr = static_cast<float>(between(random, 5, 40)) / 100;
-  colours.kb = static_cast<float>(between(random, 5, 40)) / 100;
+  // Together at most .8: the less is left for green, the more chroma counts there.
+  const int kr = between(random, 1, 78);
+  colours.kr = static_cast<float>(kr) / 100;
+  colours.kb = static_cast<float>(between(random, 1, 79 - kr)) / 100;
   return colours;
 }
 

@@ -150,6 +150,24 @@ TEST(Conversion, LongestSides) {
   }
 }
 
+/// Means of as many samples as have short weights, and of one more, whose ends are those of samples.
+TEST(Conversion, MeansOfWholeSamples) {
+  uint32_t seed = 12000000;
+  for (const int samples : {2, 3, 4, 8, 15, 16, 17, 32, 33}) {
+    for (const int32_t in : {ZQP_GREY, ZQP_NV12, ZQP_I444, ZQP_YUYV, ZQP_RGB24, ZQP_RGBA}) {
+      for (const bool isAcross : {true, false}) {
+        Random random(++seed);
+        ZqpConversion c = picture::usual(in, seed % 2 != 0 ? ZQP_BGRA : ZQP_NV12, 7, 6);
+        c.filter = ZQP_FILTER_AREA;
+        (isAcross ? c.inWidth : c.inHeight) *= samples;
+        c.inColours.siting = c.outColours.siting = between(random, 0, 1);
+        const std::string report = Trial(c, Content::Noise, seed).run();
+        ASSERT_EQ(report, "") << "seed " << seed;
+      }
+    }
+  }
+}
+
 /// Many colours, in pictures that take several chunks of every row.
 TEST(Conversion, ManyColours) {
   uint32_t seed = 11000000;

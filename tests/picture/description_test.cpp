@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -15,6 +16,14 @@ namespace {
 constexpr int32_t kLeast = std::numeric_limits<int32_t>::min();
 constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
 
+using Bytes = std::array<uint8_t, sizeof(ZqpConversion)>;
+
+Bytes bytesOf(const ZqpConversion &c) {
+  Bytes bytes;
+  std::memcpy(bytes.data(), &c, sizeof c);
+  return bytes;
+}
+
 ZqpConversion good() {
   return picture::usual(ZQP_NV12, ZQP_BGRA, 8, 6);
 }
@@ -22,7 +31,7 @@ ZqpConversion good() {
 /// What zqpConverterMake() says. A pointer that is not null must become null where it refuses.
 int32_t errorOf(const ZqpConversion &c) {
   char other = 0;
-  ZqpConverter *converter = reinterpret_cast<ZqpConverter *>(&other);
+  auto *converter = reinterpret_cast<ZqpConverter *>(&other);
   const int32_t error = zqpConverterMake(&c, &converter);
   if (error == ZQP_OK) {
     EXPECT_NE(converter, nullptr);
@@ -99,10 +108,9 @@ TEST(ConversionInit, RefusesNullAndOtherRecords) {
     ZqpConversion c;
     std::memset(&c, 0x5A, sizeof c);
     c.recordSize = size;
-    ZqpConversion before;
-    std::memcpy(&before, &c, sizeof c);
+    const Bytes before = bytesOf(c);
     EXPECT_EQ(zqpConversionInit(&c), ZQP_ERR_RECORD) << size;
-    EXPECT_EQ(std::memcmp(&before, &c, sizeof c), 0) << size;
+    EXPECT_EQ(bytesOf(c), before) << size;
   }
 }
 
@@ -111,7 +119,7 @@ TEST(Description, RefusesNullAndOtherRecords) {
   EXPECT_EQ(errorOf(c), ZQP_OK);
   EXPECT_EQ(zqpConverterMake(&c, nullptr), ZQP_ERR_NULL);
   char other = 0;
-  ZqpConverter *converter = reinterpret_cast<ZqpConverter *>(&other);
+  auto *converter = reinterpret_cast<ZqpConverter *>(&other);
   EXPECT_EQ(zqpConverterMake(nullptr, &converter), ZQP_ERR_NULL);
   EXPECT_EQ(converter, nullptr);
   for (const uint32_t size : {0U, 4U, static_cast<uint32_t>(sizeof c) - 1, static_cast<uint32_t>(sizeof c) + 4}) {

@@ -13,7 +13,6 @@ namespace {
 using picture::between;
 using picture::Random;
 using reference::Format;
-using reference::OwnPicture;
 
 constexpr int32_t kLeast = std::numeric_limits<int32_t>::min();
 constexpr int32_t kMost = std::numeric_limits<int32_t>::max();

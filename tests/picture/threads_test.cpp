@@ -20,6 +20,7 @@ constexpr int kThreads = 4;
 template <class Work>
 void onThreads(const Work &work) {
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (int thread = 0; thread < kThreads; ++thread) {
     threads.emplace_back(work, thread);
   }

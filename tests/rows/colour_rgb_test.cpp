@@ -229,7 +229,7 @@ void expectEveryColour(RgbLayout layout, const RgbOfYuv &colours, int32_t step) 
   for (int32_t i = 0; i < 256; ++i) {
     y[i] = static_cast<uint8_t>(i);
   }
-  const size_t bytes = static_cast<size_t>(256 * bytesOf(layout));
+  const auto bytes = static_cast<size_t>(256 * bytesOf(layout));
   std::vector<uint8_t> wanted[3];
   wanted[0].resize(bytes);
   std::vector<uint8_t> made(bytes);

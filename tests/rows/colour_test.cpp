@@ -15,7 +15,7 @@ using namespace zqp::lines;
 
 class ColourRows : public testing::TestWithParam<zqcc::Level> {
 protected:
-  [[nodiscard]] const ColourStages &stages() const { return stagesAt(GetParam()); }
+  static const ColourStages &stages() { return stagesAt(GetParam()); }
 
   int16_t word() {
     constexpr int16_t kEnds[4] = {0, 1, 32639, 32640};
@@ -201,7 +201,7 @@ Sum sumOf(size_t number) {
   }
   const int32_t kr = nearest(k * m.kr);
   const int32_t kb = nearest(k * m.kb);
-  const int32_t bias = static_cast<int32_t>((1 << 20) + (1 << 21) * out.black - 128 * in.black * nearest(k));
+  const auto bias = static_cast<int32_t>((1 << 20) + (1 << 21) * out.black - 128 * in.black * nearest(k));
   return {word(kr), word(nearest(k) - kr - kb), word(kb), bias + static_cast<int32_t>(number % 3)};
 }
 

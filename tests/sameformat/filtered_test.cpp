@@ -48,6 +48,9 @@ TEST(SameFormatFiltered, WideRatios) {
   for (const int type : kTypes) {
     for (const auto &s : {std::array<int, 4>{2112, 8, 66, 5},
                           {100, 90, 66, 21},
+                          {110, 190, 66, 50},
+                          {200, 165, 70, 60},
+                          {100, 168, 66, 60},
                           {8, 700, 5, 2},
                           {1500, 300, 2, 2},
                           {4, 4, 130, 3},

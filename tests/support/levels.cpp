@@ -10,7 +10,8 @@ namespace {
 using zqcc::Level;
 using zqcc::LevelSet;
 
-constexpr std::array<const char *, zqcc::LEVEL_COUNT> kNames{"portable", "sse4", "avx2", "avx512", "neon"};
+constexpr std::array<const char *, zqcc::LEVEL_COUNT> kNames{"portable", "sse4",       "avx2",
+                                                             "avx512",   "avx512vbmi", "neon"};
 
 /// What the library has been told last: it does not say.
 LevelSet inForce = zqcc::kEveryLevel;

@@ -10,8 +10,9 @@
 
 namespace support {
 
-inline constexpr std::array<zqcc::Level, zqcc::LEVEL_COUNT> kLevels{
-    zqcc::LEVEL_PORTABLE, zqcc::LEVEL_SSE4, zqcc::LEVEL_AVX2, zqcc::LEVEL_AVX512, zqcc::LEVEL_NEON};
+inline constexpr std::array<zqcc::Level, zqcc::LEVEL_COUNT> kLevels{zqcc::LEVEL_PORTABLE,   zqcc::LEVEL_SSE4,
+                                                                    zqcc::LEVEL_AVX2,       zqcc::LEVEL_AVX512,
+                                                                    zqcc::LEVEL_AVX512VBMI, zqcc::LEVEL_NEON};
 
 const char *nameOf(zqcc::Level level);
 std::optional<zqcc::Level> levelNamed(std::string_view name);

@@ -95,5 +95,7 @@ protected:
 };
 
 inline constexpr Level kVectorLevels[] = {LEVEL_SSE4, LEVEL_AVX2, LEVEL_AVX512, LEVEL_NEON};
+/// With the one that has some stages of its own only.
+inline constexpr Level kFilterLevels[] = {LEVEL_SSE4, LEVEL_AVX2, LEVEL_AVX512, LEVEL_AVX512VBMI, LEVEL_NEON};
 
 } // namespace zqcc

@@ -47,6 +47,17 @@ int32_t windowOf(const FilterPlan &plan, const FilterColumns &columns, int32_t g
   }
 }
 
+/// The same tap in the line as it lies.
+void expectInLine(const LineColumns &columns, const FilterGroup &windows, int32_t lane, int32_t tap,
+                  const SampleTap &due) {
+  const uint8_t *mask = columns.groups->mask[tap] + 4 * lane;
+  ASSERT_EQ(*columns.first + mask[0], due.self) << "tap " << tap;
+  ASSERT_EQ(*columns.first + mask[2], due.next) << "tap " << tap;
+  ASSERT_LT(mask[2], columns.bytes);
+  ASSERT_EQ(columns.groups->weight[tap][2 * lane], windows.weight[tap][2 * lane]);
+  ASSERT_EQ(columns.groups->weight[tap][2 * lane + 1], windows.weight[tap][2 * lane + 1]);
+}
+
 void expectLine(const Planned &planned, const FilterLine &line, bool isLuma) {
   const FilterPlan &plan = planned.plan;
   for (int32_t i = 0; i < line.outputs; ++i) {
@@ -80,6 +91,12 @@ void expectLine(const Planned &planned, const FilterLine &line, bool isLuma) {
         const NearWindows &near = plan.from(columns, at).near[plan.kind == FilterWindows::Near ? 0 : t];
         ASSERT_EQ(near.first + 4 * near.from[lane], window + lane % 4 * 4);
         ASSERT_LE(near.first + kWindowBytes, line.samples);
+      }
+      if (plan.kind == FilterWindows::Near) {
+        const LineColumns lines = plan.from(columns, at).lines;
+        ASSERT_GE(*lines.first, 0);
+        ASSERT_LE(*lines.first + lines.bytes, line.samples);
+        expectInLine(lines, each, lane, t, tap);
       }
     }
   }
@@ -157,6 +174,21 @@ TEST(FilterPlan, TakesTheNearestWindowsThatHoldTheTaps) {
   EXPECT_EQ(kindOf(1920, 460), FilterWindows::OfTaps);
   EXPECT_EQ(kindOf(1920, 240), FilterWindows::Gathered);
   EXPECT_EQ(kindOf(1920, 60), FilterWindows::Gathered);
+}
+
+TEST(FilterPlan, TakesHalfOfTheBytesOfALineWhereTheyHoldTheTaps) {
+  const auto bytesOf = [](int32_t source, int32_t outputs, uint32_t quality) {
+    const Planned planned(source, outputs, quality, {(outputs + 1) / 2, source / 2, source / 2});
+    EXPECT_EQ(planned.plan.chroma.lines.bytes, planned.plan.luma.lines.bytes);
+    return planned.plan.luma.lines.bytes;
+  };
+  for (const uint32_t quality : {1U, 2U}) {
+    EXPECT_EQ(bytesOf(1920, 1152, quality), 32);
+    EXPECT_EQ(bytesOf(1280, 1280, quality), 32);
+    EXPECT_EQ(bytesOf(320, 800, quality), 32);
+    EXPECT_EQ(bytesOf(1920, 1151, quality), 64);
+    EXPECT_EQ(bytesOf(1920, 800, quality), 64);
+  }
 }
 
 TEST(FilterPlan, IsNotMadeWhereATapStandsBehindTheLine) {

@@ -206,6 +206,150 @@ TEST_P(FilterRows, FifthsAreExact) {
   }
 }
 
+/// Groups of lines as they lie, of two rows at once.
+class LineMeans {
+public:
+  /// How many of 32 or 64 bytes groups take, and the bits of a component.
+  LineMeans(int32_t bytes, int32_t bits) : bytes_(bytes), bits_(bits) {}
+
+  /// A stage and whether it makes the means of whole samples.
+  void expect(FivePointLineRow stage, bool isWhole) {
+    for (round_ = 0; round_ < 600; ++round_) {
+      prepare();
+      uint8_t *const to[2] = {to_[0].data(), to_[1].data()};
+      const LineColumns columns{groups_.data(), first_.data(), bytes_};
+      const auto fault = support::catchFault([&] { stage(columns, {leading_, count_}, taps_, to); });
+      ASSERT_FALSE(fault.has_value() || to_[0].damage().has_value() || to_[1].damage().has_value());
+      for (int row = 0; row < 2; ++row) {
+        for (int32_t i = 0; i < count_ * kFilterGroup; ++i) {
+          ASSERT_EQ(to[row][i] >> (8 - bits_), mean(row, i, isWhole))
+              << bits_ << " bits, output " << i << " of row " << row << ", round " << round_;
+        }
+      }
+    }
+  }
+
+private:
+  static constexpr int32_t kMost = 11;
+  static constexpr int32_t kLines = 6;
+
+  int32_t weightOf(bool mayBeNegative) { return mayBeNegative ? weight(random_) : std::abs(weight(random_)); }
+
+  void prepare() {
+    const Against against = round_ % 2 == 0 ? Against::End : Against::Start;
+    count_ = 1 + round_ % kMost;
+    const bool isNegative = round_ % 5 == 0;
+    leading_ = isNegative ? count_ : between(random_, 0, round_ % 3) % (count_ + 1);
+    const int32_t samples = between(random_, bytes_, 200);
+    lines_.place(static_cast<std::size_t>(kLines * samples), against);
+    const auto fill = round_ % 3 == 0 ? support::Fill::Extremes : support::Fill::Noise;
+    support::fill(lines_.write(), lines_.size(), fill, static_cast<uint32_t>(round_));
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+      lines_.write()[i] &= static_cast<uint8_t>(0xFF00 >> bits_);
+    }
+    taps_.bits = bits_;
+    taps_.below = samples;
+    std::fill_n(taps_.ahead, kLinesAhead, lines_.data());
+    for (int row = 0; row < 2; ++row) {
+      to_[row].place(static_cast<std::size_t>(count_ * kFilterGroup), against);
+      for (std::size_t t = 0; t < kFilterTaps; ++t) {
+        taps_.top[row][t] = lines_.data() + between(random_, 0, kLines - 2) * samples;
+        taps_.next[row][t] = weightOf(isNegative);
+      }
+    }
+    for (int32_t g = 0; g < count_; ++g) {
+      first_[static_cast<std::size_t>(g)] = between(random_, 0, samples - bytes_);
+      FilterGroup &group = groups_[static_cast<std::size_t>(g)];
+      for (std::size_t t = 0; t < kFilterTaps; ++t) {
+        for (std::size_t i = 0; i < kFilterGroup; ++i) {
+          const int32_t number = between(random_, 0, bytes_ - 2);
+          const int32_t next = weightOf(g < leading_);
+          const int32_t mask[4] = {number, between(random_, 0, 255), number + 1, 0x80};
+          std::copy_n(mask, 4, group.mask[t] + 4 * i);
+          group.weight[t][2 * i] = static_cast<int16_t>(16 * (1024 - next));
+          group.weight[t][2 * i + 1] = static_cast<int16_t>(16 * next);
+        }
+      }
+    }
+  }
+
+  int32_t mean(int row, int32_t output, bool isWhole) const {
+    const auto g = static_cast<std::size_t>(output / kFilterGroup);
+    const auto lane = static_cast<std::size_t>(output % kFilterGroup);
+    int32_t sum = 0;
+    for (std::size_t t = 0; t < kFilterTaps; ++t) {
+      const uint8_t *top = taps_.top[row][t] + first_[g] + groups_[g].mask[t][4 * lane];
+      const int32_t sample =
+          bilinear(top, top + taps_.below, groups_[g].weight[t][2 * lane + 1] / 16, taps_.next[row][t], bits_);
+      sum += isWhole ? sample : sample & ((1 << bits_) - 1);
+    }
+    return sum / 5 & ((1 << bits_) - 1);
+  }
+
+  std::mt19937 random_{7}; // NOLINT(cert-msc51-cpp): the same cases everywhere
+  int32_t bytes_;
+  int32_t bits_;
+  int round_ = 0;
+  int32_t count_ = 0;
+  int32_t leading_ = 0;
+  FivePointTaps taps_{};
+  std::vector<FilterGroup> groups_{kMost};
+  std::vector<int32_t> first_ = std::vector<int32_t>(kMost);
+  GuardedPages lines_{2048, Access::ReadOnly};
+  GuardedPages to_[2] = {{kMost * kFilterGroup, Access::ReadWrite}, {kMost * kFilterGroup, Access::ReadWrite}};
+};
+
+TEST(FivePointLines, MeansAreThoseOfTheLines) {
+  if (!support::hasLevel(LEVEL_AVX512VBMI)) {
+    GTEST_SKIP() << support::missing(LEVEL_AVX512VBMI);
+  }
+  for (const int32_t bytes : {32, 64}) {
+    for (const int32_t bits : {5, 6, 8}) {
+      LineMeans(bytes, bits).expect(FIVE_POINT_LINE_ROW.of[LEVEL_AVX512VBMI], false);
+      LineMeans(bytes, bits).expect(WHOLE_FIVE_POINT_LINE_ROW.of[LEVEL_AVX512VBMI], true);
+    }
+  }
+}
+
+/// Samples that differ by one at most, of whole weights: every sum, in groups that are stored four at a time and alone.
+TEST(FivePointLines, FifthsAreExact) {
+  if (!support::hasLevel(LEVEL_AVX512VBMI)) {
+    GTEST_SKIP() << support::missing(LEVEL_AVX512VBMI);
+  }
+  constexpr std::size_t kGroups = 6;
+  std::vector<FilterGroup> groups(kGroups);
+  const std::vector<int32_t> first(kGroups);
+  for (FilterGroup &group : groups) {
+    for (std::size_t t = 0; t < kFilterTaps; ++t) {
+      for (std::size_t i = 0; i < kFilterGroup; ++i) {
+        group.mask[t][4 * i + 2] = 1;
+        group.weight[t][2 * i] = 16 * 1024;
+      }
+    }
+  }
+  std::vector<uint8_t> lines((kFilterTaps + 1) * kWindowBytes);
+  FivePointTaps taps{};
+  taps.below = 0;
+  taps.bits = 8;
+  for (int32_t sum = 0; sum <= 1275; ++sum) {
+    for (std::size_t t = 0; t < kFilterTaps; ++t) {
+      uint8_t *line = lines.data() + t * kWindowBytes;
+      std::fill_n(line, kWindowBytes, static_cast<uint8_t>((sum + static_cast<int32_t>(t)) / 5));
+      taps.top[0][t] = taps.top[1][t] = line;
+    }
+    std::fill_n(taps.ahead, kLinesAhead, lines.data());
+    for (const auto *stage : {&FIVE_POINT_LINE_ROW, &WHOLE_FIVE_POINT_LINE_ROW}) {
+      std::vector<uint8_t> rows[2] = {std::vector<uint8_t>(kGroups * kFilterGroup),
+                                      std::vector<uint8_t>(kGroups * kFilterGroup)};
+      stage->of[LEVEL_AVX512VBMI]({groups.data(), first.data(), 64}, {1, kGroups}, taps,
+                                  {rows[0].data(), rows[1].data()});
+      for (const std::vector<uint8_t> &row : rows) {
+        ASSERT_EQ(row, std::vector<uint8_t>(row.size(), static_cast<uint8_t>(sum / 5))) << sum;
+      }
+    }
+  }
+}
+
 // --- Boxes ----------------------------------------------------------------------------------------------------------
 
 struct Adding {
@@ -276,11 +420,62 @@ TEST_P(FilterRows, EveryMeanOfABoxIsExact) {
       first[i] = static_cast<int32_t>(2 * i);
     }
     const BoxColumns columns{first.data(), {1, 1}, boxQuotient(samples)};
-    for (const auto *stage : {&BOX_ROW, &BOX_ROW_OF_TWO}) {
-      std::vector<uint8_t> means(boxes);
-      stage->of[GetParam()](sums.data(), columns, groups, means.data());
-      for (int32_t i = 0; i < count; ++i) {
-        ASSERT_EQ(means[static_cast<std::size_t>(i)], i / samples) << i << " of " << samples;
+    std::vector<uint8_t> means(boxes);
+    BOX_ROW.of[GetParam()](sums.data(), columns, groups, means.data());
+    for (int32_t i = 0; i < count; ++i) {
+      ASSERT_EQ(means[static_cast<std::size_t>(i)], i / samples) << i << " of " << samples;
+    }
+  }
+}
+
+/// A stage and its boxes: the first column that it reads is `before` columns before the first box.
+struct Straight {
+  const PerLevel<StraightBoxes> *stage;
+  int32_t apart;
+  int32_t before;
+  std::vector<int32_t> columns;
+};
+
+TEST_P(FilterRows, StraightBoxesReadTheirColumnsAlone) {
+  std::vector<std::unique_ptr<GuardedPages>> lines;
+  for (int32_t l = 0; l < kMostBoxSamples; ++l) {
+    lines.push_back(std::make_unique<GuardedPages>(2048, Access::ReadOnly));
+  }
+  GuardedPages to(1024, Access::ReadWrite);
+  for (const Straight &straight :
+       {Straight{&BOXES_OF_FOUR, 4, 0, {0, 1, 2, 3}}, Straight{&BOXES_OF_SIX, 6, 0, {0, 1, 2, 3, 4, 5}},
+        Straight{&BOXES_OF_EVERY_SECOND, 8, 1, {0, 2, 4, 6}}}) {
+    int32_t count = 1;
+    while ((straightLevels(count) & setOf(GetParam())) == 0) {
+      ++count;
+    }
+    for (; count <= 150; ++count) {
+      for (int32_t lineCount = 1; lineCount <= kMostBoxSamples; ++lineCount) {
+        const Against against = (count + lineCount) % 2 == 0 ? Against::End : Against::Start;
+        const int32_t first = straight.before + (against == Against::End ? count % 5 : 0);
+        const int32_t length = first + (count - 1) * straight.apart + straight.columns.back() + 1;
+        AddedLines added{{}, lineCount, 0};
+        for (int32_t l = 0; l < lineCount; ++l) {
+          GuardedPages &line = *lines[static_cast<std::size_t>(l)];
+          line.place(static_cast<std::size_t>(length), against);
+          support::fill(line.write(), line.size(), lineCount == 7 ? support::Fill::Extremes : support::Fill::Noise,
+                        static_cast<uint32_t>(8 * count + l));
+          added.line[l] = line.data();
+        }
+        to.place(static_cast<std::size_t>(count), against);
+        const int32_t samples = lineCount * static_cast<int32_t>(straight.columns.size());
+        const auto fault = support::catchFault(
+            [&] { straight.stage->of[GetParam()](added, first, count, boxQuotient(samples), to.data()); });
+        ASSERT_FALSE(fault.has_value() || to.damage().has_value()) << count << " of " << lineCount;
+        for (int32_t i = 0; i < count; ++i) {
+          int32_t sum = 0;
+          for (int32_t l = 0; l < lineCount; ++l) {
+            for (const int32_t column : straight.columns) {
+              sum += added.line[l][first + i * straight.apart + column];
+            }
+          }
+          ASSERT_EQ(to.data()[i], sum / samples) << i << " of " << count << ", " << lineCount << " lines";
+        }
       }
     }
   }

@@ -136,26 +136,16 @@ protected:
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Levels, Filtered, testing::ValuesIn(kVectorLevels),
+INSTANTIATE_TEST_SUITE_P(Levels, Filtered, testing::ValuesIn(kFilterLevels),
                          [](const auto &level) { return support::nameOf(level.param); });
 
 TEST_P(Filtered, TakesEveryLayoutAtEveryRatio) {
-  constexpr std::array<std::array<int32_t, 4>, 16> kSizes{{{256, 160, 32, 20},
-                                                           {576, 72, 64, 8},
-                                                           {1920, 108, 800, 48},
-                                                           {1920, 60, 1152, 36},
-                                                           {1280, 60, 768, 36},
-                                                           {1920, 60, 320, 10},
-                                                           {1280, 64, 320, 16},
-                                                           {1280, 64, 160, 8},
-                                                           {1921, 81, 481, 19},
-                                                           {640, 64, 20, 32},
-                                                           {2048, 128, 64, 8},
-                                                           {300, 300, 150, 290},
-                                                           {257, 67, 300, 99},
-                                                           {64, 64, 2048, 70},
-                                                           {700, 101, 699, 100},
-                                                           {4096, 40, 1100, 13}}};
+  constexpr std::array<std::array<int32_t, 4>, 25> kSizes{
+      {{256, 160, 32, 20},   {576, 72, 64, 8},     {1920, 108, 800, 48}, {1920, 60, 1152, 36}, {1280, 60, 768, 36},
+       {1920, 60, 320, 10},  {1280, 64, 320, 16},  {1280, 64, 160, 8},   {1921, 81, 481, 19},  {640, 64, 20, 32},
+       {2048, 128, 64, 8},   {300, 300, 150, 290}, {257, 67, 300, 99},   {64, 64, 2048, 70},   {700, 101, 699, 100},
+       {4096, 40, 1100, 13}, {4216, 20, 1054, 5},  {4216, 24, 527, 12},  {3200, 30, 533, 30},  {3162, 36, 527, 5},
+       {1290, 40, 320, 10},  {1930, 40, 320, 10},  {1280, 40, 128, 4},   {140, 2400, 35, 400}, {96, 3200, 16, 400}}};
   for (const Type &type : kTypes) {
     for (const auto &sizes : kSizes) {
       for (const uint32_t quality : {1U, 2U, 3U}) {
@@ -175,9 +165,11 @@ TEST_P(Filtered, LeavesWhatHasNoPlan) {
   EXPECT_FALSE(isTaken(kTypes[0], narrow));
   // Taps are planned for lines that do not end before the picture does; boxes are as wide as the stride allows.
   for (const uint32_t quality : {1U, 3U}) {
-    Frame shortened(COLOR_YUV444_PLANAR, {200, 64, 80, 40}, quality);
-    shortened.setStride(180);
-    EXPECT_EQ(isTaken(kTypes[3], shortened), quality == 3);
+    for (const int32_t stride : {180, 182}) {
+      Frame shortened(COLOR_YUV444_PLANAR, {200, 64, 80, 40}, quality);
+      shortened.setStride(stride);
+      EXPECT_EQ(isTaken(kTypes[3], shortened), quality == 3);
+    }
   }
 }
 

@@ -46,18 +46,9 @@ std::string nameOf(const Turning &t) {
 struct Placed {
   std::ptrdiff_t pixelBytes;
   zqcc::Level level;
+  zqcc::PlaceStages stages;
+  int32_t least; ///< pixels both ways; fewer are left to portable code
 };
-
-zqcc::PlaceStages stagesOf(std::ptrdiff_t pixelBytes) {
-  switch (pixelBytes) {
-  case 1:
-    return {&zqcc::REVERSE_ROW8, &zqcc::TRANSPOSE_BLOCK8};
-  case 2:
-    return {&zqcc::REVERSE_ROW16, &zqcc::TRANSPOSE_BLOCK16};
-  default:
-    return {&zqcc::REVERSE_ROW24, &zqcc::TRANSPOSE_BLOCK24};
-  }
-}
 
 class Placing : public testing::TestWithParam<Placed> {
 protected:
@@ -129,10 +120,9 @@ protected:
   }
 
   const std::ptrdiff_t bytes_ = GetParam().pixelBytes;
-  const zqcc::ReverseRow reverse_ = stagesOf(bytes_).reverse->of[GetParam().level];
-  const zqcc::TransposeBlock transpose_ = stagesOf(bytes_).transpose->of[GetParam().level];
-  /// Samples are fewer bytes than pixels: what is left to portable code is more of them.
-  const int32_t least_ = bytes_ == 1 ? zqcc::kLeastSamples : 1;
+  const zqcc::ReverseRow reverse_ = GetParam().stages.reverse->of[GetParam().level];
+  const zqcc::TransposeBlock transpose_ = GetParam().stages.transpose->of[GetParam().level];
+  const int32_t least_ = GetParam().least;
   std::vector<uint8_t> expected_;
 
 private:
@@ -203,7 +193,10 @@ TEST_P(Placing, TransposesEveryWay) {
 }
 
 std::vector<Placed> ofLevel(zqcc::Level level) {
-  return {{1, level}, {2, level}, {3, level}};
+  return {{1, level, {&zqcc::REVERSE_ROW8, &zqcc::TRANSPOSE_BLOCK8}, zqcc::kLeastSamples},
+          {2, level, {&zqcc::REVERSE_ROW16, &zqcc::TRANSPOSE_BLOCK16}, 1},
+          {2, level, {&zqcc::REVERSE_ROW16, &zqcc::TRANSPOSE_UNITS16}, 8},
+          {3, level, {&zqcc::REVERSE_ROW24, &zqcc::TRANSPOSE_BLOCK24}, 1}};
 }
 
 #if defined(__x86_64__)

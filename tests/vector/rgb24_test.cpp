@@ -20,7 +20,8 @@ using zqcc::ColourConstants;
 using zqcc::Level;
 
 const char *nameOf(Level level) {
-  constexpr std::array<const char *, zqcc::LEVEL_COUNT> kNames{"portable", "sse4", "avx2", "avx512", "neon"};
+  constexpr std::array<const char *, zqcc::LEVEL_COUNT> kNames{"portable", "sse4",       "avx2",
+                                                               "avx512",   "avx512vbmi", "neon"};
   return kNames.at(level);
 }
 

@@ -145,7 +145,7 @@ TEST_P(TurnedPlanes, LeaveWhatIsNoneOfTheirs) {
       EXPECT_FALSE(turn(unitBytes, left));
       EXPECT_EQ(difference(), "");
     }
-    EXPECT_FALSE(zqcc::exchangeByBlocks({nullptr, static_cast<int32_t>(unitBytes)}, plane));
+    EXPECT_FALSE(zqcc::exchangeByBlocks({{nullptr, static_cast<int32_t>(unitBytes)}, nullptr, 64}, plane));
     EXPECT_EQ(difference(), "");
   }
 }

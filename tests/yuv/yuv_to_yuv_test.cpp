@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <vector>
@@ -168,6 +169,64 @@ TEST(YuvToYuv, ChromaIsDecimatedUpToTheLastLine) {
     ASSERT_EQ(CC_OK, result.code);
     EXPECT_EQ((std::vector<int>{40, 42, 43, 43}), bytesOf(result, 1, 4)) << picture->type;
     EXPECT_EQ((std::vector<int>{80, 82, 83, 83}), bytesOf(result, 2, 4)) << picture->type;
+  }
+}
+
+/// A plane of `lines` lines of `columns` samples that are made in turn of every second line, then of the last one.
+std::vector<uint8_t> decimated(const std::vector<uint8_t> &from, int step, int stride, int lines, int columns,
+                               int pitch) {
+  std::vector<uint8_t> to(static_cast<std::size_t>(lines * pitch + columns), 7);
+  for (int line = 0; line < lines; ++line) {
+    for (int i = 0; i < columns; ++i) {
+      to[static_cast<std::size_t>(line * pitch + i)] =
+          from[static_cast<std::size_t>(std::min(2 * line, lines - 1) * stride + i * step)];
+    }
+  }
+  return to;
+}
+
+/// 4:2:0 has half the lines that are asked for; lines that overlap, lie next to each other, lie apart.
+TEST(YuvToYuv, TheLastChromaLineIsRepeatedToTheEnd) {
+  constexpr int kWidth = 256;
+  for (const zqcc::Level level : support::kLevels) {
+    if (!support::hasLevel(level)) {
+      continue;
+    }
+    const support::LevelsForced forced(level);
+    for (const int height : {2, 4, 6, 8, 10, 14, 18, 66, 798, 1600}) {
+      for (const int outStride : {kWidth - 6, kWidth, kWidth + 10}) {
+        for (const bool pairs : {false, true}) {
+          const int lines = height / 2;
+          auto seed = static_cast<uint32_t>(height);
+          std::array<std::vector<uint8_t>, 3> in;
+          for (std::vector<uint8_t> &plane : in) {
+            plane.resize(static_cast<std::size_t>(height * kWidth));
+            support::fill(plane.data(), plane.size(), support::Fill::Noise, seed++);
+          }
+          std::array<std::vector<uint8_t>, 3> out;
+          out[0].resize(static_cast<std::size_t>(height * outStride + kWidth));
+          out[1] = out[2] = std::vector<uint8_t>(static_cast<std::size_t>(lines * (outStride / 2) + kWidth / 2), 7);
+          ConvertParams params = support::blankParams();
+          params.inType = pairs ? COLOR_YUV420_PACK : COLOR_YVU420_PLANAR;
+          params.outType = COLOR_YUV420_PLANAR;
+          params.inWidth = params.inStride = params.outWidth = kWidth;
+          params.inHeight = params.outHeight = height;
+          params.outStride = outStride;
+          for (std::size_t i = 0; i < 3; ++i) {
+            params.inBuf[i] = in.at(i).data();
+            params.outBuf[i] = out.at(i).data();
+          }
+          ASSERT_EQ(CC_OK, support::convertOnce(params));
+          const int stride = pairs ? kWidth : kWidth / 2;
+          const std::vector<uint8_t> second =
+              pairs ? std::vector<uint8_t>(in[1].begin() + 1, in[1].end()) : in[1]; // planes change places
+          const auto u = decimated(pairs ? in[1] : in[2], pairs ? 2 : 1, stride, lines, kWidth / 2, outStride / 2);
+          const auto v = decimated(second, pairs ? 2 : 1, stride, lines, kWidth / 2, outStride / 2);
+          ASSERT_TRUE(u == out[1] && v == out[2])
+              << pairs << ", " << height << " lines " << outStride << " apart at " << support::nameOf(level);
+        }
+      }
+    }
   }
 }
 

@@ -127,6 +127,7 @@ IdealPlane idealPlane(const ZqpConversion &c, const OwnPicture &in, int outCompo
 
 std::vector<IdealPlane> idealOf(const ZqpConversion &c, const OwnPicture &in) {
   std::vector<IdealPlane> planes;
+  planes.reserve(4);
   for (int component = 0; component < formatOf(c.outFormat).components; ++component) {
     planes.push_back(component == kAlpha ? idealAlpha(c, in) : idealPlane(c, in, component));
   }

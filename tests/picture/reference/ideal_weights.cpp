@@ -70,10 +70,11 @@ std::vector<Share> mean(const Window &window, double first, double last) {
   const double begin = std::max(window.begin, first - .5);
   const double end = std::min(window.end, last + .5);
   std::vector<Share> shares;
-  for (double k = first; k <= last; ++k) {
+  const int lastIndex = static_cast<int>(last);
+  for (int k = static_cast<int>(first); k <= lastIndex; ++k) {
     const double covered = std::min(end, k + .5) - std::max(begin, k - .5);
     if (covered > 0) {
-      shares.push_back({static_cast<int>(k), covered / (end - begin)});
+      shares.push_back({k, covered / (end - begin)});
     }
   }
   return shares;
