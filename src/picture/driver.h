@@ -31,11 +31,13 @@ public:
 private:
   [[nodiscard]] bool isCopied(const Pass &pass) const;
   void copy(const Pass &pass, const Band &band);
+  void splitPairs(const Pass &pass, const Band &lines);
   void line(const Pass &pass, const Chunk &chunk, int32_t y);
   void reverse(const Pass &pass, const Chunk &chunk, const uint8_t *rows[4]);
 
   const ZqpConverter &converter_;
   const Planes &in_;
+  const FetchStages &fetch_;
   const PlaceStages &place_;
   RowRecipes recipes_;
   Placer placer_;

@@ -29,7 +29,7 @@ Chunk chunkOf(const ZqpConverter &converter, int32_t first, int32_t count) {
 }
 
 UprightDriver::UprightDriver(const ZqpConverter &converter, const Planes &in, const Planes &out, const Stages &stages)
-    : converter_(converter), in_(in), place_(*stages.place), recipes_(converter, in, stages),
+    : converter_(converter), in_(in), fetch_(*stages.fetch), place_(*stages.place), recipes_(converter, in, stages),
       placer_(converter, out, *stages.place) {}
 
 void UprightDriver::layOut(Arena &arena, int32_t columns) {
@@ -49,7 +49,7 @@ void UprightDriver::layOut(Arena &arena, int32_t columns) {
   }
 }
 
-/// Whether lines of the input's planes become lines of the output's as they are.
+/// Whether lines of the input's planes become lines of the output's as they are, or pairs of them taken apart.
 bool UprightDriver::isCopied(const Pass &pass) const {
   const Turn &turn = converter_.description.turn;
   const bool arePlanes = pass.placing == Placing::ChromaPlanes;
@@ -60,8 +60,7 @@ bool UprightDriver::isCopied(const Pass &pass) const {
   const bool isAsItIs =
       arePlanes ? converter_.chromaRecipe == ChromaRecipe::AsItIs : converter_.lumaRecipe == LumaRecipe::AsItIs;
   const Family family = converter_.description.in->family;
-  const bool areRows =
-      family == Family::Planar || (!arePlanes && (family == Family::SemiPlanar || family == Family::Grey));
+  const bool areRows = family == Family::Planar || family == Family::SemiPlanar || family == Family::Grey;
   return isAsItIs && areRows && grid.keepsColumns && grid.lines.sampling() == Sampling::Same;
 }
 
@@ -69,6 +68,10 @@ bool UprightDriver::isCopied(const Pass &pass) const {
 void UprightDriver::copy(const Pass &pass, const Band &band) {
   const Band lines = bandOf(band, pass.shifts.y);
   const Format &format = *converter_.description.in;
+  if (pass.isChroma && format.family == Family::SemiPlanar) {
+    splitPairs(pass, lines);
+    return;
+  }
   const Origin &origin = pass.isChroma ? converter_.chromaOrigin : converter_.lumaOrigin;
   const auto bytes = static_cast<std::size_t>(samplesOf(converter_.description.width, pass.shifts.x));
   for (int32_t c = 0; c < pass.components && lines.count > 0; ++c) {
@@ -84,6 +87,16 @@ void UprightDriver::copy(const Pass &pass, const Band &band) {
     for (int32_t n = 0; n < lines.count; ++n) {
       std::memcpy(to + n * toStride, from + n * fromStride, bytes);
     }
+  }
+}
+
+void UprightDriver::splitPairs(const Pass &pass, const Band &lines) {
+  const bool isVuFirst = converter_.description.in->isSwapped;
+  const Origin &origin = converter_.chromaOrigin;
+  const int32_t count = samplesOf(converter_.description.width, pass.shifts.x);
+  for (int32_t y = lines.first; y < lines.first + lines.count; ++y) {
+    const uint8_t *from = in_.line[1] + in_.stride[1] * (origin.line + y) + std::ptrdiff_t{2} * origin.column;
+    fetch_.pairs(from, count, placer_.at(pass, isVuFirst ? 1 : 0, 0, y), placer_.at(pass, isVuFirst ? 0 : 1, 0, y));
   }
 }
 
