@@ -224,26 +224,6 @@ bool liesStraight(const ZqpConverter &converter, YuvLayout &samples) {
   return true;
 }
 
-/// Whether output k is the mean of samples 2 k and 2 k + 1, or of the last sample alone.
-bool halves(const Axis &axis) {
-  if (axis.sampling() != Sampling::Area) {
-    return false;
-  }
-  for (int32_t k = 0; k < axis.outputs(); ++k) {
-    int32_t weights[2];
-    const int32_t left = axis.samples() - 2 * k;
-    const Taps taps = axis.taps(k, nullptr);
-    if (taps.first != 2 * k || taps.count != (left < 2 ? left : 2)) {
-      return false;
-    }
-    axis.taps(k, weights);
-    if (taps.count == 2 && weights[0] != weights[1]) {
-      return false;
-    }
-  }
-  return true;
-}
-
 /// Whether luma and chroma can be made of the input's pixels as they lie, those of chroma of 2 x 2 or of 2 x 1 of them.
 bool liesInFourBytes(const ZqpConverter &converter) {
   const bool isLuma = converter.lumaRecipe == LumaRecipe::OfRgbBytes && converter.luma.keepsColumns;
@@ -252,8 +232,8 @@ bool liesInFourBytes(const ZqpConverter &converter) {
   }
   const GridPlan &chroma = converter.chroma;
   return converter.chromaRecipe == ChromaRecipe::None ||
-         (converter.chromaRecipe == ChromaRecipe::OfRgbWords && halves(chroma.columns) &&
-          (chroma.lines.sampling() == Sampling::Same || halves(chroma.lines)));
+         (converter.chromaRecipe == ChromaRecipe::OfRgbWords && chroma.columns.halves() &&
+          (chroma.lines.sampling() == Sampling::Same || chroma.lines.halves()));
 }
 
 /// Nothing is taken apart then, nor kept.
