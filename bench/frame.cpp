@@ -14,7 +14,7 @@ constexpr std::size_t kAlignment = 64;
 constexpr std::size_t kSlack = 128;
 
 int32_t tightStride(int32_t type, int32_t width) {
-  return type == kArgb ? 4 * width : support::tightStride(type, width);
+  return type == kBgra ? 4 * width : support::tightStride(type, width);
 }
 
 /// Chroma lines are at boundaries too, down to a quarter of the stride.
@@ -24,7 +24,7 @@ int32_t alignedStride(int32_t type, int32_t width) {
 }
 
 support::PlaneShape shapeOf(int32_t type, const Size &size, int32_t stride, int32_t index) {
-  if (type == kArgb) {
+  if (type == kBgra) {
     return {4 * size.width, size.height, stride};
   }
   return support::planeShape(type, size.width, size.height, stride, index);
@@ -38,7 +38,7 @@ struct Placing {
 
 Placing placingOf(int32_t type, int32_t plane) {
   switch (type) {
-  case kArgb:
+  case kBgra:
     return {4, 0, 0};
   case COLOR_RGB24:
     return {3, 0, 0};
@@ -105,7 +105,7 @@ int32_t channelAt(int32_t type, int32_t plane, int32_t byte) {
   if (support::isSemiPlanar(type)) {
     return plane == 0 ? 0 : 1 + byte % 2;
   }
-  return type == COLOR_RGB24 ? byte % 3 : plane;
+  return type == COLOR_RGB24 ? byte % 3 : type == kBgra ? byte % 4 : plane;
 }
 
 class Noise {
@@ -175,7 +175,7 @@ void addLine(Sum &sum, int32_t type, const uint8_t *a, const uint8_t *b, int32_t
 } // namespace
 
 int32_t planeCount(int32_t type) {
-  return type == kArgb ? 1 : support::planeCount(type);
+  return type == kBgra ? 1 : support::planeCount(type);
 }
 
 Size planeSize(const View &view, int32_t index) {

@@ -10,9 +10,6 @@
 
 namespace bench {
 
-/// A layout of its own for the intermediate pictures of other libraries: four bytes a pixel.
-constexpr int32_t kArgb = 100;
-
 /// Planes of a picture that somebody else owns.
 struct View {
   int32_t type = 0;

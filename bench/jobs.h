@@ -8,6 +8,9 @@
 
 namespace bench {
 
+/// A layout that the first library does not have: bytes B, G, R, A.
+constexpr int32_t kBgra = 100;
+
 struct Size {
   int32_t width;
   int32_t height;
@@ -76,6 +79,9 @@ struct Group {
   const char *title;
   double must = 0;
   double aim = 0;
+  double mustEach = 0; ///< of every single job, where it is not what the mean must be
+
+  [[nodiscard]] double jobMust() const { return mustEach == 0 ? must : mustEach; }
 };
 
 /// The same for all jobs of the groups that something is demanded of.
@@ -88,5 +94,11 @@ std::span<const Job> jobs();
 std::span<const Job> calls();
 /// One description for every format of resampling table and every kind of scratch memory that set-up can make.
 std::span<const Job> setUps();
+
+/// zqPicture's table of its own. Chroma is nearest at the same size, as it is in the other libraries.
+std::span<const Group> pictureGroups();
+/// Beside the best peer, and beside the first library.
+std::span<const Job> pictureJobs();
+std::span<const Job> pictureJobsOfBoth();
 
 } // namespace bench

@@ -70,6 +70,10 @@ std::vector<Program> ownPrograms() {
   return programs;
 }
 
+std::vector<Program> firstLibraryPrograms() {
+  return {{"zqColorConversion", conversion, [] { zqcc::setLevelMask(zqcc::kEveryLevel); }}};
+}
+
 Runner setUpRunner(const Task &task) {
   ConvertParams params = describe(task.job, task.input.size);
   ConvertContext *context = nullptr;

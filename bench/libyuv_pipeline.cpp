@@ -109,7 +109,7 @@ void Pipeline::unpack(const Job &job) {
   case COLOR_RGB24:
   case COLOR_RGB565:
     if (job.resizes() || (moves && job.inType == COLOR_RGB24)) {
-      addConversion(kArgb);
+      addConversion(kBgra);
     }
     break;
   default:
@@ -153,8 +153,8 @@ void Pipeline::scaleAndTurn(const Task &task) {
   if (turnFirst) {
     addRotate(job);
   }
-  if (scalesAsArgb(task) && type_ != kArgb) {
-    addConversion(kArgb);
+  if (scalesAsArgb(task) && type_ != kBgra) {
+    addConversion(kBgra);
   }
   if (job.resizes()) {
     addScales(task, turnFirst && job.quarterTurns());

@@ -105,9 +105,8 @@ const uint8_t *RowConverter::packedLine(const RowPicture &from, int32_t y) {
   return other_.data();
 }
 
-void RowConverter::toArgb(const RowPicture &from, int32_t y) {
+void RowConverter::toArgb(const RowPicture &from, int32_t y, uint8_t *to) {
   const View &view = from.view;
-  uint8_t *to = argb_.data();
   const uint8_t *first = lineOf(view, 0, y);
   const int32_t chroma = y >> from.chromaShift;
   switch (from.kind) {
@@ -150,7 +149,11 @@ void RowConverter::toArgb(const RowPicture &from, int32_t y) {
 }
 
 void RowConverter::line(const RowPicture &from, int32_t y, uint8_t *to) {
-  toArgb(from, y);
+  if (outType_ == kBgra && !mirrored_) {
+    toArgb(from, y, to);
+    return;
+  }
+  toArgb(from, y, argb_.data());
   const uint8_t *argb = argb_.data();
   if (mirrored_) {
     BENCH_ROW(ARGBMirrorRow, AVX2, 8, width_)(argb, other_.data(), width_);

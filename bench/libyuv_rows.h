@@ -28,14 +28,14 @@ RowPicture rowPicture(const View &view);
 /// Whether the processor has the vector instructions that the rows are written for.
 bool haveRows();
 
-/// Makes lines of RGB565 or RGB24 from lines of a kind.
+/// Makes lines of RGB565, RGB24 or four bytes a pixel from lines of a kind.
 class RowConverter {
 public:
   RowConverter(const RowPicture &shape, int32_t outType, bool mirrored);
   void line(const RowPicture &from, int32_t y, uint8_t *to);
 
 private:
-  void toArgb(const RowPicture &from, int32_t y);
+  void toArgb(const RowPicture &from, int32_t y, uint8_t *to);
   const uint8_t *packedLine(const RowPicture &from, int32_t y);
 
   int32_t width_;

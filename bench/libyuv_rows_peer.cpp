@@ -12,7 +12,7 @@ namespace bench {
 namespace {
 
 bool isRgb(int32_t type) {
-  return type == COLOR_RGB565 || type == COLOR_RGB24;
+  return type == COLOR_RGB565 || type == COLOR_RGB24 || type == kBgra;
 }
 
 Runner uprightRunner(const Task &task) {

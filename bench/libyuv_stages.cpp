@@ -115,7 +115,7 @@ bool throughArgb(const View &from, const View &to, Packer packer) {
   bool done = true;
   for (int32_t top = 0; done && top < from.size.height; top += kStripLines) {
     const int32_t lines = std::min(kStripLines, from.size.height - top);
-    const View argb{kArgb, {from.size.width, lines}, {scratch.data(), nullptr, nullptr}, {stride, 0, 0}};
+    const View argb{kBgra, {from.size.width, lines}, {scratch.data(), nullptr, nullptr}, {stride, 0, 0}};
     done = toArgb(part(from, 0, top, argb.size), argb) && fromArgb(argb, part(to, 0, top, argb.size), packer);
   }
   return done;
@@ -133,7 +133,7 @@ bool toRgb565(const View &from, const View &to, Packer packer) {
     return plain ? threeToOne(libyuv::I422ToRGB565, from, to, width, height) : throughArgb(from, to, packer);
   case NV12:
     return twoToOne(libyuv::NV12ToRGB565, from, to);
-  case kArgb:
+  case kBgra:
     return fromArgb(from, to, packer);
   default:
     return throughArgb(from, to, packer);
@@ -150,7 +150,7 @@ bool toRgb24(const View &from, const View &to) {
     return threeToOne(libyuv::I422ToRGB24, from, to, width, height);
   case NV12:
     return twoToOne(libyuv::NV12ToRGB24, from, to);
-  case kArgb:
+  case kBgra:
     return fromArgb(from, to, Packer::Plain);
   default:
     return throughArgb(from, to, Packer::Plain);
@@ -169,9 +169,16 @@ bool toI420(const View &from, const View &to) {
     return oneToThree(libyuv::YUY2ToI420, from, to);
   case UYVY:
     return oneToThree(libyuv::UYVYToI420, from, to);
+  case kBgra:
+    return oneToThree(libyuv::ARGBToI420, from, to);
   default:
     return false;
   }
+}
+
+bool toNv12(const View &from, const View &to) {
+  return from.type == kBgra && good(libyuv::ARGBToNV12(from.plane[0], from.stride[0], to.plane[0], to.stride[0],
+                                                       to.plane[1], to.stride[1], from.size.width, from.size.height));
 }
 
 bool toI422(const View &from, const View &to) {
@@ -200,7 +207,7 @@ bool scale(const View &from, const View &to, libyuv::FilterMode filter) {
     return good(libyuv::NV12Scale(from.plane[0], from.stride[0], from.plane[1], from.stride[1], from.size.width,
                                   from.size.height, to.plane[0], to.stride[0], to.plane[1], to.stride[1], to.size.width,
                                   to.size.height, filter));
-  case kArgb:
+  case kBgra:
     return good(libyuv::ARGBScale(from.plane[0], from.stride[0], from.size.width, from.size.height, to.plane[0],
                                   to.stride[0], to.size.width, to.size.height, filter));
   default:
@@ -214,12 +221,14 @@ bool convert(const View &from, const View &to, Packer packer) {
     return toRgb565(from, to, packer);
   case RGB24:
     return toRgb24(from, to);
-  case kArgb:
+  case kBgra:
     return toArgb(from, to);
   case I420:
     return toI420(from, to);
   case I422:
     return toI422(from, to);
+  case NV12:
+    return toNv12(from, to);
   case YUYV:
     return threeToOne(from.type == I422 ? libyuv::I422ToYUY2 : libyuv::I420ToYUY2, from, to, from.size.width,
                       from.size.height);

@@ -79,7 +79,7 @@ bool rotate(const View &from, const View &to, libyuv::RotationMode mode) {
     return to.type == COLOR_YUV420_PACK ? rotateNv12(from, to, mode) : rotateNv12ToI420(from, to, mode);
   case COLOR_RGB565:
     return rotateRgb565(from, to, mode);
-  case kArgb:
+  case kBgra:
     return good(libyuv::ARGBRotate(from.plane[0], from.stride[0], to.plane[0], to.stride[0], from.size.width,
                                    from.size.height, mode));
   default:

@@ -11,6 +11,7 @@
 #include "measure.h"
 #include "pictures.h"
 #include "report.h"
+#include "threads.h"
 
 #include <csignal>
 #include <cstdio>
@@ -18,6 +19,7 @@
 #include <cstring>
 #include <fstream>
 #include <regex>
+#include <utility>
 
 namespace bench {
 namespace {
@@ -44,26 +46,34 @@ public:
     }
   }
 
-  void conversion(const Job &job, const Size &size) {
-    if (wanted(job)) {
-      for (const Result &result : measure(job, size, pace_, own_, peers_)) {
-        add(result);
+  void conversions(std::span<const Job> jobs, std::span<const Program> own, std::span<const Program> peers) {
+    for (const Job &job : jobs) {
+      for (const Size &size : job.sizes) {
+        conversion(job, size, own, peers);
       }
     }
   }
   /// What is no conversion, at the highest level.
   void alone(const Job &job, const Size &size, const std::function<Runner()> &make) {
     if (wanted(job)) {
-      own_.back().select();
+      ownPrograms().back().select();
       if (const Runner run = make()) {
         add(measureAlone(job, size, pace_, run));
       }
     }
   }
-  [[nodiscard]] const std::vector<Result> &results() const { return results_; }
+  /// What was measured since this was asked last.
+  [[nodiscard]] std::vector<Result> take() { return std::exchange(results_, {}); }
 
 private:
   bool wanted(const Job &job) const { return std::regex_search(nameOf(job), pattern_); }
+  void conversion(const Job &job, const Size &size, std::span<const Program> own, std::span<const Program> peers) {
+    if (wanted(job)) {
+      for (const Result &result : measure(job, size, pace_, own, peers)) {
+        add(result);
+      }
+    }
+  }
   void add(const Result &result) {
     results_.push_back(result);
     if (file_.is_open()) {
@@ -74,8 +84,6 @@ private:
   Pace pace_;
   std::regex pattern_;
   std::ofstream file_;
-  std::vector<Program> own_ = ownPrograms();
-  std::vector<Program> peers_ = peerPrograms();
   std::vector<Result> results_;
 };
 
@@ -92,13 +100,18 @@ bool runFrames(const Program &program, const Job &job, const Size &size, int fra
   return done;
 }
 
-const Job *jobNamed(const std::string &name) {
-  for (const Job &job : jobs()) {
+const Job *jobNamed(std::span<const Job> table, const std::string &name) {
+  for (const Job &job : table) {
     if (nameOf(job) == name) {
       return &job;
     }
   }
   return nullptr;
+}
+
+const Job *jobNamed(const std::string &name) {
+  const Job *job = jobNamed(jobs(), name);
+  return job == nullptr ? jobNamed(pictureJobs(), name) : job;
 }
 
 bool readSize(const char *text, Size &size) {
@@ -112,7 +125,8 @@ int countedFrames(char **arguments) {
   if (!readSize(arguments[3], size)) {
     return 2;
   }
-  std::vector<Program> programs = ownPrograms();
+  const bool isPicture = jobNamed(pictureJobs(), arguments[2]) != nullptr;
+  std::vector<Program> programs = isPicture ? picturePrograms() : ownPrograms();
   const std::vector<Program> peers = peerPrograms();
   programs.insert(programs.end(), peers.begin(), peers.end());
   for (const Program &program : programs) {
@@ -134,14 +148,9 @@ int printPixels(char **arguments) {
   return 0;
 }
 
-int benchmark(const Options &options) {
-  Run run(options);
+std::string firstSheet(Run &run, const std::vector<Program> &peers, std::vector<Result> &all) {
   for (const auto &table : {jobs(), calls()}) {
-    for (const Job &job : table) {
-      for (const Size &size : job.sizes) {
-        run.conversion(job, size);
-      }
-    }
+    run.conversions(table, ownPrograms(), peers);
   }
   for (const Job &job : setUps()) {
     run.alone(job, kSetUpSize, [&job] { return setUpRunner({job, {job.inType, kSetUpSize, {}, {}}, {}}); });
@@ -150,11 +159,34 @@ int benchmark(const Options &options) {
   run.alone({"setup", "one-shot call, 16x16", 0, 0}, kTinySize, oneShotRunner);
   run.alone({"setup", "one-shot call, 16x16 to 20x20", 0, 0}, kTinySize, oneShotScaleRunner);
   run.alone({"setup", "one frame in a context of its own, 16x16 to 20x20", 0, 0}, kTinySize, oneFrameRunner);
-  if (run.results().empty()) {
+  all = run.take();
+  return all.empty() ? ""
+                     : report(all, {"job", "geometric mean over jobs and sizes", groups(), kMustOverall, kAimOverall});
+}
+
+std::string pictureSheet(Run &run, const std::vector<Program> &peers, const Pace &pace, std::vector<Result> &all) {
+  const std::vector<Program> own = picturePrograms();
+  run.conversions(pictureJobs(), own, peers);
+  run.conversions(pictureJobsOfBoth(), own, firstLibraryPrograms());
+  const std::vector<Result> results = run.take();
+  all.insert(all.end(), results.begin(), results.end());
+  if (results.empty()) {
+    return "";
+  }
+  return report(results, {"zqPicture", "zqPicture beside", pictureGroups(), 0, 0}) + threadTable(pace);
+}
+
+int benchmark(const Options &options) {
+  Run run(options);
+  const std::vector<Program> peers = peerPrograms();
+  std::vector<Result> all;
+  std::string text = firstSheet(run, peers, all);
+  text += pictureSheet(run, peers, options.pace, all);
+  if (all.empty()) {
     std::fprintf(stderr, "nothing matches %s\n", options.pattern.c_str());
     return 1;
   }
-  std::fputs(report(run.results()).c_str(), stdout);
+  std::fputs((text + noise(all)).c_str(), stdout);
   return 0;
 }
 

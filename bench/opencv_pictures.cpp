@@ -40,6 +40,8 @@ int formatOf(int32_t type) {
   switch (type) {
   case COLOR_RGB24:
     return CV_8UC3;
+  case kBgra:
+    return CV_8UC4;
   case COLOR_YUV422_YUYV:
   case COLOR_YUV422_YVYU:
   case COLOR_YUV422_UYVY:

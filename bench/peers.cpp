@@ -16,6 +16,7 @@ std::vector<Program> peerPrograms() {
 #endif
 #ifdef ZQCC_BENCH_OPENCV
   addOpenCv(programs);
+  addOpenCvBgra(programs);
 #endif
   return programs;
 }

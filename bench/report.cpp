@@ -57,16 +57,15 @@ struct Cell {
   }
 };
 
-const Group &groupOf(const std::string &key) {
-  const auto all = groups();
+const Group &groupOf(const std::string &key, std::span<const Group> all) {
   const auto found = std::find_if(all.begin(), all.end(), [&](const Group &group) { return key == group.key; });
   return found == all.end() ? all.back() : *found;
 }
 
-std::vector<Cell> cellsOf(std::span<const Result> results) {
+std::vector<Cell> cellsOf(std::span<const Result> results, std::span<const Group> groups) {
   std::vector<Cell> cells;
   for (const Result &result : results) {
-    const Group &group = groupOf(result.group);
+    const Group &group = groupOf(result.group, groups);
     auto cell = std::find_if(cells.begin(), cells.end(), [&](const Cell &c) {
       return c.group == &group && c.job == result.job && c.size.width == result.size.width;
     });
@@ -108,9 +107,10 @@ std::string verdict(std::optional<double> ratio, double must) {
 }
 
 /// One table a size. Times are ns a pixel, and ns a call for pictures that are little but a call.
-std::string jobTable(std::span<const Cell> cells, const Size &size, const std::vector<std::string> &levels) {
+std::string jobTable(std::span<const Cell> cells, const Size &size, const std::vector<std::string> &levels,
+                     const Sheet &sheet) {
   const bool tiny = size.width == kTinySize.width;
-  std::vector<std::string> head = {"job at " + sizeText(size)};
+  std::vector<std::string> head = {sheet.jobs + (" at " + sizeText(size))};
   head.insert(head.end(), levels.begin(), levels.end());
   for (const char *name : {"must", "met", "aim", "best peer", "peer's ns", "our ns"}) {
     head.emplace_back(name);
@@ -125,8 +125,8 @@ std::string jobTable(std::span<const Cell> cells, const Size &size, const std::v
     for (const std::string &level : levels) {
       line.push_back(ratioText(cell.ratio(level)));
     }
-    line.push_back(limitText(cell.group->must));
-    line.push_back(verdict(cell.ratio(cell.own.back()->program), cell.group->must));
+    line.push_back(limitText(cell.group->jobMust()));
+    line.push_back(verdict(cell.ratio(cell.own.back()->program), cell.group->jobMust()));
     line.push_back(limitText(cell.group->aim));
     line.push_back(cell.peer == nullptr ? "none" : cell.peer->program);
     line.push_back(cell.peer == nullptr ? "" : number(cell.peer->best / unit, tiny ? 0 : 3));
@@ -152,8 +152,8 @@ std::optional<double> meanRatio(std::span<const Cell> cells, const Chosen &chose
   return count == 0 ? std::nullopt : std::optional<double>(std::exp(sum / count));
 }
 
-std::string groupTable(std::span<const Cell> cells, const std::vector<std::string> &levels) {
-  std::vector<std::string> head = {"geometric mean over jobs and sizes"};
+std::string groupTable(std::span<const Cell> cells, const std::vector<std::string> &levels, const Sheet &sheet) {
+  std::vector<std::string> head = {sheet.means};
   head.insert(head.end(), levels.begin(), levels.end());
   for (const char *name : {"must", "met", "aim"}) {
     head.emplace_back(name);
@@ -171,12 +171,14 @@ std::string groupTable(std::span<const Cell> cells, const std::vector<std::strin
     line.push_back(limitText(demand.aim));
     text += last ? row(line) : "";
   };
-  for (const Group &group : groups()) {
+  for (const Group &group : sheet.groups) {
     addRow(group, [&group](const Cell &cell) { return cell.group == &group; });
   }
-  addRow({"", "all jobs of groups with a must", kMustOverall, kAimOverall},
-         [](const Cell &cell) { return cell.group->must > 0; });
-  addRow({"", "all jobs"}, [](const Cell &) { return true; });
+  if (sheet.must > 0) {
+    addRow({"", "all jobs of groups with a must", sheet.must, sheet.aim},
+           [](const Cell &cell) { return cell.group->must > 0; });
+    addRow({"", "all jobs"}, [](const Cell &) { return true; });
+  }
   return text + "\n";
 }
 
@@ -190,24 +192,10 @@ std::string setUpTable(std::span<const Cell> cells) {
   return text;
 }
 
-/// How far the median series of the programs that count lies above the best one.
-std::string noiseText(std::span<const Cell> cells) {
-  std::vector<double> noise;
-  for (const Cell &cell : cells) {
-    for (const Result *result : cell.own) {
-      noise.push_back(result->median / result->best - 1);
-    }
-  }
-  std::sort(noise.begin(), noise.end());
-  return "The median series of a program is " + number(100 * noise[noise.size() / 2], 1) +
-         " % longer than its best one in the median cell, " + number(100 * noise[noise.size() * 9 / 10], 1) +
-         " % in nine out of ten.\n";
-}
-
 } // namespace
 
-std::string report(std::span<const Result> results) {
-  const std::vector<Cell> cells = cellsOf(results);
+std::string report(std::span<const Result> results, const Sheet &sheet) {
+  const std::vector<Cell> cells = cellsOf(results, sheet.groups);
   const std::vector<std::string> levels = levelsOf(cells);
   std::string text;
   for (const Size &size : {kSmall, kHd, kFullHd, kTinySize}) {
@@ -215,16 +203,29 @@ std::string report(std::span<const Result> results) {
       return cell.size.width == size.width && !cell.own.empty() && cell.own.front()->pixels > 0;
     });
     if (present) {
-      text += jobTable(cells, size, levels);
+      text += jobTable(cells, size, levels, sheet);
     }
   }
   if (!levels.empty()) {
-    text += groupTable(cells, levels);
+    text += groupTable(cells, levels, sheet);
   }
   if (levels.empty() || std::any_of(cells.begin(), cells.end(), [](const Cell &c) { return c.peer == nullptr; })) {
     text += setUpTable(cells);
   }
-  return text + "\n" + noiseText(cells);
+  return text + "\n";
+}
+
+std::string noise(std::span<const Result> results) {
+  std::vector<double> noise;
+  for (const Result &result : results) {
+    if (result.own) {
+      noise.push_back(result.median / result.best - 1);
+    }
+  }
+  std::sort(noise.begin(), noise.end());
+  return "The median series of a program is " + number(100 * noise[noise.size() / 2], 1) +
+         " % longer than its best one in the median cell, " + number(100 * noise[noise.size() * 9 / 10], 1) +
+         " % in nine out of ten.\n";
 }
 
 std::string resultHeading() {

@@ -33,6 +33,10 @@ struct Program {
 
 /// This library, once a level that the machine has, the lowest first.
 std::vector<Program> ownPrograms();
+/// zqPicture at the same levels.
+std::vector<Program> picturePrograms();
+/// The first library at the highest level, as a peer of zqPicture.
+std::vector<Program> firstLibraryPrograms();
 /// The other libraries, each in every way that may be the fastest for some job.
 std::vector<Program> peerPrograms();
 
@@ -40,6 +44,7 @@ void addLibyuv(std::vector<Program> &programs);
 void addLibyuvRows(std::vector<Program> &programs);
 void addSwscale(std::vector<Program> &programs);
 void addOpenCv(std::vector<Program> &programs);
+void addOpenCvBgra(std::vector<Program> &programs);
 
 /// Description of a job for a picture of the given size; planes are left null.
 ConvertParams describe(const Job &job, const Size &in);

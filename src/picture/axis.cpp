@@ -121,4 +121,19 @@ Taps Axis::mean(int32_t k, int32_t *weights) const {
   return taps;
 }
 
+bool Axis::halves() const {
+  bool isHalved = sampling_ == Sampling::Area && outputs_ == (samples_ + 1) / 2;
+  for (int32_t k = 0; isHalved && k < outputs_; ++k) {
+    const int32_t count = 2 * k + 1 < samples_ ? 2 : 1;
+    int32_t weights[2] = {};
+    const Taps made = taps(k, nullptr);
+    isHalved = made.first == 2 * k && made.count == count;
+    if (isHalved && count == 2) {
+      taps(k, weights);
+      isHalved = weights[0] == weights[1];
+    }
+  }
+  return isHalved;
+}
+
 } // namespace zqp

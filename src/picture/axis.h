@@ -40,6 +40,8 @@ public:
   [[nodiscard]] Lerp lerp(int32_t k) const;
   /// Of any sampling. `weights`, unless null, gets as many numbers as there are taps; Taps::weight is left at 0.
   Taps taps(int32_t k, int32_t *weights) const;
+  /// Whether output k is the mean of samples 2 k and 2 k + 1, or of the last sample alone.
+  [[nodiscard]] bool halves() const;
 
 private:
   [[nodiscard]] int64_t twiceCentre(int32_t k) const;

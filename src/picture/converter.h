@@ -28,9 +28,10 @@ enum class LumaRecipe : int32_t {
   Changed, ///< from one matrix or range to another
   OfRgbBytes,
   OfRgbWords,
+  OfRgbStraight, ///< of the input's memory, and so is chroma
 };
 
-enum class ChromaRecipe : int32_t { None, Middle, AsItIs, Rounded, Changed, OfRgbBytes, OfRgbWords };
+enum class ChromaRecipe : int32_t { None, Middle, AsItIs, Rounded, Changed, OfRgbBytes, OfRgbWords, OfRgbStraight };
 
 /// How rows become memory.
 enum class Placing : int32_t { Plane, ChromaPlanes, ChromaPairs, Packed, Rgb565, Three, Four };

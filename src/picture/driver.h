@@ -29,10 +29,15 @@ public:
   void convert(const Band &band);
 
 private:
+  [[nodiscard]] bool isCopied(const Pass &pass) const;
+  void copy(const Pass &pass, const Band &band);
+  void splitPairs(const Pass &pass, const Band &lines);
   void line(const Pass &pass, const Chunk &chunk, int32_t y);
   void reverse(const Pass &pass, const Chunk &chunk, const uint8_t *rows[4]);
 
   const ZqpConverter &converter_;
+  const Planes &in_;
+  const FetchStages &fetch_;
   const PlaceStages &place_;
   RowRecipes recipes_;
   Placer placer_;
@@ -73,9 +78,24 @@ public:
   static constexpr int32_t kLines = 64;
 
 private:
+  /// Of the output; one without lines is behind the last one.
+  struct Block {
+    Band lines;
+    Band columns;
+  };
   [[nodiscard]] bool isHalved() const;
-  void block(const Band &lines, const Band &columns);
-  void turnChroma(const Band &lines, int32_t step, const Band &columns);
+  [[nodiscard]] Block blockAt(const Band &band, int32_t x, int32_t y) const;
+  /// What a block is made of: the sample that its first line and column have in a plane of the input, lines going down
+  /// or up, and how many columns and lines.
+  struct Source {
+    const uint8_t *first;
+    std::ptrdiff_t stride;
+    int32_t columns;
+    int32_t lines;
+  };
+  [[nodiscard]] Source source(const Block &block, int32_t plane) const;
+  void make(const Block &block, const Block &next);
+  void turnChroma(const Block &block);
 
   const ZqpConverter &converter_;
   const Planes &in_;

@@ -224,6 +224,28 @@ bool liesStraight(const ZqpConverter &converter, YuvLayout &samples) {
   return true;
 }
 
+/// Whether luma and chroma can be made of the input's pixels as they lie, those of chroma of 2 x 2 or of 2 x 1 of them.
+bool liesInFourBytes(const ZqpConverter &converter) {
+  const bool isLuma = converter.lumaRecipe == LumaRecipe::OfRgbBytes && converter.luma.keepsColumns;
+  if (converter.description.in->family != Family::Rgb32 || !isLuma || converter.luma.padding != 0) {
+    return false;
+  }
+  const GridPlan &chroma = converter.chroma;
+  return converter.chromaRecipe == ChromaRecipe::None ||
+         (converter.chromaRecipe == ChromaRecipe::OfRgbWords && chroma.columns.halves() &&
+          (chroma.lines.sampling() == Sampling::Same || chroma.lines.halves()));
+}
+
+/// Nothing is taken apart then, nor kept.
+void makeOfFourBytes(ZqpConverter &converter) {
+  converter.lumaRecipe = LumaRecipe::OfRgbStraight;
+  if (converter.chromaRecipe != ChromaRecipe::None) {
+    converter.chromaRecipe = ChromaRecipe::OfRgbStraight;
+  }
+  converter.luma.isUsed = false;
+  converter.chroma.isUsed = false;
+}
+
 /// Whether planes can be turned before they become pixels: chroma is shared by as many columns then as lines before.
 bool turnsYuv(const ZqpConverter &converter) {
   const Description &description = converter.description;
@@ -281,6 +303,8 @@ int32_t zqpConverterMake(const ZqpConversion *conversion, ZqpConverter **convert
   planGrids(made, tables);
   if (liesStraight(made, made.colouring.samples)) {
     made.lumaRecipe = LumaRecipe::RgbOfYuvStraight;
+  } else if (liesInFourBytes(made)) {
+    makeOfFourBytes(made);
   }
   made.turnsYuv = turnsYuv(made);
   chooseChunks(made);

@@ -21,14 +21,15 @@ Region regionOf(const ZqpConverter &converter, const Chunk &chunk) {
 }
 
 const RowRecipes::LumaRecipeOf RowRecipes::kLumaRecipes[] = {
-    &RowRecipes::rgbOfYuvStraight, &RowRecipes::rgbOfYuvBytes,  &RowRecipes::rgbOfYuvWords,  &RowRecipes::rgbOfRgbBytes,
-    &RowRecipes::rgbOfRgbWords,    &RowRecipes::rgbAsItIs,      &RowRecipes::lumaAsItIs,     &RowRecipes::lumaRounded,
-    &RowRecipes::lumaChanged,      &RowRecipes::lumaOfRgbBytes, &RowRecipes::lumaOfRgbWords,
+    &RowRecipes::rgbOfYuvStraight, &RowRecipes::rgbOfYuvBytes,  &RowRecipes::rgbOfYuvWords,
+    &RowRecipes::rgbOfRgbBytes,    &RowRecipes::rgbOfRgbWords,  &RowRecipes::rgbAsItIs,
+    &RowRecipes::lumaAsItIs,       &RowRecipes::lumaRounded,    &RowRecipes::lumaChanged,
+    &RowRecipes::lumaOfRgbBytes,   &RowRecipes::lumaOfRgbWords, &RowRecipes::lumaOfRgbStraight,
 };
 const RowRecipes::ChromaRecipeOf RowRecipes::kChromaRecipes[] = {
-    &RowRecipes::noChroma,         &RowRecipes::chromaAsItIs,  &RowRecipes::chromaAsItIs,
-    &RowRecipes::chromaRounded,    &RowRecipes::chromaChanged, &RowRecipes::chromaOfRgbBytes,
-    &RowRecipes::chromaOfRgbWords,
+    &RowRecipes::noChroma,         &RowRecipes::chromaAsItIs,        &RowRecipes::chromaAsItIs,
+    &RowRecipes::chromaRounded,    &RowRecipes::chromaChanged,       &RowRecipes::chromaOfRgbBytes,
+    &RowRecipes::chromaOfRgbWords, &RowRecipes::chromaOfRgbStraight,
 };
 
 RowRecipes::RowRecipes(const ZqpConverter &converter, const Planes &planes, const Stages &stages)
@@ -203,6 +204,18 @@ void RowRecipes::lumaOfRgbWords(int32_t j, uint8_t *const to[4], const uint8_t *
   rows[0] = to[0];
 }
 
+/// A line of pixels of four bytes, from the chunk's first column on.
+const uint8_t *RowRecipes::fourBytes(int32_t line) const {
+  const std::ptrdiff_t column = converter_.lumaOrigin.column + chunk_.luma.first;
+  return planes_.line[0] + planes_.stride[0] * (converter_.lumaOrigin.line + line) + 4 * column;
+}
+
+void RowRecipes::lumaOfRgbStraight(int32_t j, uint8_t *const to[4], const uint8_t *rows[4]) {
+  colour_.lumaOfFourBytes(fourBytes(converter_.luma.lines.nearest(j)), converter_.description.in->isSwapped,
+                          colouring_.sums.y, chunk_.luma.count, to[0]);
+  rows[0] = to[0];
+}
+
 void RowRecipes::noChroma(int32_t /*j*/, uint8_t *const /*to*/[2], const uint8_t * /*rows*/[2]) {}
 
 void RowRecipes::chromaAsItIs(int32_t j, uint8_t *const /*to*/[2], const uint8_t *rows[2]) {
@@ -238,6 +251,15 @@ void RowRecipes::chromaOfRgbWords(int32_t j, uint8_t *const to[2], const uint8_t
   const int16_t *const *from = chromaRows_.words(j);
   colour_.sumOfWords(from, colouring_.sums.u, chunk_.chroma.count, to[0]);
   colour_.sumOfWords(from, colouring_.sums.v, chunk_.chroma.count, to[1]);
+  rows[0] = to[0];
+  rows[1] = to[1];
+}
+
+void RowRecipes::chromaOfRgbStraight(int32_t j, uint8_t *const to[2], const uint8_t *rows[2]) {
+  const Taps lines = converter_.chroma.lines.taps(j, nullptr);
+  const Sum sums[2] = {colouring_.sums.u, colouring_.sums.v};
+  colour_.chromaOfFourBytes(fourBytes(lines.first), fourBytes(lines.first + lines.count - 1),
+                            converter_.description.in->isSwapped, sums, chunk_.luma.count, to[0], to[1]);
   rows[0] = to[0];
   rows[1] = to[1];
 }

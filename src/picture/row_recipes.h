@@ -51,14 +51,17 @@ private:
   void lumaChanged(int32_t j, uint8_t *const to[4], const uint8_t *rows[4]);
   void lumaOfRgbBytes(int32_t j, uint8_t *const to[4], const uint8_t *rows[4]);
   void lumaOfRgbWords(int32_t j, uint8_t *const to[4], const uint8_t *rows[4]);
+  void lumaOfRgbStraight(int32_t j, uint8_t *const to[4], const uint8_t *rows[4]);
   void noChroma(int32_t j, uint8_t *const to[2], const uint8_t *rows[2]);
   void chromaAsItIs(int32_t j, uint8_t *const to[2], const uint8_t *rows[2]);
   void chromaRounded(int32_t j, uint8_t *const to[2], const uint8_t *rows[2]);
   void chromaChanged(int32_t j, uint8_t *const to[2], const uint8_t *rows[2]);
   void chromaOfRgbBytes(int32_t j, uint8_t *const to[2], const uint8_t *rows[2]);
   void chromaOfRgbWords(int32_t j, uint8_t *const to[2], const uint8_t *rows[2]);
+  void chromaOfRgbStraight(int32_t j, uint8_t *const to[2], const uint8_t *rows[2]);
 
   [[nodiscard]] Rounding roundingOf(int32_t j) const;
+  [[nodiscard]] const uint8_t *fourBytes(int32_t line) const;
 
   const ZqpConverter &converter_;
   const Colouring &colouring_;

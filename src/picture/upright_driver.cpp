@@ -1,5 +1,7 @@
 #include "picture/driver.h"
 
+#include <cstring>
+
 namespace zqp {
 namespace {
 
@@ -27,7 +29,7 @@ Chunk chunkOf(const ZqpConverter &converter, int32_t first, int32_t count) {
 }
 
 UprightDriver::UprightDriver(const ZqpConverter &converter, const Planes &in, const Planes &out, const Stages &stages)
-    : converter_(converter), place_(*stages.place), recipes_(converter, in, stages),
+    : converter_(converter), in_(in), fetch_(*stages.fetch), place_(*stages.place), recipes_(converter, in, stages),
       placer_(converter, out, *stages.place) {}
 
 void UprightDriver::layOut(Arena &arena, int32_t columns) {
@@ -47,14 +49,75 @@ void UprightDriver::layOut(Arena &arena, int32_t columns) {
   }
 }
 
+/// Whether lines of the input's planes become lines of the output's as they are, or pairs of them taken apart.
+bool UprightDriver::isCopied(const Pass &pass) const {
+  const Turn &turn = converter_.description.turn;
+  const bool arePlanes = pass.placing == Placing::ChromaPlanes;
+  if (turn.mirrorsColumns || turn.mirrorsLines || (pass.placing != Placing::Plane && !arePlanes)) {
+    return false;
+  }
+  const GridPlan &grid = arePlanes ? converter_.chroma : converter_.luma;
+  const bool isAsItIs =
+      arePlanes ? converter_.chromaRecipe == ChromaRecipe::AsItIs : converter_.lumaRecipe == LumaRecipe::AsItIs;
+  const Family family = converter_.description.in->family;
+  const bool areRows = family == Family::Planar || family == Family::SemiPlanar || family == Family::Grey;
+  return isAsItIs && areRows && grid.keepsColumns && grid.lines.sampling() == Sampling::Same;
+}
+
+/// All at once, if nothing lies between lines: long copies go past what short ones have to fetch before they write.
+void UprightDriver::copy(const Pass &pass, const Band &band) {
+  const Band lines = bandOf(band, pass.shifts.y);
+  const Format &format = *converter_.description.in;
+  if (pass.isChroma && format.family == Family::SemiPlanar) {
+    splitPairs(pass, lines);
+    return;
+  }
+  const Origin &origin = pass.isChroma ? converter_.chromaOrigin : converter_.lumaOrigin;
+  const auto bytes = static_cast<std::size_t>(samplesOf(converter_.description.width, pass.shifts.x));
+  for (int32_t c = 0; c < pass.components && lines.count > 0; ++c) {
+    const int32_t plane = !pass.isChroma ? 0 : (c == 0) == format.isSwapped ? 2 : 1;
+    const std::ptrdiff_t fromStride = in_.stride[plane];
+    const std::ptrdiff_t toStride = placer_.strideOf(pass, c);
+    const uint8_t *from = in_.line[plane] + fromStride * (origin.line + lines.first) + origin.column;
+    uint8_t *to = placer_.at(pass, c, 0, lines.first);
+    if (fromStride == toStride && toStride == static_cast<std::ptrdiff_t>(bytes)) {
+      std::memcpy(to, from, bytes * static_cast<std::size_t>(lines.count));
+      continue;
+    }
+    for (int32_t n = 0; n < lines.count; ++n) {
+      std::memcpy(to + n * toStride, from + n * fromStride, bytes);
+    }
+  }
+}
+
+void UprightDriver::splitPairs(const Pass &pass, const Band &lines) {
+  const bool isVuFirst = converter_.description.in->isSwapped;
+  const Origin &origin = converter_.chromaOrigin;
+  const int32_t count = samplesOf(converter_.description.width, pass.shifts.x);
+  for (int32_t y = lines.first; y < lines.first + lines.count; ++y) {
+    const uint8_t *from = in_.line[1] + in_.stride[1] * (origin.line + y) + std::ptrdiff_t{2} * origin.column;
+    fetch_.pairs(from, count, placer_.at(pass, isVuFirst ? 1 : 0, 0, y), placer_.at(pass, isVuFirst ? 0 : 1, 0, y));
+  }
+}
+
 void UprightDriver::convert(const Band &band) {
+  bool isDone[2] = {};
+  for (int32_t p = 0; p < converter_.passCount; ++p) {
+    isDone[p] = isCopied(converter_.passes[p]);
+    if (isDone[p]) {
+      copy(converter_.passes[p], band);
+    }
+  }
+  if (isDone[0] && (isDone[1] || converter_.passCount == 1)) {
+    return;
+  }
   for (int32_t x = 0; x < converter_.columns; x += converter_.chunkColumns) {
     const Chunk chunk = chunkOf(converter_, x, converter_.chunkColumns);
     recipes_.aim(chunk);
     for (int32_t y = band.first; y < band.first + band.count; ++y) {
       for (int32_t p = 0; p < converter_.passCount; ++p) {
         const Pass &pass = converter_.passes[p];
-        if ((y & ((1 << pass.shifts.y) - 1)) == 0) {
+        if (!isDone[p] && (y & ((1 << pass.shifts.y) - 1)) == 0) {
           line(pass, chunk, y >> pass.shifts.y);
         }
       }

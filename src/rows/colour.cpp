@@ -7,6 +7,7 @@
 
 #include "rows/colour.h"
 #include "rows/colour_components-inl.h"
+#include "rows/colour_fours-inl.h"
 #include "rows/colour_weighed-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -57,8 +58,8 @@ extern const RgbOfWords kRgbOfWords[kRgbLayouts];
 
 extern const ColourStages kColourStages;
 const ColourStages kColourStages = {
-    kRgbOfBytes, kRgbOfWords, componentOfBytes, componentOfWords, bytesOfWords,
-    lumaOfYuv,   chromaOfYuv, sumOfBytes,       sumOfWords,
+    kRgbOfBytes, kRgbOfWords, componentOfBytes, componentOfWords, bytesOfWords,      lumaOfYuv,
+    chromaOfYuv, sumOfBytes,  sumOfWords,       lumaOfFourBytes,  chromaOfFourBytes,
 };
 
 } // namespace zqp::HWY_NAMESPACE

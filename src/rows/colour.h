@@ -114,6 +114,11 @@ struct ColourStages {
   /// Of rows of red, green and blue.
   void (*sumOfBytes)(const uint8_t *const from[3], const Sum &sum, int32_t count, uint8_t *to);
   void (*sumOfWords)(const int16_t *const from[3], const Sum &sum, int32_t count, uint8_t *to);
+  /// What sumOfBytes makes of pixels of four bytes as they lie, alpha last and red or blue first.
+  void (*lumaOfFourBytes)(const uint8_t *from, bool isBlueFirst, const Sum &sum, int32_t pixels, uint8_t *to);
+  /// What sumOfWords makes of the means of 2 x 2 of them, for u and v; an odd last column is its own neighbour.
+  void (*chromaOfFourBytes)(const uint8_t *upper, const uint8_t *lower, bool isBlueFirst, const Sum sum[2],
+                            int32_t pixels, uint8_t *toU, uint8_t *toV);
 };
 
 } // namespace zqp

@@ -236,4 +236,44 @@ TEST_P(ColourRows, Sums) {
   }
 }
 
+/// Rows of pixels of four bytes, with anything for alpha.
+TEST_P(ColourRows, SumsOfFourBytes) {
+  for (size_t width = 1; width <= 700; ++width) {
+    Row<uint8_t> lines[2] = {{4 * width, width % 5}, {4 * width, width % 3}};
+    fill(lines[0], 4 * width);
+    fill(lines[1], 4 * width);
+    const bool isBlueFirst = width % 2 == 0;
+    const size_t red = isBlueFirst ? 2 : 0;
+    const Sum sums[2] = {sumOf(width), sumOf(width + 1)};
+    const auto sumUp = [&](size_t component, size_t column, size_t columns) {
+      int64_t all = 0;
+      for (size_t x = column; x < column + columns; ++x) {
+        all += lines[0][4 * x + component] + lines[1][4 * x + component];
+      }
+      return all * 64 / static_cast<int64_t>(columns); // a mean in units of 1/128
+    };
+    std::vector<int32_t> luma;
+    std::vector<int32_t> chroma[2];
+    for (size_t x = 0; x < width; ++x) {
+      luma.push_back(
+          weighed(sums[0], 128 * lines[0][4 * x + red], 128 * lines[0][4 * x + 1], 128 * lines[0][4 * x + 2 - red]));
+    }
+    for (size_t x = 0; x < width; x += 2) {
+      const size_t columns = std::min<size_t>(2, width - x);
+      for (size_t c = 0; c < 2; ++c) {
+        chroma[c].push_back(weighed(sums[c], sumUp(red, x, columns), sumUp(1, x, columns), sumUp(2 - red, x, columns)));
+      }
+    }
+    const auto pixels = static_cast<int32_t>(width);
+    Made made(width);
+    stages().lumaOfFourBytes(lines[0].begin(), isBlueFirst, sums[0], pixels, made.to());
+    ASSERT_NO_FATAL_FAILURE(made.expect(luma));
+    Made u(chroma[0].size());
+    Made v(chroma[1].size());
+    stages().chromaOfFourBytes(lines[0].begin(), lines[1].begin(), isBlueFirst, sums, pixels, u.to(), v.to());
+    ASSERT_NO_FATAL_FAILURE(u.expect(chroma[0]));
+    ASSERT_NO_FATAL_FAILURE(v.expect(chroma[1]));
+  }
+}
+
 } // namespace
