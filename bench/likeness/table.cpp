@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
+#include <set>
 #include <vector>
 
 namespace likeness {
@@ -52,13 +54,11 @@ std::string idealText(const std::optional<Psnr> &psnr) {
 } // namespace
 
 std::string tables(std::span<const Comparison> comparisons, double limit) {
-  std::vector<std::string> groups;
+  std::set<std::string> groups;
   Chosen every;
   Chosen low;
   for (const Comparison &comparison : comparisons) {
-    if (std::find(groups.begin(), groups.end(), comparison.group) == groups.end()) {
-      groups.push_back(comparison.group);
-    }
+    groups.insert(comparison.group);
     every.push_back(&comparison);
     if (comparison.each.all < limit) {
       low.push_back(&comparison);
