@@ -162,7 +162,10 @@ typedef enum ZqpSiting {
   ZQP_SITING_CENTRE = 1 /**< Midway between them: JPEG, MPEG-1. */
 } ZqpSiting;
 
-/** @brief What the numbers of a picture mean. Of RGB only the range is looked at, of grey matrix and range. */
+/**
+ * @brief What the numbers of a picture mean. Of RGB the range counts alone, of grey matrix and range; the others must
+ * be valid all the same.
+ */
 typedef struct ZqpColours {
   int32_t matrix; /**< A ZqpMatrix. */
   int32_t range;  /**< A ZqpRange. */
@@ -206,7 +209,7 @@ typedef struct ZqpConversion {
                            half  a turn, 4 mirrored top to bottom, 5 mirrored along the main diagonal, 6 a quarter turn
                              clockwise, 7 mirrored along the other diagonal, 8 a quarter turn anticlockwise. 0 is 1. */
   int32_t filter;       /**< A ZqpFilter. */
-  int32_t dither;       /**< A ZqpDither; looked at where the output is RGB565. */
+  int32_t dither;       /**< A ZqpDither; counts where the output is RGB565. */
   ZqpColours inColours; /**< Of the input. */
   ZqpColours outColours;
 } ZqpConversion;

@@ -56,12 +56,14 @@ int32_t checkPart(const Format &format, const ZqpPicture &picture, const ZqpRect
 }
 
 /// A plane of the part, whose lowest address is that of its last line if the stride is negative.
-ZqpPlane planeOfPart(const Format &format, const Planes &planes, int32_t plane, const ZqpRect &part) {
+ZqpPlane planeOfPart(const ZqpPicture &picture, const Format &format, const Planes &planes, int32_t plane,
+                     const ZqpRect &part) {
   const PlaneShape before = placeInPlane(format, part.x, part.y, plane);
   const PlaneShape shape = planeShape(format, part.width, part.height, plane);
-  const std::ptrdiff_t stride = planes.stride[plane];
-  const std::ptrdiff_t toLast = stride * (shape.lines - 1);
-  uint8_t *first = planes.line[plane] + before.lines * stride + static_cast<std::ptrdiff_t>(before.lineBytes);
+  const std::ptrdiff_t stride = picture.planes[plane].stride;
+  const std::ptrdiff_t toLast = shape.lines > 1 ? stride * (shape.lines - 1) : 0;
+  uint8_t *first =
+      planes.line[plane] + before.lines * planes.stride[plane] + static_cast<std::ptrdiff_t>(before.lineBytes);
   const std::ptrdiff_t extent = toLast < 0 ? -toLast : toLast;
   return {toLast < 0 ? first + toLast : first, stride, static_cast<std::size_t>(extent) + shape.lineBytes};
 }
@@ -159,7 +161,7 @@ int32_t zqpPicturePart(const ZqpPicture *picture, int32_t x, int32_t y, int32_t 
   cut.width = width;
   cut.height = height;
   for (int32_t p = 0; p < format->planes(); ++p) {
-    cut.planes[p] = planeOfPart(*format, planes, p, rect);
+    cut.planes[p] = planeOfPart(*picture, *format, planes, p, rect);
   }
   *part = cut;
   return ZQP_OK;

@@ -4,10 +4,12 @@
 #include "fuzz/script.h"
 #include "support/levels.h"
 #include "support/picture.h"
+#include "writers.h"
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -305,6 +307,24 @@ void rawFrames(const fs::path &directory) {
   }
 }
 
+/// A short header byte by byte is what mutations can get right; PNG files have sums that they cannot.
+void pictures(const fs::path &directory) {
+  using namespace zqconvert;
+  int number = 0;
+  for (const int type : {int{COLOR_RGB565}, int{COLOR_RGB24}, int{kRgba}, int{kGrey}}) {
+    Frame frame = makeRoomyFrame(type, 5, 3);
+    for (std::size_t i = 0; i < frame.planes[0].size(); ++i) {
+      frame.planes[0][i] = static_cast<uint8_t>(37 * i);
+    }
+    for (const auto write : {writeBmp, writePng}) {
+      std::ostringstream file;
+      write(file, frame);
+      const std::string text = file.str();
+      save(directory, "seed", number++, text.data(), text.size());
+    }
+  }
+}
+
 } // namespace
 
 int main(int count, char **words) {
@@ -320,5 +340,6 @@ int main(int count, char **words) {
   largeOneShots(root / "fuzz_one_shot");
   streams(root / "fuzz_y4m");
   rawFrames(root / "fuzz_raw");
+  pictures(root / "fuzz_pictures");
   return 0;
 }

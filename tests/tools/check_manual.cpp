@@ -2,6 +2,7 @@
 #include "color_types.h"
 #include "error.h"
 #include "options.h"
+#include "picture_types.h"
 #include "raw_reader.h"
 #include "text.h"
 #include "workspace.h"
@@ -39,9 +40,9 @@ void addForm(Forms &forms, std::string text) {
 }
 
 /// Two blanks end what the help says of an option's form; descriptions begin at a column of their own.
-Forms formsOfHelp() {
+Forms formsOfHelp(const std::vector<std::string> &arguments = {"--help"}) {
   Forms forms;
-  std::istringstream help(parseOptions({"--help"}).message);
+  std::istringstream help(parseOptions(arguments).message);
   for (std::string line; std::getline(help, line);) {
     if (line.starts_with("  -")) {
       const std::string form = line.substr(2, line.find("  ", 2) - 2);
@@ -49,6 +50,10 @@ Forms formsOfHelp() {
     }
   }
   return forms;
+}
+
+Forms formsOfClassicHelp() {
+  return formsOfHelp({"--classic", "--help"});
 }
 
 /// Options are tagged paragraphs of the manual.
@@ -107,10 +112,14 @@ std::set<std::string> offers(const std::vector<std::string> &typed, const std::s
   return wordsOf(outputOf("bash -c " + workspace::quoted(script)));
 }
 
-TEST(Manual, HasTheOptionsOfTheHelpAndNoOthers) {
-  const Forms help = formsOfHelp();
-  EXPECT_GE(help.size(), 15U);
-  EXPECT_TRUE(help.contains({"--size", "WxH"}) && help.contains({"--flip", ""}) && help.contains({"--help", ""}));
+TEST(Manual, HasTheOptionsOfBothHelpsAndNoOthers) {
+  Forms help = formsOfHelp();
+  Forms classic = formsOfClassicHelp();
+  EXPECT_GE(help.size(), 20U);
+  EXPECT_GE(classic.size(), 15U);
+  EXPECT_TRUE(help.contains({"--size", "WxH"}) && help.contains({"--flip", "h|v"}) && help.contains({"--help", ""}));
+  EXPECT_TRUE(classic.contains({"--flip", ""}) && classic.contains({"--type", "TYPE"}));
+  help.merge(classic);
   EXPECT_EQ(formsOfManual(workspace::readFile(ZQCONVERT_MANUAL)), help);
 }
 
@@ -136,12 +145,17 @@ TEST(Manual, IsSetWithoutComplaints) {
   }
 }
 
-TEST(Completion, OffersTheOptionsOfTheHelpAndNoOthers) {
-  std::set<std::string> want{"-h"};
-  for (const auto &[name, value] : formsOfHelp()) {
-    want.insert(name);
+std::set<std::string> namesOf(const Forms &forms) {
+  std::set<std::string> names{"-h"};
+  for (const auto &[name, value] : forms) {
+    names.insert(name);
   }
-  EXPECT_THAT(offers({"-"}), ElementsAreArray(want));
+  return names;
+}
+
+TEST(Completion, OffersTheOptionsOfTheHelpAndNoOthers) {
+  EXPECT_THAT(offers({"-"}), ElementsAreArray(namesOf(formsOfHelp())));
+  EXPECT_THAT(offers({"--classic", "-"}), ElementsAreArray(namesOf(formsOfClassicHelp())));
   EXPECT_THAT(offers({"--ro"}), testing::ElementsAre("--rotate"));
 }
 
@@ -150,18 +164,52 @@ TEST(Completion, OffersTheColourTypes) {
   for (const ColorTypeInfo &type : colorTypes()) {
     types.merge(wordsOf(type.names));
   }
-  EXPECT_THAT(offers({"--to", ""}), ElementsAreArray(types));
+  EXPECT_THAT(offers({"--classic", "--to", ""}), ElementsAreArray(types));
   for (const std::string &name : rawLayoutNames()) {
     types.insert(name);
   }
-  EXPECT_THAT(offers({"--type", ""}), ElementsAreArray(types));
-  EXPECT_THAT(offers({"--type", "nv"}), testing::ElementsAre("nv12", "nv21"));
+  EXPECT_THAT(offers({"--classic", "--type", ""}), ElementsAreArray(types));
+  EXPECT_THAT(offers({"--classic", "--type", "nv"}), testing::ElementsAre("nv12", "nv21"));
+}
+
+TEST(Completion, OffersTheColourTypesOfZqPicture) {
+  std::set<std::string> inputs;
+  std::set<std::string> outputs;
+  for (const ColorTypeInfo &type : colorTypes(Library::Picture)) {
+    const std::set<std::string> names = wordsOf(type.names);
+    inputs.insert(names.begin(), names.end());
+    if (isPictureOutput(type.code)) {
+      outputs.insert(names.begin(), names.end());
+    }
+  }
+  EXPECT_THAT(offers({"--to", ""}), ElementsAreArray(outputs));
+  for (const std::string &name : rawLayoutNames(Library::Picture)) {
+    inputs.insert(name);
+  }
+  EXPECT_THAT(offers({"--from", ""}), ElementsAreArray(inputs));
+  EXPECT_THAT(offers({"--from", "nv"}), testing::ElementsAre("nv12", "nv21"));
 }
 
 // Every value on offer is taken; what the help calls by words is on offer.
 TEST(Completion, OffersTheFixedValues) {
   for (const auto &[option, count] :
        {std::pair{"--rotate", 5U}, {"--quality", 4U}, {"--format", 5U}, {"--matrix", 3U}}) {
+    const std::set<std::string> values = offers({"--classic", option, ""});
+    EXPECT_EQ(values.size(), count) << option;
+    for (const std::string &value : values) {
+      EXPECT_NO_THROW(parseOptions({"--classic", option, value, "a", "b"})) << option << " " << value;
+    }
+    EXPECT_THAT(offers({"--classic", option, "=", ""}), ElementsAreArray(values)) << option;
+    EXPECT_THAT(offers({"--classic", option, "="}), ElementsAreArray(values)) << option;
+  }
+  for (const auto &[option, count] : {std::pair{"--rotate", 5U},
+                                      {"--format", 5U},
+                                      {"--matrix", 3U},
+                                      {"--filter", 3U},
+                                      {"--range", 2U},
+                                      {"--siting", 2U},
+                                      {"--dither", 2U},
+                                      {"--flip", 2U}}) {
     const std::set<std::string> values = offers({option, ""});
     EXPECT_EQ(values.size(), count) << option;
     for (const std::string &value : values) {
@@ -186,7 +234,7 @@ TEST(Completion, OffersFileNames) {
   static_cast<void>(folder.file("clip.y4m", ""));
   static_cast<void>(folder.file("clap.y4m", ""));
   EXPECT_THAT(offers({"cl"}, folder.path("")), testing::ElementsAre("clap.y4m", "clip.y4m"));
-  EXPECT_THAT(offers({"--flip", "cli"}, folder.path("")), testing::ElementsAre("clip.y4m"));
+  EXPECT_THAT(offers({"--classic", "--flip", "cli"}, folder.path("")), testing::ElementsAre("clip.y4m"));
   EXPECT_THAT(outputOf("bash -c '. " ZQCONVERT_COMPLETION "; complete -p zqconvert'"),
               testing::HasSubstr("-F _zqconvert zqconvert"));
 }

@@ -12,8 +12,14 @@ using testing::HasSubstr;
 
 namespace {
 
+/// These are the options of --classic.
+Options parseClassic(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "--classic");
+  return parseOptions(arguments);
+}
+
 TEST(Options, Defaults) {
-  const Options options = parseOptions({"in.y4m", "out.png"});
+  const Options options = parseClassic({"in.y4m", "out.png"});
   EXPECT_EQ(options.message, "");
   EXPECT_EQ(options.input, "in.y4m");
   EXPECT_EQ(options.output, "out.png");
@@ -29,7 +35,7 @@ TEST(Options, Defaults) {
 
 TEST(Options, EverythingAtOnce) {
   const Options options =
-      parseOptions({"--size",   "640x480", "--type",    "YUY2", "--to",    "bgr24",      "--scale",  "320X200",
+      parseClassic({"--size",   "640x480", "--type",    "YUY2", "--to",    "bgr24",      "--scale",  "320X200",
                     "--rotate", "left",    "--quality", "2",    "--crop",  "2,4,100,50", "--frames", "3:9",
                     "--matrix", "bt709",   "--format",  "bmp",  "--stats", "-",          "-"});
   EXPECT_EQ(options.rawSize, (Size{640, 480}));
@@ -54,43 +60,43 @@ TEST(Options, EverythingAtOnce) {
 }
 
 TEST(Options, Turns) {
-  EXPECT_EQ(parseOptions({"--rotate", "right", "a", "b"}).request.rotation, uint32_t{ROTATION_90_RIGHT});
-  EXPECT_EQ(parseOptions({"--rotate=180", "a", "b"}).request.rotation, uint32_t{ROTATION_180});
-  EXPECT_EQ(parseOptions({"--flip", "a", "b"}).request.rotation, uint32_t{ROTATION_FLIP_V});
+  EXPECT_EQ(parseClassic({"--rotate", "right", "a", "b"}).request.rotation, uint32_t{ROTATION_90_RIGHT});
+  EXPECT_EQ(parseClassic({"--rotate=180", "a", "b"}).request.rotation, uint32_t{ROTATION_180});
+  EXPECT_EQ(parseClassic({"--flip", "a", "b"}).request.rotation, uint32_t{ROTATION_FLIP_V});
   // Degrees go clockwise, as in the tools that people know.
-  EXPECT_EQ(parseOptions({"--rotate", "90", "a", "b"}).request.rotation, uint32_t{ROTATION_90_RIGHT});
-  EXPECT_EQ(parseOptions({"--rotate", "270", "a", "b"}).request.rotation, uint32_t{ROTATION_90_LEFT});
-  EXPECT_EQ(parseOptions({"--rotate", "Left", "a", "b"}).request.rotation, uint32_t{ROTATION_90_LEFT});
+  EXPECT_EQ(parseClassic({"--rotate", "90", "a", "b"}).request.rotation, uint32_t{ROTATION_90_RIGHT});
+  EXPECT_EQ(parseClassic({"--rotate", "270", "a", "b"}).request.rotation, uint32_t{ROTATION_90_LEFT});
+  EXPECT_EQ(parseClassic({"--rotate", "Left", "a", "b"}).request.rotation, uint32_t{ROTATION_90_LEFT});
 }
 
 TEST(Options, OneSideOfTheScaleMayBeOpen) {
-  const auto scale = [](const char *text) { return parseOptions({"--scale", text, "a", "b"}).request.scale; };
+  const auto scale = [](const char *text) { return parseClassic({"--scale", text, "a", "b"}).request.scale; };
   EXPECT_EQ(scale("640x-1"), (Size{640, -1}));
   EXPECT_EQ(scale("-1x480"), (Size{-1, 480}));
   EXPECT_EQ(scale("640X-2"), (Size{640, -2}));
-  EXPECT_EQ(parseOptions({"--scale=-2x480", "a", "b"}).request.scale, (Size{-2, 480}));
+  EXPECT_EQ(parseClassic({"--scale=-2x480", "a", "b"}).request.scale, (Size{-2, 480}));
 }
 
 TEST(Options, NamesOfRawLayouts) {
   const auto layout = [](const char *text) {
-    return parseOptions({"--size", "8x8", "--type", text, "a", "b"}).rawLayout->type;
+    return parseClassic({"--size", "8x8", "--type", text, "a", "b"}).rawLayout->type;
   };
   EXPECT_EQ(layout("gbrp"), COLOR_RGB888_PLANAR);
   EXPECT_EQ(layout("yuvj420p"), COLOR_YUV420_PLANAR);
   EXPECT_EQ(layout("37"), COLOR_YUV_QUARTER_HEIGHT);
-  EXPECT_THAT(parseOptions({"--list-types"}).message, HasSubstr("gbrp"));
+  EXPECT_THAT(parseClassic({"--list-types"}).message, HasSubstr("gbrp"));
 }
 
 TEST(Options, Matrices) {
-  EXPECT_EQ(parseOptions({"--matrix", "grey", "a", "b"}).request.matrix.index, MATRIX_GREY);
-  EXPECT_EQ(parseOptions({"--matrix", "GRAY", "a", "b"}).request.matrix.index, MATRIX_GREY);
-  const Matrix custom = parseOptions({"--matrix", "-1.5,2,3e2,0.25", "a", "b"}).request.matrix;
+  EXPECT_EQ(parseClassic({"--matrix", "grey", "a", "b"}).request.matrix.index, MATRIX_GREY);
+  EXPECT_EQ(parseClassic({"--matrix", "GRAY", "a", "b"}).request.matrix.index, MATRIX_GREY);
+  const Matrix custom = parseClassic({"--matrix", "-1.5,2,3e2,0.25", "a", "b"}).request.matrix;
   EXPECT_EQ(custom.index, MATRIX_CUSTOM);
   EXPECT_EQ(custom.custom, (std::array<double, 4>{-1.5, 2, 300, 0.25}));
 }
 
 TEST(Options, FrameRanges) {
-  const auto range = [](const char *text) { return parseOptions({"--frames", text, "a", "b"}).frames; };
+  const auto range = [](const char *text) { return parseClassic({"--frames", text, "a", "b"}).frames; };
   EXPECT_EQ(range("5").first, 5);
   EXPECT_EQ(range("5").last, 5);
   EXPECT_EQ(range("5:").first, 5);
@@ -101,19 +107,19 @@ TEST(Options, FrameRanges) {
 }
 
 TEST(Options, InformationNeedsNoFiles) {
-  const std::string help = parseOptions({"--help"}).message;
+  const std::string help = parseClassic({"--help"}).message;
   for (const char *option : {"--to", "--matrix", "--scale", "--rotate", "--flip", "--quality", "--crop", "--frames",
                              "--size", "--type", "--list-types", "--version", "--stats", "--format", "Examples:"}) {
     EXPECT_THAT(help, HasSubstr(option));
   }
-  EXPECT_EQ(parseOptions({"-h"}).message, help);
-  EXPECT_THAT(parseOptions({"--version"}).message, testing::MatchesRegex("zqconvert [0-9]+.[0-9]+.[0-9]+\n"));
-  EXPECT_THAT(parseOptions({"--list-types"}).message, HasSubstr("COLOR_YUV_QUARTER_HEIGHT"));
+  EXPECT_EQ(parseClassic({"-h"}).message, help);
+  EXPECT_THAT(parseClassic({"--version"}).message, testing::MatchesRegex("zqconvert [0-9]+.[0-9]+.[0-9]+\n"));
+  EXPECT_THAT(parseClassic({"--list-types"}).message, HasSubstr("COLOR_YUV_QUARTER_HEIGHT"));
 }
 
 TEST(Options, HelpSaysWhatIsNeededAndFitsTheTerminal) {
-  const std::string help = parseOptions({"--help"}).message;
-  EXPECT_THAT(help, HasSubstr("\nUsage: zqconvert [OPTIONS] INPUT OUTPUT\n"));
+  const std::string help = parseClassic({"--help"}).message;
+  EXPECT_THAT(help, HasSubstr("\nUsage: zqconvert --classic [OPTIONS] INPUT OUTPUT\n"));
   for (const char *words :
        {"for reducing only", "--frames N|A:B|A:|:B ", "%%", "640x-1", "left|right|90|180|270", ".rgb565"}) {
     EXPECT_THAT(help, HasSubstr(words));
@@ -127,7 +133,7 @@ TEST(Options, HelpSaysWhatIsNeededAndFitsTheTerminal) {
 TEST(Options, RefusalsAreInPlainWords) {
   const auto refusal = [](const std::vector<std::string> &arguments) -> std::string {
     try {
-      parseOptions(arguments);
+      parseClassic(arguments);
     } catch (const Error &error) {
       return error.what();
     }
@@ -200,7 +206,7 @@ TEST(Options, WhatMakesNoSenseIsRefusedInOneLine) {
   };
   for (const std::vector<std::string> &arguments : wrong) {
     try {
-      parseOptions(arguments);
+      parseClassic(arguments);
       ADD_FAILURE() << "taken: " << testing::PrintToString(arguments);
     } catch (const Error &error) {
       const std::string line = error.what();

@@ -22,7 +22,7 @@ namespace {
 TEST(Program, ConvertsAStreamToABitmapOfTheLibrarysBytes) {
   const Folder folder;
   const std::string clip = folder.file("clip.y4m", y4m420(32, 16, 1));
-  const Outcome outcome = workspace::run({clip, folder.path("out.bmp")});
+  const Outcome outcome = workspace::classic({clip, folder.path("out.bmp")});
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(outcome.err, "");
   EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "out.bmp"));
@@ -41,13 +41,13 @@ TEST(Program, ConvertsAStreamToABitmapOfTheLibrarysBytes) {
 TEST(Program, StandardInputAndOutput) {
   const Folder folder;
   const std::string clip = folder.file("clip", y4m420(32, 16, 3));
-  const Outcome piped = workspace::run({"-", "-"}, clip);
+  const Outcome piped = workspace::classic({"-", "-"}, clip);
   EXPECT_EQ(piped.status, 0) << piped.err;
   EXPECT_EQ(piped.out.size(), 3U * 32U * 16U * 2U);
-  const Outcome file = workspace::run({clip, folder.path("out.raw")});
+  const Outcome file = workspace::classic({clip, folder.path("out.raw")});
   EXPECT_EQ(file.status, 0) << file.err;
   EXPECT_TRUE(workspace::readFile(folder.path("out.raw")) == piped.out);
-  const Outcome bitmap = workspace::run({"--frames", "2", "--format", "bmp", clip, "-"});
+  const Outcome bitmap = workspace::classic({"--frames", "2", "--format", "bmp", clip, "-"});
   EXPECT_EQ(bitmap.status, 0) << bitmap.err;
   const std::size_t frame = std::size_t{32} * 16 * 2;
   EXPECT_TRUE(bitmap.out.substr(66) == piped.out.substr(frame, frame));
@@ -56,7 +56,7 @@ TEST(Program, StandardInputAndOutput) {
 TEST(Program, FramesAreNumberedAsInTheInput) {
   const Folder folder;
   const std::string clip = folder.file("clip.y4m", y4m420(16, 16, 5));
-  const Outcome outcome = workspace::run({"--frames", "2:4", clip, folder.path("f-%02d.ppm")});
+  const Outcome outcome = workspace::classic({"--frames", "2:4", clip, folder.path("f-%02d.ppm")});
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_THAT(folder.names(), ElementsAre("clip.y4m", "f-02.ppm", "f-03.ppm", "f-04.ppm"));
   EXPECT_FALSE(workspace::readFile(folder.path("f-02.ppm")) == workspace::readFile(folder.path("f-03.ppm")));
@@ -66,7 +66,7 @@ TEST(Program, Y4mStaysY4m) {
   const Folder folder;
   const std::string stream = y4m420(16, 16, 2);
   const std::string clip = folder.file("clip.y4m", stream);
-  EXPECT_EQ(workspace::run({clip, folder.path("copy.y4m")}).status, 0);
+  EXPECT_EQ(workspace::classic({clip, folder.path("copy.y4m")}).status, 0);
   const std::string copy = workspace::readFile(folder.path("copy.y4m"));
   EXPECT_TRUE(copy.substr(copy.find('\n')) == stream.substr(stream.find('\n')));
   EXPECT_THAT(copy, StartsWith("YUV4MPEG2 W16 H16 F30:1 "));
@@ -82,14 +82,14 @@ std::string colouredY4m() {
 TEST(Program, Yv12KeepsTheColoursOfAStream) {
   const Folder folder;
   const std::string clip = folder.file("clip.y4m", colouredY4m());
-  const Outcome stream = workspace::run({"--to", "yv12", "--format", "y4m", clip, "-"});
+  const Outcome stream = workspace::classic({"--to", "yv12", "--format", "y4m", clip, "-"});
   EXPECT_EQ(stream.status, 0) << stream.err;
   EXPECT_TRUE(stream.out == colouredY4m());
-  const Outcome raw = workspace::run({"--to", "yv12", clip, "-"});
+  const Outcome raw = workspace::classic({"--to", "yv12", clip, "-"});
   EXPECT_EQ(raw.status, 0) << raw.err;
   EXPECT_TRUE(raw.out == workspace::bytes(128, 1) + std::string(32, 'v') + std::string(32, 'u'));
   // And back: raw yv12 is read V first.
-  const Outcome back = workspace::run(
+  const Outcome back = workspace::classic(
       {"--size", "16x8", "--type", "yv12", "--to", "i420", "--format", "y4m", folder.file("v.raw", raw.out), "-"});
   EXPECT_EQ(back.status, 0) << back.err;
   EXPECT_TRUE(back.out == colouredY4m());
@@ -100,7 +100,7 @@ TEST(Program, AQualityThatChangesNothingIsSaid) {
   const std::string clip = folder.file("clip.y4m", y4m420(32, 16, 1));
   const auto run = [&](std::vector<std::string> options) {
     options.insert(options.end(), {clip, "-"});
-    return workspace::run(options);
+    return workspace::classic(options);
   };
   for (const std::vector<std::string> &options : std::vector<std::vector<std::string>>{
            {},
@@ -123,7 +123,7 @@ TEST(Program, AQualityThatChangesNothingIsSaid) {
 TEST(Program, InputMayBeItsOwnOutput) {
   const Folder folder;
   const std::string clip = folder.file("clip.y4m", y4m420(16, 16, 2));
-  EXPECT_EQ(workspace::run({clip, clip}).status, 0);
+  EXPECT_EQ(workspace::classic({clip, clip}).status, 0);
   EXPECT_EQ(workspace::readFile(clip).size(),
             std::string("YUV4MPEG2 W16 H16 F30:1 Ip A0:0 C420jpeg\n").size() + std::size_t{2} * (6 + 384));
 }
@@ -142,7 +142,7 @@ TEST(Program, EveryTypeComesInByNameAndByCode) {
     for (const std::string &name :
          {zqconvert::shortName(type.code), std::string(type.constant), std::to_string(type.code)}) {
       std::filesystem::remove(bmp);
-      const Outcome outcome = workspace::run({"--size", "18x14", "--type", name, file, bmp});
+      const Outcome outcome = workspace::classic({"--size", "18x14", "--type", name, file, bmp});
       ASSERT_EQ(outcome.status, 0) << name << ": " << outcome.err;
       const std::string bytes = workspace::readFile(bmp);
       EXPECT_EQ(bytes.size(), 66U + 14U * 36U) << name;
@@ -158,7 +158,7 @@ TEST(Program, NotesAreSaidOnceOneLineEach) {
                                                        workspace::bytes(576, 1) + "FRAME\n" + workspace::bytes(576, 2));
   const auto lines = [&](std::vector<std::string> options) {
     options.insert(options.end(), {clip, "-"});
-    const Outcome outcome = workspace::run(options);
+    const Outcome outcome = workspace::classic(options);
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     return zqconvert::split(outcome.err, '\n');
   };
@@ -231,7 +231,7 @@ TEST(Program, BadInputIsRefusedInOneLine) {
   const std::vector<std::string> before = folder.names();
   for (const Case &c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.arguments));
-    expectRefusal(workspace::run(c.arguments), c.words);
+    expectRefusal(workspace::classic(c.arguments), c.words);
     EXPECT_EQ(folder.names(), before);
   }
 }
@@ -241,26 +241,26 @@ TEST(Program, FullDisk) {
     GTEST_SKIP() << "no /dev/full here";
   }
   const Folder folder;
-  expectRefusal(workspace::run({folder.file("clip.y4m", y4m420(64, 64, 4)), "/dev/full"}), "written");
+  expectRefusal(workspace::classic({folder.file("clip.y4m", y4m420(64, 64, 4)), "/dev/full"}), "written");
 }
 
 TEST(Program, ALimitOnFileSizesIsAnErrorLikeAFullDisk) {
   const Folder folder;
   const std::string clip = folder.file("clip.y4m", y4m420(64, 64, 4));
-  workspace::Process process({clip, folder.path("out.raw")}, {.fileLimit = 4096});
+  workspace::Process process({"--classic", clip, folder.path("out.raw")}, {.fileLimit = 4096});
   expectRefusal(process.wait(), "cannot be written completely");
   EXPECT_THAT(folder.names(), ElementsAre("clip.y4m"));
 }
 
 TEST(Program, InformationGoesToStandardOutput) {
-  const Outcome help = workspace::run({"--help"});
+  const Outcome help = workspace::classic({"--help"});
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.err, "");
   EXPECT_THAT(help.out, HasSubstr("Examples:"));
-  const Outcome version = workspace::run({"--version"});
+  const Outcome version = workspace::classic({"--version"});
   EXPECT_EQ(version.status, 0);
   EXPECT_THAT(version.out, StartsWith("zqconvert "));
-  const Outcome types = workspace::run({"--list-types"});
+  const Outcome types = workspace::classic({"--list-types"});
   EXPECT_EQ(types.status, 0);
   EXPECT_THAT(types.out, HasSubstr("nv12"));
 }
@@ -268,7 +268,7 @@ TEST(Program, InformationGoesToStandardOutput) {
 TEST(Program, StatsAreOneLineOnStandardError) {
   const Folder folder;
   const std::string clip = folder.file("clip.y4m", y4m420(32, 16, 3));
-  const Outcome outcome = workspace::run({"--stats", "--rotate", "left", clip, "-"});
+  const Outcome outcome = workspace::classic({"--stats", "--rotate", "left", clip, "-"});
   EXPECT_EQ(outcome.status, 0);
   EXPECT_THAT(outcome.err, StartsWith("zqconvert: 3 frames, i420 32x16 to rgb565 16x32: "));
   EXPECT_THAT(outcome.err, HasSubstr("million output pixels per second\n"));

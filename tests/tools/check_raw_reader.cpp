@@ -119,8 +119,8 @@ TEST(RawReader, OddPicturesAreTheSameRawAndAsAStream) {
   const std::string planes = bytes(33 * 17 + 2 * 17 * 9, 5);
   const std::string raw = folder.file("in.yuv", planes);
   const std::string stream = folder.file("in.y4m", "YUV4MPEG2 W33 H17 C420jpeg\nFRAME\n" + planes);
-  EXPECT_EQ(workspace::run({"--size", "33x17", "--type", "i420", raw, folder.path("raw.ppm")}).status, 0);
-  EXPECT_EQ(workspace::run({stream, folder.path("stream.ppm")}).status, 0);
+  EXPECT_EQ(workspace::classic({"--size", "33x17", "--type", "i420", raw, folder.path("raw.ppm")}).status, 0);
+  EXPECT_EQ(workspace::classic({stream, folder.path("stream.ppm")}).status, 0);
   EXPECT_TRUE(workspace::readFile(folder.path("raw.ppm")) == workspace::readFile(folder.path("stream.ppm")));
 }
 
@@ -134,7 +134,7 @@ TEST(RawReader, OddPicturesOfItsOwnAreReadAgain) {
     const auto run = [&](const std::string &from, const std::string &to, const std::string &standard) {
       std::vector<std::string> arguments = options;
       arguments.insert(arguments.end(), {from, to});
-      return workspace::run(arguments, standard);
+      return workspace::classic(arguments, standard);
     };
     const Outcome once = run(in, folder.path("once.yuv"), "/dev/null");
     EXPECT_EQ(once.status, 0) << once.err;
@@ -148,7 +148,7 @@ TEST(RawReader, OddPicturesOfItsOwnAreReadAgain) {
 TEST(RawReader, ASizeThatFitsNoWholeFrameNamesTheOptions) {
   const Folder folder;
   const std::string raw = folder.file("in.raw", bytes(384 + 100, 1));
-  const Outcome outcome = workspace::run({"--size", "16x16", "--type", "i420", raw, folder.path("out-%d.ppm")});
+  const Outcome outcome = workspace::classic({"--size", "16x16", "--type", "i420", raw, folder.path("out-%d.ppm")});
   EXPECT_EQ(outcome.status, 2);
   EXPECT_THAT(outcome.err, AllOf(HasSubstr("middle of frame 2"), HasSubstr("16x16 i420 take 384 bytes"),
                                  HasSubstr("--size or --type is wrong")));
@@ -172,7 +172,7 @@ TEST(RawReader, GreyIsRedGreenAndBlue) {
     shades += static_cast<char>(i);
   }
   const std::string raw = folder.file("in.gray", shades + shades);
-  const Outcome outcome = workspace::run({"--size", "16x16", "--type", "gray", raw, folder.path("%d.ppm")});
+  const Outcome outcome = workspace::classic({"--size", "16x16", "--type", "gray", raw, folder.path("%d.ppm")});
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(outcome.err, "");
   const std::string picture = workspace::readFile(folder.path("2.ppm"));

@@ -39,7 +39,7 @@ protected:
   void start(const Process::Setup &setup = {}) {
     stream_ = y4m420(32, 16, 2);
     const std::size_t second = stream_.rfind("FRAME\n");
-    process_.emplace(std::vector<std::string>{"-", folder_.path("out.raw")}, setup);
+    process_.emplace(std::vector<std::string>{"--classic", "-", folder_.path("out.raw")}, setup);
     process_->feed(stream_.substr(0, second));
     rest_ = stream_.substr(second);
     ASSERT_TRUE(within10Seconds([this] { return !folder_.names().empty() && process_->sleeps(); }));
@@ -79,7 +79,7 @@ TEST_F(WaitingProgram, HangUpsThatAreSwitchedOffStayIgnored) {
 TEST(Signals, EndItBeforeTheFirstByteArrives) {
   const Folder folder;
   for (const int number : kSignals) {
-    Process process({"-", folder.path("out.png")}, {});
+    Process process({"--classic", "-", folder.path("out.png")}, {});
     ASSERT_TRUE(within10Seconds([&] { return process.sleeps(); }));
     expectEndedBy(number, process);
   }
@@ -92,8 +92,8 @@ TEST(Signals, EndItWhileANamedPipeHasNoOtherEnd) {
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   const std::string clip = folder.file("clip.y4m", y4m420(32, 16, 1));
   for (const int number : kSignals) {
-    for (const std::vector<std::string> &ends :
-         {std::vector<std::string>{pipe, folder.path("out.raw")}, std::vector<std::string>{clip, pipe}}) {
+    for (const std::vector<std::string> &ends : {std::vector<std::string>{"--classic", pipe, folder.path("out.raw")},
+                                                 std::vector<std::string>{"--classic", clip, pipe}}) {
       Process process(ends, {});
       ASSERT_TRUE(within10Seconds([&] { return process.sleeps(); }));
       expectEndedBy(number, process);
@@ -108,7 +108,7 @@ TEST(Signals, EndItWhileNobodyTakesWhatItWrites) {
   for (const int number : kSignals) {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-    Process process({clip, "-"}, {.output = ends[1]});
+    Process process({"--classic", clip, "-"}, {.output = ends[1]});
     int waiting = 0;
     ASSERT_TRUE(within10Seconds([&] { return ioctl(ends[0], FIONREAD, &waiting) == 0 && waiting > 4096; }));
     ASSERT_TRUE(within10Seconds([&] { return process.sleeps(); }));
@@ -124,7 +124,7 @@ TEST(Signals, NumberedFilesArriveTogetherOrNotAtAll) {
   for (const int number : kSignals) {
     const Folder clips;
     const Folder folder;
-    Process process({clips.file("clip.y4m", y4m420(2, 2, kFrames)), folder.path("%d.raw")}, {});
+    Process process({"--classic", clips.file("clip.y4m", y4m420(2, 2, kFrames)), folder.path("%d.raw")}, {});
     ASSERT_TRUE(within10Seconds([&] { return folder.names().size() == kFrames; }));
     const std::string first = folder.path("1.raw");
     for (int looks = 0; looks < 10000000 && !std::filesystem::exists(first); ++looks) {

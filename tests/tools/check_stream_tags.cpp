@@ -26,7 +26,7 @@ std::string headerAfter(const std::string &words, std::vector<std::string> optio
   const Folder folder;
   options.insert(options.end(), {folder.file("in.y4m", "YUV4MPEG2 W32 H16 F25:1 " + words + "\n" + frameText()),
                                  folder.path("out.y4m")});
-  const workspace::Outcome outcome = workspace::run(options);
+  const workspace::Outcome outcome = workspace::classic(options);
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   const std::string out = workspace::readFile(folder.path("out.y4m"));
   return out.substr(0, out.find('\n'));
@@ -102,9 +102,9 @@ TEST(StreamTags, FramesKeepWhatTheySayOfThemselves) {
   const std::string stream =
       "YUV4MPEG2 W32 H16 F25:1 Im A1:1 C420jpeg\n" + frameText(" Itii Xa") + frameText(" Ibii") + frameText();
   const std::string clip = folder.file("in.y4m", stream);
-  EXPECT_EQ(workspace::run({clip, folder.path("copy.y4m")}).status, 0);
+  EXPECT_EQ(workspace::classic({clip, folder.path("copy.y4m")}).status, 0);
   EXPECT_TRUE(workspace::readFile(folder.path("copy.y4m")) == stream);
-  EXPECT_EQ(workspace::run({"--rotate", "left", clip, folder.path("left.y4m")}).status, 0);
+  EXPECT_EQ(workspace::classic({"--rotate", "left", clip, folder.path("left.y4m")}).status, 0);
   EXPECT_THAT(workspace::readFile(folder.path("left.y4m")), Not(HasSubstr("Itii")));
 }
 
@@ -125,7 +125,8 @@ TEST(StreamTags, RawInputThatIsCalledFullRangeSaysSo) {
   const Folder folder;
   const std::string raw = folder.file("in.raw", workspace::bytes(32 * 16 * 3 / 2, 1));
   const auto headerOf = [&](const char *type) {
-    const workspace::Outcome outcome = workspace::run({"--size", "32x16", "--type", type, "--format", "y4m", raw, "-"});
+    const workspace::Outcome outcome =
+        workspace::classic({"--size", "32x16", "--type", type, "--format", "y4m", raw, "-"});
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     return outcome.out.substr(0, outcome.out.find('\n'));
   };

@@ -117,6 +117,11 @@ Outcome run(const std::vector<std::string> &arguments, const std::string &input)
   return outcome;
 }
 
+Outcome classic(std::vector<std::string> arguments, const std::string &input) {
+  arguments.insert(arguments.begin(), "--classic");
+  return run(arguments, input);
+}
+
 void expectRefusal(const Outcome &outcome, const std::string &words) {
   EXPECT_EQ(outcome.status, 2) << outcome.err;
   EXPECT_EQ(outcome.out, "");

@@ -55,6 +55,8 @@ struct Outcome {
 
 /// Runs the program through the shell. `input` names the file that becomes standard input.
 Outcome run(const std::vector<std::string> &arguments, const std::string &input = "/dev/null");
+/// The same with --classic in front.
+Outcome classic(std::vector<std::string> arguments, const std::string &input = "/dev/null");
 
 /// Status 2, one line on standard error in the program's name, nothing on standard output.
 void expectRefusal(const Outcome &outcome, const std::string &words);

@@ -40,7 +40,14 @@ constexpr auto kTypes = std::to_array<ColorTypeInfo>({
     {COLOR_YUV420_PACK2, Family::SemiPlanar, 1, 1, "COLOR_YUV420_PACK2", "nv21", "as nv12 with V before U"},
     {COLOR_YUV_QUARTER_HEIGHT, Family::Planar, 0, 2, "COLOR_YUV_QUARTER_HEIGHT", "yuv-quarter-height",
      "Y, U, V planes, chroma w x h/4"},
+    // What follows has no code in the header.
+    {kRgb565Swapped, Family::Rgb16, 0, 0, "", "rgb565be", "16-bit words, the upper byte first"},
+    {kRgb24, Family::Rgb24, 0, 0, "", "rgb24", "bytes R, G, B"},
+    {kRgba, Family::Rgb32, 0, 0, "", "rgba", "bytes R, G, B, A"},
+    {kBgra, Family::Rgb32, 0, 0, "", "bgra", "bytes B, G, R, A"},
+    {kGrey, Family::Grey, 0, 0, "", "grey gray y8", "luma alone"},
 });
+constexpr std::size_t kClassicTypes = 22;
 
 const ColorTypeInfo *find(int code) {
   const auto *at = std::find_if(kTypes.begin(), kTypes.end(), [code](const auto &type) { return type.code == code; });
@@ -49,17 +56,25 @@ const ColorTypeInfo *find(int code) {
 
 bool answersTo(const ColorTypeInfo &type, const std::string &lower) {
   const std::vector<std::string> names = split(type.names, ' ');
-  return lower == lowerCase(type.constant) || std::find(names.begin(), names.end(), lower) != names.end();
+  return (!lower.empty() && lower == lowerCase(type.constant)) ||
+         std::find(names.begin(), names.end(), lower) != names.end();
 }
 
 } // namespace
 
-std::span<const ColorTypeInfo> colorTypes() {
-  return kTypes;
+std::span<const ColorTypeInfo> colorTypes(Library library) {
+  const std::span all(kTypes);
+  return library == Library::Classic ? all.first(kClassicTypes) : all;
 }
 
 bool isColorType(int code) {
-  return find(code) != nullptr;
+  return std::ranges::any_of(colorTypes(), [code](const ColorTypeInfo &type) { return type.code == code; });
+}
+
+bool isYuv(int code) {
+  const Family family = colorType(code).family;
+  return family == Family::SemiPlanar || family == Family::Packed422 || family == Family::Grey ||
+         (family == Family::Planar && code != COLOR_RGB888_PLANAR);
 }
 
 const ColorTypeInfo &colorType(int code) {
@@ -74,12 +89,12 @@ std::string shortName(int code) {
   return split(colorType(code).names, ' ').front();
 }
 
-int parseColorType(std::string_view text) {
+int parseColorType(std::string_view text, Library library) {
   if (const std::optional<int> code = parseCount(text); code && isColorType(*code)) {
     return *code;
   }
   const std::string lower = lowerCase(text);
-  for (const ColorTypeInfo &type : kTypes) {
+  for (const ColorTypeInfo &type : colorTypes(library)) {
     if (answersTo(type, lower)) {
       return type.code;
     }
@@ -89,7 +104,7 @@ int parseColorType(std::string_view text) {
 
 std::string describeColorTypes() {
   std::ostringstream text;
-  for (const ColorTypeInfo &type : kTypes) {
+  for (const ColorTypeInfo &type : colorTypes()) {
     std::string line = (type.code < 10 ? " " : "") + std::to_string(type.code) + "  " + type.names;
     line.resize(std::max<std::size_t>(line.size() + 1, 28), ' ');
     line += type.constant;
@@ -125,6 +140,8 @@ int tightStride(int code, int width) {
     return 2 * width;
   case Family::Rgb24:
     return 3 * width;
+  case Family::Rgb32:
+    return 4 * width;
   default:
     return width;
   }
@@ -167,12 +184,19 @@ PlaneShape wholeShape(int code, int width, int height, int stride, int index) {
   return {samples, lines, stride >> type.chromaShiftX};
 }
 
-void requireSamples(int code, int width, int height, std::string_view what) {
+bool holdsSamples(int code, int width, int height) {
   for (int i = 0; i < planeCount(code); ++i) {
     if (planeShape(code, width, height, tightStride(code, width), i).bytes() == 0) {
-      throw Error(std::string(what) + ": a picture of " + toText({width, height}) + " is too small for " +
-                  shortName(code) + ": its chroma planes would be empty");
+      return false;
     }
+  }
+  return true;
+}
+
+void requireSamples(int code, int width, int height, std::string_view what) {
+  if (!holdsSamples(code, width, height)) {
+    throw Error(std::string(what) + ": a picture of " + toText({width, height}) + " is too small for " +
+                shortName(code) + ": its chroma planes would be empty");
   }
 }
 

@@ -1,4 +1,5 @@
-// The library's colour types by code and by the names people use, and where the samples of each lie in memory.
+// Colour types by code and by the names people use, and where the samples of each lie in memory: those of the thirteen
+// functions, and further ones that only zqPicture knows.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +9,13 @@
 
 namespace zqconvert {
 
-enum class Family { Planar, SemiPlanar, Packed422, Rgb16, Rgb24 };
+enum class Family { Planar, SemiPlanar, Packed422, Rgb16, Rgb24, Rgb32, Grey };
+
+/// Which library converts: the thirteen functions (--classic) or zqPicture.
+enum class Library { Classic, Picture };
+
+/// Codes of our own for what the thirteen functions have no code for; nobody types them.
+enum : int { kRgb565Swapped = 1001, kRgb24, kRgba, kBgra, kGrey };
 
 struct ColorTypeInfo {
   int code;
@@ -20,15 +27,18 @@ struct ColorTypeInfo {
   const char *layout;
 };
 
-std::span<const ColorTypeInfo> colorTypes();
+/// All that the library converts from.
+std::span<const ColorTypeInfo> colorTypes(Library library = Library::Classic);
+/// Of the thirteen functions.
 bool isColorType(int code);
-/// The code must be one of colorTypes().
+/// The code must be one of colorTypes(Library::Picture), which has all of them.
 const ColorTypeInfo &colorType(int code);
 std::string shortName(int code);
 /// A name in any case, the header's constant, or the code in digits. Throws Error for anything else.
-int parseColorType(std::string_view text);
+int parseColorType(std::string_view text, Library library = Library::Classic);
 /// The table that --list-types prints.
 std::string describeColorTypes();
+bool isYuv(int code); ///< Grey, which is luma alone, among them.
 
 struct PlaneShape {
   int lineBytes = 0;
@@ -48,6 +58,8 @@ int roundedUp(int value, int shift); ///< value / 2^shift, rounded up.
 int roomyStride(int code, int width);
 /// Shape of plane `index` as files have it, chroma sizes rounded up. Fits into frames of roomyStride().
 PlaneShape wholeShape(int code, int width, int height, int stride, int index);
+/// Whether every plane has a sample where chroma sizes are truncated.
+bool holdsSamples(int code, int width, int height);
 /// Throws Error, naming the picture as `what`, if some plane would hold no sample at all.
 void requireSamples(int code, int width, int height, std::string_view what);
 

@@ -72,7 +72,9 @@ Converter::Converter(const StreamInfo &input, const Request &request)
     part_ = *request_.crop;
   }
   requireSamples(input_.type, part_.width, part_.height, "input");
-  completeScale();
+  if (request_.scale) {
+    request_.scale = completed(*request_.scale, {part_.width, part_.height});
+  }
   const Size upright = request_.scale.value_or(Size{part_.width, part_.height});
   requireRoute(upright);
   requirePlausible(upright, "--scale");
@@ -93,13 +95,7 @@ Converter::~Converter() {
 
 void Converter::requireCrop() const {
   const Rectangle &part = *request_.crop;
-  if (part.width == 0 || part.height == 0) {
-    throw Error("--crop: a part of " + toText({part.width, part.height}) + " has no pixels");
-  }
-  if (part.width < 1 || part.height < 1 || part.x < 0 || part.y < 0 || part.width > input_.width - part.x ||
-      part.height > input_.height - part.y) {
-    throw Error("--crop reaches outside the picture of " + toText({input_.width, input_.height}));
-  }
+  requireInside(part, {input_.width, input_.height});
   const ColorTypeInfo &type = colorType(input_.type);
   const int stepX = 1 << type.chromaShiftX;
   const int stepY = 1 << type.chromaShiftY;
@@ -107,23 +103,6 @@ void Converter::requireCrop() const {
     throw Error("--crop must start at a multiple of " + std::to_string(stepX) + " in X and of " +
                 std::to_string(stepY) + " in Y, where " + shortName(input_.type) + " has chroma samples");
   }
-}
-
-/// The side that was left open gets what keeps the shape of the part, rounded to the nearest multiple.
-void Converter::completeScale() {
-  if (!request_.scale) {
-    return;
-  }
-  const auto complete = [](int &open, int given, int openPart, int givenPart) {
-    if (open < 0) {
-      const int64_t step = -int64_t{open};
-      const int64_t unit = givenPart * step;
-      const int64_t steps = (int64_t{given} * openPart + unit / 2) / unit;
-      open = static_cast<int>(std::max<int64_t>(1, steps) * step);
-    }
-  };
-  complete(request_.scale->width, request_.scale->height, part_.width, part_.height);
-  complete(request_.scale->height, request_.scale->width, part_.height, part_.width);
 }
 
 void Converter::requireRoute(Size upright) {

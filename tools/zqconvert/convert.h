@@ -1,7 +1,7 @@
-// One conversion of a stream of frames through the library's handle interface.
+// One conversion of a stream of frames through the thirteen functions' handle interface.
 #pragma once
 
-#include "frame.h"
+#include "engine.h"
 #include "zqColorConversion.h"
 
 #include <array>
@@ -30,26 +30,21 @@ struct Request {
 /// A result code of the library in words.
 std::string describeResult(uint32_t code);
 
-class Converter {
+class Converter final : public Engine {
 public:
   /// Throws Error if the request cannot be fulfilled for such a stream.
   Converter(const StreamInfo &input, const Request &request);
   Converter(const Converter &) = delete;
   Converter &operator=(const Converter &) = delete;
-  ~Converter();
+  ~Converter() override;
 
-  /// What convert() gives.
-  [[nodiscard]] const StreamInfo &output() const { return output_; }
-  /// What the user should hear about a request that is fulfilled all the same, a line each; none for most.
-  [[nodiscard]] const std::vector<std::string> &notes() const { return notes_; }
-  /// Converts `in` into `out`, whose buffers are made on the first call.
-  void convert(const Frame &in, Frame &out);
-  /// Seconds spent inside the library's frame calls so far.
-  [[nodiscard]] double seconds() const { return seconds_; }
+  [[nodiscard]] const StreamInfo &output() const override { return output_; }
+  [[nodiscard]] const std::vector<std::string> &notes() const override { return notes_; }
+  void convert(const Frame &in, Frame &out) override;
+  [[nodiscard]] double seconds() const override { return seconds_; }
 
 private:
   void requireCrop() const;
-  void completeScale();
   void requireRoute(Size upright);
   void setUp(ConvertParams &params);
   void selectMatrix();

@@ -46,8 +46,8 @@ const RawExtension *findRaw(const std::string &extension) {
   return at == kRawExtensions.end() ? nullptr : at;
 }
 
-const ColorTypeInfo *findType(const std::string &extension) {
-  for (const ColorTypeInfo &type : colorTypes()) {
+const ColorTypeInfo *findType(const std::string &extension, Library library) {
+  for (const ColorTypeInfo &type : colorTypes(library)) {
     const std::vector<std::string> names = split(type.names, ' ');
     if (std::ranges::find(names, extension) != names.end()) {
       return &type;
@@ -70,7 +70,7 @@ std::string knownExtensions() {
 
 bool isPicture(int type) {
   const Family family = colorType(type).family;
-  return family == Family::Rgb16 || family == Family::Rgb24;
+  return family == Family::Rgb16 || family == Family::Rgb24 || family == Family::Rgb32 || family == Family::Grey;
 }
 
 } // namespace
@@ -84,9 +84,9 @@ Format parseFormat(std::string_view text) {
   throw Error("unknown format '" + std::string(text) + "' (raw, bmp, png, ppm and y4m are known)");
 }
 
-Format formatOfName(std::string_view name) {
+Format formatOfName(std::string_view name, Library library) {
   const std::string extension = extensionOf(name);
-  if (extension.empty() || findRaw(extension) != nullptr || findType(extension) != nullptr) {
+  if (extension.empty() || findRaw(extension) != nullptr || findType(extension, library) != nullptr) {
     return Format::Raw;
   }
   for (const FormatName &known : kFormats) {
@@ -102,12 +102,15 @@ bool isY4mName(std::string_view name) {
   return extensionOf(name) == "y4m";
 }
 
-RawName rawName(std::string_view fileName) {
+RawName rawName(std::string_view fileName, Library library) {
   const std::string extension = extensionOf(fileName);
+  const ColorTypeInfo *type = findType(extension, library);
+  if (library == Library::Picture && extension == "rgb") {
+    return {RawName::OneType, kRgb24};
+  }
   if (const RawExtension *known = findRaw(extension); known != nullptr) {
     return known->meaning;
   }
-  const ColorTypeInfo *type = findType(extension);
   return type == nullptr ? RawName{} : RawName{RawName::OneType, type->code};
 }
 
@@ -115,13 +118,34 @@ bool isPictureFormat(Format format) {
   return format == Format::Bmp || format == Format::Png || format == Format::Ppm;
 }
 
-void requireHolds(Format format, int type) {
+void requireHolds(Format format, int type, Library library) {
   if (isPictureFormat(format) && !isPicture(type)) {
     throw Error("a picture file holds no " + shortName(type) + "; take --to rgb565 or --to bgr24, or a raw file");
   }
-  if (format == Format::Y4m && type != COLOR_YUV420_PLANAR && type != COLOR_YVU420_PLANAR) {
+  if (format == Format::Y4m && library == Library::Classic && !isPlanar420(type)) {
     throw Error("a y4m file is written from i420 and yv12 only, not from " + shortName(type));
   }
+  if (format == Format::Y4m && y4mKind(type).empty() && !isPlanar420(type)) {
+    throw Error("a y4m file holds i420, yv12, i422, yv16, i444 or grey, not " + shortName(type));
+  }
+}
+
+std::string_view y4mKind(int type) {
+  switch (type) {
+  case COLOR_YUV422_PLANAR:
+  case COLOR_YVU422_PLANAR:
+    return "422";
+  case COLOR_YUV444_PLANAR:
+    return "444";
+  case kGrey:
+    return "mono";
+  default:
+    return {};
+  }
+}
+
+bool isPlanar420(int type) {
+  return type == COLOR_YUV420_PLANAR || type == COLOR_YVU420_PLANAR;
 }
 
 } // namespace zqconvert

@@ -1,5 +1,7 @@
 #include "frame.h"
 
+#include "error.h"
+
 #include <algorithm>
 #include <istream>
 #include <ostream>
@@ -21,7 +23,7 @@ int unitOf(const Frame &frame, int index) {
 } // namespace
 
 Frame makeFrame(int type, int width, int height) {
-  Frame frame{type, width, height, tightStride(type, width), {}, {}};
+  Frame frame{type, width, height, tightStride(type, width), {}, {}, false};
   for (int i = 0; i < planeCount(type); ++i) {
     frame.planes[static_cast<std::size_t>(i)].assign(frame.shape(i).bytes(), 0);
   }
@@ -29,13 +31,23 @@ Frame makeFrame(int type, int width, int height) {
 }
 
 Frame makeRoomyFrame(int type, int width, int height) {
-  Frame frame{type, width, height, roomyStride(type, width), {}, {}};
+  Frame frame{type, width, height, roomyStride(type, width), {}, {}, false};
   for (int i = 0; i < planeCount(type); ++i) {
     const PlaneShape shape = frame.whole(i);
     frame.planes[static_cast<std::size_t>(i)].assign(
         static_cast<std::size_t>(shape.stride) * static_cast<std::size_t>(shape.lines), 0);
   }
   return frame;
+}
+
+void requireInside(const Rectangle &part, Size picture) {
+  if (part.width == 0 || part.height == 0) {
+    throw Error("--crop: a part of " + toText({part.width, part.height}) + " has no pixels");
+  }
+  if (part.width < 1 || part.height < 1 || part.x < 0 || part.y < 0 || part.width > picture.width - part.x ||
+      part.height > picture.height - part.y) {
+    throw Error("--crop reaches outside the picture of " + toText(picture));
+  }
 }
 
 bool readPlane(std::istream &stream, std::vector<uint8_t> &plane, int lineBytes, int lines, int stride) {
@@ -85,7 +97,7 @@ void extendPlane(std::vector<uint8_t> &plane, const PlaneShape &given, const Pla
 }
 
 void writePlane(std::ostream &stream, const Frame &frame, int index) {
-  const PlaneShape given = frame.shape(index);
+  const PlaneShape given = frame.wholeChroma ? frame.whole(index) : frame.shape(index);
   const PlaneShape wanted = frame.whole(index);
   const auto length = static_cast<std::size_t>(given.lineBytes);
   const auto unit = static_cast<std::size_t>(unitOf(frame, index));

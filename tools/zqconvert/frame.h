@@ -21,7 +21,8 @@ struct Frame {
   int height = 0;
   int stride = 0;
   std::array<std::vector<uint8_t>, 3> planes;
-  std::string tags; ///< What a YUV4MPEG2 stream says of this frame alone, a blank in front of every word.
+  std::string tags;         ///< What a YUV4MPEG2 stream says of this frame alone, a blank in front of every word.
+  bool wholeChroma = false; ///< The chroma of odd sides is there to the last sample: planes are as whole() says.
 
   [[nodiscard]] PlaneShape shape(int index) const { return planeShape(type, width, height, stride, index); }
   [[nodiscard]] PlaneShape whole(int index) const { return wholeShape(type, width, height, stride, index); }
@@ -39,7 +40,12 @@ struct Rectangle {
   int height = 0;
 };
 
+/// Throws Error, in the words of --crop, unless the part has pixels and lies in the picture.
+void requireInside(const Rectangle &part, Size picture);
+
 enum class Range { Unknown, Limited, Full };
+/// Of chroma columns: on the first of the pixels that share a sample, or midway between them.
+enum class Siting { Unknown, Left, Centre };
 
 /// What is the same for every frame of a stream.
 struct StreamInfo {
@@ -55,6 +61,7 @@ struct StreamInfo {
   std::vector<std::string> extras = {};
   bool frameTags = true;        ///< What a frame's own tags say of its lines holds.
   Range range = Range::Unknown; ///< What the stream says of its luma.
+  Siting columns = Siting::Unknown;
 };
 
 class FrameSource {

@@ -1,6 +1,8 @@
 #include "options.h"
 
 #include "error.h"
+#include "option_words.h"
+#include "picture_types.h"
 
 #include <CLI/CLI.hpp>
 
@@ -11,90 +13,43 @@ namespace zqconvert {
 
 namespace {
 
-constexpr const char *kDescription =
-    "Converts pictures between YUV and RGB layouts, scaled, turned, flipped or cut out as asked.\n\n"
-    "INPUT is a YUV4MPEG2 stream (8-bit 420, 422, 444, 440 or 411), raw frames with --size and --type,\n"
-    "or - for standard input. OUTPUT is written as its extension says: .bmp, .png, .ppm, .y4m, or raw\n"
-    "frames (.raw, .yuv, .rgb565, .nv12 and the like); - is standard output, raw unless --format says\n"
-    "otherwise. A number in OUTPUT (out-%04d.png) gives one file a frame, numbered as in the input\n"
-    "from 1; %% is a percent sign.";
-
-constexpr const char *kExamples =
-    "Examples:\n"
-    "  ffmpeg -i photo.jpg -pix_fmt yuv420p photo.y4m      make something to convert\n"
-    "  zqconvert photo.y4m photo.png                       look at it as RGB565\n"
-    "  zqconvert --to bgr24 photo.y4m photo.bmp            the library's 24-bit bytes in a bitmap\n"
-    "  zqconvert --scale 320x-1 --quality 3 photo.y4m small.png\n"
-    "  zqconvert --rotate left --crop 64,32,320,240 photo.y4m part.bmp\n"
-    "  zqconvert --size 640x480 --type yuyv camera.raw camera-%03d.png\n"
-    "  zqconvert --to i420 --scale 1280x720 clip.y4m - | ffplay -f rawvideo -video_size 1280x720 -\n"
-    "  zqconvert --frames 10:20 clip.y4m frame-%04d.png\n\n"
-    "A job that cannot be done ends with one line on standard error and status 2 and leaves no file\n"
-    "behind; of a clip that ends inside a frame, the frames before it are converted. Lines that begin\n"
-    "with \"note:\" say what a conversion is known to get wrong.";
-
-struct Words {
-  std::string size, type, to, format, matrix = "bt601", scale, rotate, crop, frames;
-  std::string quality = "0";
-  bool flip = false, help = false, version = false, listTypes = false;
-};
-
 /// INPUT and OUTPUT are needed, but not with --help and the like, so that the parser knows them as optional.
 class HelpText : public CLI::Formatter {
 public:
+  explicit HelpText(std::string options) : options_(std::move(options)) {}
   std::string make_usage(const CLI::App * /*app*/, std::string name) const override {
-    return "\nUsage: " + name + " [OPTIONS] INPUT OUTPUT\n";
+    return "\nUsage: " + name + " " + options_ + " INPUT OUTPUT\n";
   }
+
+private:
+  std::string options_;
 };
 
 void describe(CLI::App &app, Options &options, Words &words) {
+  const bool classic = options.library == Library::Classic;
   app.set_help_flag();
-  app.formatter(std::make_shared<HelpText>());
+  app.formatter(std::make_shared<HelpText>(classic ? "--classic [OPTIONS]" : "[OPTIONS]"));
   app.get_formatter()->column_width(34);
   // Whoever gives an option twice hears so from requireSingle(), in plainer words than the parser's.
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-  app.footer(kExamples);
+  app.footer(classic ? kClassicExamples : kPictureExamples);
   app.add_option("INPUT", options.input, "What to convert")->type_name("");
   app.add_option("OUTPUT", options.output, "Where to put the result")->type_name("");
   app.add_option("--size", words.size, "Size of raw input frames")->type_name("WxH")->group("Input");
-  app.add_option("--type", words.type, "Colour type of raw input frames, by name or code")
-      ->type_name("TYPE")
-      ->group("Input");
+  (classic ? describeClassicInput : describePictureInput)(app, words);
   app.add_option("--frames", words.frames,
                  "Convert frame N only, or frames A to B, from A on, or up to B,\ncounted from 1")
       ->type_name("N|A:B|A:|:B")
       ->group("Input");
-  app.add_option("--crop", words.crop, "Convert this part of the input only; X and Y must lie on chroma\nsamples")
-      ->type_name("X,Y,W,H")
-      ->group("Conversion");
-  app.add_option("--to", words.to, "Colour type of the result (what OUTPUT is called, else rgb565)")
-      ->type_name("TYPE")
-      ->group("Conversion");
-  app.add_option("--matrix", words.matrix,
-                 "bt601 (the default), bt709, grey, or the four coefficients\n"
-                 "Cr to R, Cr to G, Cb to B, Cb to G, each times 512. Conversions\n"
-                 "with arithmetic of their own take no notice")
-      ->type_name("NAME|a,b,c,d")
-      ->group("Conversion");
-  app.add_option("--scale", words.scale,
-                 "Size of the result before it is turned; -1 for a side keeps the\nshape (640x-1), -2 keeps it and "
-                 "makes the side even")
-      ->type_name("WxH")
-      ->group("Conversion");
-  app.add_option("--quality", words.quality,
-                 "Resampling with --scale: 0 plain, 1 and 2 five taps (narrower,\n"
-                 "wider), 3 the mean of a box, for reducing only. Where a\n"
-                 "conversion has no filters, a note says so")
-      ->type_name("0..3")
-      ->group("Conversion");
-  app.add_option("--rotate", words.rotate, "Turn: a quarter left or right, or clockwise by degrees")
-      ->type_name("left|right|90|180|270")
-      ->group("Conversion");
-  app.add_flag("--flip", words.flip, "Exchange top and bottom")->group("Conversion");
+  (classic ? describeClassicConversion : describePictureConversion)(app, words);
   app.add_option("--format", words.format, "Format of OUTPUT, whatever its name: raw, bmp, png, ppm, y4m")
       ->type_name("NAME")
       ->group("Output");
   app.add_flag("--stats", options.stats, "Say on standard error what was done and how fast")->group("Output");
+  app.add_flag("--classic", words.classic,
+               classic ? "What this is the help of"
+                       : "Convert by the thirteen functions;\n--classic --help has their options")
+      ->group("Information");
   app.add_flag("-h,--help", words.help, "Show this text")->group("Information");
   app.add_flag("--version", words.version, "Show the version")->group("Information");
   app.add_flag("--list-types", words.listTypes, "Show the colour types and their names")->group("Information");
@@ -105,30 +60,32 @@ std::string versionText() {
          std::to_string(ZQCC_VERSION_PATCH) + "\n";
 }
 
-void interpret(const Words &words, Options &options) {
-  if (options.input.empty() || options.output.empty()) {
-    throw Error("INPUT and OUTPUT are needed (--help explains)");
+void interpretRawInput(const Words &words, Options &options) {
+  const bool classic = options.library == Library::Classic;
+  if (!words.type.empty() && !words.from.empty()) {
+    throw Error("--from and --type are the same and cannot both be given");
   }
-  if (words.size.empty() != words.type.empty()) {
-    throw Error("raw input needs both --size and --type");
+  const std::string &type = words.from.empty() ? words.type : words.from;
+  if (words.size.empty() != type.empty()) {
+    throw Error(std::string("raw input needs both --size and ") + (classic ? "--type" : "--from"));
   }
   if (!words.size.empty()) {
     options.rawSize = parseSizeOption("--size", words.size);
-    options.rawLayout = parseRawLayout(words.type);
+    options.rawLayout = parseRawLayout(type, options.library);
   }
+}
+
+void interpret(const Words &words, Options &options) {
+  // First of all: an option that took INPUT for its value says so itself.
+  (options.library == Library::Classic ? interpretClassic : interpretPicture)(words, options);
+  if (options.input.empty() || options.output.empty()) {
+    throw Error("INPUT and OUTPUT are needed (--help explains)");
+  }
+  interpretRawInput(words, options);
   if (!words.to.empty()) {
-    options.outType = parseColorType(words.to);
+    options.outType = parseColorType(words.to, options.library);
   }
-  options.format = words.format.empty() ? formatOfName(options.output) : parseFormat(words.format);
-  options.request.matrix = parseMatrix(words.matrix);
-  options.request.rotation = parseRotation(words.rotate, words.flip);
-  options.request.quality = parseQuality(words.quality);
-  if (!words.scale.empty()) {
-    options.request.scale = parseScale(words.scale);
-  }
-  if (!words.crop.empty()) {
-    options.request.crop = parseCrop(words.crop);
-  }
+  options.format = words.format.empty() ? formatOfName(options.output, options.library) : parseFormat(words.format);
   if (!words.frames.empty()) {
     options.frames = parseFrames(words.frames);
   }
@@ -151,17 +108,27 @@ std::string explain(const CLI::ParseError &error) {
     return line.substr(0, line.find(':')) + " needs a value"; // it is "--size: 1 required WxH missing"
   }
   if (dynamic_cast<const CLI::ConversionError *>(&error) != nullptr) {
-    return "options that take no value, such as --flip, cannot be given one"; // all others take any text
+    return "options that take no value, such as --stats, cannot be given one"; // all others take any text
   }
   return line;
+}
+
+/// The two libraries have options of the same names and other values, so that this one is looked for first.
+Library libraryOf(const std::vector<std::string> &arguments) {
+  return std::ranges::find(arguments, "--classic") == arguments.end() ? Library::Picture : Library::Classic;
+}
+
+std::string typesText(Library library) {
+  return library == Library::Classic ? describeColorTypes() + describeRawLayouts() : describePictureTypes();
 }
 
 } // namespace
 
 Options parseOptions(const std::vector<std::string> &arguments) {
   Options options;
+  options.library = libraryOf(arguments);
   Words words;
-  CLI::App app(kDescription, "zqconvert");
+  CLI::App app(options.library == Library::Classic ? kClassicDescription : kPictureDescription, "zqconvert");
   describe(app, options, words);
   try {
     // The parser takes its words from the back.
@@ -176,7 +143,7 @@ Options parseOptions(const std::vector<std::string> &arguments) {
   } else if (words.version) {
     options.message = versionText();
   } else if (words.listTypes) {
-    options.message = describeColorTypes() + describeRawLayouts();
+    options.message = typesText(options.library);
   } else {
     interpret(words, options);
   }

@@ -128,7 +128,7 @@ std::string NamePattern::name(int number) const {
 
 Output::Output(std::string path, Format format, StreamInfo info)
     : path_(std::move(path)), pattern_(path_), format_(format), info_(std::move(info)) {
-  requireHolds(format_, info_.type);
+  requireHolds(format_, info_.type, Library::Picture);
 }
 
 void Output::writeTo(std::ostream &stream, const Frame &frame, bool first) {

@@ -20,15 +20,16 @@ struct RawLayout {
   std::array<int, 3> order{0, 1, 2}; ///< Which plane of the file becomes which plane of the frame.
   Range range = Range::Unknown;
   std::string name;
+  Library library = Library::Classic; ///< The thirteen functions refuse pictures smaller than a chroma sample.
 };
 
 /// A colour type's name, or one of the further names that raw files are known by (gbrp, gray, yuvj420p and the like).
 /// Throws Error for anything else.
-RawLayout parseRawLayout(std::string_view text);
+RawLayout parseRawLayout(std::string_view text, Library library = Library::Classic);
 /// Those further names, one line each, for --list-types.
-std::string describeRawLayouts();
+std::string describeRawLayouts(Library library = Library::Classic);
 /// The same without explanations.
-std::vector<std::string> rawLayoutNames();
+std::vector<std::string> rawLayoutNames(Library library = Library::Classic);
 
 class RawReader final : public FrameSource {
 public:

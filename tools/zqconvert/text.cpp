@@ -2,6 +2,7 @@
 
 #include "error.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -55,6 +56,20 @@ std::optional<double> parseNumber(std::string_view text) {
 
 std::string toText(Size size) {
   return std::to_string(size.width) + "x" + std::to_string(size.height);
+}
+
+Size completed(Size scale, Size shape) {
+  const auto complete = [](int &open, int given, int openPart, int givenPart) {
+    if (open < 0) {
+      const int64_t step = -int64_t{open};
+      const int64_t unit = givenPart * step;
+      const int64_t steps = (int64_t{given} * openPart + unit / 2) / unit;
+      open = static_cast<int>(std::max<int64_t>(1, steps) * step);
+    }
+  };
+  complete(scale.width, scale.height, shape.width, shape.height);
+  complete(scale.height, scale.width, shape.height, shape.width);
+  return scale;
 }
 
 void requirePlausible(Size size, std::string_view what) {

@@ -29,6 +29,8 @@ std::optional<int> parseCount(std::string_view text, int max = 2147483647);
 std::optional<double> parseNumber(std::string_view text);
 
 std::string toText(Size size);
+/// The size with its open side filled in: a side of -N gets what keeps the shape, to the nearest multiple of N.
+Size completed(Size scale, Size shape);
 /// Throws Error, naming the picture as `what`, if the size is beyond the limits above.
 void requirePlausible(Size size, std::string_view what);
 

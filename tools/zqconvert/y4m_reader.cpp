@@ -20,17 +20,19 @@ constexpr std::size_t kMaxLine = 4096;
 struct ChromaTag {
   std::string_view tag;
   int type;
+  Siting columns;
 };
 
 constexpr auto kChromaTags = std::to_array<ChromaTag>({
-    {"420", COLOR_YUV420_PLANAR},
-    {"420jpeg", COLOR_YUV420_PLANAR},
-    {"420mpeg2", COLOR_YUV420_PLANAR},
-    {"420paldv", COLOR_YUV420_PLANAR},
-    {"422", COLOR_YUV422_PLANAR},
-    {"444", COLOR_YUV444_PLANAR},
-    {"440", COLOR_YUV440_PLANAR},
-    {"411", COLOR_YUV411_PLANAR},
+    {"420", COLOR_YUV420_PLANAR, Siting::Centre},
+    {"420jpeg", COLOR_YUV420_PLANAR, Siting::Centre},
+    {"420mpeg2", COLOR_YUV420_PLANAR, Siting::Left},
+    {"420paldv", COLOR_YUV420_PLANAR, Siting::Left},
+    {"422", COLOR_YUV422_PLANAR, Siting::Left},
+    {"444", COLOR_YUV444_PLANAR, Siting::Unknown},
+    {"440", COLOR_YUV440_PLANAR, Siting::Unknown},
+    {"411", COLOR_YUV411_PLANAR, Siting::Left},
+    {"mono", kGrey, Siting::Unknown},
 });
 
 /// The bytes up to the next line feed, which is taken out of the stream but not returned.
@@ -91,7 +93,8 @@ Range rangeOf(std::string_view value) {
 
 } // namespace
 
-Y4mReader::Y4mReader(std::istream &stream, std::string name) : stream_(stream), name_(std::move(name)) {
+Y4mReader::Y4mReader(std::istream &stream, std::string name, Library library)
+    : stream_(stream), name_(std::move(name)), library_(library) {
   const std::optional<std::string> line = readLine(stream_);
   requireBinary(line, kMagic, name_);
   if (!line || !line->starts_with(kMagic) || (line->size() > kMagic.size() && (*line)[kMagic.size()] != ' ')) {
@@ -158,13 +161,17 @@ void Y4mReader::parseHeader(const std::string &line) {
   info_.height = *height;
   requirePlausible({info_.width, info_.height}, name_);
   parseChroma(chroma.value_or(sampling.value_or("420jpeg")));
-  requireSamples(info_.type, info_.width, info_.height, name_);
+  if (library_ == Library::Classic) {
+    requireSamples(info_.type, info_.width, info_.height, name_);
+  }
 }
 
 void Y4mReader::parseChroma(const std::string &tag) {
+  const bool greyToo = library_ == Library::Picture;
   for (const ChromaTag &known : kChromaTags) {
-    if (tag == known.tag) {
+    if (tag == known.tag && (known.type != kGrey || greyToo)) {
       info_.type = known.type;
+      info_.columns = known.columns;
       if (known.type == COLOR_YUV420_PLANAR) {
         info_.siting = tag;
       }
@@ -172,12 +179,13 @@ void Y4mReader::parseChroma(const std::string &tag) {
     }
   }
   throw Error(name_ + ": chroma kind 'C" + printable(tag) +
-              "' is not taken (8-bit 420, 420jpeg, 420mpeg2, 420paldv, 422, 444, 440 and 411 are)");
+              "' is not taken (8-bit 420, 420jpeg, 420mpeg2, 420paldv, 422, 444, 440" +
+              (greyToo ? ", 411 and mono are)" : " and 411 are)"));
 }
 
 uint64_t Y4mReader::bytesPerFrame() const {
   uint64_t bytes = kFrame.size() + 1;
-  for (int i = 0; i < 3; ++i) {
+  for (int i = 0; i < planes(); ++i) {
     const PlaneShape shape = wholeShape(info_.type, info_.width, info_.height, info_.width, i);
     bytes += static_cast<uint64_t>(shape.lineBytes) * static_cast<uint64_t>(shape.lines);
   }
@@ -205,7 +213,7 @@ bool Y4mReader::next(Frame &frame) {
   // The library divides the first plane's stride to get the chroma's: the lines of odd pictures are padded until the
   // quotient has room for the last sample.
   frame.stride = roomyStride(info_.type, info_.width);
-  for (int i = 0; i < 3; ++i) {
+  for (int i = 0; i < planes(); ++i) {
     const PlaneShape shape = frame.whole(i);
     std::vector<uint8_t> &plane = frame.planes.at(static_cast<std::size_t>(i));
     if (!readPlane(stream_, plane, shape.lineBytes, shape.lines, shape.stride)) {

@@ -11,8 +11,9 @@ namespace zqconvert {
 class Y4mReader final : public FrameSource {
 public:
   /// Reads the stream header; `name` stands for the stream in messages. Throws Error for a header that is damaged or
-  /// asks for what no colour type can hold (more than 8 bits, alpha, no chroma).
-  Y4mReader(std::istream &stream, std::string name);
+  /// asks for what no colour type of the library can hold (more than 8 bits, alpha; of the thirteen functions: no
+  /// chroma, or not even one sample of it).
+  Y4mReader(std::istream &stream, std::string name, Library library = Library::Classic);
 
   [[nodiscard]] const StreamInfo &info() const override { return info_; }
   bool next(Frame &frame) override;
@@ -21,9 +22,11 @@ public:
 private:
   void parseHeader(const std::string &line);
   void parseChroma(const std::string &tag);
+  [[nodiscard]] int planes() const { return planeCount(info_.type); }
 
   std::istream &stream_;
   std::string name_;
+  Library library_;
   StreamInfo info_;
   int frames_ = 0;
 };
