@@ -14,8 +14,8 @@ using fuzz::Script;
 using reference::Lie;
 using reference::OwnPicture;
 
-constexpr int64_t kMostPixels = 1 << 17;  // that are converted
-constexpr int64_t kModelPixels = 1 << 12; // that the model makes in time
+constexpr int64_t kMostPixels = 1 << 14;  // that are converted
+constexpr int64_t kModelPixels = 1 << 10; // that the model makes in time
 
 Lie readLie(Script &script) {
   Lie lie;

@@ -38,7 +38,7 @@ ZqpPicture layOut(Script &script, int32_t format, int32_t width, int32_t height,
 
 void spoil(Script &script, ZqpPicture &picture, uint8_t *room) {
   ZqpPlane &plane = picture.planes[script.below(3)];
-  switch (script.below(10)) {
+  switch (script.below(11)) {
   case 0:
     picture.recordSize = script.word();
     break;
@@ -65,6 +65,11 @@ void spoil(Script &script, ZqpPicture &picture, uint8_t *room) {
     break;
   case 8:
     plane.bytes -= static_cast<std::size_t>(script.below(3));
+    break;
+  case 9: // beside or over another plane of the same picture
+    if (auto *other = static_cast<uint8_t *>(picture.planes[script.below(3)].data); other != nullptr) {
+      plane.data = other + script.below(64);
+    }
     break;
   default:
     plane.bytes = static_cast<std::size_t>(script.word() | static_cast<uint64_t>(script.word()) << 32);
@@ -131,9 +136,11 @@ void tryViews(const ZqpConversion &c, const ZqpPicture &in, const ZqpPicture &ou
               Script &script) {
   const bool isWhole = script.below(2) != 0;
   const int32_t first = isWhole ? 0 : script.below(12) == 0 ? script.number() : script.below(80) % (c.outHeight + 1);
-  const int32_t lines = isWhole                 ? c.outHeight
-                        : script.below(12) == 0 ? script.number()
-                                                : std::max(0, std::min(script.below(9), c.outHeight - first % 4096));
+  const int32_t lines =
+      isWhole ? c.outHeight
+      : script.below(12) == 0
+          ? script.number()
+          : std::max(0, std::min(script.below(9), c.outHeight - first % 4096) + (script.below(8) == 0 ? 1 : 0));
   const fuzz::Errors errors = fuzz::errorsOf(c, in, out, first, lines);
   if (errors == 0 && !(liesInRoom(in, room.data()) && liesInRoom(out, room.data()))) {
     return; // they claim memory that there is not
