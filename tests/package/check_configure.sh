@@ -81,7 +81,10 @@ headers "$work/new" 1 10 0
 headers "$work/old" 1 0 2
 library off -DZQCC_VECTOR=OFF -DZQCC_HIGHWAY_HEADERS="$work/new"
 equal "the compilations with and without vector code, OFF" "$(vector off)" "0 and $(all_lines off)"
-if grep 'src/vector/' "$work/off/compile_commands.json"; then fail "vector code is built although it is OFF"; fi
+# What ends the process when one of Highway's assertions fails belongs to zqPicture as well.
+if grep 'src/vector/' "$work/off/compile_commands.json" | grep -v 'src/vector/abort\.cpp'; then
+  fail "vector code is built although it is OFF"
+fi
 if grep -i vector "$work/off.txt"; then fail "words about vector code although it is OFF"; fi
 case $(uname -m) in
   x86_64 | aarch64)
