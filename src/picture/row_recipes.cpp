@@ -5,7 +5,11 @@
 namespace zqp {
 namespace {
 
-void setOpaque(const uint8_t *rows[4]) {
+/// Rows of red, green and blue, of pixels without alpha.
+void setRows(uint8_t *const made[3], const uint8_t *rows[4]) {
+  for (int32_t c = 0; c < 3; ++c) {
+    rows[c] = made[c];
+  }
   rows[3] = nullptr;
 }
 
@@ -103,10 +107,7 @@ void RowRecipes::rgbOfYuvStraight(int32_t j, uint8_t *const to[4], const uint8_t
   }
   const RgbOfBytes make = colour_.rgbOfBytes[static_cast<int32_t>(colouring_.samples)][static_cast<int32_t>(layout_)];
   make(from, colouring_.rgb, roundingOf(j), chunk_.luma.count, to);
-  for (int32_t c = 0; c < 3; ++c) {
-    rows[c] = to[c];
-  }
-  setOpaque(rows);
+  setRows(to, rows);
 }
 
 void RowRecipes::rgbOfYuvBytes(int32_t j, uint8_t *const to[4], const uint8_t *rows[4]) {
@@ -123,20 +124,14 @@ void RowRecipes::rgbOfYuvBytes(int32_t j, uint8_t *const to[4], const uint8_t *r
   const YuvLayout samples = areHalves ? YuvLayout::Half : YuvLayout::Full;
   const RgbOfBytes make = colour_.rgbOfBytes[static_cast<int32_t>(samples)][static_cast<int32_t>(layout_)];
   make(from, colouring_.rgb, roundingOf(j), chunk_.luma.count, to);
-  for (int32_t c = 0; c < 3; ++c) {
-    rows[c] = to[c];
-  }
-  setOpaque(rows);
+  setRows(to, rows);
 }
 
 void RowRecipes::rgbOfYuvWords(int32_t j, uint8_t *const to[4], const uint8_t *rows[4]) {
   const int16_t *const *chroma = ownPixelChroma_.words(j);
   const YuvWords from = {ownLuma_.words(j)[0], chroma[0], chroma[1]};
   colour_.rgbOfWords[static_cast<int32_t>(layout_)](from, colouring_.rgb, roundingOf(j), chunk_.luma.count, to);
-  for (int32_t c = 0; c < 3; ++c) {
-    rows[c] = to[c];
-  }
-  setOpaque(rows);
+  setRows(to, rows);
 }
 
 void RowRecipes::rgbOfRgbBytes(int32_t j, uint8_t *const to[4], const uint8_t *rows[4]) {
@@ -147,9 +142,7 @@ void RowRecipes::rgbOfRgbBytes(int32_t j, uint8_t *const to[4], const uint8_t *r
   colour_.componentOfBytes(from[0], colouring_.rgb.red, isNarrow ? rounding.five : rounding.eight, count, to[0]);
   colour_.componentOfBytes(from[1], colouring_.rgb.green, isNarrow ? rounding.six : rounding.eight, count, to[1]);
   colour_.componentOfBytes(from[2], colouring_.rgb.blue, isNarrow ? rounding.five : rounding.eight, count, to[2]);
-  for (int32_t c = 0; c < 3; ++c) {
-    rows[c] = to[c];
-  }
+  setRows(to, rows);
   rows[3] = converter_.keepsAlpha ? from[3] : nullptr;
 }
 
@@ -161,13 +154,11 @@ void RowRecipes::rgbOfRgbWords(int32_t j, uint8_t *const to[4], const uint8_t *r
   colour_.componentOfWords(from[0], colouring_.rgb.red, isNarrow ? rounding.five : rounding.eight, count, to[0]);
   colour_.componentOfWords(from[1], colouring_.rgb.green, isNarrow ? rounding.six : rounding.eight, count, to[1]);
   colour_.componentOfWords(from[2], colouring_.rgb.blue, isNarrow ? rounding.five : rounding.eight, count, to[2]);
+  setRows(to, rows);
   if (converter_.keepsAlpha) {
     colour_.bytesOfWords(from[3], count, to[3]);
+    rows[3] = to[3];
   }
-  for (int32_t c = 0; c < 3; ++c) {
-    rows[c] = to[c];
-  }
-  rows[3] = converter_.keepsAlpha ? to[3] : nullptr;
 }
 
 void RowRecipes::rgbAsItIs(int32_t j, uint8_t *const /*to*/[4], const uint8_t *rows[4]) {
