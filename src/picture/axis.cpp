@@ -136,4 +136,23 @@ bool Axis::halves() const {
   return isHalved;
 }
 
+bool Axis::halvesLeft() const {
+  bool isHalved = sampling_ == Sampling::Area && outputs_ == (samples_ + 1) / 2;
+  for (int32_t k = 0; isHalved && k < outputs_; ++k) {
+    const int32_t first = k == 0 ? 0 : 2 * k - 1;
+    const int32_t end = 2 * k + 1 < samples_ ? 2 * k + 2 : samples_;
+    const Taps made = taps(k, nullptr);
+    isHalved = made.first == first && made.count == end - first;
+    if (isHalved && made.count > 1) {
+      int32_t weights[3] = {};
+      taps(k, weights);
+      const int32_t middle = weights[2 * k - first];
+      const int32_t beside = weights[k == 0 ? 1 : 0];
+      const int32_t before = made.count == 3 ? weights[2] : beside;
+      isHalved = before == beside && middle - 2 * beside >= 0 && middle - 2 * beside <= 1;
+    }
+  }
+  return isHalved;
+}
+
 } // namespace zqp

@@ -42,6 +42,8 @@ public:
   Taps taps(int32_t k, int32_t *weights) const;
   /// Whether output k is the mean of samples 2 k and 2 k + 1, or of the last sample alone.
   [[nodiscard]] bool halves() const;
+  /// Whether output k is a quarter, a half and a quarter of samples 2 k - 1 to 2 k + 1, or what of that is at the ends.
+  [[nodiscard]] bool halvesLeft() const;
 
 private:
   [[nodiscard]] int64_t twiceCentre(int32_t k) const;

@@ -76,6 +76,7 @@ struct ZqpConverter {
   bool makesPlanes = false; ///< rows that are made lie in the output at once
   bool turnsYuv = false;    ///< samples are turned, not pixels
   bool keepsAlpha = false;
+  bool isChromaLeft = false; ///< of pixels of four bytes as they lie
   zqp::Colouring colouring = {};
   zqp::Pass passes[2] = {};
   int32_t passCount = 0;

@@ -232,7 +232,8 @@ bool liesInFourBytes(const ZqpConverter &converter) {
   }
   const GridPlan &chroma = converter.chroma;
   return converter.chromaRecipe == ChromaRecipe::None ||
-         (converter.chromaRecipe == ChromaRecipe::OfRgbWords && chroma.columns.halves() &&
+         (converter.chromaRecipe == ChromaRecipe::OfRgbWords &&
+          (chroma.columns.halves() || chroma.columns.halvesLeft()) &&
           (chroma.lines.sampling() == Sampling::Same || chroma.lines.halves()));
 }
 
@@ -241,6 +242,7 @@ void makeOfFourBytes(ZqpConverter &converter) {
   converter.lumaRecipe = LumaRecipe::OfRgbStraight;
   if (converter.chromaRecipe != ChromaRecipe::None) {
     converter.chromaRecipe = ChromaRecipe::OfRgbStraight;
+    converter.isChromaLeft = !converter.chroma.columns.halves();
   }
   converter.luma.isUsed = false;
   converter.chroma.isUsed = false;

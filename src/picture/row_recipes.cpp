@@ -248,9 +248,16 @@ void RowRecipes::chromaOfRgbWords(int32_t j, uint8_t *const to[2], const uint8_t
 
 void RowRecipes::chromaOfRgbStraight(int32_t j, uint8_t *const to[2], const uint8_t *rows[2]) {
   const Taps lines = converter_.chroma.lines.taps(j, nullptr);
+  const uint8_t *upper = fourBytes(lines.first);
+  const uint8_t *lower = fourBytes(lines.first + lines.count - 1);
+  const bool isBlueFirst = converter_.description.in->isSwapped;
   const Sum sums[2] = {colouring_.sums.u, colouring_.sums.v};
-  colour_.chromaOfFourBytes(fourBytes(lines.first), fourBytes(lines.first + lines.count - 1),
-                            converter_.description.in->isSwapped, sums, chunk_.luma.count, to[0], to[1]);
+  if (converter_.isChromaLeft) {
+    colour_.leftChromaOfFourBytes(upper, lower, isBlueFirst, sums, chunk_.luma.first > 0, chunk_.luma.count, to[0],
+                                  to[1]);
+  } else {
+    colour_.chromaOfFourBytes(upper, lower, isBlueFirst, sums, chunk_.luma.count, to[0], to[1]);
+  }
   rows[0] = to[0];
   rows[1] = to[1];
 }

@@ -59,7 +59,7 @@ extern const RgbOfWords kRgbOfWords[kRgbLayouts];
 extern const ColourStages kColourStages;
 const ColourStages kColourStages = {
     kRgbOfBytes, kRgbOfWords, componentOfBytes, componentOfWords, bytesOfWords,      lumaOfYuv,
-    chromaOfYuv, sumOfBytes,  sumOfWords,       lumaOfFourBytes,  chromaOfFourBytes,
+    chromaOfYuv, sumOfBytes,  sumOfWords,       lumaOfFourBytes,  chromaOfFourBytes, leftChromaOfFourBytes,
 };
 
 } // namespace zqp::HWY_NAMESPACE

@@ -119,6 +119,10 @@ struct ColourStages {
   /// What sumOfWords makes of the means of 2 x 2 of them, for u and v; an odd last column is its own neighbour.
   void (*chromaOfFourBytes)(const uint8_t *upper, const uint8_t *lower, bool isBlueFirst, const Sum sum[2],
                             int32_t pixels, uint8_t *toU, uint8_t *toV);
+  /// The same of columns 2 k - 1, 2 k and 2 k + 1, of which the middle one counts twice. At the start of the picture,
+  /// where no column is before, and at its odd end the two that there are count two thirds and one third.
+  void (*leftChromaOfFourBytes)(const uint8_t *upper, const uint8_t *lower, bool isBlueFirst, const Sum sum[2],
+                                bool hasBefore, int32_t pixels, uint8_t *toU, uint8_t *toV);
 };
 
 } // namespace zqp

@@ -33,7 +33,8 @@ struct FourWeights {
   }
 };
 constexpr int32_t kLessOfBytes = 7;
-constexpr int32_t kLessOfFourBytes = 5; ///< summed up
+constexpr int32_t kLessOfFourBytes = 5;  ///< summed up
+constexpr int32_t kLessOfEightBytes = 4; ///< a column counting twice
 
 /// Words of the even bytes of four-byte pixels, or of sums of them, and of the odd ones.
 struct EvenAndOdd {
@@ -115,16 +116,24 @@ HWY_INLINE EvenAndOdd squares(const uint8_t *upper, const uint8_t *lower) {
   return {neighbours(a.even, b.even), neighbours(a.odd, b.odd)};
 }
 
+/// The same with the column before, the middle one counting twice.
+HWY_INLINE EvenAndOdd leftSquares(const uint8_t *upper, const uint8_t *lower) {
+  return added(squares(upper - 4, lower - 4), squares(upper, lower));
+}
+
+template <int32_t less>
 struct TwoFourSums {
-  FourSums<21 - kLessOfFourBytes> u;
-  FourSums<21 - kLessOfFourBytes> v;
+  FourSums<21 - less> u;
+  FourSums<21 - less> v;
 };
 
 /// Of a group of columns: half as many samples of u and of v.
-HWY_INLINE void chromaOfFours(const uint8_t *upper, const uint8_t *lower, const TwoFourSums &sums, uint8_t *toU,
+template <int32_t less>
+HWY_INLINE void chromaOfFours(const uint8_t *upper, const uint8_t *lower, const TwoFourSums<less> &sums, uint8_t *toU,
                               uint8_t *toV) {
-  const EvenAndOdd first = squares(upper, lower);
-  const EvenAndOdd second = squares(upper + 2 * kGroup, lower + 2 * kGroup);
+  constexpr auto kSums = less == kLessOfFourBytes ? squares : leftSquares;
+  const EvenAndOdd first = kSums(upper, lower);
+  const EvenAndOdd second = kSums(upper + 2 * kGroup, lower + 2 * kGroup);
   const V8 samples = packFour(sums.u.sum(first), sums.u.sum(second), sums.v.sum(first), sums.v.sum(second));
   const hn::Half<D8> half;
   hn::StoreU(hn::LowerHalf(half, samples), half, toU);
@@ -149,32 +158,81 @@ void lumaOfFourBytes(const uint8_t *from, bool isBlueFirst, const Sum &sum, int3
   lumaOfFours(from + 4 * last, sums, to + last);
 }
 
-void chromaOfFourBytes(const uint8_t *upper, const uint8_t *lower, bool isBlueFirst, const Sum sum[2], int32_t pixels,
-                       uint8_t *toU, uint8_t *toV) {
-  const FourWeights ofU(sum[0], isBlueFirst, kLessOfFourBytes);
-  const FourWeights ofV(sum[1], isBlueFirst, kLessOfFourBytes);
-  const bool hasGroups = !kIsEmulated && pixels >= kGroup;
-  const int32_t pairs = pixels / 2;
-  if (hasGroups) {
-    const TwoFourSums sums{FourSums<21 - kLessOfFourBytes>(ofU), FourSums<21 - kLessOfFourBytes>(ofV)};
-    const ptrdiff_t last = pairs - kLanes;
-    for (ptrdiff_t x = 0;; x = x + kLanes < last ? x + kLanes : last) {
-      askAhead(lower + 8 * x);
-      chromaOfFours(upper + 8 * x, lower + 8 * x, sums, toU + x, toV + x);
-      if (x == last) {
-        break;
-      }
+/// Samples `begin` to `end` - 1 of chroma, if these are enough for a group.
+template <int32_t less>
+bool chromaByGroups(const uint8_t *upper, const uint8_t *lower, const FourWeights weights[2], ptrdiff_t begin,
+                    ptrdiff_t end, uint8_t *const to[2]) {
+  if (kIsEmulated || end - begin < kLanes) {
+    return false;
+  }
+  const TwoFourSums<less> sums{FourSums<21 - less>(weights[0]), FourSums<21 - less>(weights[1])};
+  const ptrdiff_t last = end - kLanes;
+  for (ptrdiff_t x = begin;; x = x + kLanes < last ? x + kLanes : last) {
+    askAhead(lower + 8 * x);
+    chromaOfFours<less>(upper + 8 * x, lower + 8 * x, sums, to[0] + x, to[1] + x);
+    if (x == last) {
+      return true;
     }
   }
-  for (int32_t x = hasGroups ? pairs : 0; x < pixels - pairs; ++x) {
+}
+
+void chromaOfFourBytes(const uint8_t *upper, const uint8_t *lower, bool isBlueFirst, const Sum sum[2], int32_t pixels,
+                       uint8_t *toU, uint8_t *toV) {
+  const FourWeights weights[2] = {{sum[0], isBlueFirst, kLessOfFourBytes}, {sum[1], isBlueFirst, kLessOfFourBytes}};
+  uint8_t *const to[2] = {toU, toV};
+  const int32_t pairs = pixels / 2;
+  const bool areMade = chromaByGroups<kLessOfFourBytes>(upper, lower, weights, 0, pairs, to);
+  for (int32_t x = areMade ? pairs : 0; x < pixels - pairs; ++x) {
     const ptrdiff_t first = ptrdiff_t{8} * x;
     const ptrdiff_t second = x < pairs ? first + 4 : first; // an odd last column is its own neighbour
     int32_t bytes[3];
     for (ptrdiff_t c = 0; c < 3; ++c) {
       bytes[c] = upper[first + c] + upper[second + c] + lower[first + c] + lower[second + c];
     }
-    toU[x] = ofU.weigh(bytes);
-    toV[x] = ofV.weigh(bytes);
+    toU[x] = weights[0].weigh(bytes);
+    toV[x] = weights[1].weigh(bytes);
+  }
+}
+
+/// Two columns that are all that there is of three: `ofFirst` of 16384, and the rest.
+void chromaAtEdge(const uint8_t *upper, const uint8_t *lower, ptrdiff_t first, ptrdiff_t second, int32_t ofFirst,
+                  const FourWeights weights[2], ptrdiff_t x, uint8_t *const to[2]) {
+  constexpr int32_t kAll = 16384;
+  int32_t words[3];
+  for (ptrdiff_t c = 0; c < 3; ++c) {
+    const int32_t one = 64 * (upper[first + c] + lower[first + c]);
+    const int32_t other = 64 * (upper[second + c] + lower[second + c]);
+    words[c] = (one * ofFirst + other * (kAll - ofFirst) + kAll / 2) >> 14;
+  }
+  to[0][x] = weights[0].weigh(words);
+  to[1][x] = weights[1].weigh(words);
+}
+
+void leftChromaOfFourBytes(const uint8_t *upper, const uint8_t *lower, bool isBlueFirst, const Sum sum[2],
+                           bool hasBefore, int32_t pixels, uint8_t *toU, uint8_t *toV) {
+  constexpr int32_t kTwoThirds = 10923;
+  const FourWeights ofWords[2] = {{sum[0], isBlueFirst, 0}, {sum[1], isBlueFirst, 0}};
+  const FourWeights weights[2] = {{sum[0], isBlueFirst, kLessOfEightBytes}, {sum[1], isBlueFirst, kLessOfEightBytes}};
+  uint8_t *const to[2] = {toU, toV};
+  const int32_t pairs = pixels / 2;
+  if (!hasBefore) {
+    chromaAtEdge(upper, lower, 0, pixels > 1 ? 4 : 0, kTwoThirds, ofWords, 0, to);
+  }
+  const int32_t begin = hasBefore ? 0 : 1;
+  const bool areMade = chromaByGroups<kLessOfEightBytes>(upper, lower, weights, begin, pairs, to);
+  for (int32_t x = areMade ? pairs : begin; x < pairs; ++x) {
+    const ptrdiff_t at = ptrdiff_t{8} * x;
+    int32_t bytes[3];
+    for (ptrdiff_t c = 0; c < 3; ++c) {
+      bytes[c] = upper[at - 4 + c] + 2 * upper[at + c] + upper[at + 4 + c] + lower[at - 4 + c] + 2 * lower[at + c] +
+                 lower[at + 4 + c];
+    }
+    toU[x] = weights[0].weigh(bytes);
+    toV[x] = weights[1].weigh(bytes);
+  }
+  if (pixels % 2 != 0 && pairs >= begin) {
+    const ptrdiff_t at = ptrdiff_t{8} * pairs;
+    chromaAtEdge(upper, lower, at, at - 4, kTwoThirds, ofWords, pairs, to);
   }
 }
 

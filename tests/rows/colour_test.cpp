@@ -276,4 +276,61 @@ TEST_P(ColourRows, SumsOfFourBytes) {
   }
 }
 
+/// Words of a line of chroma that stands on the first of two columns: each column counts as much as lies within half a
+/// sample of the place, and what lies outside of the picture does not.
+std::vector<int32_t> leftWords(Row<uint8_t> (&lines)[2], size_t component, size_t first, size_t width) {
+  std::vector<int32_t> words;
+  for (size_t x = first; x < width; x += 2) {
+    int64_t all = 0;
+    int64_t weights = 0;
+    const auto add = [&](size_t column, int64_t weight) {
+      all += weight * 64 * (lines[0][4 * column + component] + lines[1][4 * column + component]);
+      weights += weight;
+    };
+    const bool isCut = x == 0 || x + 1 >= width;
+    const bool isAlone = width == 1;
+    add(x, isAlone ? 16384 : isCut ? 10923 : 8192);
+    if (x > 0) {
+      add(x - 1, isCut ? 5461 : 4096);
+    }
+    if (x + 1 < width) {
+      add(x + 1, isCut ? 5461 : 4096);
+    }
+    EXPECT_EQ(weights, 16384);
+    words.push_back(static_cast<int32_t>((all + 8192) >> 14));
+  }
+  return words;
+}
+
+TEST_P(ColourRows, LeftChromaOfFourBytes) {
+  for (size_t width = 1; width <= 700; ++width) {
+    for (const size_t first : {size_t{0}, size_t{2}}) {
+      if (first >= width) {
+        continue;
+      }
+      Row<uint8_t> lines[2] = {{4 * width, width % 5}, {4 * width, width % 3}};
+      fill(lines[0], 4 * width);
+      fill(lines[1], 4 * width);
+      const bool isBlueFirst = width % 2 == 0;
+      const size_t red = isBlueFirst ? 2 : 0;
+      const Sum sums[2] = {sumOf(width), sumOf(width + 1)};
+      const std::vector<int32_t> reds = leftWords(lines, red, first, width);
+      const std::vector<int32_t> greens = leftWords(lines, 1, first, width);
+      const std::vector<int32_t> blues = leftWords(lines, 2 - red, first, width);
+      std::vector<int32_t> chroma[2];
+      for (size_t c = 0; c < 2; ++c) {
+        for (size_t x = 0; x < reds.size(); ++x) {
+          chroma[c].push_back(weighed(sums[c], reds[x], greens[x], blues[x]));
+        }
+      }
+      Made u(chroma[0].size());
+      Made v(chroma[1].size());
+      stages().leftChromaOfFourBytes(lines[0].begin() + 4 * first, lines[1].begin() + 4 * first, isBlueFirst, sums,
+                                     first > 0, static_cast<int32_t>(width - first), u.to(), v.to());
+      ASSERT_NO_FATAL_FAILURE(u.expect(chroma[0]));
+      ASSERT_NO_FATAL_FAILURE(v.expect(chroma[1]));
+    }
+  }
+}
+
 } // namespace
