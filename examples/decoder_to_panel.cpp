@@ -1,4 +1,4 @@
-// Frames of a decoder, NV12 of 1920 x 1080, for a panel of RGB565 that is 800 x 480 and hangs a quarter turn to the side.
+// Frames of a decoder, NV12 of 1920 x 1080, for a panel of RGB565, 800 x 480, that hangs a quarter turn to the side.
 #include <cstdio>
 #include <vector>
 #include <zqPicture.hpp>
@@ -18,7 +18,8 @@ int main() {
   const auto out = zq::Picture::layOut(panel, screen);
 
   zq::Error error = converter.error();
-  if (!error) error = (*converter)(*in, *out); // again for every frame
+  if (!error)
+    error = (*converter)(*in, *out); // again for every frame
   if (error) {
     std::fprintf(stderr, "%s\n", error.text());
     return 1;
