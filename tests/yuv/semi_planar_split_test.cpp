@@ -20,7 +20,6 @@ using support::Canvas;
 using support::Fill;
 using support::Picture;
 
-
 std::vector<int> bytesOf(Converted &picture, int plane, int count, int offset = 0) {
   std::vector<int> values;
   values.reserve(static_cast<std::size_t>(count));
