@@ -91,8 +91,9 @@ HWY_INLINE V8 packFour(VI32 a, VI32 b, VI32 c, VI32 d) {
 /// four bytes a pixel are larger than the caches that are near. Nothing is read, so that it may lie anywhere.
 HWY_INLINE void askAhead(const uint8_t *from) {
   constexpr uintptr_t kAhead = 2048;
-  for (uintptr_t at = 0; at < uintptr_t{4} * kGroup; at += 64) {
-    __builtin_prefetch(reinterpret_cast<const void *>(reinterpret_cast<uintptr_t>(from) + kAhead + at));
+  for (uintptr_t at = kAhead; at < kAhead + uintptr_t{4} * kGroup; at += 64) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): an address that need not be one of the picture's
+    __builtin_prefetch(reinterpret_cast<const void *>(reinterpret_cast<uintptr_t>(from) + at));
   }
 }
 
