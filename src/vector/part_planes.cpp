@@ -77,8 +77,10 @@ HWY_INLINE void partLine(Macropixels<chroma> line, int32_t pixels) {
     inGroups<kLeastHalf>(hn::Half<decltype(kBytes)>(), half, line);
     line.from += 4 * half;
     line.luma += some;
-    line.first += half;
-    line.second += half;
+    if constexpr (chroma) {
+      line.first += half;
+      line.second += half;
+    }
   }
 }
 

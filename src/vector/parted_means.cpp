@@ -61,9 +61,10 @@ void PartedMeans::makeLines(const int32_t *yEntry) {
       part(line, {samples_[0], samples_[1], samples_[2]});
     }
     parted_ = line;
-    means_[0].take(line, tap, samples_[0] - (std::ptrdiff_t{first_} << from_.shift));
-    means_[1].take(line, tap, samples_[1] - first_);
-    means_[2].take(line, tap, samples_[2] - first_);
+    for (int c = 0; c < 3; ++c) {
+      const uint8_t *samples = samples_[c]; // of the line, from the first that is taken on
+      means_[c].take(line, tap, samples - (std::ptrdiff_t{first_} << (c == 0 ? from_.shift : 0)));
+    }
   });
 }
 
