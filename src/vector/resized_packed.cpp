@@ -107,9 +107,10 @@ private:
   void fill(int32_t line, int32_t (&row)[3][kPackedChunk]) {
     const uint8_t *from = p_.inBuf[0] + std::ptrdiff_t{line} * p_.inStride + first_ * kMacropixelBytes;
     part_({from + bytes_.left, from + bytes_.u, from + bytes_.v}, {source_.y, source_.u, source_.v}, 2 * count_);
-    stages_.fill(source_.y - 2 * first_, plan_.luma, luma_.first, luma_.count, row[0]);
-    stages_.fill(source_.u - first_, plan_.chroma, chroma_.first, chroma_.count, row[1]);
-    stages_.fill(source_.v - first_, plan_.chroma, chroma_.first, chroma_.count, row[2]);
+    const uint8_t *const parted[3] = {source_.y, source_.u, source_.v}; // from the first macropixel on
+    stages_.fill(parted[0] - 2 * first_, plan_.luma, luma_.first, luma_.count, row[0]);
+    stages_.fill(parted[1] - first_, plan_.chroma, chroma_.first, chroma_.count, row[1]);
+    stages_.fill(parted[2] - first_, plan_.chroma, chroma_.first, chroma_.count, row[2]);
   }
 
   void makeRows(const Tap &y) {

@@ -51,7 +51,8 @@ public:
     const uint8_t *from = bytes_ + line * stride_ + std::ptrdiff_t{range_.first} * pixelBytes;
     fetch_({nullptr, nullptr, from}, {samples_[0], samples_[1], samples_[2]}, range_.end - range_.first);
     for (int c = 0; c < 3; ++c) {
-      fill_(samples_[c] - range_.first, plan_, groups_.first, groups_.count, row[c]);
+      const uint8_t *samples = samples_[c]; // from the first that is taken on
+      fill_(samples - range_.first, plan_, groups_.first, groups_.count, row[c]);
     }
   }
 

@@ -274,7 +274,9 @@ SetUpMemory setUpMemory(const ConvertParams &p) {
   // Grouped tables have a word for every 16 source samples, which cost time as well.
   const bool grouped = support::isRgb16(p.outType) && !support::isPacked422(p.inType);
   const int64_t sources = grouped ? 4 * (int64_t{std::max(p.inWidth, 0)} + std::max(p.inHeight, 0)) : 0;
-  const int64_t tables = p.isResize == 0 ? 0 : 2 * 60 * longest + sources;
+  // Behind a table of columns stands the plan that vector code reads, of means some hundred bytes a column.
+  constexpr int64_t kPlanOfColumn = 512;
+  const int64_t tables = p.isResize == 0 ? 0 : (2 * 60 + kPlanOfColumn) * longest + sources;
   return 2 * split + bounded(3 * bounded(turned)) + tables <= kLargestSetUp ? SetUpMemory::Enough
                                                                             : SetUpMemory::Unclear;
 }
